@@ -1,0 +1,53 @@
+# Flags of the project's targets. They are set on each target, never globally, so
+# that a target shows what it is built with.
+
+find_package(Threads REQUIRED)
+
+# zaf2xml_configure(TARGET): language level, warnings, hardening and instrumentation.
+function(zaf2xml_configure target)
+  target_compile_features(${target} PUBLIC cxx_std_20)
+  set_target_properties(${target} PROPERTIES CXX_EXTENSIONS OFF POSITION_INDEPENDENT_CODE ON)
+  target_include_directories(${target} PUBLIC ${PROJECT_SOURCE_DIR})
+  if(MSVC)
+    target_compile_options(${target} PRIVATE /W4 /permissive- /utf-8 $<$<BOOL:${ZAF2XML_WERROR}>:/WX>)
+    target_compile_definitions(${target} PRIVATE _CRT_SECURE_NO_WARNINGS NOMINMAX)
+    return()
+  endif()
+  target_compile_options(${target} PRIVATE
+    -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wshadow -Wold-style-cast
+    -Wcast-align -Wundef -Wnon-virtual-dtor -Woverloaded-virtual -fno-strict-aliasing
+    $<$<BOOL:${ZAF2XML_WERROR}>:-Werror>)
+  target_compile_options(${target} PRIVATE -fstack-protector-strong)
+  target_compile_definitions(${target} PRIVATE $<$<CONFIG:Release>:_GLIBCXX_ASSERTIONS>)
+  if(NOT ZAF2XML_SANITIZE)
+    target_compile_definitions(${target} PRIVATE $<$<CONFIG:Release>:_FORTIFY_SOURCE=2>)
+  else()
+    target_compile_options(${target} PRIVATE
+      -fsanitize=${ZAF2XML_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    target_link_options(${target} PUBLIC -fsanitize=${ZAF2XML_SANITIZE})
+    target_compile_definitions(${target} PRIVATE ZAF2XML_SANITIZED=1)
+  endif()
+  if(ZAF2XML_COVERAGE)
+    target_compile_options(${target} PRIVATE --coverage)
+    target_link_options(${target} PUBLIC --coverage)
+  endif()
+endfunction()
+
+# zaf2xml_library(NAME SOURCES... LINK LIBRARIES...): one room of the house.
+function(zaf2xml_library name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;LINK;PRIVATE_LINK" ${ARGN})
+  add_library(${name} STATIC ${ARG_SOURCES})
+  zaf2xml_configure(${name})
+  target_link_libraries(${name} PUBLIC ${ARG_LINK} PRIVATE ${ARG_PRIVATE_LINK})
+endfunction()
+
+# zaf2xml_executable(NAME SOURCES... LINK LIBRARIES...)
+function(zaf2xml_executable name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;LINK" ${ARGN})
+  add_executable(${name} ${ARG_SOURCES})
+  zaf2xml_configure(${name})
+  target_link_libraries(${name} PRIVATE ${ARG_LINK})
+  if(NOT MSVC AND NOT APPLE)
+    target_link_options(${name} PRIVATE -pie -Wl,-z,relro,-z,now)
+  endif()
+endfunction()
