@@ -1,0 +1,160 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+
+#include "foundation/Heap.h"
+#include "foundation/TByteReader.h"
+
+namespace zaf {
+
+/// "No index": the -1 of the operations that give an index or a position.
+inline constexpr std::uint32_t kNoIndex = 0xFFFFFFFFU;
+
+/// A growable buffer of bytes: raw sections of files, and the root of texts and arrays. Owns its
+/// storage. All sizes, offsets and counts are in bytes.
+///
+/// Capacity follows fixed rules. A first reservation and a shrinking one are taken exactly; a
+/// growing one goes to the next multiple of 16 above the request (of 4096 when the capacity was
+/// above 4096). A buffer shrinks when asked for at least 32 bytes less than it holds.
+///
+/// Nothing throws. When memory cannot be had, Reserve is false and the buffer stays as it was; so
+/// it does behind Set, Assign and Splice.
+///
+/// The virtual operations stand in a fixed order; derived classes append their own.
+class CData {
+ public:
+  CData() = default;
+  /// Reserves `size` bytes; the length is 0.
+  explicit CData(std::uint32_t size) { CData::Reserve(size); }
+  CData(const CData& other) { CopyFrom(other); }
+  /// Takes the storage over and leaves `other` empty (storage inside `other` itself is copied).
+  CData(CData&& other) noexcept { TakeFrom(other); }
+  CData& operator=(const CData& other) {
+    if (this != &other) Assign(other);
+    return *this;
+  }
+  CData& operator=(CData&& other) noexcept {
+    MoveAssign(other);
+    return *this;
+  }
+  virtual ~CData() {
+    if (buffer_ != nullptr) heap::Free(buffer_);
+  }
+
+  /// The first byte; null when nothing is allocated.
+  virtual char* GetData() { return buffer_; }
+
+  /// Brings the capacity to `size` by the rules above and cuts the length to it.
+  virtual bool Reserve(std::uint32_t size);
+
+  /// Frees the storage: capacity and length 0.
+  virtual void Release();
+
+  /// Length 0; the storage stays, its first byte becomes 0.
+  virtual void Clear();
+
+  [[nodiscard]] virtual bool EqualsBytes(const void* bytes, std::uint32_t count) const;
+  [[nodiscard]] virtual bool EqualsData(const CData& other) const;
+
+  /// Holds a copy of the bytes, which may lie in this buffer. Reserves the greater of `count` and
+  /// `capacity_hint` before (not for its own bytes). Null `bytes` only set the length; the bytes
+  /// are then unspecified, to be filled through GetData. Returns the new length; it is not `count`
+  /// when memory could not be had: the buffer is then unchanged.
+  virtual std::uint32_t Set(const void* bytes, std::uint32_t count,
+                            std::uint32_t capacity_hint = 0);
+
+  virtual void Assign(const CData& other);
+
+  /// Copies min(count, length - offset, size) bytes from `offset` on; returns how many. 0 for a
+  /// null destination.
+  virtual std::uint32_t CopyOutRange(void* destination, std::uint32_t size, std::uint32_t offset,
+                                     std::uint32_t count) const;
+  virtual std::uint32_t CopyOut(void* destination, std::uint32_t size) const;
+
+  /// Sets `target`, which may be this buffer, to a copy of that range, cut to the length.
+  virtual void Extract(CData& target, std::uint32_t offset, std::uint32_t count) const;
+
+  /// The target's Assign with this buffer.
+  virtual void AssignTo(CData& target) const;
+
+  /// The Splice operations replace `remove_count` bytes at `position` by others and return the new
+  /// length. In a buffer of length 0 they set, whatever the position. This one splices the decimal
+  /// digits of `value`, with "-" when it is negative.
+  virtual std::uint32_t SpliceDecimal(std::uint32_t position, std::uint32_t remove_count,
+                                      std::int32_t value);
+  virtual std::uint32_t SpliceByte(std::uint32_t position, std::uint32_t remove_count, char byte);
+  /// The bytes may lie in this buffer; null leaves a gap of unspecified bytes. A range that leaves
+  /// the buffer is cut to it. On failure the buffer and its length are unchanged.
+  virtual std::uint32_t Splice(std::uint32_t position, std::uint32_t remove_count,
+                               const void* bytes, std::uint32_t insert_count);
+  virtual std::uint32_t SpliceData(std::uint32_t position, std::uint32_t remove_count,
+                                   const CData& other);
+
+  [[nodiscard]] const char* GetData() const { return buffer_; }
+  [[nodiscard]] std::uint32_t GetLength() const { return length_; }      ///< Bytes in use.
+  [[nodiscard]] std::uint32_t GetCapacity() const { return capacity_; }  ///< Bytes allocated.
+
+  /// The bytes in use; valid until the buffer changes.
+  [[nodiscard]] ByteView Bytes() const { return std::as_bytes(std::span(buffer_, length_)); }
+
+  /// The byte at `index`; one that is always 0 for an index outside the bytes in use.
+  [[nodiscard]] const char& ByteAt(std::uint32_t index) const {
+    return index < length_ ? buffer_[index] : kZeroByte;
+  }
+
+ protected:
+  static constexpr char kZeroByte = 0;
+
+  /// For a derived class whose storage is an array right behind this base: uses that array and
+  /// never frees it. The derived class overrides Reserve and Release, copies instead of moving, and
+  /// calls DropStorage in its destructor.
+  void UseInnerStorage(char* bytes, std::uint32_t size) {
+    buffer_ = bytes;
+    capacity_ = size;
+  }
+  void DropStorage() { buffer_ = nullptr; }
+
+  [[nodiscard]] char* Buffer() const { return buffer_; }
+  /// Not greater than the capacity.
+  void SetLength(std::uint32_t length) { length_ = length; }
+
+  /// Whether `bytes` points into this buffer's storage; no for null.
+  [[nodiscard]] bool IsInStorage(const void* bytes) const;
+
+  /// Storage of exactly `size` bytes (greater than 0) for a buffer that has none.
+  bool AllocateExactly(std::uint32_t size) {
+    buffer_ = static_cast<char*>(heap::Allocate(size));
+    if (buffer_ == nullptr) return false;
+    buffer_[0] = 0;
+    capacity_ = size;
+    return true;
+  }
+
+ private:
+  /// Whether the storage may be right behind this base. A block of the heap that happens to begin
+  /// there is taken for inner storage too; it is then copied where it could have been moved.
+  [[nodiscard]] bool MayUseInnerStorage() const {
+    return reinterpret_cast<std::uintptr_t>(buffer_) ==
+           reinterpret_cast<std::uintptr_t>(this) + sizeof(CData);
+  }
+  void CopyFrom(const CData& other);          // Into a buffer without storage.
+  void CopyFromInner(CData& other) noexcept;  // The same, and clears `other`.
+  void MoveAssign(CData& other) noexcept;
+  void TakeFrom(CData& other) noexcept {  // Into a buffer without storage.
+    if (other.MayUseInnerStorage()) return CopyFromInner(other);
+    buffer_ = other.buffer_;
+    capacity_ = other.capacity_;
+    length_ = other.length_;
+    other.buffer_ = nullptr;
+    other.capacity_ = 0;
+    other.length_ = 0;
+  }
+
+  char* buffer_ = nullptr;
+  std::uint32_t capacity_ = 0;
+  std::uint32_t length_ = 0;
+};
+
+}  // namespace zaf

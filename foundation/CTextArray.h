@@ -1,0 +1,47 @@
+#pragma once
+
+#include <cassert>
+#include <cstdint>
+
+#include "foundation/CObjectArray.h"
+#include "foundation/CText.h"
+
+namespace zaf {
+
+/// An array of pointers to texts that were made with `new`. Does not own them: who does calls
+/// DeleteAll. Iteration gives the texts; none may be null then.
+class CTextArray : public CObjectArray {
+ public:
+  CTextArray() = default;
+  CTextArray(const CTextArray& other) = default;
+  CTextArray(CTextArray&& other) noexcept = default;
+  CTextArray& operator=(const CTextArray& other) = default;
+  CTextArray& operator=(CTextArray&& other) noexcept = default;
+  ~CTextArray() override = default;
+
+  /// Deletes a text with its destructor.
+  void DeleteElement(void* element) override;
+
+  [[nodiscard]] CText* Get(std::uint32_t index) const {
+    return static_cast<CText*>(CObjectArray::Get(index));
+  }
+  [[nodiscard]] CText& operator[](std::uint32_t index) const {
+    assert(index < GetCount());
+    return *static_cast<CText*>(Pointers()[index]);
+  }
+
+  std::uint32_t Add(CText* text) { return CObjectArray::Add(text); }
+  std::uint32_t Insert(std::uint32_t index, CText* text) {
+    return CObjectArray::Insert(index, text);
+  }
+  std::uint32_t InsertFirst(CText* text) { return CObjectArray::Insert(0, text); }
+
+  [[nodiscard]] TPointerIterator<CText> begin() const {
+    return TPointerIterator<CText>(Pointers());
+  }
+  [[nodiscard]] TPointerIterator<CText> end() const {
+    return TPointerIterator<CText>(Pointers() + GetCount());
+  }
+};
+
+}  // namespace zaf

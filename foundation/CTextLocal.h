@@ -1,0 +1,61 @@
+#pragma once
+
+#include <cassert>
+#include <cstdint>
+#include <string_view>
+
+#include "foundation/CText.h"
+
+namespace zaf {
+
+/// A text over a fixed buffer of N bytes inside the object (at most N - 1 characters), for texts
+/// whose greatest length is part of the data. Never allocates; its capacity is always N. A text
+/// that does not fit is refused and the old characters stay; assigned as characters (Set) it leaves
+/// one more NUL, counted in the length, behind an old text that was not empty.
+///
+/// Points into itself: never move its bytes, so never make it an element of a CDynamicArray.
+template <std::uint32_t N>
+class CTextLocal final : public CText {
+ public:
+  CTextLocal() {
+    assert(inner_ == reinterpret_cast<char*>(this) + sizeof(CText));
+    UseInnerStorage(inner_, N);
+    inner_[0] = 0;
+  }
+  CTextLocal(std::string_view text) : CTextLocal() {  // NOLINT(google-explicit-constructor)
+    CText::Assign(text);
+  }
+  CTextLocal(const char* text) : CTextLocal() {  // NOLINT(google-explicit-constructor)
+    CText::Assign(text);
+  }
+  explicit CTextLocal(const CText& text) : CTextLocal() { CText::Assign(text); }
+  CTextLocal(const CTextLocal& other) : CTextLocal() { CText::Assign(other); }
+  ~CTextLocal() override { DropStorage(); }
+
+  CTextLocal& operator=(const CTextLocal& other) {
+    if (this != &other) CText::Assign(other);
+    return *this;
+  }
+  using CText::operator=;
+
+  char* GetData() override { return inner_; }
+  using CData::GetData;
+
+  /// False for more than N bytes; a smaller size than the length cuts the text.
+  bool Reserve(std::uint32_t size) override {
+    if (size > N) return false;
+    if (size < GetLength()) {
+      SetLength(size);
+      if (size != 0) inner_[size - 1] = 0;
+    }
+    return true;
+  }
+
+  /// Clears; the storage stays.
+  void Release() override { Clear(); }
+
+ private:
+  char inner_[N];
+};
+
+}  // namespace zaf

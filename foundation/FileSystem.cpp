@@ -1,0 +1,32 @@
+#include "foundation/FileSystem.h"
+
+#include "foundation/CaseFolding.h"
+
+namespace zaf {
+
+bool MatchesPattern(std::string_view name, std::string_view pattern) {
+  if (pattern == "*.*") return true;
+  constexpr std::size_t kNone = std::string_view::npos;
+  std::size_t at_name = 0, at_pattern = 0;
+  std::size_t star = kNone;  // The last `*` that was passed,
+  std::size_t star_end = 0;  // and where in the name what it stands for ends so far.
+  while (at_name < name.size()) {
+    const char wanted = at_pattern < pattern.size() ? pattern[at_pattern] : '\0';
+    if (at_pattern < pattern.size() && wanted == '*') {
+      star = at_pattern++;
+      star_end = at_name;
+    } else if (at_pattern < pattern.size() &&
+               (wanted == '?' || ToUpper(wanted) == ToUpper(name[at_name]))) {
+      ++at_pattern;
+      ++at_name;
+    } else if (star != kNone) {
+      at_pattern = star + 1;
+      at_name = ++star_end;
+    } else {
+      return false;
+    }
+  }
+  return pattern.find_first_not_of('*', at_pattern) == kNone;
+}
+
+}  // namespace zaf

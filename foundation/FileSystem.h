@@ -1,0 +1,159 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "foundation/Status.h"
+
+/// What the system needs of the platform's file system. FileSystemPosix.cpp and
+/// FileSystemWindows.cpp implement it, each on its own system.
+namespace zaf {
+
+class CText;
+
+#ifdef _WIN32
+inline constexpr char kPathSeparator = '\\';
+#else
+inline constexpr char kPathSeparator = '/';
+#endif
+
+/// Makes the process robust before it touches files: a write that cannot be done is an error of
+/// that write and never a signal that ends the process, and no file that is opened later can take
+/// the place of a standard stream that the caller had closed.
+void PrepareProcess();
+
+/// Makes `path` the working directory.
+[[nodiscard]] bool EnterDirectory(const CText& path);
+
+/// Creates the directory `path`; false when anything has that name.
+[[nodiscard]] bool MakeDirectory(const CText& path);
+
+/// Removes the directory `path`, which has to be empty.
+[[nodiscard]] bool DeleteDirectory(const CText& path);
+
+/// Bytes of the buffer that GetWorkingDirectory fills, the NUL included.
+inline constexpr std::size_t kWorkingDirectorySize = 260;
+
+/// Gives the path of the working directory. False, and `path` unchanged, when there is none or
+/// when it does not fit kWorkingDirectorySize.
+[[nodiscard]] bool GetWorkingDirectory(CText& path);
+
+/// Tells a file or directory from every other one, whatever names it has.
+struct TFileIdentity {
+  std::uint64_t volume = 0;
+  std::uint64_t file = 0;
+  bool operator==(const TFileIdentity&) const = default;
+};
+
+/// The identity of the working directory; none when it cannot be had.
+[[nodiscard]] std::optional<TFileIdentity> GetWorkingDirectoryIdentity();
+
+/// Whether `name` matches `pattern`, in which `*` stands for any characters and `?` for one. Case
+/// does not count. The pattern `*.*` matches every name, also one without a full stop.
+[[nodiscard]] bool MatchesPattern(std::string_view name, std::string_view pattern);
+
+/// The attribute bit of a directory.
+inline constexpr std::uint32_t kDirectoryAttribute = 0x10;
+
+/// One name of a directory.
+struct TDirectoryEntry {
+  std::string name;
+  std::uint32_t attributes = 0;  ///< kDirectoryAttribute or 0. A symbolic link has 0.
+  TFileIdentity identity;        ///< Of a directory, when the listing was asked for identities.
+};
+
+/// Whether a listing looks up the identity of each directory in it (one system call each).
+enum class Identities { kOmitted, kWanted };
+
+/// Lists the working directory: ".", "..", then every other name in ascending byte order. The
+/// listing is a copy; nothing stays open and later changes of the directory do not show. False,
+/// and `entries` unchanged, when the directory cannot be read.
+[[nodiscard]] bool ListWorkingDirectory(Identities identities,
+                                        std::vector<TDirectoryEntry>& entries);
+
+/// What stands at a path, as far as a new file of that name is concerned.
+enum class TPresence {
+  kAbsent,   ///< Nothing that can be opened: a dangling symbolic link looks like this, too.
+  kFile,     ///< A regular file that opens for reading and is not empty.
+  kBlocked,  ///< Anything else: no file can be created there.
+};
+
+/// Looks at a path without reading what is there.
+[[nodiscard]] TPresence ProbeFile(const CText& path);
+
+/// A regular file that is read from its start. A directory, FIFO, socket or device fails to open,
+/// at once and without waiting for anybody. Owns the open file.
+class TInputFile {
+ public:
+  TInputFile() = default;
+  TInputFile(const TInputFile&) = delete;
+  TInputFile& operator=(const TInputFile&) = delete;
+  ~TInputFile();
+
+  [[nodiscard]] bool Open(const CText& path);
+
+  /// Bytes that the file had when it was opened.
+  [[nodiscard]] std::uint64_t GetSize() const { return size_; }
+
+  /// Reads up to `count` bytes and gives in `count_read` how many it took: fewer only when the
+  /// file ends before. False when reading failed; nothing is to be taken from `buffer` then.
+  [[nodiscard]] bool Read(void* buffer, std::size_t count, std::size_t& count_read);
+
+ private:
+  std::intptr_t handle_ = -1;
+  std::uint64_t size_ = 0;
+};
+
+/// A file that gets its name only when it is complete, and never takes the place of another one.
+/// Until then it is unnamed where the file system knows unnamed files, else it has a temporary
+/// name. Owns the open file; what was not published is gone when the object is.
+class TNewFile {
+ public:
+  TNewFile() = default;
+  TNewFile(const TNewFile&) = delete;
+  TNewFile& operator=(const TNewFile&) = delete;
+  ~TNewFile() { Discard(); }
+
+  /// Starts a file that is to be named `path`, in the directory of that name. Whether the name is
+  /// free shows only when it is published. Fails when a file is open already.
+  [[nodiscard]] bool Open(const CText& path);
+  [[nodiscard]] bool IsOpen() const { return handle_ != -1; }
+
+  /// Writes all of the bytes at the current position; false when that failed, also in part.
+  [[nodiscard]] bool Write(const void* bytes, std::size_t count);
+
+  /// Moves to `offset`, counted from the start.
+  [[nodiscard]] bool Seek(std::uint64_t offset);
+
+  /// Bytes written; 0 when that cannot be had.
+  [[nodiscard]] std::uint64_t GetSize() const;
+
+  /// Gives the file its name and closes it. False when that failed, and then the file is
+  /// discarded; HasWriteFailed() tells a full or failing disk from a name that is taken or that
+  /// the directory refuses. A file with a failed write is never published.
+  [[nodiscard]] bool Publish();
+
+  /// Closes and forgets what was not published.
+  void Discard();
+
+  /// Whether content could not be stored since the file was opened (also when that showed only at
+  /// Publish). Stays until the next Open.
+  [[nodiscard]] bool HasWriteFailed() const { return write_failed_; }
+
+ private:
+  [[nodiscard]] bool OpenTemporary();
+  [[nodiscard]] bool CloseFile();
+  [[nodiscard]] bool NameUnnamedFile();
+  [[nodiscard]] bool NameTemporaryFile();
+
+  std::intptr_t handle_ = -1;
+  bool write_failed_ = false;
+  std::string path_;       ///< The name to be.
+  std::string temporary_;  ///< The temporary name; empty while the file is unnamed.
+};
+
+}  // namespace zaf

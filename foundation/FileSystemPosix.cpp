@@ -1,0 +1,307 @@
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <dirent.h>
+#include <fcntl.h>
+#include <memory>
+#include <sys/random.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <utility>
+
+#include "foundation/CText.h"
+#include "foundation/FileSystem.h"
+
+namespace zaf {
+namespace {
+
+/// Flags of every file that is looked at: no waiting for a FIFO, no controlling terminal.
+constexpr int kLookFlags = O_RDONLY | O_NOCTTY | O_CLOEXEC | O_NONBLOCK;
+/// Permissions of a new file and directory, before the process's mask.
+constexpr mode_t kFileMode = 0666;
+constexpr mode_t kDirectoryMode = 0777;
+
+int Descriptor(std::intptr_t handle) { return static_cast<int>(handle); }
+
+/// Repeats a system call that a signal interrupted.
+template <class Call>
+auto Retry(Call call) {
+  auto result = call();
+  while (result == -1 && errno == EINTR) result = call();
+  return result;
+}
+
+TFileIdentity IdentityOf(const struct stat& info) {
+  return {static_cast<std::uint64_t>(info.st_dev), static_cast<std::uint64_t>(info.st_ino)};
+}
+
+/// The directory part of a path, which a new file of that path goes to.
+std::string DirectoryOf(const std::string& path) {
+  const std::size_t separator = path.rfind(kPathSeparator);
+  if (separator == std::string::npos) return ".";
+  return path.substr(0, std::max<std::size_t>(separator, 1));
+}
+
+/// Whether a name could not be given for a reason that creating the file by that name would have
+/// met as well: it is taken, or the directory does not have it.
+bool IsNameRefusal(int error) {
+  switch (error) {
+    case EEXIST:
+    case ENOENT:
+    case ENOTDIR:
+    case EISDIR:
+    case ENAMETOOLONG:
+    case EACCES:
+    case EROFS:
+    case ELOOP:
+      return true;
+    default:
+      return false;
+  }
+}
+
+struct DirectoryCloser {
+  void operator()(DIR* directory) const { closedir(directory); }
+};
+
+/// Fills in what the listing says about an entry besides its name.
+void Classify(int directory, unsigned char type, Identities identities, TDirectoryEntry& entry) {
+  const bool is_unknown = type == DT_UNKNOWN;
+  const bool is_wanted = type == DT_DIR && identities == Identities::kWanted;
+  if (type == DT_DIR) entry.attributes = kDirectoryAttribute;
+  if (!is_unknown && !is_wanted) return;
+  struct stat info {};
+  if (fstatat(directory, entry.name.c_str(), &info, AT_SYMLINK_NOFOLLOW) != 0) return;
+  if (!S_ISDIR(info.st_mode)) return;
+  entry.attributes = kDirectoryAttribute;
+  entry.identity = IdentityOf(info);
+}
+
+/// Gives an unnamed file a name. Not every system lets every user link a mere descriptor; the
+/// others say ENOENT and accept its name under /proc.
+bool LinkUnnamed(int file, const char* name) {
+  if (linkat(file, "", AT_FDCWD, name, AT_EMPTY_PATH) == 0) return true;
+  if (errno != ENOENT) return false;
+  std::array<char, 40> link;
+  std::snprintf(link.data(), link.size(), "/proc/self/fd/%d", file);
+  return linkat(AT_FDCWD, link.data(), AT_FDCWD, name, AT_SYMLINK_FOLLOW) == 0;
+}
+
+/// Copies all of one open file to another.
+bool CopyContent(int source, TNewFile& target) {
+  if (lseek(source, 0, SEEK_SET) != 0) return false;
+  std::array<std::byte, 16384> chunk;
+  for (;;) {
+    const ssize_t taken = Retry([&] { return read(source, chunk.data(), chunk.size()); });
+    if (taken <= 0) return taken == 0;
+    if (!target.Write(chunk.data(), static_cast<std::size_t>(taken))) return false;
+  }
+}
+
+}  // namespace
+
+void PrepareProcess() {
+  std::signal(SIGXFSZ, SIG_IGN);
+  std::signal(SIGPIPE, SIG_IGN);
+  int descriptor = 0;
+  do {
+    descriptor = open("/dev/null", O_RDWR | O_NOCTTY);
+  } while (descriptor >= 0 && descriptor <= STDERR_FILENO);
+  if (descriptor >= 0) close(descriptor);
+}
+
+bool EnterDirectory(const CText& path) { return chdir(path.GetCString()) == 0; }
+
+bool MakeDirectory(const CText& path) { return mkdir(path.GetCString(), kDirectoryMode) == 0; }
+
+bool DeleteDirectory(const CText& path) { return rmdir(path.GetCString()) == 0; }
+
+bool GetWorkingDirectory(CText& path) {
+  std::array<char, kWorkingDirectorySize> buffer;
+  if (getcwd(buffer.data(), buffer.size()) == nullptr) return false;
+  path = std::string_view(buffer.data());
+  return true;
+}
+
+std::optional<TFileIdentity> GetWorkingDirectoryIdentity() {
+  struct stat info {};
+  if (stat(".", &info) != 0) return std::nullopt;
+  return IdentityOf(info);
+}
+
+bool ListWorkingDirectory(Identities identities, std::vector<TDirectoryEntry>& entries) {
+  const std::unique_ptr<DIR, DirectoryCloser> directory(opendir("."));
+  if (directory == nullptr) return false;
+  std::vector<TDirectoryEntry> found;
+  found.push_back({".", kDirectoryAttribute, {}});
+  found.push_back({"..", kDirectoryAttribute, {}});
+  for (;;) {
+    errno = 0;
+    const dirent* const next = readdir(directory.get());
+    if (next == nullptr) {
+      if (errno != 0) return false;
+      break;
+    }
+    TDirectoryEntry entry{next->d_name, 0, {}};
+    if (entry.name == "." || entry.name == "..") continue;
+    Classify(dirfd(directory.get()), next->d_type, identities, entry);
+    found.push_back(std::move(entry));
+  }
+  // std::string compares its characters as unsigned bytes.
+  std::sort(found.begin() + 2, found.end(),
+            [](const TDirectoryEntry& a, const TDirectoryEntry& b) { return a.name < b.name; });
+  entries = std::move(found);
+  return true;
+}
+
+TPresence ProbeFile(const CText& path) {
+  const int descriptor = Retry([&] { return open(path.GetCString(), kLookFlags); });
+  if (descriptor < 0) return TPresence::kAbsent;
+  struct stat info {};
+  const bool is_known = fstat(descriptor, &info) == 0;
+  close(descriptor);
+  return is_known && S_ISREG(info.st_mode) && info.st_size > 0 ? TPresence::kFile
+                                                               : TPresence::kBlocked;
+}
+
+TInputFile::~TInputFile() {
+  if (handle_ != -1) close(Descriptor(handle_));
+}
+
+bool TInputFile::Open(const CText& path) {
+  if (handle_ != -1) return false;
+  const int descriptor = Retry([&] { return open(path.GetCString(), kLookFlags); });
+  if (descriptor < 0) return false;
+  struct stat info {};
+  if (fstat(descriptor, &info) != 0 || !S_ISREG(info.st_mode)) {
+    close(descriptor);
+    return false;
+  }
+  handle_ = descriptor;
+  size_ = static_cast<std::uint64_t>(info.st_size);
+  return true;
+}
+
+bool TInputFile::Read(void* buffer, std::size_t count, std::size_t& count_read) {
+  auto* const bytes = static_cast<std::byte*>(buffer);
+  std::size_t done = 0;
+  while (done < count) {
+    const ssize_t taken =
+        Retry([&] { return read(Descriptor(handle_), bytes + done, count - done); });
+    if (taken < 0) return false;
+    if (taken == 0) break;
+    done += static_cast<std::size_t>(taken);
+  }
+  count_read = done;
+  return true;
+}
+
+bool TNewFile::Open(const CText& path) {
+  if (IsOpen() || path.IsEmpty()) return false;
+  write_failed_ = false;
+  path_ = path.View();
+  temporary_.clear();
+  const std::string directory = DirectoryOf(path_);
+  handle_ =
+      Retry([&] { return open(directory.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, kFileMode); });
+  if (handle_ != -1) return true;
+  // So say file systems that have no unnamed files, and, as EISDIR, systems that do not know them.
+  return (errno == EOPNOTSUPP || errno == EINVAL || errno == EISDIR) && OpenTemporary();
+}
+
+bool TNewFile::OpenTemporary() {
+  constexpr int kAttempts = 16;
+  for (int attempt = 0; attempt < kAttempts; ++attempt) {
+    std::uint64_t number = 0;
+    if (getrandom(&number, sizeof number, 0) != sizeof number) return false;
+    std::array<char, 40> name;
+    std::snprintf(name.data(), name.size(), "/.Zaf2Xml-%016llx.tmp",
+                  static_cast<unsigned long long>(number));
+    temporary_ = DirectoryOf(path_) + name.data();
+    handle_ = Retry(
+        [&] { return open(temporary_.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, kFileMode); });
+    if (handle_ != -1) return true;
+    if (errno != EEXIST) break;
+  }
+  temporary_.clear();
+  return false;
+}
+
+bool TNewFile::Write(const void* bytes, std::size_t count) {
+  const auto* const data = static_cast<const std::byte*>(bytes);
+  std::size_t done = 0;
+  while (done < count && !write_failed_) {
+    const ssize_t taken =
+        Retry([&] { return write(Descriptor(handle_), data + done, count - done); });
+    if (taken <= 0)
+      write_failed_ = true;
+    else
+      done += static_cast<std::size_t>(taken);
+  }
+  return !write_failed_;
+}
+
+bool TNewFile::Seek(std::uint64_t offset) {
+  return lseek(Descriptor(handle_), static_cast<off_t>(offset), SEEK_SET) >= 0;
+}
+
+std::uint64_t TNewFile::GetSize() const {
+  struct stat info {};
+  return fstat(Descriptor(handle_), &info) == 0 ? static_cast<std::uint64_t>(info.st_size) : 0;
+}
+
+bool TNewFile::CloseFile() {
+  // The descriptor is gone whatever close says; being interrupted is no loss of content.
+  const int result = close(Descriptor(std::exchange(handle_, -1)));
+  return result == 0 || errno == EINTR;
+}
+
+bool TNewFile::Publish() {
+  const bool is_named =
+      IsOpen() && !write_failed_ && (temporary_.empty() ? NameUnnamedFile() : NameTemporaryFile());
+  Discard();
+  return is_named;
+}
+
+bool TNewFile::NameUnnamedFile() {
+  if (LinkUnnamed(Descriptor(handle_), path_.c_str())) return true;
+  // ENOENT can also mean that this process does not see /proc, and file systems refuse to link in
+  // ways of their own. What really stands in the way shows when a named copy is made.
+  if (errno != ENOENT && IsNameRefusal(errno)) return false;
+  const int source = Descriptor(std::exchange(handle_, -1));
+  const bool is_open = OpenTemporary();
+  write_failed_ = !is_open && !IsNameRefusal(errno);
+  const bool is_copied = is_open && CopyContent(source, *this);
+  close(source);
+  if (is_open && !is_copied) write_failed_ = true;
+  return is_copied && NameTemporaryFile();
+}
+
+bool TNewFile::NameTemporaryFile() {
+  // Some file systems report only now that a write failed.
+  if (!CloseFile()) {
+    write_failed_ = true;
+    return false;
+  }
+  const char* const from = temporary_.c_str();
+  const char* const to = path_.c_str();
+  if (renameat2(AT_FDCWD, from, AT_FDCWD, to, RENAME_NOREPLACE) == 0) {
+    temporary_.clear();
+    return true;
+  }
+  // Where a rename cannot promise not to replace, a second name can; the first one is then
+  // removed with the rest.
+  if (!IsNameRefusal(errno) && linkat(AT_FDCWD, from, AT_FDCWD, to, 0) == 0) return true;
+  write_failed_ = !IsNameRefusal(errno);
+  return false;
+}
+
+void TNewFile::Discard() {
+  if (IsOpen()) static_cast<void>(CloseFile());
+  if (!temporary_.empty()) unlink(temporary_.c_str());
+  temporary_.clear();
+}
+
+}  // namespace zaf

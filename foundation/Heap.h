@@ -1,0 +1,46 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+/// The one place where the containers get their storage. It stands on the C heap; whoever wants
+/// another heap replaces these three functions. Nothing throws: null means no memory.
+///
+/// Containers grow in small fixed steps, because the capacity that they show is part of what they
+/// promise. The blocks behind them are therefore rounded up, from 1 KiB on, to one of eight sizes
+/// per power of two: most steps then stay inside their block, and growing step by step moves a
+/// number of bytes that is linear in the result. At most an eighth of a block lies idle.
+namespace zaf::heap {
+
+/// A new block of at least `size` bytes (greater than 0), aligned for every type, not initialised.
+[[nodiscard]] void* Allocate(std::size_t size);
+
+/// Brings a block that holds `old_size` bytes to at least `new_size` (both greater than 0) and
+/// keeps what fits; the block may move. On failure the old block stays valid.
+[[nodiscard]] void* Reallocate(void* block, std::size_t old_size, std::size_t new_size);
+
+/// Gives a block back; null is allowed.
+void Free(void* block);
+
+/// While it lives, makes one request for memory of its thread fail: the one with number `failing`,
+/// counted from 0. Shows what a failure leaves behind. They nest; the innermost counts.
+class TAllocationFault {
+ public:
+  explicit TAllocationFault(std::uint64_t failing);
+  TAllocationFault(const TAllocationFault&) = delete;
+  TAllocationFault& operator=(const TAllocationFault&) = delete;
+  ~TAllocationFault();
+
+  /// Requests seen so far; the fault has happened when this is greater than `failing`.
+  [[nodiscard]] std::uint64_t GetRequestCount() const { return count_; }
+
+  /// Counts one request; true when it is to fail.
+  bool Strikes() { return count_++ == failing_; }
+
+ private:
+  TAllocationFault* outer_;
+  std::uint64_t failing_;
+  std::uint64_t count_ = 0;
+};
+
+}  // namespace zaf::heap

@@ -1,0 +1,239 @@
+#include "foundation/TDataFile.h"
+
+#include <algorithm>
+#include <cstring>
+#include <limits>
+#include <utility>
+
+#include "foundation/CData.h"
+#include "foundation/CText.h"
+#include "foundation/Heap.h"
+
+namespace zaf {
+namespace {
+
+/// The work that a file may ask for: its size times this, and never less than the other.
+constexpr std::uint64_t kWorkPerByte = 8;
+constexpr std::uint64_t kLeastWork = std::uint64_t{16} << 20;
+
+/// Memory of up to this size is kept when a file is closed and is the next file's image: on memory
+/// that was never touched a page fault costs more than reading the page does. The sanitizers are to
+/// see an image of exactly the file's size.
+#ifdef ZAF2XML_SANITIZED
+constexpr std::size_t kMostKept = 0;
+#else
+constexpr std::size_t kMostKept = std::size_t{4} << 20;
+#endif
+
+struct TSpareImage {
+  ~TSpareImage() { heap::Free(bytes); }
+  std::byte* bytes = nullptr;
+  std::size_t capacity = 0;
+};
+
+thread_local TSpareImage spare_image;
+
+/// The C library's name of a mode; kRead and kCreateNew are not opened there.
+const char* StreamMode(TOpenMode mode) {
+  switch (mode) {
+    case TOpenMode::kWrite:
+      return "wb";
+    case TOpenMode::kAppend:
+      return "ab";
+    case TOpenMode::kReadWrite:
+      return "r+b";
+    case TOpenMode::kReadAppend:
+      return "a+b";
+    default:
+      return "w+b";
+  }
+}
+
+Status Result(bool is_done) { return is_done ? Status::kOk : Status::kFailure; }
+
+}  // namespace
+
+TDataFile::TDataFile(ByteView content) {
+  if (!AllocateImage(content.size())) return;
+  if (!content.empty()) std::memcpy(image_, content.data(), content.size());
+  TakeImage(static_cast<std::uint32_t>(content.size()));
+}
+
+TDataFile::~TDataFile() { TDataFile::Close(); }
+
+Status TDataFile::Seek(FourCharCode /*code*/, std::uint32_t offset) {
+  if (is_in_memory_) {
+    if (offset >= size_) return Status::kFailure;
+    position_ = offset;
+    return Status::kOk;
+  }
+  if (new_file_.IsOpen()) return Result(new_file_.Seek(offset));
+  const auto target = static_cast<long>(offset);  // Negative where long has 32 bits and it is more.
+  if (stream_ == nullptr || target < 0) return Status::kFailure;
+  return Result(std::fseek(stream_, target, SEEK_SET) == 0);
+}
+
+Status TDataFile::ChargeRead(std::uint32_t count) {
+  if (count > readable_bytes_) {
+    readable_bytes_ = 0;
+    return Status::kMalformed;
+  }
+  readable_bytes_ -= count;
+  return Status::kOk;
+}
+
+Status TDataFile::Read(std::uint32_t count, void* buffer) {
+  if (is_in_memory_) {
+    if (count > size_ - position_) return Status::kFailure;
+    if (const Status status = ChargeRead(count); status != Status::kOk) return status;
+    if (count != 0) std::memcpy(buffer, image_ + position_, count);
+    position_ += count;
+    return Status::kOk;
+  }
+  if (stream_ == nullptr) return Status::kFailure;
+  const std::size_t taken = count == 0 ? 0 : std::fread(buffer, 1, count, stream_);
+  if (IsScrambled()) Descramble(static_cast<std::uint32_t>(taken), buffer);
+  return static_cast<Status>(std::ferror(stream_));
+}
+
+Status TDataFile::Write(std::uint32_t count, void* buffer) {
+  const bool is_writable = stream_ != nullptr || new_file_.IsOpen();
+  if (is_in_memory_ || !is_writable || buffer == nullptr) return Status::kFailure;
+  if (IsScrambled()) Scramble(count, buffer);
+  Status status = Status::kOk;
+  if (stream_ != nullptr) {
+    static_cast<void>(std::fwrite(buffer, 1, count, stream_));
+    status = static_cast<Status>(std::ferror(stream_));
+  } else {
+    status = Result(new_file_.Write(buffer, count));
+  }
+  if (IsScrambled()) Descramble(count, buffer);
+  return status;
+}
+
+Status TDataFile::Open(const CText& name, TOpenMode mode) {
+  if (is_in_memory_) return Status::kFailure;
+  Close();
+  if (mode == TOpenMode::kRead) return OpenImage(name);
+  if (mode == TOpenMode::kCreateNew) return Result(new_file_.Open(name));
+  stream_ = std::fopen(name.GetCString(), StreamMode(mode));
+  return Result(stream_ != nullptr);
+}
+
+Status TDataFile::OpenImage(const CText& name) {
+  TInputFile file;
+  if (!file.Open(name) || file.GetSize() == 0) return Status::kFailure;
+  if (!AllocateImage(file.GetSize())) return Status::kFailure;
+  // The file can have become shorter meanwhile, even empty.
+  std::size_t count = 0;
+  if (!file.Read(image_, static_cast<std::size_t>(file.GetSize()), count) || count == 0) {
+    FreeImage();
+    return Status::kFailure;
+  }
+  TakeImage(static_cast<std::uint32_t>(count));
+  return Status::kOk;
+}
+
+bool TDataFile::AllocateImage(std::uint64_t size) {
+  if (size > std::numeric_limits<std::uint32_t>::max() ||
+      size >= std::numeric_limits<std::size_t>::max())
+    return false;
+  const auto needed = static_cast<std::size_t>(size) + 1;
+  image_ = std::exchange(spare_image.bytes, nullptr);
+  image_capacity_ = std::exchange(spare_image.capacity, 0);
+  if (image_capacity_ >= needed) return true;
+  heap::Free(image_);
+  image_ = static_cast<std::byte*>(heap::Allocate(needed));
+  image_capacity_ = image_ != nullptr ? needed : 0;
+  return image_ != nullptr;
+}
+
+void TDataFile::TakeImage(std::uint32_t size) {
+  is_in_memory_ = true;
+  size_ = size;
+  position_ = 0;
+  image_[size] = std::byte{0};
+  if (IsScrambled()) Descramble(size, image_);
+  readable_bytes_ = record_bytes_ = std::max(kWorkPerByte * size, kLeastWork);
+}
+
+void TDataFile::FreeImage() {
+  if (image_capacity_ <= kMostKept && image_capacity_ > spare_image.capacity) {
+    std::swap(image_, spare_image.bytes);
+    std::swap(image_capacity_, spare_image.capacity);
+  }
+  heap::Free(image_);
+  image_ = nullptr;
+  image_capacity_ = 0;
+  is_in_memory_ = false;
+  size_ = position_ = 0;
+}
+
+Status TDataFile::Flush() {
+  if (new_file_.IsOpen()) return Status::kOk;
+  return Result(stream_ != nullptr && std::fflush(stream_) == 0);
+}
+
+int TDataFile::Close() {
+  FreeImage();
+  if (stream_ != nullptr) std::fclose(std::exchange(stream_, nullptr));
+  new_file_.Discard();
+  return 0;
+}
+
+int TDataFile::DeleteFile(const CText& name) {
+  return std::remove(name.GetCString()) == 0 ? 0 : -1;
+}
+
+std::uint32_t TDataFile::GetSize() {
+  std::uint64_t size = size_;
+  if (new_file_.IsOpen()) {
+    size = new_file_.GetSize();
+  } else if (stream_ != nullptr) {
+    const long end = std::fseek(stream_, 0, SEEK_END) == 0 ? std::ftell(stream_) : 0;
+    size = static_cast<std::uint64_t>(std::max(end, 0L));
+  }
+  constexpr std::uint64_t kMost = std::numeric_limits<std::uint32_t>::max();
+  return static_cast<std::uint32_t>(std::min(size, kMost));
+}
+
+Status TDataFile::ViewBlock(FourCharCode code, std::uint32_t offset, std::uint32_t length,
+                            ByteView& view) {
+  if (!is_in_memory_) return Status::kFailure;
+  if (const Status status = Seek(code, offset); status != Status::kOk) return status;
+  if (length > size_ - position_) return Status::kFailure;
+  if (const Status status = ChargeRead(length); status != Status::kOk) return status;
+  view = GetImage().subspan(position_, length);
+  position_ += length;
+  return Status::kOk;
+}
+
+Status TDataFile::FetchBlock(FourCharCode code, std::uint32_t offset, std::uint32_t length,
+                             CData& scratch, ByteView& view) {
+  return is_in_memory_ ? ViewBlock(code, offset, length, view)
+                       : TDiskFile::FetchBlock(code, offset, length, scratch, view);
+}
+
+void TDataFile::SetScrambled(bool is_scrambled) {
+  if (is_scrambled == is_scrambled_) return;
+  is_scrambled_ = is_scrambled;
+  if (!is_in_memory_) return;
+  if (is_scrambled)
+    Descramble(size_, image_);
+  else
+    Scramble(size_, image_);
+}
+
+Status TDataFile::ChargeRecords(std::uint64_t bytes) {
+  if (!is_in_memory_) return Status::kOk;
+  if (bytes > record_bytes_) {
+    record_bytes_ = 0;
+    return Status::kMalformed;
+  }
+  record_bytes_ -= bytes;
+  return Status::kOk;
+}
+
+Status TDataFile::Publish() { return Result(new_file_.Publish()); }
+
+}  // namespace zaf

@@ -1,0 +1,134 @@
+#include <algorithm>
+#include <gtest/gtest.h>
+#include <random>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "foundation/CTextLocal.h"
+#include "foundation/TRecordArray.h"
+
+namespace zaf {
+namespace {
+
+constexpr std::uint32_t kSeed = 20240229;
+
+class TDice {
+ public:
+  std::uint32_t Below(std::size_t limit) { return static_cast<std::uint32_t>(engine_() % limit); }
+  /// Few different characters, so that patterns repeat and overlap.
+  std::string Text(std::size_t longest) {
+    std::string text(Below(longest + 1), 'a');
+    for (char& character : text) character = "aaaaaaAb \xC9"[Below(10)];
+    return text;
+  }
+
+ private:
+  std::mt19937 engine_{kSeed};
+};
+
+std::string Folded(std::string text) {
+  std::transform(text.begin(), text.end(), text.begin(), ToUpper);
+  return text;
+}
+
+/// The rule step by step: find, splice, go on behind.
+std::string Replaced(std::string text, const std::string& find, const std::string& replacement,
+                     bool is_folded, std::uint32_t occurrence) {
+  const std::string pattern = is_folded ? Folded(find) : find;
+  std::uint32_t number = 0;
+  for (std::size_t i = 0; !find.empty();) {
+    i = (is_folded ? Folded(text) : text).find(pattern, i);
+    if (i == std::string::npos) break;
+    const bool is_chosen = ++number == occurrence || occurrence == 0;
+    if (is_chosen) text.replace(i, find.size(), replacement);
+    i += is_chosen ? replacement.size() : find.size();
+  }
+  return text;
+}
+
+std::uint32_t Place(std::size_t place) {
+  return place == std::string::npos ? kNoIndex : static_cast<std::uint32_t>(place);
+}
+
+TEST(ContainerModel, TextFollowsString) {
+  TDice dice;
+  CTextLocal<255> fixed;
+  CText growing;
+  std::string model;
+  for (int step = 0; step < 20'000; ++step) {
+    const std::uint32_t position = dice.Below(model.size() + 1);
+    const std::uint32_t count = dice.Below(model.size() - position + 1);
+    // Patterns come from the text itself half of the time, and are often longer than 16.
+    const std::string find = dice.Below(2) == 0 ? dice.Text(4) : model.substr(position, count);
+    const std::string other = dice.Text(20);
+    const bool is_folded = dice.Below(2) == 0;
+    const auto sensitivity = is_folded ? CaseSensitivity::kIgnore : CaseSensitivity::kExact;
+    const std::uint32_t occurrence = dice.Below(4);
+    const std::uint32_t action = dice.Below(5);
+    std::string next = model;
+    if (action == 0) next += other;
+    if (action == 1) next.replace(position, count, other);
+    if (action == 2) next = Replaced(model, find, other, is_folded, 0);
+    if (action == 3 && occurrence != 0) next = Replaced(model, find, other, is_folded, occurrence);
+    if (action == 4) next = model.substr(position, count);
+    if (next.size() > 254) continue;
+    for (CText* const text : {&growing, static_cast<CText*>(&fixed)}) {
+      if (action == 0) text->Append(other);
+      if (action == 1) text->Splice(position, count, other.data(), Place(other.size()));
+      if (action == 2 && is_folded) text->ReplaceAllIgnoringCase(CText(find), CText(other));
+      if (action == 2 && !is_folded) text->ReplaceAll(CText(find), CText(other));
+      if (action == 3) text->ReplaceOccurrence(CText(find), CText(other), occurrence, sensitivity);
+      if (action == 4) text->SubstringInPlace(position, count);
+      ASSERT_EQ(text->View(), next) << "step " << step << ", action " << action;
+      ASSERT_EQ(text->GetCString()[next.size()], 0);
+    }
+    model = next;
+  }
+}
+
+TEST(ContainerModel, PatternsAreFoundWhereTheyAre) {
+  TDice dice;
+  for (int step = 0; step < 10'000; ++step) {
+    // Powers of a short word with a few faults: many periods and many near misses.
+    const std::string word = dice.Text(6) + "a";
+    std::string text;
+    while (text.size() < 300) text += word;
+    for (std::uint32_t faults = dice.Below(12); faults != 0; --faults)
+      text[dice.Below(text.size())] = 'b';
+    std::string pattern = text.substr(dice.Below(100), 17 + dice.Below(60));
+    if (dice.Below(3) == 0) pattern[dice.Below(pattern.size())] = 'b';
+    if (dice.Below(3) == 0) pattern.resize(dice.Below(17));
+    const CText tried(text);
+    const std::uint32_t start = dice.Below(300);
+    ASSERT_EQ(tried.Find(pattern, start), Place(text.find(pattern, start))) << pattern;
+    ASSERT_EQ(tried.Find(pattern, start, SearchDirection::kBackward),
+              Place(text.substr(0, start).rfind(pattern)));
+    ASSERT_EQ(tried.FindIgnoringCase(pattern), Place(Folded(text).find(Folded(pattern))));
+  }
+}
+
+TEST(ContainerModel, ArrayFollowsVector) {
+  TDice dice;
+  TRecordArray<std::uint64_t> array;
+  std::vector<std::uint64_t> model;
+  for (std::uint64_t step = 0; step < 20'000; ++step) {
+    const std::uint32_t index = dice.Below(model.size() + 2);
+    const std::uint32_t action = dice.Below(9);
+    const bool is_inside = index < model.size();
+    if (action < 5) {
+      model.insert(model.begin() + std::min<std::ptrdiff_t>(index, std::ssize(model)), step);
+      ASSERT_LT(array.Insert(index, &step), model.size());
+    } else if (action < 8) {
+      if (is_inside) model.erase(model.begin() + index);
+      ASSERT_EQ(array.Remove(index), is_inside ? index : kNoIndex);
+    } else if (array.ReserveElements(index * 4)) {
+      model.resize(std::min<std::size_t>(model.size(), array.GetElementCapacity()));
+    }
+    ASSERT_EQ(std::vector<std::uint64_t>(array.begin(), array.end()), model) << "step " << step;
+    ASSERT_LE(array.GetCount(), array.GetElementCapacity());
+  }
+}
+
+}  // namespace
+}  // namespace zaf
