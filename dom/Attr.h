@@ -1,0 +1,32 @@
+#pragma once
+
+#include <string_view>
+
+namespace pugi {
+struct xml_attribute_struct;
+}
+
+namespace dom {
+
+/// A handle to an attribute of an element; as safe and as long valid as a Node.
+class Attr {
+ public:
+  Attr() = default;
+  /// For the classes of this folder; `attribute` belongs to a tree.
+  explicit Attr(pugi::xml_attribute_struct* attribute) : attribute_(attribute) {}
+
+  explicit operator bool() const { return attribute_ != nullptr; }
+  friend bool operator==(Attr left, Attr right) { return left.attribute_ == right.attribute_; }
+
+  [[nodiscard]] std::string_view getName() const;
+  [[nodiscard]] std::string_view getValue() const;
+  /// Drops the characters that Element::setAttribute drops.
+  void setValue(std::string_view value) const;
+  /// The next attribute of the same element, in the order in which they were set; null at the end.
+  [[nodiscard]] Attr getNextAttribute() const;
+
+ private:
+  pugi::xml_attribute_struct* attribute_ = nullptr;
+};
+
+}  // namespace dom

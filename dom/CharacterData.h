@@ -1,0 +1,36 @@
+#pragma once
+
+#include <string_view>
+
+#include "dom/Node.h"
+
+namespace dom {
+
+/// What texts, CDATA sections and comments have in common.
+class CharacterData : public Node {
+ public:
+  using Node::Node;
+  [[nodiscard]] std::string_view getData() const { return getNodeValue(); }
+};
+
+/// A text between tags. The conversions take a node of that kind; any other gives a null handle.
+class Text : public CharacterData {
+ public:
+  Text() = default;
+  explicit Text(Node node);
+};
+
+/// A text that is written as it stands, in `<![CDATA[` and `]]>`.
+class CDATASection : public CharacterData {
+ public:
+  CDATASection() = default;
+  explicit CDATASection(Node node);
+};
+
+class Comment : public CharacterData {
+ public:
+  Comment() = default;
+  explicit Comment(Node node);
+};
+
+}  // namespace dom

@@ -1,0 +1,79 @@
+#pragma once
+
+#include <memory>
+#include <string_view>
+
+#include "dom/CharacterData.h"
+#include "dom/DocumentType.h"
+#include "dom/Element.h"
+#include "dom/Node.h"
+#include "dom/NodeList.h"
+#include "dom/ProcessingInstruction.h"
+
+namespace dom {
+
+/// Owns a tree of nodes; DOMImplementation makes it. A document that was parsed refers to the
+/// buffer it was parsed from. A null document (nothing parsed, or moved from) has no nodes and
+/// makes none.
+///
+/// A node that was created, or taken out of the document, is detached: it belongs to the document
+/// and can be filled, but is no part of what the document shows and is never written, until it is
+/// appended somewhere. The append functions of Element do it in one step, faster.
+class Document {
+ public:
+  Document() noexcept;
+  Document(Document&& other) noexcept;
+  Document& operator=(Document&& other) noexcept;
+  ~Document();
+
+  explicit operator bool() const { return tree_ != nullptr; }
+
+  /// Removes all nodes, detached ones too; the memory is kept for the next. A null document stays
+  /// null.
+  void Clear();
+  /// False when memory ran out since the document was made or cleared, for this or another
+  /// document of the thread: a node, an attribute or a text may be missing.
+  [[nodiscard]] bool IsComplete() const;
+
+  /// The document as a node; null for a null document.
+  [[nodiscard]] Node getNode() const;
+  /// The first element beside the document's comments and instructions; null when there is none.
+  [[nodiscard]] Element getDocumentElement() const;
+  [[nodiscard]] DocumentType getDoctype() const;
+
+  /// Detached nodes.
+  [[nodiscard]] Element createElement(std::string_view tag_name) const;
+  [[nodiscard]] Text createTextNode(std::string_view text) const;
+  [[nodiscard]] CDATASection createCDATASection(std::string_view text) const;
+  /// Drops the characters that setAttribute drops. The second of two '-', and one at the end,
+  /// becomes a blank: no comment could hold it.
+  [[nodiscard]] Comment createComment(std::string_view text) const;
+  /// Drops the same characters; a '?' in front of a '>' becomes a blank.
+  [[nodiscard]] ProcessingInstruction createProcessingInstruction(std::string_view target,
+                                                                  std::string_view data) const;
+  /// Drops the same characters from `system_id`; a '"' becomes a blank.
+  [[nodiscard]] DocumentType createDocumentType(std::string_view name,
+                                                std::string_view system_id) const;
+
+  /// What getNode() offers under these names.
+  [[nodiscard]] Node getFirstChild() const { return getNode().getFirstChild(); }
+  [[nodiscard]] Node getLastChild() const { return getNode().getLastChild(); }
+  [[nodiscard]] NodeList getChildNodes() const { return getNode().getChildNodes(); }
+  // NOLINTBEGIN(modernize-use-nodiscard)
+  Node appendChild(Node child) const { return getNode().appendChild(child); }
+  Node insertBefore(Node child, Node reference) const {
+    return getNode().insertBefore(child, reference);
+  }
+  Node removeChild(Node child) const { return getNode().removeChild(child); }
+  // NOLINTEND(modernize-use-nodiscard)
+
+ private:
+  friend class DOMImplementation;
+  struct Tree;
+
+  explicit Document(std::unique_ptr<Tree> tree) noexcept;
+
+  std::unique_ptr<Tree> tree_;
+};
+
+}  // namespace dom

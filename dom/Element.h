@@ -1,0 +1,62 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "dom/Attr.h"
+#include "dom/NamedNodeMap.h"
+#include "dom/Node.h"
+
+namespace dom {
+
+/// A handle to an element.
+///
+/// Names are given by the program and are valid XML names; they are not checked. The texts of
+/// appendText and appendCDATASection hold no character below 0x20 but tab, LF and CR, and those of
+/// a CDATA section no `]]>`: the caller, who looks at every character anyway, sees to that.
+class Element : public Node {
+ public:
+  Element() = default;
+  /// Null when the node is no element.
+  explicit Element(Node node);
+
+  [[nodiscard]] std::string_view getTagName() const { return getNodeName(); }
+
+  /// The value of the first attribute of that name; empty when there is none. A call looks at
+  /// each attribute once.
+  [[nodiscard]] std::string_view getAttribute(std::string_view name) const;
+  [[nodiscard]] bool hasAttribute(std::string_view name) const;
+  [[nodiscard]] Attr getAttributeNode(std::string_view name) const;
+  [[nodiscard]] NamedNodeMap getAttributes() const;
+
+  /// Sets an attribute; a new one comes last. Characters below 0x20 other than tab, LF and CR are
+  /// dropped from the value: no document could hold them.
+  void setAttribute(std::string_view name, std::string_view value) const;
+  /// The same for an attribute that the element does not have yet; does not look for it.
+  void appendAttribute(std::string_view name, std::string_view value) const;
+
+  /// The first child element of that name; an empty name: of any name.
+  [[nodiscard]] Element getFirstChildElement(std::string_view name = {}) const;
+  /// The next sibling element of that name; an empty name: of any name.
+  [[nodiscard]] Element getNextSiblingElement(std::string_view name = {}) const;
+
+  /// The texts and CDATA sections among the element's own children, joined. One piece is returned
+  /// in place; several are joined in `scratch`, which is not touched otherwise.
+  [[nodiscard]] std::string_view getTextContent(std::string& scratch) const;
+  /// The same where there is no `scratch`: each call that joins pieces adds a text to the memory
+  /// of the document, where it stays until that is cleared.
+  [[nodiscard]] std::string_view getTextContent() const;
+
+  /// Makes a node and appends it, without the way through a detached node.
+  // NOLINTNEXTLINE(modernize-use-nodiscard)
+  Element appendElement(std::string_view name) const;
+  void appendText(std::string_view text) const;
+  void appendCDATASection(std::string_view text) const;
+  /// As Document::createComment.
+  void appendComment(std::string_view text) const;
+
+ private:
+  explicit Element(pugi::xml_node_struct* node) : Node(node) {}
+};
+
+}  // namespace dom

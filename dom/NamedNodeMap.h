@@ -1,0 +1,21 @@
+#pragma once
+
+#include <string_view>
+
+#include "dom/Attr.h"
+#include "dom/HandleList.h"
+
+namespace dom {
+
+inline Attr NextInList(Attr attribute) { return attribute.getNextAttribute(); }
+
+/// The attributes of an element, in the order in which they were set.
+class NamedNodeMap : public HandleList<Attr> {
+ public:
+  using HandleList::HandleList;
+
+  /// The first attribute of that name; null when there is none.
+  [[nodiscard]] Attr getNamedItem(std::string_view name) const;
+};
+
+}  // namespace dom

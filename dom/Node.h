@@ -1,0 +1,77 @@
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+namespace pugi {
+struct xml_node_struct;
+}
+
+namespace dom {
+
+class NodeList;
+
+/// The kinds of node, with the numbers that the DOM gives them.
+enum class NodeType : std::uint8_t {
+  kNone = 0,  ///< A null handle.
+  kElement = 1,
+  kText = 3,
+  kCDATASection = 4,
+  kProcessingInstruction = 7,
+  kComment = 8,
+  kDocument = 9,
+  kDocumentType = 10,
+};
+
+/// A handle to a node of a document's tree: the size of a pointer, copied freely. It owns nothing
+/// and is valid as long as the Document that made the node lives and is not cleared; moving the
+/// Document or the node keeps it valid. As with a pointer, a `const` handle still changes its node.
+///
+/// A null handle is safe: it has no children, its texts are empty, and what is done to it or with
+/// it gives a null handle again. When memory runs out, the functions that make nodes give null
+/// handles; Document::IsComplete tells afterwards whether that happened.
+///
+/// Names and texts are 8-bit ISO-8859-1. A text that is given need not be terminated; a view that
+/// is returned refers to the tree and is valid until that text or its node is changed.
+class Node {
+ public:
+  Node() = default;
+  /// For the classes of this folder; `node` belongs to a tree.
+  explicit Node(pugi::xml_node_struct* node) : node_(node) {}
+  [[nodiscard]] pugi::xml_node_struct* GetInternal() const { return node_; }
+
+  explicit operator bool() const { return node_ != nullptr; }
+  /// The same node (not: an equal one).
+  friend bool operator==(Node left, Node right) { return left.node_ == right.node_; }
+
+  [[nodiscard]] NodeType getNodeType() const;
+  /// The name of an element, the target of an instruction, the name of a document type; for the
+  /// others what the DOM says ("#text").
+  [[nodiscard]] std::string_view getNodeName() const;
+  /// The characters of a text, CDATA section or comment, the data of an instruction; else empty.
+  [[nodiscard]] std::string_view getNodeValue() const;
+
+  /// The neighbours of a node. A node that is not in the document has no parent and no siblings.
+  [[nodiscard]] Node getParentNode() const;
+  [[nodiscard]] Node getFirstChild() const;
+  [[nodiscard]] Node getLastChild() const;
+  [[nodiscard]] Node getNextSibling() const;
+  [[nodiscard]] Node getPreviousSibling() const;
+  [[nodiscard]] NodeList getChildNodes() const;
+  [[nodiscard]] bool hasChildNodes() const;
+
+  /// Makes `child` the last child; it leaves the place where it was. Null, and nothing changes,
+  /// when the child is of another document or holds this node, or when this node takes no
+  /// children.
+  Node appendChild(Node child) const;
+  /// The same in front of `reference`, which is a child of this node; at the end when it is null.
+  Node insertBefore(Node child, Node reference) const;
+  /// Takes a child out of the document and returns it; its memory is kept until the document is
+  /// cleared. Null when it is not a child of this node.
+  Node removeChild(Node child) const;
+
+ protected:
+  pugi::xml_node_struct* node_ = nullptr;
+};
+
+}  // namespace dom

@@ -1,0 +1,43 @@
+#include "dom/OutputBuffer.h"
+
+#include <algorithm>
+#include <limits>
+#include <utility>
+
+#include "dom/Heap.h"
+
+namespace dom {
+namespace {
+
+constexpr std::size_t kFirstCapacity = std::size_t{64} << 10;
+
+}  // namespace
+
+OutputBuffer::OutputBuffer(OutputBuffer&& other) noexcept { *this = std::move(other); }
+
+OutputBuffer& OutputBuffer::operator=(OutputBuffer&& other) noexcept {
+  std::swap(data_, other.data_);
+  std::swap(size_, other.size_);
+  std::swap(capacity_, other.capacity_);
+  std::swap(has_failed_, other.has_failed_);
+  return *this;
+}
+
+OutputBuffer::~OutputBuffer() { Free(data_); }
+
+bool OutputBuffer::Grow(std::size_t count) {
+  constexpr std::size_t kMost = std::numeric_limits<std::ptrdiff_t>::max();
+  if (has_failed_) return false;
+  has_failed_ = true;
+  if (count > kMost - size_) return false;
+  const std::size_t capacity =
+      std::max({size_ + count, std::min(kMost, capacity_ + capacity_ / 2), kFirstCapacity});
+  void* const data = Reallocate(data_, capacity);
+  if (!data) return false;
+  data_ = static_cast<char*>(data);
+  capacity_ = capacity;
+  has_failed_ = false;
+  return true;
+}
+
+}  // namespace dom

@@ -1,0 +1,97 @@
+#include "dom/References.h"
+
+#include <cstring>
+#include <string_view>
+
+namespace dom {
+namespace {
+
+struct Entity {
+  std::string_view reference;
+  char character;
+};
+
+constexpr Entity kEntities[] = {
+    {"&lt;",   '<' },
+    {"&gt;",   '>' },
+    {"&amp;",  '&' },
+    {"&quot;", '"' },
+    {"&apos;", '\''},
+};
+
+/// The digit that `c` is, at least 16 when it is none.
+unsigned DigitOf(char c) {
+  if (c >= '0' && c <= '9') return static_cast<unsigned>(c - '0');
+  if (c >= 'a' && c <= 'f') return static_cast<unsigned>(c - 'a' + 10);
+  if (c >= 'A' && c <= 'F') return static_cast<unsigned>(c - 'A' + 10);
+  return 16;
+}
+
+/// Takes the numeric reference that `source` points at, and writes its character unless that is
+/// NUL. False when it is no such reference; then nothing is taken.
+bool TakeNumber(const char*& source, char*& target) {
+  const char* p = source + 2;
+  const unsigned base = *p == 'x' ? 16 : 10;
+  if (base == 16) ++p;
+  const char* const digits = p;
+  unsigned number = 0;
+  for (unsigned digit; (digit = DigitOf(*p)) < base; ++p)
+    if (number <= 0xFF) number = number * base + digit;
+  if (p == digits || *p != ';') return false;
+  source = p + 1;
+  if (number != 0) *target++ = number <= 0xFF ? static_cast<char>(number) : '?';
+  return true;
+}
+
+/// Takes what `source` points at, a reference or just a '&'.
+void TakeReference(const char*& source, char*& target) {
+  if (source[1] == '#') {
+    if (TakeNumber(source, target)) return;
+  } else {
+    for (const Entity& entity : kEntities) {
+      if (std::strncmp(source, entity.reference.data(), entity.reference.size()) != 0) continue;
+      source += entity.reference.size();
+      *target++ = entity.character;
+      return;
+    }
+  }
+  *target++ = *source++;
+}
+
+void ExpandIn(const char* value) {
+  const char* source = std::strchr(value, '&');
+  if (!source) return;
+  // What pugixml parsed in place is the caller's buffer, which is not constant.
+  char* target = const_cast<char*>(source);
+  while (*source != '\0') {
+    if (*source == '&') {
+      TakeReference(source, target);
+      continue;
+    }
+    *target++ = *source++;
+  }
+  *target = '\0';
+}
+
+/// The next node of the tree in document order; null at the end.
+pugi::xml_node FindNext(pugi::xml_node node) {
+  if (const pugi::xml_node child = node.first_child()) return child;
+  while (node) {
+    if (const pugi::xml_node sibling = node.next_sibling()) return sibling;
+    node = node.parent();
+  }
+  return node;
+}
+
+}  // namespace
+
+void ExpandReferences(const pugi::xml_node& document) {
+  for (pugi::xml_node node = document.first_child(); node; node = FindNext(node)) {
+    if (node.type() == pugi::node_pcdata) ExpandIn(node.value());
+    for (pugi::xml_attribute attribute = node.first_attribute(); attribute;
+         attribute = attribute.next_attribute())
+      ExpandIn(attribute.value());
+  }
+}
+
+}  // namespace dom

@@ -1,0 +1,303 @@
+#include "dom/Serializer.h"
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <cstring>
+#include <pugixml.hpp>
+#include <string_view>
+
+#include "dom/Blocks.h"
+#include "dom/Tree.h"
+
+namespace dom {
+namespace {
+
+/// What takes the place of a character; empty for one that stays.
+template <Search search>
+constexpr std::string_view EscapeOf(char c) {
+  constexpr bool is_value = search == Search::kValueSpecials;
+  switch (c) {
+    case '&':
+      return "&amp;";
+    case '<':
+      return "&lt;";
+    case '>':
+      return "&gt;";
+    case '"':
+      return "&quot;";
+    case '\t':
+      return is_value ? "&#9;" : "";
+    case '\n':
+      return is_value ? "&#10;" : "";
+    case '\r':
+      return is_value ? "&#13;" : "";
+    default:
+      return "";
+  }
+}
+
+constexpr std::size_t kDeepestIndent = 32;
+constexpr auto kLineStart = [] {
+  std::array<char, 1 + 2 * kDeepestIndent> line{};
+  line.fill(' ');
+  line[0] = '\n';
+  return line;
+}();
+
+// The following write at `out`, where there is room for a block more than they need, and return
+// the place behind.
+
+template <std::size_t kSize>
+char* CopyLiteral(const char (&literal)[kSize], char* out) {
+  std::memcpy(out, literal, kSize - 1);
+  return out + kSize - 1;
+}
+
+inline char* Copy(std::string_view text, char* out) {
+  if (text.size() <= kBlock)
+    CopyBlock<Search::kNothing>(text.data(), text.size(), out);
+  else
+    std::memcpy(out, text.data(), text.size());
+  return out + text.size();
+}
+
+/// Copies what stands in front of the first character that may have to be escaped, and takes it
+/// from `text`.
+template <Search search>
+char* CopyPlain(std::string_view& text, char* out) {
+  const char* p = text.data();
+  std::size_t left = text.size();
+  unsigned found = 0;
+  for (; left > kBlock; p += kBlock, out += kBlock, left -= kBlock) {
+    found = CopyBlock<search>(p, kBlock, out);
+    if (found != 0) break;
+  }
+  if (found == 0) found = CopyBlock<search>(p, left, out);
+  const std::size_t count = found == 0 ? left : static_cast<std::size_t>(std::countr_zero(found));
+  text = {p + count, left - count};
+  return out + count;
+}
+
+/// Writes into the room of an OutputBuffer. Once that has failed nothing more is written.
+class Writer {
+ public:
+  explicit Writer(OutputBuffer& output) : output_(output), out_(output.End()), end_(out_) {}
+  ~Writer() { Finish(); }
+  Writer(const Writer&) = delete;
+  Writer& operator=(const Writer&) = delete;
+
+  template <std::size_t kSize>
+  void Put(const char (&literal)[kSize]) {
+    if (Reserve(kSize)) out_ = CopyLiteral(literal, out_);
+  }
+
+  /// A text between two literals.
+  template <std::size_t kBefore, std::size_t kAfter>
+  void Put(const char (&before)[kBefore], std::string_view text, const char (&after)[kAfter]) {
+    if (!Reserve(kBefore + text.size() + kAfter)) return;
+    out_ = CopyLiteral(after, Copy(text, CopyLiteral(before, out_)));
+  }
+
+  void PutAttribute(std::string_view name, std::string_view value) {
+    if (!Reserve(name.size() + value.size() + kBlock)) return;
+    char* const out = CopyLiteral("=\"", Copy(name, CopyLiteral(" ", out_)));
+    if (value.size() <= kBlock &&
+        CopyBlock<Search::kValueSpecials>(value.data(), value.size(), out) == 0) {
+      out_ = CopyLiteral("\"", out + value.size());
+      return;
+    }
+    out_ = out;
+    PutEscaped<Search::kValueSpecials>(value);
+    Put("\"");
+  }
+
+  /// A text in which what is found is escaped.
+  template <Search search>
+  void PutEscaped(std::string_view text) {
+    while (Reserve(text.size())) {
+      out_ = CopyPlain<search>(text, out_);
+      if (text.empty()) return;
+      const std::string_view escape = EscapeOf<search>(text.front());
+      if (!Reserve(kBlock)) return;
+      out_ = Copy(escape.empty() ? text.substr(0, 1) : escape, out_);
+      text.remove_prefix(1);
+    }
+  }
+
+  void StartLine(std::size_t level) {
+    if (!Reserve(kLineStart.size())) return;
+    std::memcpy(out_, kLineStart.data(), kLineStart.size());
+    out_ += 1 + 2 * std::min(level, kDeepestIndent);
+  }
+
+ private:
+  /// Room for `count` bytes and a block, because blocks are written whole.
+  bool Reserve(std::size_t count) {
+    return static_cast<std::size_t>(end_ - out_) >= count + kBlock || Grow(count + kBlock);
+  }
+
+  bool Grow(std::size_t count) {
+    Finish();
+    const bool is_done = output_.Reserve(count);
+    out_ = output_.End();
+    end_ = is_done ? out_ + output_.Room() : out_;
+    return is_done;
+  }
+
+  void Finish() {
+    if (out_) output_.SetEnd(out_);
+  }
+
+  OutputBuffer& output_;
+  char* out_;
+  const char* end_;
+};
+
+using NodePointer = pugi::xml_node_struct*;
+
+NodePointer FirstChildOf(NodePointer node) { return Unwrap(Wrap(node).first_child()); }
+NodePointer NextOf(NodePointer node) { return Unwrap(Wrap(node).next_sibling()); }
+
+/// Whether the children of an element, the first of which is given, get lines of their own.
+bool HoldsLines(NodePointer child) {
+  for (; child; child = NextOf(child)) {
+    const pugi::xml_node_type type = Wrap(child).type();
+    if (type != pugi::node_element && type != pugi::node_comment) return false;
+  }
+  return true;
+}
+
+/// Writes the children of a document with all that is in them.
+class TreeWriter {
+ public:
+  explicit TreeWriter(OutputBuffer& output) : out_(output) {}
+
+  /// Walks the tree by its links, so that its depth does not matter.
+  void Write(NodePointer top) {
+    NodePointer node = top;
+    while (true) {
+      if (const NodePointer child = Open(node)) {
+        ++level_;
+        node = child;
+      } else {
+        node = CloseUpToNext(node, top);
+        if (!node) break;
+      }
+      StartLine();
+    }
+    out_.Put("\n");
+  }
+
+ private:
+  /// Writes a node, or of an element that has children only the start tag: then it returns the
+  /// first of them. A single text is written with its element.
+  NodePointer Open(NodePointer pointer) {
+    const pugi::xml_node node = Wrap(pointer);
+    const pugi::xml_node_type type = node.type();
+    switch (type) {
+      case pugi::node_element:
+        return OpenElement(pointer);
+      case pugi::node_pcdata:
+      case pugi::node_cdata:
+        PutText(type, node.value());
+        break;
+      case pugi::node_comment:
+        out_.Put("<!--", node.value(), "-->");
+        break;
+      case pugi::node_pi:
+        if (*node.name() == '!')
+          PutDocumentType(node.name() + 1, node.value());
+        else
+          PutInstruction(node.name(), node.value());
+        break;
+      case pugi::node_null:
+      case pugi::node_document:
+      case pugi::node_declaration:
+      case pugi::node_doctype:
+        break;
+    }
+    return nullptr;
+  }
+
+  NodePointer OpenElement(NodePointer element) {
+    const std::string_view name = Wrap(element).name();
+    out_.Put("<", name, "");
+    for (pugi::xml_attribute attribute = Wrap(element).first_attribute(); !IsNull(attribute);
+         attribute = attribute.next_attribute())
+      out_.PutAttribute(attribute.name(), attribute.value());
+
+    const NodePointer child = FirstChildOf(element);
+    const pugi::xml_node_type type = Wrap(child).type();
+    const bool is_text = type == pugi::node_pcdata || type == pugi::node_cdata;
+    const bool is_one_text = is_text && !NextOf(child);
+    const std::string_view text = is_one_text ? Wrap(child).value() : "";
+    if (!child || (is_one_text && type == pugi::node_pcdata && text.empty())) {
+      out_.Put("/>");
+      return nullptr;
+    }
+    out_.Put(">");
+    if (is_one_text) {
+      PutText(type, text);
+      out_.Put("</", name, ">");
+      return nullptr;
+    }
+    if (!inline_root_ && (is_text || !HoldsLines(child))) inline_root_ = element;
+    return child;
+  }
+
+  /// Writes the ends of the elements that end behind `node`, but goes no higher than `top`.
+  /// Returns the node that follows; null when none does.
+  NodePointer CloseUpToNext(NodePointer node, NodePointer top) {
+    while (node != top) {
+      if (const NodePointer next = NextOf(node)) return next;
+      node = Unwrap(Wrap(node).parent());
+      --level_;
+      StartLine();
+      if (inline_root_ == node) inline_root_ = nullptr;
+      out_.Put("</", Wrap(node).name(), ">");
+    }
+    return nullptr;
+  }
+
+  void PutText(pugi::xml_node_type type, std::string_view text) {
+    if (type == pugi::node_pcdata)
+      out_.PutEscaped<Search::kTextSpecials>(text);
+    else
+      out_.Put("<![CDATA[", text, "]]>");
+  }
+
+  void PutDocumentType(std::string_view name, std::string_view system_id) {
+    out_.Put("<!DOCTYPE ", name, "");
+    if (!system_id.empty()) out_.Put(" SYSTEM \"", system_id, "\"");
+    out_.Put(">");
+  }
+
+  void PutInstruction(std::string_view target, std::string_view data) {
+    out_.Put("<?", target, "");
+    if (!data.empty()) out_.Put(" ", data, "");
+    out_.Put("?>");
+  }
+
+  void StartLine() {
+    if (!inline_root_) out_.StartLine(level_);
+  }
+
+  Writer out_;
+  std::size_t level_ = 0;
+  NodePointer inline_root_ = nullptr;  ///< The element inside which no white space is added.
+};
+
+}  // namespace
+
+bool Serialize(const Document& document, OutputBuffer& output) {
+  {
+    TreeWriter writer(output);
+    NodePointer node = document.getNode().GetInternal();
+    for (node = FirstChildOf(node); node; node = NextOf(node))
+      if (!IsHidden(Wrap(node))) writer.Write(node);
+  }
+  return document.IsComplete() && !output.HasFailed();
+}
+
+}  // namespace dom

@@ -1,0 +1,141 @@
+#include <gtest/gtest.h>
+
+#include "dom/Serializer.h"
+#include "tests/dom/ParsedText.h"
+
+namespace dom {
+namespace {
+
+struct LayoutCase {
+  const char* name;
+  std::string_view input;
+  std::string_view output;
+};
+
+class Layout : public testing::TestWithParam<LayoutCase> {};
+
+TEST_P(Layout, IsAsExpected) { EXPECT_EQ(Reserialized(GetParam().input), GetParam().output); }
+
+constexpr LayoutCase kLayoutCases[] = {
+    {"NoContent",                     "<a></a>",                                                "<a/>\n"                                    },
+    {"OnlyText",                      "<a>t</a>",                                               "<a>t</a>\n"                                },
+    {"OnlyWhiteSpace",                "<a> \n</a>",                                             "<a> \n</a>\n"                              },
+    {"OnlyCDATA",                     "<a><![CDATA[<&\"]]></a>",                                "<a><![CDATA[<&\"]]></a>\n"                 },
+    {"EmptyCDATA",                    "<a><![CDATA[]]></a>",                                    "<a><![CDATA[]]></a>\n"                     },
+    {"TextThatIsEmpty",               "<a>&#0;</a>",                                            "<a/>\n"                                    },
+    {"SeveralTexts",                  "<a>t<![CDATA[u]]>v</a>",                                 "<a>t<![CDATA[u]]>v</a>\n"                  },
+    {"ElementsGetLines",              "<a><b/><c><d>t</d></c><e/></a>",
+     "<a>\n  <b/>\n  <c>\n    <d>t</d>\n  </c>\n  <e/>\n</a>\n"                                                                             },
+    {"TextAmongElementsAddsNothing",  "<a><b><c/><d><e/></d></b>t</a>",
+     "<a><b><c/><d><e/></d></b>t</a>\n"                                                                                                     },
+    {"LinesGoOnBehindMixedContent",   "<a><b>t<c><d/></c></b><e><f/></e></a>",
+     "<a>\n  <b>t<c><d/></c></b>\n  <e>\n    <f/>\n  </e>\n</a>\n"                                                                          },
+    {"CDATAAmongElementsAddsNothing", "<a><b/><![CDATA[]]></a>",                                "<a><b/><![CDATA[]]></a>\n"                 },
+    {"Attributes",                    "<a b='1' c=''><d e=\"'\"/></a>",                         "<a b=\"1\" c=\"\">\n  <d e=\"'\"/>\n</a>\n"},
+    {"EscapesInText",                 "<a>&lt;&gt;&amp;&quot;'\t\n&#13;&#233;</a>",
+     "<a>&lt;&gt;&amp;&quot;'\t\n\r\xE9</a>\n"                                                                                              },
+    {"EscapesInAttributes",           "<a b='&lt;&gt;&amp;&quot;&apos;&#9;&#10;&#13;&#233;'/>",
+     "<a b=\"&lt;&gt;&amp;&quot;'&#9;&#10;&#13;\xE9\"/>\n"                                                                                  },
+};
+
+INSTANTIATE_TEST_SUITE_P(Cases, Layout, testing::ValuesIn(kLayoutCases),
+                         [](const auto& test) { return test.param.name; });
+
+TEST(Serializer, WritesAWholeDocument) {
+  const Document document = DOMImplementation::createDocument();
+  document.appendChild(
+      document.createProcessingInstruction("xml", R"(version="1.0" encoding="ISO-8859-1")"));
+  document.appendChild(document.createDocumentType("ZAF", "zanfo.dtd"));
+  document.appendChild(document.createProcessingInstruction("zanfo", "run-only"));
+  document.appendChild(document.createProcessingInstruction("empty", ""));
+  const Element root = document.createElement("ZAF");
+  document.appendChild(root);
+  root.setAttribute("Version", "0x02000002");
+  root.appendComment("Main program");
+  root.appendElement("Program").appendComment("");
+  root.appendElement("Comments").appendCDATASection("a < b");
+  document.appendChild(document.createComment("end"));
+
+  EXPECT_EQ(Serialized(document), R"(<?xml version="1.0" encoding="ISO-8859-1"?>
+<!DOCTYPE ZAF SYSTEM "zanfo.dtd">
+<?zanfo run-only?>
+<?empty?>
+<ZAF Version="0x02000002">
+  <!--Main program-->
+  <Program>
+    <!---->
+  </Program>
+  <Comments><![CDATA[a < b]]></Comments>
+</ZAF>
+<!--end-->
+)");
+}
+
+TEST(Serializer, AddsNothingAroundAnInstructionInAnElement) {
+  const Document document = DOMImplementation::createDocument();
+  const Element root = document.createElement("a");
+  document.appendChild(root);
+  root.appendElement("b").appendElement("c");
+  root.appendChild(document.createProcessingInstruction("p", "q"));
+  EXPECT_EQ(Serialized(document), "<a><b><c/></b><?p q?></a>\n");
+}
+
+TEST(Serializer, IndentsNoDeeperThan32Levels) {
+  const std::string lines =
+      Join({"\n", Reserialized(Join({Repeat("<a>", 40), Repeat("</a>", 40)}))});
+  for (std::size_t level = 0; level < 39; ++level) {
+    const std::string blanks(2 * std::min<std::size_t>(level, 32), ' ');
+    EXPECT_NE(lines.find(Join({"\n", blanks, "<a>\n"})), std::string::npos) << level;
+  }
+  EXPECT_EQ(lines.find(std::string(65, ' ')), std::string::npos);
+  EXPECT_NE(lines.find(Join({"\n", std::string(64, ' '), "<a/>\n"})), std::string::npos);
+}
+
+// The characters are looked at 16 at a time: each length, and each place of one to be escaped.
+TEST(Serializer, EscapesAtEachPlaceOfATextOfEachLength) {
+  for (std::size_t length = 1; length <= 50; ++length) {
+    for (std::size_t place = 0; place <= length; ++place) {
+      std::string text(length, 'x');
+      for (std::size_t i = 0; i < length; ++i) text[i] = static_cast<char>('A' + i);
+      if (place < length) text[place] = '\n';
+      std::string value = text;
+      if (place < length) value.replace(place, 1, "&#10;");
+      const Document document = DOMImplementation::createDocument();
+      const Element element = document.createElement(std::string(length, 'n'));
+      document.appendChild(element);
+      element.setAttribute(std::string(length, 'm'), text);
+      element.appendText(text);
+      std::string expected =
+          Join({"<", std::string(length, 'n'), " ", std::string(length, 'm'), "=\"", value, "\">",
+                text, "</", std::string(length, 'n'), ">\n"});
+      ASSERT_EQ(Serialized(document), expected) << length << " " << place;
+
+      std::replace(text.begin(), text.end(), '\n', '&');
+      const Document other = DOMImplementation::createDocument();
+      const Element root = other.createElement("a");
+      other.appendChild(root);
+      root.appendText(text);
+      if (place < length) text.replace(place, 1, "&amp;");
+      expected = Join({"<a>", text, "</a>\n"});
+      ASSERT_EQ(Serialized(other), expected) << length << " " << place;
+    }
+  }
+}
+
+TEST(Serializer, GrowsWithATextOfEscapes) {
+  const std::string quotes = Repeat("&quot;", 200'000);
+  const std::string text = Join({"<a b=\"", quotes, "\">", quotes, "</a>\n"});
+  EXPECT_EQ(Reserialized(text), text);
+}
+
+TEST(Serializer, AppendsToWhatIsThere) {
+  OutputBuffer output;
+  output.Append("before ");
+  EXPECT_TRUE(Serialize(*ParsedText("<a/>"), output));
+  EXPECT_TRUE(Serialize(Document(), output));
+  output.Append(3, '\n');
+  EXPECT_EQ(output.View(), "before <a/>\n\n\n\n");
+}
+
+}  // namespace
+}  // namespace dom
