@@ -1,0 +1,37 @@
+#pragma once
+
+#include <span>
+
+#include "actions/TProperty.h"
+
+namespace zaf {
+
+/// A part of an action: an object with rows of its own, whose legacy sections stand among those of
+/// the action and whose XML is a child element.
+class TPartCodec final : public TFieldCodec {
+ public:
+  constexpr explicit TPartCodec(std::span<const TProperty> (*properties)())
+      : properties_(properties) {}
+
+  void WriteXml(const TProperty& row, const void* field,
+                const TXmlWriteScope& scope) const override;
+  Status ReadXml(const TProperty& row, void* field, const TXmlReadScope& scope) const override;
+  bool IsEqual(const void* field, const void* other) const override;
+  void SwapByteOrder(void* field) const override;
+  std::span<const TProperty> Nested() const override { return properties_(); }
+
+ private:
+  std::span<const TProperty> (*properties_)();
+};
+
+template <class Object>
+inline constexpr TPartCodec kPartCodec{&Object::Properties};
+
+/// A part in a child element `name`, always written.
+template <auto Member>
+constexpr TProperty Part(std::string_view name) {
+  using Field = typename TMemberTraits<decltype(Member)>::Field;
+  return Row<Member>(kNoCode, name, XmlForm::kChild, kPartCodec<Field>);
+}
+
+}  // namespace zaf

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "actions/TTableSpecification.h"
+
+namespace zaf {
+
+/// The plain container: it holds other actions and has no fields of its own.
+class TContainerSpecification final
+    : public TTableSpecification<TContainerSpecification, TQuerySpecification> {
+ public:
+  static constexpr FourCharCode kTypeCode = Code("cntr");
+  static std::span<const TProperty> Properties() { return {}; }
+
+  /// The first action in the container, else the one behind it or behind a container around it.
+  [[nodiscard]] const TActionEntry* GetNextInTree() const override;
+  /// Always true: the run time asks a container for the next action, never for its children.
+  [[nodiscard]] bool IsLeaf() const override { return true; }
+};
+
+}  // namespace zaf

@@ -1,0 +1,277 @@
+#include "actions/TQuerySpecification.h"
+
+#include <algorithm>
+#include <array>
+#include <string>
+#include <utility>
+
+#include "actions/OutputCodec.h"
+#include "actions/SectionMap.h"
+#include "actions/ValueCodecs.h"
+
+namespace zaf {
+namespace {
+
+constexpr std::size_t kAssignmentNameWidth = 32;
+constexpr std::size_t kAssignmentValueWidth = 256;
+constexpr std::size_t kLongAssignmentValueWidth = 1024;
+
+/// The order of the base's legacy sections; the assignments go before the comments.
+constexpr FourCharCode kOrderBeforeAssignments[] = {Code("pare"), Code("none"), Code("rslt"),
+                                                    Code("err ")};
+constexpr FourCharCode kOrderBehindAssignments[] = {Code("cmnt"), Code("push"), Code("expd")};
+
+constexpr std::int32_t kFirstPropertyId = 1;
+constexpr std::int32_t kLastPropertyId = 5;
+
+/// 32-bit FNV-1a.
+class TSignature {
+ public:
+  void Add(unsigned char byte) { hash_ = (hash_ ^ byte) * 0x01000193U; }
+
+  /// 8 lower-case hexadecimal digits.
+  [[nodiscard]] std::array<char, 8> Digits() const {
+    std::array<char, 8> digits;
+    for (std::size_t i = 0; i < digits.size(); ++i)
+      digits[i] = "0123456789abcdef"[hash_ >> (28 - 4 * i) & 0xF];
+    return digits;
+  }
+
+ private:
+  std::uint32_t hash_ = 0x811C9DC5U;
+};
+
+/// The signature of an action: of its type code and its name.
+std::array<char, 8> Sign(FourCharCode type_code, std::string_view name) {
+  TSignature signature;
+  for (const char c : Characters(type_code)) signature.Add(static_cast<unsigned char>(c));
+  for (const char c : name) signature.Add(static_cast<unsigned char>(c));
+  return signature.Digits();
+}
+
+Status WriteInOrder(std::span<const FourCharCode> order, const TQuerySpecification& action,
+                    TSectionWriter& out) {
+  for (const FourCharCode code : order) {
+    Status status = Status::kOk;
+    WriteLegacyRow(TQuerySpecification::Properties(), &action, code, out, status);
+    if (status != Status::kOk) return status;
+  }
+  return Status::kOk;
+}
+
+}  // namespace
+
+std::span<const TProperty> TQuerySpecification::Properties() {
+  using Action = TQuerySpecification;
+  static constexpr TProperty kRows[] = {
+      AttributeIfSet<&Action::push_results_>(Code("push"), "PushResults", kPositiveSwitchCodec),
+      AttributeIfSet<&Action::is_expanded_>(Code("expd"), "Expanded", kPositiveSwitchCodec),
+      ChildIfSet<&Action::comments_>(Code("cmnt"), "Comments"),
+      Output<&Action::results_>(Code("rslt"), "ResultsOutput", ".Results"),
+      Output<&Action::no_results_>(Code("none"), "NoResultsOutput", ".NoResults"),
+      Output<&Action::error_>(Code("err "), "ErrorOutput", ".Error"),
+      Carried<&Action::parent_name_>(Code("pare")),
+  };
+  return kRows;
+}
+
+bool TQuerySpecification::ConvertLegacyRecord(FourCharCode, ByteView, std::span<std::byte>) {
+  return false;
+}
+
+std::unique_ptr<TQuerySpecification> TQuerySpecification::Clone(TQuerySpecification* target) const {
+  if (target == nullptr) return std::make_unique<TQuerySpecification>(*this);
+  *target = *this;
+  return nullptr;
+}
+
+std::uint32_t TQuerySpecification::GetRecordSize() const { return record_size_; }
+
+bool TQuerySpecification::IsEqual(const TQuerySpecification& other) const {
+  const auto same = [](const CText& one, const CText& two) { return one.View() == two.View(); };
+  return type_code_ == other.type_code_ && GetRunDifference(other) == 0 &&
+         same(results_, other.results_) && same(error_, other.error_) &&
+         same(no_results_, other.no_results_) && same(comments_, other.comments_) &&
+         push_results_ == other.push_results_ && is_expanded_ == other.is_expanded_;
+}
+
+Status TQuerySpecification::ReadLegacy(TDataFile* file, const TRecordHeader& header) {
+  if (file == nullptr) return Status::kNoFile;
+  format_ = header.format;
+  record_size_ += static_cast<std::uint32_t>(header.name.View().size());
+  TSectionMap map;
+  if (const Status status = map.Open(*file, header); status != Status::kOk) return status;
+  if (!map.IsComplete()) return Status::kOk;
+  TSectionMapEntry entry;
+  while (map.Next(entry)) {
+    const Status status = ReadLegacyProperty({file, entry.code, entry.offset, entry.length, this});
+    if (status != Status::kOk) return status;
+    record_size_ += entry.length;
+  }
+  return Status::kOk;
+}
+
+Status TQuerySpecification::ReadLegacyProperty(const TLegacySection& section) {
+  if (section.file == nullptr) return Status::kNoFile;
+  switch (section.code) {
+    case Code("assn"):
+      return ReadAssignments(section, kAssignmentValueWidth);
+    case Code("assx"):
+      return ReadAssignments(section, kLongAssignmentValueWidth);
+    default:
+      break;
+  }
+  Status status = Status::kOk;
+  if (!ReadLegacyRow(Properties(), this, section, status) || status != Status::kOk) return status;
+  for (const auto& [code, text] : {
+           std::pair{Code("rslt"), &results_   },
+           std::pair{Code("none"), &no_results_},
+           std::pair{Code("err "), &error_     }
+  }) {
+    if (section.code == code) text->ReplaceAll("\r", "\r\n");
+  }
+  return Status::kOk;
+}
+
+/// The long values of "assx" are the same assignments as those of "assn" in full, so an action that
+/// has them keeps no others, in whatever order the sections stand.
+Status TQuerySpecification::ReadAssignments(const TLegacySection& section,
+                                            std::size_t value_width) {
+  ByteView records;
+  if (const Status status = section.View(records); status != Status::kOk) return status;
+  const bool is_long = value_width == kLongAssignmentValueWidth;
+  if (!is_long && has_long_assignments_) return Status::kOk;
+  if (is_long && !has_long_assignments_) assignments_.DeleteAll();
+  has_long_assignments_ = is_long;
+  const std::size_t record_size = kAssignmentNameWidth + value_width;
+  for (; records.size() >= record_size; records = records.subspan(record_size)) {
+    const std::string_view record = AsText(records.first(record_size));
+    TGlobalAssignment& assignment = assignments_.Append();
+    assignment.name = UntilNul(record.substr(0, kAssignmentNameWidth));
+    assignment.value = UntilNul(record.substr(kAssignmentNameWidth));
+  }
+  return Status::kOk;
+}
+
+Status TQuerySpecification::WriteLegacy(TDataFile& file, std::uint32_t& offset,
+                                        TRecordHeader& header) const {
+  header.format = kWrittenFormat;
+  header.type = type_code_;
+  header.name.Set(name_.View());
+  TSectionWriter out(file, offset);
+  if (const Status status = WriteLegacyProperties(out); status != Status::kOk) return status;
+  return out.WriteMap(header.map_offset, header.map_count);
+}
+
+Status TQuerySpecification::WriteLegacyProperties(TSectionWriter& out) const {
+  if (const Status status = WriteInOrder(kOrderBeforeAssignments, *this, out);
+      status != Status::kOk)
+    return status;
+  if (assignments_.GetCount() > 0) {
+    if (const Status status = WriteAssignments(Code("assx"), kLongAssignmentValueWidth, out);
+        status != Status::kOk)
+      return status;
+    if (const Status status = WriteAssignments(Code("assn"), kAssignmentValueWidth, out);
+        status != Status::kOk)
+      return status;
+  }
+  return WriteInOrder(kOrderBehindAssignments, *this, out);
+}
+
+Status TQuerySpecification::WriteAssignments(FourCharCode code, std::size_t value_width,
+                                             TSectionWriter& out) const {
+  std::string records;
+  const auto append = [&](std::string_view text, std::size_t width) {
+    const std::size_t kept = std::min(text.size(), width - 1);
+    records.append(text.substr(0, kept)).append(width - kept, '\0');
+  };
+  for (const TGlobalAssignment& assignment : assignments_) {
+    append(assignment.name.View(), kAssignmentNameWidth);
+    append(assignment.value.View(), value_width);
+  }
+  return out.Write(code, AsBytes(records));
+}
+
+const TActionEntry* TQuerySpecification::GetNextInTree() const {
+  return tree_entry_ == nullptr ? nullptr : tree_entry_->next_sibling;
+}
+
+bool TQuerySpecification::IsLeaf() const {
+  return tree_entry_ == nullptr || tree_entry_->first_child == nullptr;
+}
+
+void TQuerySpecification::GetDisplayName(CText& name) const {
+  name = kLabel;
+  name.Append(name_.View());
+}
+
+void TQuerySpecification::GetResults(CText& text) const { text = results_; }
+
+std::int32_t TQuerySpecification::GetFirstProperty(std::int32_t& id, std::uint32_t& flags) const {
+  id = kFirstPropertyId;
+  flags = 0;
+  return 0;
+}
+
+std::int32_t TQuerySpecification::GetNextProperty(std::int32_t& id, std::uint32_t& flags) const {
+  if (!IsProperty(id)) return kUnknownProperty;
+  if (id == kLastPropertyId) return kNoMoreProperties;
+  ++id;
+  flags = 0;
+  return 0;
+}
+
+bool TQuerySpecification::IsProperty(std::int32_t id) const {
+  return id >= kFirstPropertyId && id <= kLastPropertyId;
+}
+
+const CText* TQuerySpecification::FindProperty(std::int32_t id) const {
+  const CText* const texts[] = {&name_, &comments_, &results_, &no_results_, &error_};
+  return TQuerySpecification::IsProperty(id) ? texts[id - kFirstPropertyId] : nullptr;
+}
+
+std::int32_t TQuerySpecification::GetProperty(CText& text, std::int32_t id) const {
+  const CText* const property = FindProperty(id);
+  if (property == nullptr) return kUnknownProperty;
+  text = *property;
+  return 0;
+}
+
+std::int32_t TQuerySpecification::SetProperty(const char* text, std::int32_t id) {
+  if (const CText* const property = FindProperty(id); property != nullptr && text != nullptr)
+    *const_cast<CText*>(property) = text;
+  return kUnknownProperty;
+}
+
+Status TQuerySpecification::WriteXml(TXmlWriteContext& context, dom::Element element,
+                                     dom::Element parent) const {
+  if (!element) element = parent.appendElement(kElement);
+  const std::array<char, 8> signature = Sign(type_code_, name_.View());
+  element.appendAttribute("ID", name_.View());
+  element.appendAttribute("Sig", {signature.data(), signature.size()});
+  WriteXmlRows(Properties(), this, {context, element, name_.View()});
+  return Status::kOk;
+}
+
+Status TQuerySpecification::ReadXml(const TXmlReadContext& context, dom::Element element) {
+  name_ = element.getAttribute("ID");
+  return ReadXmlRows(Properties(), this, {context, element});
+}
+
+void TQuerySpecification::SetResults(const char* text) {
+  if (text != nullptr) results_ = text;
+}
+
+void TQuerySpecification::SetNoResults(const char* text) {
+  if (text != nullptr) no_results_ = text;
+}
+
+void TQuerySpecification::SetError(const char* text) {
+  if (text != nullptr) error_ = text;
+}
+
+void TQuerySpecification::SetComments(const char* text) {
+  if (text != nullptr) comments_ = text;
+}
+
+}  // namespace zaf

@@ -1,0 +1,158 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <string_view>
+
+#include "actions/TActionEntry.h"
+#include "actions/TLegacySection.h"
+#include "actions/TProperty.h"
+#include "actions/TRecordHeader.h"
+#include "actions/TSectionWriter.h"
+#include "actions/TXmlContext.h"
+#include "foundation/CText.h"
+#include "foundation/FourCharCode.h"
+#include "foundation/Status.h"
+#include "foundation/TOwningArray.h"
+
+namespace zaf {
+
+/// An assignment of an action: a variable and its value.
+struct TGlobalAssignment {
+  CText name;
+  CText value;
+};
+using CGlobalAssignmentArray = TOwningArray<TGlobalAssignment>;
+
+/// The base class of every action of an application, and by itself the results action. It holds
+/// what every action has, and it defines the one table of virtual operations through which an
+/// application loads an action from a legacy file, writes it back, writes it as an XML element and
+/// reads it from one. The operations are declared in the order of that table.
+///
+/// An action owns its texts and lists. The nesting of actions is kept in the application's tree, to
+/// which an action has a link that it does not own; the tree outlives its use.
+class TQuerySpecification {
+ public:
+  static constexpr FourCharCode kTypeCode = Code("null");
+  static constexpr std::string_view kElement = "ResultAction";
+  static constexpr std::string_view kLabel = "[Results Action] ";
+  static std::span<const TProperty> Properties();
+
+  TQuerySpecification() = default;
+  TQuerySpecification(const TQuerySpecification&) = default;
+  TQuerySpecification& operator=(const TQuerySpecification&) = default;
+
+  /// Fills `record`, which is all zero, from an older record of the list section `code`. Returns
+  /// whether there is a record to keep; the base class knows no lists.
+  virtual bool ConvertLegacyRecord(FourCharCode code, ByteView legacy_record,
+                                   std::span<std::byte> record);
+  virtual ~TQuerySpecification() = default;
+  /// Copies every field into `target`, which is of the same class, and returns null; without a
+  /// target the copy is a new action, which is returned.
+  virtual std::unique_ptr<TQuerySpecification> Clone(TQuerySpecification* target) const;
+  /// Bytes of the action's legacy record: those of its class, and after a load those of its name
+  /// and of all its sections, too.
+  [[nodiscard]] virtual std::uint32_t GetRecordSize() const;
+  /// Whether both are of one type and say the same. Names and places do not count.
+  [[nodiscard]] virtual bool IsEqual(const TQuerySpecification& other) const;
+  /// Reads the record that `header` heads, section by section. The first section that fails ends
+  /// it with its status; what was read before stays. A section map that the file does not hold
+  /// whole loads nothing and is kOk; kNoFile without a file.
+  virtual Status ReadLegacy(TDataFile* file, const TRecordHeader& header);
+  /// Reads one section into the property that has its code; a section with an unknown code is
+  /// not read and is kOk; kNoFile without a file.
+  virtual Status ReadLegacyProperty(const TLegacySection& section);
+  /// Writes the record's sections and their map at `offset`, which moves on behind them, and fills
+  /// `header`, which the caller writes.
+  virtual Status WriteLegacy(TDataFile& file, std::uint32_t& offset, TRecordHeader& header) const;
+  /// Writes the sections of all properties.
+  virtual Status WriteLegacyProperties(TSectionWriter& out) const;
+  // Hooks of the server's run time, which a conversion never calls.
+  virtual void PrepareRun() {}
+  virtual bool CanRun() const { return true; }
+  virtual bool CanFollow() const { return true; }
+  virtual void BeginRun() {}
+  virtual void EndRun() {}
+  /// The entry that a walk visits after this action; null at the end. A plain action goes on to its
+  /// next sibling, a container into its children.
+  [[nodiscard]] virtual const TActionEntry* GetNextInTree() const;
+  /// Whether no action hangs under this one.
+  [[nodiscard]] virtual bool IsLeaf() const;
+  /// What distinguishes two actions of one type at run time; 0 when nothing does.
+  [[nodiscard]] virtual std::int32_t GetRunDifference(const TQuerySpecification&) const {
+    return 0;
+  }
+  virtual std::int32_t GetRunState() const { return 0; }
+  virtual std::int32_t GetRunResult() const { return 0; }
+  /// The name with the class's label before it.
+  virtual void GetDisplayName(CText& name) const;
+  virtual void GetResults(CText& text) const;
+  virtual void ResetRun() {}
+  // The properties that an editor lists, numbered from 1: name, comments, results, no-results and
+  // error text.
+  virtual std::int32_t GetFirstProperty(std::int32_t& id, std::uint32_t& flags) const;
+  /// 0; kNoMoreProperties at the end; kUnknownProperty for an unknown number.
+  virtual std::int32_t GetNextProperty(std::int32_t& id, std::uint32_t& flags) const;
+  [[nodiscard]] virtual bool IsProperty(std::int32_t id) const;
+  /// 0, or kUnknownProperty.
+  virtual std::int32_t GetProperty(CText& text, std::int32_t id) const;
+  /// Always kUnknownProperty, also after it has set one: callers rely on that. Null is ignored.
+  virtual std::int32_t SetProperty(const char* text, std::int32_t id);
+  virtual void BeginEdit() {}
+  virtual void EndEdit() {}
+  /// Writes the action into `element`, which a derived class has appended to `parent`; when it is
+  /// null the class appends its own.
+  virtual Status WriteXml(TXmlWriteContext& context, dom::Element element,
+                          dom::Element parent) const;
+  /// Reads the action back. kMalformed when a derived class finds a word that it cannot take; what
+  /// was read before stays.
+  virtual Status ReadXml(const TXmlReadContext& context, dom::Element element);
+
+  static constexpr std::int32_t kNoMoreProperties = -1;
+  static constexpr std::int32_t kUnknownProperty = -2;
+
+  [[nodiscard]] const CText& GetName() const { return name_; }
+  void SetName(std::string_view name) { name_ = name; }
+  [[nodiscard]] FourCharCode GetTypeCode() const { return type_code_; }
+  /// The name of the action that this one hangs under, as the legacy file tells it.
+  [[nodiscard]] const CText& GetParentName() const { return parent_name_; }
+  void SetParentName(std::string_view name) { parent_name_ = name; }
+  // The texts; null is ignored.
+  void SetResults(const char* text);
+  void SetNoResults(const char* text);
+  void SetError(const char* text);
+  void SetComments(const char* text);
+  /// The action's entry in the application's tree; it is not owned.
+  void SetTreeEntry(const TActionEntry* entry) { tree_entry_ = entry; }
+  [[nodiscard]] const TActionEntry* GetTreeEntry() const { return tree_entry_; }
+
+ protected:
+  void SetTypeCode(FourCharCode code) { type_code_ = code; }
+  void SetRecordSize(std::uint32_t size) { record_size_ = size; }
+  void SetResultsText(std::string_view text) { results_ = text; }
+
+ private:
+  Status ReadAssignments(const TLegacySection& section, std::size_t value_width);
+  Status WriteAssignments(FourCharCode code, std::size_t value_width, TSectionWriter& out) const;
+  /// The text behind a property number; null for an unknown one.
+  [[nodiscard]] const CText* FindProperty(std::int32_t id) const;
+
+  CText results_;
+  CText no_results_;
+  CText error_;
+  CText comments_;
+  CGlobalAssignmentArray assignments_;
+  std::uint32_t format_ = 0;  ///< Format word of the record that the action was loaded from.
+  std::uint32_t record_size_ = 168;
+  CText name_;
+  FourCharCode type_code_ = kTypeCode;
+  bool push_results_ = false;
+  CText parent_name_;
+  bool is_expanded_ = false;
+  bool has_long_assignments_ = false;  ///< A section of long values was read: it counts alone.
+  const TActionEntry* tree_entry_ = nullptr;
+};
+
+}  // namespace zaf

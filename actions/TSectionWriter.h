@@ -1,0 +1,56 @@
+#pragma once
+
+#include <cstdint>
+
+#include "foundation/CText.h"
+#include "foundation/CTextPtrArray.h"
+#include "foundation/FourCharCode.h"
+#include "foundation/Status.h"
+#include "foundation/TByteReader.h"
+#include "foundation/TDataFile.h"
+#include "foundation/TRecordArray.h"
+
+namespace zaf {
+
+/// One entry of a section map, in the machine's byte order.
+struct TSectionMapEntry {
+  FourCharCode code;
+  std::uint32_t offset;
+  std::uint32_t length;
+};
+
+/// Size of a section map entry in a legacy file, in bytes.
+inline constexpr std::uint32_t kSectionMapEntrySize = 12;
+
+/// Writes the sections of one legacy record one behind the other and keeps their map. It refers to
+/// the file and to the offset of the caller, which moves on by every byte written. An operation
+/// that fails returns the data file's status and adds nothing to the map.
+class TSectionWriter {
+ public:
+  /// `offset` is where the next section goes, from the start of `file`.
+  TSectionWriter(TDataFile& file, std::uint32_t& offset) : file_(file), offset_(offset) {}
+
+  /// The text and its NUL.
+  Status Write(FourCharCode code, const CText& text);
+  Status Write(FourCharCode code, std::int32_t value);
+  /// The number of texts, then each text with its NUL.
+  Status Write(FourCharCode code, const CTextPtrArray& texts);
+  Status Write(FourCharCode code, ByteView block);
+
+  /// Writes the map behind the sections; `map_offset` and `map_count` then say where it lies and
+  /// how many entries it has.
+  Status WriteMap(std::uint32_t& map_offset, std::uint32_t& map_count);
+
+  /// Adds an entry for something that was written by other means.
+  Status AddEntry(FourCharCode code, std::uint32_t offset, std::uint32_t length);
+
+ private:
+  /// Notes what was written at the current offset and moves on behind it.
+  Status Advance(FourCharCode code, std::uint32_t length, Status status);
+
+  TDataFile& file_;
+  std::uint32_t& offset_;
+  TRecordArray<TSectionMapEntry> map_;
+};
+
+}  // namespace zaf

@@ -1,0 +1,114 @@
+#pragma once
+
+#include <algorithm>
+#include <memory>
+#include <span>
+#include <type_traits>
+
+#include "actions/ListCodecs.h"
+#include "actions/TProperty.h"
+#include "actions/TQuerySpecification.h"
+#include "actions/ValueCodecs.h"
+
+namespace zaf {
+
+/// Supplies the operations of an action class from what the class declares about itself:
+///
+/// - `kTypeCode`, `kElement`, `kLabel`: its type code, XML element and the label of its display
+///   name;
+/// - `Properties()`: the rows of its own fields, in the order of the XML element; the `BasePart()`
+///   row says where the part of `Base` goes. Every class declares it, if only to return no rows.
+/// - `LegacyOrder()`, optional: the order of its legacy sections where that differs; kNoCode stands
+///   for the sections of `Base`, which else come last.
+///
+/// In each operation the class's own rows come first and `Base` gets the rest. A class overrides an
+/// operation for what no row can say and calls this one for the others.
+template <class Action, class Base>
+class TTableSpecification : public Base {
+ public:
+  TTableSpecification() { this->SetTypeCode(Action::kTypeCode); }
+
+  std::unique_ptr<TQuerySpecification> Clone(TQuerySpecification* target) const override {
+    if (target == nullptr) return std::make_unique<Action>(Self());
+    static_cast<Action&>(*target) = Self();
+    return nullptr;
+  }
+
+  bool IsEqual(const TQuerySpecification& other) const override {
+    const auto* const that = dynamic_cast<const Action*>(&other);
+    return that != nullptr && Base::IsEqual(other) && AreRowsEqual(Rows(), &Self(), that);
+  }
+
+  Status ReadLegacyProperty(const TLegacySection& section) override {
+    if (section.file == nullptr) return Status::kNoFile;
+    Status status = Status::kOk;
+    if (ReadLegacyRow(Rows(), &Self(), section, status)) return status;
+    return Base::ReadLegacyProperty(section);
+  }
+
+  Status WriteLegacyProperties(TSectionWriter& out) const override {
+    if constexpr (HasOwnLegacyOrder()) {
+      for (const FourCharCode code : Action::LegacyOrder()) {
+        Status status = Status::kOk;
+        if (code == kNoCode) {
+          status = Base::WriteLegacyProperties(out);
+        } else {
+          WriteLegacyRow(Rows(), &Self(), code, out, status);
+        }
+        if (status != Status::kOk) return status;
+      }
+      return Status::kOk;
+    } else {
+      const Status status = WriteLegacyRows(Rows(), &Self(), out);
+      return status == Status::kOk ? Base::WriteLegacyProperties(out) : status;
+    }
+  }
+
+  void GetDisplayName(CText& name) const override {
+    name = Action::kLabel;
+    name.Append(this->GetName().View());
+  }
+
+  Status WriteXml(TXmlWriteContext& context, dom::Element element,
+                  dom::Element parent) const override {
+    if (!element) element = parent.appendElement(Action::kElement);
+    const std::span<const TProperty> rows = Rows();
+    const auto base = std::find_if(rows.begin(), rows.end(),
+                                   [](const TProperty& row) { return row.form == XmlForm::kBase; });
+    const auto own = static_cast<std::size_t>(base - rows.begin());
+    const TXmlWriteScope scope{context, element, this->GetName().View()};
+    WriteXmlRows(rows.first(own), &Self(), scope);
+    const Status status = Base::WriteXml(context, element, parent);
+    WriteXmlRows(rows.subspan(own), &Self(), scope);
+    return status;
+  }
+
+  Status ReadXml(const TXmlReadContext& context, dom::Element element) override {
+    const Status status = ReadXmlRows(Rows(), &Self(), {context, element});
+    return status == Status::kOk ? Base::ReadXml(context, element) : status;
+  }
+
+ private:
+  /// An order that is inherited is that of a base's sections.
+  static constexpr bool HasOwnLegacyOrder() {
+    if constexpr (!requires { Action::LegacyOrder(); }) {
+      return false;
+    } else if constexpr (requires {
+                           requires std::is_same_v<decltype(&Action::LegacyOrder),
+                                                   decltype(&Base::LegacyOrder)>;
+                         }) {
+      return &Action::LegacyOrder != &Base::LegacyOrder;
+    } else {
+      return true;
+    }
+  }
+  static std::span<const TProperty> Rows() {
+    static_assert(&Action::Properties != &Base::Properties,
+                  "an action class declares its own Properties()");
+    return Action::Properties();
+  }
+  Action& Self() { return static_cast<Action&>(*this); }
+  const Action& Self() const { return static_cast<const Action&>(*this); }
+};
+
+}  // namespace zaf

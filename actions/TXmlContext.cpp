@@ -1,0 +1,55 @@
+#include "actions/TXmlContext.h"
+
+#include <random>
+#include <utility>
+
+namespace zaf {
+namespace {
+
+std::uint64_t ProcessSeed() {
+  static const std::uint64_t seed = [] {
+    std::random_device device;
+    return std::uint64_t{device()} << 32 | device();
+  }();
+  return seed;
+}
+
+}  // namespace
+
+/// FNV-1a over the bytes, begun at the seed, finished with the 64-bit mixer of MurmurHash3.
+std::size_t TSeededHash::operator()(std::string_view text) const {
+  std::uint64_t hash = ProcessSeed();
+  for (const char c : text) hash = (hash ^ static_cast<unsigned char>(c)) * 0x100000001B3U;
+  hash = (hash ^ hash >> 33) * 0xFF51AFD7ED558CCDU;
+  hash = (hash ^ hash >> 33) * 0xC4CEB9FE1A85EC53U;
+  return static_cast<std::size_t>(hash ^ hash >> 33);
+}
+
+TElementIndex::TElementIndex(dom::Element container, std::string_view name) {
+  for (dom::Element element = container.getFirstChildElement(name); element;
+       element = element.getNextSiblingElement(name)) {
+    elements_.try_emplace(element.getAttribute("ID"), element);
+  }
+}
+
+dom::Element TElementIndex::Find(std::string_view id) const {
+  const auto found = elements_.find(id);
+  return found == elements_.end() ? dom::Element() : found->second;
+}
+
+dom::Element TElementRegistry::Find(const std::string& key) const {
+  const auto found = elements_.find(key);
+  return found == elements_.end() ? dom::Element() : found->second;
+}
+
+void TElementRegistry::Remember(std::string key, dom::Element element) {
+  elements_.try_emplace(std::move(key), element);
+}
+
+dom::Element AppendDataSource(TXmlWriteContext& context) {
+  const dom::Element source = context.data_sources.appendElement("DataSource");
+  source.appendAttribute("ID", "DataSource." + std::to_string(context.data_source_count++));
+  return source;
+}
+
+}  // namespace zaf
