@@ -1,0 +1,63 @@
+#include "appfile/LegacyReader.h"
+
+#include <utility>
+
+#include "actions/SectionMap.h"
+
+namespace zaf {
+namespace {
+
+constexpr FourCharCode kRunOnlyDocument = Code("rdoc");
+constexpr FourCharCode kActionEntry = Code("head");
+
+/// Reads the action whose record header is at `offset` and places it in the tree. An action of a
+/// format that is too new ends the load: `is_too_new` is then set and the status is kOk.
+Status ReadAction(TDataFile& file, std::uint32_t offset, const TQuerySpecificationServer& server,
+                  TApplication& application, bool& is_too_new) {
+  TRecordHeader header;
+  if (const Status status = ReadRecordHeader(file, offset, header); status != Status::kOk)
+    return status;
+  is_too_new = header.format > kNewestFormat;
+  if (is_too_new) return Status::kOk;
+  std::unique_ptr<TQuerySpecification> action = server.CreateByType(header.type);
+  action->SetName(header.name.View());
+  if (const Status status = action->ReadLegacy(&file, header); status != Status::kOk) return status;
+  application.total_record_size += action->GetRecordSize();
+  return application.actions.Place(std::move(action));
+}
+
+}  // namespace
+
+Status ReadLegacyApplication(TDataFile& file, const TQuerySpecificationServer& server,
+                             RunOnlyFiles run_only, TApplication& application) {
+  application.is_legacy = true;
+  file.SetScrambled(false);
+  TRecordHeader header;
+  if (const Status status = ReadRecordHeader(file, 0, header); status != Status::kOk) return status;
+  if (header.format < kOldestFormat || header.format > kNewestFormat)
+    return Status::kUnsupportedFormat;
+  application.format_version = header.format;
+  if (header.type == kRunOnlyDocument) {
+    application.is_run_only = true;
+    if (run_only == RunOnlyFiles::kRefused) return Status::kRunOnlyNotAllowed;
+    file.SetScrambled(true);
+  }
+  TSectionMap map;
+  if (const Status status = map.Open(file, header); status != Status::kOk) return status;
+  if (!map.IsComplete()) return Status::kMalformed;
+  TSectionMapEntry entry;
+  bool is_too_new = false;
+  while (!is_too_new && map.Next(entry)) {
+    Status status = Status::kOk;
+    if (entry.code == kActionEntry) {
+      status = ReadAction(file, entry.offset, server, application, is_too_new);
+    } else {
+      ReadLegacyRow(TApplication::Properties(), &application,
+                    {&file, entry.code, entry.offset, entry.length, nullptr}, status);
+    }
+    if (status != Status::kOk) return status;
+  }
+  return Status::kOk;
+}
+
+}  // namespace zaf

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "appfile/TApplication.h"
+#include "foundation/Status.h"
+#include "foundation/TDataFile.h"
+
+namespace zaf {
+
+/// Writes an application in the legacy form into an empty stream that can be read and written. A
+/// run-only application is written scrambled. Returns the data file's first status that is not
+/// kOk; the stream's content is undefined then.
+Status WriteLegacyApplication(const TApplication& application, TDataFile& file);
+
+}  // namespace zaf

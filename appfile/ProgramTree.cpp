@@ -1,0 +1,123 @@
+#include "appfile/ProgramTree.h"
+
+#include <cstddef>
+#include <string_view>
+#include <vector>
+
+namespace zaf {
+namespace {
+
+constexpr std::string_view kReference = "ActionRef";
+constexpr FourCharCode kIf = Code("if  ");
+constexpr FourCharCode kElseIf = Code("elif");
+constexpr FourCharCode kElse = Code("else");
+
+/// Whether `action` goes on with the if or else-if `before`.
+bool IsBranchOf(const TQuerySpecification& action, const TQuerySpecification& before) {
+  const FourCharCode type = action.GetTypeCode();
+  const FourCharCode type_before = before.GetTypeCode();
+  return (type == kElseIf || type == kElse) && (type_before == kIf || type_before == kElseIf);
+}
+
+/// The actions by their IDs. Of several with one ID each is given out once, in their order.
+class TActionIndex {
+ public:
+  explicit TActionIndex(std::span<TActionEntry* const> entries)
+      : entries_(entries), next_of_same_id_(entries.size(), kNone) {
+    first_of_id_.reserve(entries.size());
+    for (std::size_t i = entries.size(); i-- > 0;) {
+      const auto [place, is_new] =
+          first_of_id_.try_emplace(entries[i]->action->GetName().View(), i);
+      if (is_new) continue;
+      next_of_same_id_[i] = place->second;
+      place->second = i;
+    }
+  }
+
+  /// The next action of this ID; null when none is left.
+  TActionEntry* Take(std::string_view id) {
+    const auto found = first_of_id_.find(id);
+    if (found == first_of_id_.end() || found->second == kNone) return nullptr;
+    TActionEntry* const entry = entries_[found->second];
+    found->second = next_of_same_id_[found->second];
+    return entry;
+  }
+
+ private:
+  static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
+
+  std::span<TActionEntry* const> entries_;
+  TTextIndex<std::size_t> first_of_id_;
+  std::vector<std::size_t> next_of_same_id_;
+};
+
+/// One level of the walk through the references: whose children are being read, and the one of
+/// them that was read last.
+struct TLevel {
+  TActionEntry* parent;
+  TActionEntry* last = nullptr;
+};
+
+}  // namespace
+
+Status WriteProgram(const TActionTree& tree, dom::Element program, TXmlWriteContext& context) {
+  const TActionEntry* const root = tree.GetRoot();
+  if (root == nullptr) return Status::kOk;
+  // The references of the entries from the root down to the current one; the program stands for
+  // the root.
+  std::vector<dom::Element> path{program};
+  std::vector<const TActionEntry*> path_entries{root};
+  for (const TActionEntry* entry = TActionTree::GetNext(*root); entry != nullptr;
+       entry = TActionTree::GetNext(*entry)) {
+    while (path_entries.back() != entry->parent) {
+      path.pop_back();
+      path_entries.pop_back();
+    }
+    const Status status = entry->action->WriteXml(context, dom::Element(), context.actions);
+    if (status != Status::kOk) return status;
+    dom::Element place = path.back();
+    if (IsBranchOf(*entry->action, *entry->parent->action))
+      place = dom::Element(place.getParentNode());
+    const dom::Element reference = place.appendElement(kReference);
+    reference.appendAttribute("Ref",
+                              dom::Element(context.actions.getLastChild()).getAttribute("ID"));
+    path.push_back(reference);
+    path_entries.push_back(entry);
+  }
+  return Status::kOk;
+}
+
+Status ReadProgram(dom::Element program, std::span<TActionEntry* const> entries,
+                   TActionTree& tree) {
+  if (entries.empty())
+    return program.getFirstChildElement(kReference) ? Status::kMalformed : Status::kOk;
+  TActionEntry& root = tree.EnsureRoot();
+  TActionIndex index(entries);
+  std::vector<TLevel> levels{{&root}};
+  dom::Element reference = program.getFirstChildElement(kReference);
+  while (reference) {
+    TActionEntry* const entry = index.Take(reference.getAttribute("Ref"));
+    if (entry == nullptr) return Status::kMalformed;
+    TLevel& level = levels.back();
+    const bool is_branch = level.last != nullptr && IsBranchOf(*entry->action, *level.last->action);
+    TActionTree::Hang(*entry, is_branch ? *level.last : *level.parent);
+    level.last = entry;
+    if (const dom::Element child = reference.getFirstChildElement(kReference); child) {
+      levels.push_back({entry});
+      reference = child;
+      continue;
+    }
+    dom::Element next = reference.getNextSiblingElement(kReference);
+    while (!next && levels.size() > 1) {
+      levels.pop_back();
+      reference = dom::Element(reference.getParentNode());
+      next = reference.getNextSiblingElement(kReference);
+    }
+    reference = next;
+  }
+  for (TActionEntry* const entry : entries)
+    if (entry->parent == nullptr) TActionTree::Hang(*entry, root);
+  return Status::kOk;
+}
+
+}  // namespace zaf

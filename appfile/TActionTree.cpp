@@ -1,0 +1,84 @@
+#include "appfile/TActionTree.h"
+
+#include <utility>
+
+#include "actions/TContainerSpecification.h"
+#include "foundation/CaseFolding.h"
+
+namespace zaf {
+
+TActionEntry& TActionTree::EnsureRoot() {
+  if (root_ == nullptr) {
+    auto container = std::make_unique<TContainerSpecification>();
+    container->SetName(kRootName);
+    container->SetParentName(kRootName);
+    root_ = &Adopt(std::move(container));
+    root_->parent = root_;
+    last_placed_ = root_;
+  }
+  return *root_;
+}
+
+Status TActionTree::Place(std::unique_ptr<TQuerySpecification> action) {
+  if (root_ == nullptr) {
+    TActionEntry& first = Adopt(std::move(action));
+    if (first.action->GetTypeCode() == TContainerSpecification::kTypeCode) {
+      root_ = &first;
+      root_->parent = root_;
+    } else {
+      Hang(first, EnsureRoot());
+    }
+    last_placed_ = &first;
+    return Status::kOk;
+  }
+  if (action->GetParentName().IsEmpty()) action->SetParentName(kRootName);
+  // The last entry gets deeper by one level an action at most, so all these walks together take no
+  // more steps than there are actions.
+  TActionEntry* parent = last_placed_;
+  while (!EqualsIgnoringCase(parent->action->GetName().View(), action->GetParentName().View())) {
+    if (parent == root_) return Status::kMalformed;
+    parent = parent->parent;
+  }
+  TActionEntry& entry = Adopt(std::move(action));
+  Link(entry, *parent);
+  last_placed_ = &entry;
+  return Status::kOk;
+}
+
+TActionEntry& TActionTree::Adopt(std::unique_ptr<TQuerySpecification> action) {
+  TActionEntry& entry = entries_.Append();
+  entry.action = std::move(action);
+  entry.action->SetTreeEntry(&entry);
+  return entry;
+}
+
+void TActionTree::Hang(TActionEntry& entry, TActionEntry& parent) {
+  entry.action->SetParentName(parent.action->GetName().View());
+  Link(entry, parent);
+}
+
+void TActionTree::Link(TActionEntry& entry, TActionEntry& parent) {
+  entry.parent = &parent;
+  (parent.last_child == nullptr ? parent.first_child : parent.last_child->next_sibling) = &entry;
+  parent.last_child = &entry;
+}
+
+const TActionEntry* TActionTree::GetNext(const TActionEntry& entry) {
+  const TActionEntry* at = &entry;
+  if (at->first_child != nullptr) return at->first_child;
+  while (at->next_sibling == nullptr && at->parent != at) at = at->parent;
+  return at->next_sibling;
+}
+
+bool TActionTree::IsEqual(const TActionTree& other) const {
+  const TActionEntry* mine = root_;
+  const TActionEntry* theirs = other.root_;
+  for (; mine != nullptr && theirs != nullptr; mine = GetNext(*mine), theirs = GetNext(*theirs)) {
+    const bool same_shape = (mine->first_child == nullptr) == (theirs->first_child == nullptr) &&
+                            (mine->next_sibling == nullptr) == (theirs->next_sibling == nullptr);
+    if (!same_shape || !mine->action->IsEqual(*theirs->action)) return false;
+  }
+  return mine == theirs;
+}
+
+}  // namespace zaf

@@ -1,0 +1,108 @@
+#include "appfile/TApplication.h"
+
+#include <algorithm>
+
+#include "actions/DataSourceKinds.h"
+#include "actions/ValueCodecs.h"
+#include "foundation/CCipherText.h"
+
+namespace zaf {
+namespace {
+
+/// A text that is enciphered in legacy files and nowhere else.
+class TCipheredTextCodec final : public TFieldCodec {
+ public:
+  Status ReadLegacy(const TProperty& row, void* field,
+                    const TLegacySection& section) const override {
+    CCipherText text;
+    const Status status = kTextCodec.ReadLegacy(row, &text, section);
+    if (status != Status::kOk) return status;
+    text.Decipher();
+    *static_cast<CText*>(field) = text.View();
+    return Status::kOk;
+  }
+
+  Status WriteLegacy(const TProperty& row, const void* field, TSectionWriter& out) const override {
+    CCipherText text(static_cast<const CText*>(field)->View());
+    if (!text.Encipher()) return Status::kFailure;
+    return kTextCodec.WriteLegacy(row, &text, out);
+  }
+
+  void WriteXml(const TProperty& row, const void* field,
+                const TXmlWriteScope& scope) const override {
+    kTextCodec.WriteXml(row, field, scope);
+  }
+
+  Status ReadXml(const TProperty& row, void* field, const TXmlReadScope& scope) const override {
+    return kTextCodec.ReadXml(row, field, scope);
+  }
+
+  bool IsEqual(const void* field, const void* other) const override {
+    return kTextCodec.IsEqual(field, other);
+  }
+};
+
+constexpr TCipheredTextCodec kCipheredTextCodec;
+
+constexpr TVocabulary kHostTypes{kDataSourceKinds, TVocabulary::Fallback::kZero};
+constexpr TWordCodec kHostTypeCodec{kHostTypes};
+
+}  // namespace
+
+std::span<const TProperty> TApplication::Properties() {
+  using App = TApplication;
+  static constexpr TProperty kRows[] = {
+      AttributeIfSet<&App::is_debug>(Code("dbug"), "Debug"),
+      AttributeIfSet<&App::title>(Code("titl"), "Title"),
+      AttributeIfSet<&App::author>(Code("athr"), "Author"),
+      AttributeIfSet<&App::revision>(Code("vers"), "Revision"),
+      Child<&App::comments>(Code("cmnt"), "Comments"),
+      ChildIfSet<&App::signature>(Code("asts"), "ASTSignature"),
+      Carried<&App::host_type>(Code("htyp")),
+      Carried<&App::data_source>(Code("dsrc")),
+      Carried<&App::host>(Code("host")),
+      Carried<&App::database>(Code("data")),
+      Carried<&App::user_name>(Code("user"), kCipheredTextCodec),
+      Carried<&App::password>(Code("pass"), kCipheredTextCodec),
+      Carried<&App::dbms>(Code("dbms")),
+      Carried<&App::form>(Code("form")),
+  };
+  return kRows;
+}
+
+std::span<const TProperty> TApplication::DataSourceProperties() {
+  using App = TApplication;
+  static constexpr TProperty kRows[] = {
+      AttributeIfSet<&App::host_type>(kNoCode, "Type", kHostTypeCodec),
+      Child<&App::data_source>(kNoCode, "DSN"),
+      Child<&App::dbms>(kNoCode, "DBMS"),
+      Child<&App::host>(kNoCode, "Host"),
+      Child<&App::database>(kNoCode, "Database"),
+  };
+  return kRows;
+}
+
+std::span<const TProperty> TApplication::DataSourceInfoProperties() {
+  using App = TApplication;
+  static constexpr TProperty kRows[] = {
+      Child<&App::user_name>(kNoCode, "UserName"),
+      Child<&App::password>(kNoCode, "Password"),
+  };
+  return kRows;
+}
+
+bool TApplication::HasDataSource() const {
+  const CText* const texts[] = {&data_source, &host, &database, &user_name, &password, &dbms};
+  return host_type != kNoCode || !std::all_of(std::begin(texts), std::end(texts),
+                                              [](const CText* text) { return text->IsEmpty(); });
+}
+
+std::string_view TApplication::GetRootElement() const {
+  return kind == DocumentKind::kClassFile ? "ZCF" : "ZAF";
+}
+
+bool TApplication::IsEqual(const TApplication& other) const {
+  return AreRowsEqual(Properties(), this, &other) && actions.IsEqual(other.actions);
+}
+
+}  // namespace zaf

@@ -1,0 +1,96 @@
+#include "appfile/TZanfoFile.h"
+
+#include <algorithm>
+#include <limits>
+#include <string_view>
+
+#include "appfile/LegacyWriter.h"
+#include "appfile/ProtectedDocument.h"
+#include "appfile/XmlDocumentReader.h"
+#include "appfile/XmlDocumentWriter.h"
+#include "dom/Serializer.h"
+
+namespace zaf {
+namespace {
+
+constexpr std::string_view kRunOnlyLine = "<?zanfo run-only ?>";
+constexpr std::string_view kXmlLine = "<?xml ";
+
+/// Marks that stand before a document of their encoding: UTF-8, and UTF-16 and UTF-32 (whose
+/// little-endian mark begins with that of UTF-16). No legacy file begins like that.
+constexpr std::string_view kByteOrderMarks[] = {"\xEF\xBB\xBF", "\xFE\xFF", "\xFF\xFE",
+                                                std::string_view("\0\0\xFE\xFF", 4)};
+
+/// A document this size may be kept in memory for the next one.
+constexpr std::size_t kKeptOutputSize = 4 << 20;
+
+bool IsProtectedDocument(std::string_view content) {
+  return content.starts_with(kProtectedLine) || content.starts_with(kRunOnlyLine);
+}
+
+bool IsPlainDocument(std::string_view content) {
+  return content.starts_with(kXmlLine) ||
+         std::any_of(std::begin(kByteOrderMarks), std::end(kByteOrderMarks),
+                     [&](std::string_view mark) { return content.starts_with(mark); });
+}
+
+/// Bytes of the first line with its end: LF, CR or CR LF.
+std::size_t FirstLineSize(std::string_view content) {
+  const std::size_t end = content.find_first_of("\r\n");
+  if (end == std::string_view::npos) return content.size();
+  return end + (content.substr(end).starts_with("\r\n") ? 2 : 1);
+}
+
+/// The bytes of documents, one after another, in memory that is used again.
+dom::OutputBuffer& SharedOutput() {
+  thread_local dom::OutputBuffer output;
+  if (output.Size() > kKeptOutputSize) output = dom::OutputBuffer();
+  output.Clear();
+  return output;
+}
+
+}  // namespace
+
+bool TZanfoFile::IsEqual(const TZanfoFile& other) const {
+  return application_.IsEqual(other.application_);
+}
+
+Status TZanfoFile::Load(TDataFile& file, const TQuerySpecificationServer* server,
+                        RunOnlyFiles run_only) {
+  static const TQuerySpecificationServer usual_server;
+  if (server == nullptr) server = &usual_server;
+  const std::string_view content = AsText(file.GetImage());
+  std::span<std::byte> text = file.GetMutableImage();
+  if (IsProtectedDocument(content)) {
+    application_.is_run_only = true;
+    const Status status = ReadProtected(text.subspan(FirstLineSize(content)), text);
+    if (status != Status::kOk) return status;
+  } else if (!IsPlainDocument(content)) {
+    return ReadLegacyApplication(file, *server, run_only, application_);
+  }
+  return ReadXmlDocument(text, *server, application_);
+}
+
+Status TZanfoFile::Save(TDataFile& file, const TQuerySpecificationServer*, Protection protection) {
+  const dom::Document document = dom::DOMImplementation::createDocument();
+  const bool is_protected = protection == Protection::kProtected;
+  const RunOnlyMark mark = is_protected ? RunOnlyMark::kWritten : RunOnlyMark::kNone;
+  if (const Status status = WriteXmlDocument(application_, mark, document); status != Status::kOk)
+    return status;
+  dom::OutputBuffer& output = SharedOutput();
+  if (is_protected) {
+    if (const Status status = WriteProtected(document, output); status != Status::kOk)
+      return status;
+  } else if (!dom::Serialize(document, output)) {
+    return Status::kFailure;
+  }
+  if (output.Size() > std::numeric_limits<std::uint32_t>::max()) return Status::kFailure;
+  file.SetScrambled(false);  // As it was left when a run-only file was loaded with it.
+  return file.Write(static_cast<std::uint32_t>(output.Size()), output.Bytes().data());
+}
+
+Status TZanfoFile::SaveLegacy(TDataFile& file) const {
+  return WriteLegacyApplication(application_, file);
+}
+
+}  // namespace zaf

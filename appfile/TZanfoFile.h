@@ -1,0 +1,56 @@
+#pragma once
+
+#include <memory>
+
+#include "appfile/LegacyReader.h"
+#include "appfile/TApplication.h"
+#include "appfile/TQuerySpecificationServer.h"
+#include "foundation/Status.h"
+#include "foundation/TDataFile.h"
+
+namespace zaf {
+
+/// The form in which an application is saved.
+enum class Protection : bool { kPlain, kProtected };
+
+/// One application file, or class file, in memory. It is loaded once, from the legacy or the XML
+/// form, plain or protected, and saved as XML or in the legacy form.
+class TZanfoFile {
+ public:
+  TZanfoFile() = default;
+  TZanfoFile(const TZanfoFile&) = delete;
+  TZanfoFile& operator=(const TZanfoFile&) = delete;
+  virtual ~TZanfoFile() = default;
+
+  /// Whether both say the same. What only says how a file was stored does not count.
+  [[nodiscard]] virtual bool IsEqual(const TZanfoFile& other) const;
+
+  /// Reads a file that is open in memory. Its first line tells the form: a protected or plain XML
+  /// document; anything else is a legacy file. XML is parsed in place, so the file's image is of no
+  /// further use. `server` makes the actions; null for the usual one. The statuses are those of
+  /// ReadLegacyApplication and ReadXmlDocument; kMalformed for a protected document that is
+  /// damaged. After a failure the object holds what was read before.
+  virtual Status Load(TDataFile& file, const TQuerySpecificationServer* server,
+                      RunOnlyFiles run_only = RunOnlyFiles::kAllowed);
+
+  /// Writes the XML document with one write to a file opened for writing. kFailure when the
+  /// document cannot be made; else the status of the write.
+  virtual Status Save(TDataFile& file, const TQuerySpecificationServer* server,
+                      Protection protection);
+
+  /// Writes the legacy form into an empty file opened for reading and writing.
+  Status SaveLegacy(TDataFile& file) const;
+
+  /// Says, before a file is loaded, what it describes. An XML document that says it is a class file
+  /// is one in any case.
+  void SetKind(DocumentKind kind) { application_.kind = kind; }
+  /// Says whether the application is to be saved so that it can be run but not read.
+  void SetRunOnly(bool is_run_only) { application_.is_run_only = is_run_only; }
+  [[nodiscard]] bool IsRunOnly() const { return application_.is_run_only; }
+  [[nodiscard]] const TApplication& GetApplication() const { return application_; }
+
+ private:
+  TApplication application_;
+};
+
+}  // namespace zaf

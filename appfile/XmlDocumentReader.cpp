@@ -1,0 +1,68 @@
+#include "appfile/XmlDocumentReader.h"
+
+#include <utility>
+#include <vector>
+
+#include "actions/TXmlContext.h"
+#include "appfile/ProgramTree.h"
+#include "dom/dom.h"
+
+namespace zaf {
+namespace {
+
+/// The default data source is the first data source with user information.
+Status ReadDefaultDataSource(dom::Element data_sources, const TXmlReadContext& context,
+                             TApplication& application) {
+  for (dom::Element source = data_sources.getFirstChildElement("DataSource"); source;
+       source = source.getNextSiblingElement("DataSource")) {
+    const dom::Element info = source.getFirstChildElement("DataSourceInfo");
+    if (!info) continue;
+    const Status status =
+        ReadXmlRows(TApplication::DataSourceProperties(), &application, {context, source});
+    if (status != Status::kOk) return status;
+    return ReadXmlRows(TApplication::DataSourceInfoProperties(), &application, {context, info});
+  }
+  return Status::kOk;
+}
+
+/// Reads every element in `actions` into an action of its class; the tree adopts them.
+Status ReadActions(dom::Element actions, const TXmlReadContext& context,
+                   const TQuerySpecificationServer& server, TActionTree& tree,
+                   std::vector<TActionEntry*>& entries) {
+  for (dom::Element element = actions.getFirstChildElement(); element;
+       element = element.getNextSiblingElement()) {
+    std::unique_ptr<TQuerySpecification> action = server.CreateByElement(element.getTagName());
+    if (action == nullptr) return Status::kMalformed;
+    if (const Status status = action->ReadXml(context, element); status != Status::kOk)
+      return status;
+    entries.push_back(&tree.Adopt(std::move(action)));
+  }
+  return Status::kOk;
+}
+
+}  // namespace
+
+Status ReadXmlDocument(std::span<std::byte> text, const TQuerySpecificationServer& server,
+                       TApplication& application) {
+  const dom::Document document = dom::DOMImplementation::createDocument(text);
+  const dom::Element root = document.getDocumentElement();
+  const std::string_view root_name = root.getTagName();
+  if (root_name != "ZAF" && root_name != "ZCF") return Status::kMalformed;
+  if (root_name == "ZCF") application.kind = DocumentKind::kClassFile;
+  const dom::Element data_sources = root.getFirstChildElement("DataSources");
+  const TXmlReadContext context{
+      TElementIndex(root.getFirstChildElement("Outputs"), "Output"),
+      TElementIndex(data_sources, "DataSource"),
+  };
+  Status status = ReadXmlRows(TApplication::Properties(), &application, {context, root});
+  if (status != Status::kOk) return status;
+  status = ReadDefaultDataSource(data_sources, context, application);
+  if (status != Status::kOk) return status;
+  std::vector<TActionEntry*> entries;
+  status = ReadActions(root.getFirstChildElement("Actions"), context, server, application.actions,
+                       entries);
+  if (status != Status::kOk) return status;
+  return ReadProgram(root.getFirstChildElement("Program"), entries, application.actions);
+}
+
+}  // namespace zaf

@@ -1,0 +1,19 @@
+#pragma once
+
+#include "appfile/TApplication.h"
+#include "dom/dom.h"
+#include "foundation/Status.h"
+
+namespace zaf {
+
+/// Whether a document says that its application is run-only.
+enum class RunOnlyMark : bool { kNone, kWritten };
+
+/// Fills an empty document with an application: declaration, document type, root, and in it the
+/// containers with the data sources, the output blocks, the actions and the program, which tells
+/// how the actions nest. Returns the first status of an action that is not kOk; kFailure when the
+/// document cannot be made.
+Status WriteXmlDocument(const TApplication& application, RunOnlyMark mark,
+                        const dom::Document& document);
+
+}  // namespace zaf

@@ -1,0 +1,213 @@
+#include <gtest/gtest.h>
+#include <string>
+
+#include "actions/TContainerSpecification.h"
+#include "actions/TQuerySpecification.h"
+#include "actions/WriteTextElement.h"
+#include "dom/Serializer.h"
+#include "tests/support/Convert.h"
+#include "tests/support/LegacyFile.h"
+
+namespace zaf {
+namespace {
+
+using test::ElementOf;
+using test::LegacyFile;
+using test::ToXml;
+
+struct TextCase {
+  const char* name;
+  std::string text;
+  std::string element;
+};
+
+class WriteText : public testing::TestWithParam<TextCase> {};
+
+TEST_P(WriteText, ChoosesTextOrCdata) {
+  const dom::Document document = dom::DOMImplementation::createDocument();
+  const dom::Element root = document.createElement("R");
+  document.appendChild(root);
+  WriteTextElement(root, "T", GetParam().text);
+  dom::OutputBuffer output;
+  ASSERT_TRUE(dom::Serialize(document, output));
+  EXPECT_EQ(output.View(), "<R>\n  " + GetParam().element + "\n</R>\n");
+}
+
+std::string Long(std::string_view middle) {
+  return std::string(100, 'x') + std::string(middle) + std::string(100, 'y');
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Texts, WriteText,
+    testing::Values(TextCase{"Empty", "", "<T/>"},
+                    TextCase{"Plain", "Hello, world.", "<T>Hello, world.</T>"},
+                    TextCase{"Punctuation", "!#$%()*+,-./:;=?@[\\]^_`{|}~",
+                             "<T>!#$%()*+,-./:;=?@[\\]^_`{|}~</T>"},
+                    TextCase{"LineFeed", "\n", "<T>\n</T>"},
+                    TextCase{"Markup", "a < b", "<T><![CDATA[a < b]]></T>"},
+                    TextCase{"Quote", "it's", "<T><![CDATA[it's]]></T>"},
+                    TextCase{"Tab", "\t", "<T><![CDATA[\t]]></T>"},
+                    TextCase{"Return", Long("\r"), "<T><![CDATA[" + Long("\r") + "]]></T>"},
+                    TextCase{"Delete", "\x7F", "<T><![CDATA[\x7F]]></T>"},
+                    TextCase{"HighByte", Long("\x80"), "<T><![CDATA[" + Long("\x80") + "]]></T>"},
+                    TextCase{"Blank", "   ", "<T><![CDATA[   ]]></T>"},
+                    TextCase{"BlankAndDropped", std::string(" \0 ", 3), "<T><![CDATA[  ]]></T>"},
+                    TextCase{"OnlyDropped", "\x01\x02", "<T><![CDATA[]]></T>"},
+                    TextCase{"Dropped",
+                             Long(std::string("a\0\x1F"
+                                              "b",
+                                              4)),
+                             "<T>" + Long("ab") + "</T>"},
+                    TextCase{"SectionEnd", "a]]>b", "<T><![CDATA[a]]]]><![CDATA[>b]]></T>"},
+                    TextCase{"SectionEndAcrossDropped", "]]\x02>]]>",
+                             "<T><![CDATA[]]]]><![CDATA[>]]]]><![CDATA[>]]></T>"},
+                    TextCase{"Brackets", "]]", "<T>]]</T>"}),
+    [](const testing::TestParamInfo<TextCase>& test_case) { return test_case.param.name; });
+
+TEST(QuerySpecification, EmptyActionHasOnlyIdAndSignature) {
+  EXPECT_EQ(ElementOf(ToXml(LegacyFile().Action("null", "List").Bytes()), "ResultAction"),
+            "<ResultAction ID=\"List\" Sig=\"669f7e2c\"/>");
+}
+
+TEST(QuerySpecification, EverythingIsWrittenInOrderAndReadBack) {
+  const std::string document = ToXml(LegacyFile()
+                                         .Action("glob", "A<")
+                                         .Text("err ", "oops")
+                                         .Text("none", "n&")
+                                         .Text("rslt", "A\rB\r\n")
+                                         .Text("cmnt", "c\r")
+                                         .Number("expd", 7)
+                                         .Number("push", 1)
+                                         .Bytes());
+  EXPECT_EQ(ElementOf(document, "ResultAction"),
+            R"(<ResultAction ID="A&lt;" Sig="a5f2e479" PushResults="True" Expanded="True">
+      <Comments><![CDATA[c)"
+            "\r"
+            R"(]]></Comments>
+      <ResultsOutput Ref="A&lt;.Results"/>
+      <NoResultsOutput Ref="A&lt;.NoResults"/>
+      <ErrorOutput Ref="A&lt;.Error"/>
+    </ResultAction>)");
+  EXPECT_EQ(ElementOf(document, "Outputs"),
+            "<Outputs>\n"
+            "    <Output ID=\"A&lt;.Results\" Type=\"HTML\"><![CDATA[A\r\nB\r\n\n]]></Output>\n"
+            "    <Output ID=\"A&lt;.NoResults\" Type=\"HTML\"><![CDATA[n&]]></Output>\n"
+            "    <Output ID=\"A&lt;.Error\" Type=\"HTML\">oops</Output>\n"
+            "  </Outputs>");
+  const std::string again = ToXml(document);
+  EXPECT_EQ(ElementOf(again, "Outputs").find('\r'), std::string::npos);
+  EXPECT_EQ(ToXml(again), again);
+}
+
+TEST(QuerySpecification, SwitchesTakeOnlyTheirExactWordsAndPositiveNumbers) {
+  const std::string negative = LegacyFile().Action("null", "A").Number("push", 0x80000000).Bytes();
+  EXPECT_EQ(ToXml(negative).find("PushResults"), std::string::npos);
+  const std::string document =
+      test::DocumentWith(R"(<ResultAction ID="A" PushResults="true" Expanded="True"/>)", "");
+  EXPECT_EQ(ElementOf(ToXml(document), "ResultAction"),
+            R"(<ResultAction ID="A" Sig="457c797f" Expanded="True"/>)");
+}
+
+TEST(QuerySpecification, ReferenceToAMissingOutputLeavesTheTextEmpty) {
+  const std::string document = test::DocumentWith(
+      R"(<ResultAction ID="A"><ResultsOutput Ref="x"/><ErrorOutput Ref="y"/></ResultAction>)", "",
+      "", R"(<Output ID="y">1</Output><Output ID="y">2</Output>)");
+  EXPECT_EQ(ElementOf(ToXml(document), "Outputs"),
+            "<Outputs>\n    <Output ID=\"A.Error\" Type=\"HTML\">1</Output>\n  </Outputs>");
+}
+
+TEST(QuerySpecification, AssignmentsAreKeptAndLongOnesCountAlone) {
+  const auto record = [](std::string_view name, std::string_view value, std::size_t width) {
+    return test::Slot(name, 32) + test::Slot(value, width);
+  };
+  TZanfoFile file;
+  ASSERT_EQ(test::LoadBytes(LegacyFile()
+                                .Action("null", "A")
+                                .Block("assn", record("a", "short", 256))
+                                .Block("assx", record("a", std::string(300, 'v'), 1024) + "cut")
+                                .Block("assn", record("a", "late", 256))
+                                .Bytes(),
+                            file),
+            Status::kOk);
+  const std::string legacy = test::SaveToLegacy(file);
+  EXPECT_NE(legacy.find(record("a", std::string(300, 'v'), 1024)), std::string::npos);
+  EXPECT_NE(legacy.find(record("a", std::string(255, 'v'), 256)), std::string::npos);
+  EXPECT_EQ(legacy.find("late"), std::string::npos);
+}
+
+TEST(QuerySpecification, LegacySectionsAreWrittenInTheirOrder) {
+  const std::string legacy_file = LegacyFile()
+                                      .Action("cntr", "R")
+                                      .Action("null", "A", "R")
+                                      .Text("cmnt", "c")
+                                      .Text("rslt", "r")
+                                      .Text("none", "n")
+                                      .Text("err ", "e")
+                                      .Bytes();
+  TZanfoFile file;
+  ASSERT_EQ(test::LoadBytes(legacy_file, file), Status::kOk);
+  const std::string written = test::SaveToLegacy(file);
+  std::size_t at = written.find("pare");
+  for (const char* code : {"none", "rslt", "err ", "cmnt", "push", "expd"}) {
+    EXPECT_EQ(written.find(code, at), at + 12) << code;
+    at += 12;
+  }
+}
+
+TEST(QuerySpecification, EditorPropertiesAreNumberedFromOneToFive) {
+  TQuerySpecification action;
+  std::int32_t id = 0;
+  std::uint32_t flags = 1;
+  ASSERT_EQ(action.GetFirstProperty(id, flags), 0);
+  for (std::int32_t expected = 1; expected <= 5; ++expected) {
+    EXPECT_EQ(id, expected);
+    EXPECT_EQ(action.SetProperty(std::to_string(id).c_str(), id), -2);
+    CText text;
+    EXPECT_EQ(action.GetProperty(text, id), 0);
+    EXPECT_EQ(text.View(), std::to_string(id));
+    EXPECT_EQ(action.GetNextProperty(id, flags), expected < 5 ? 0 : -1);
+  }
+  id = 6;
+  EXPECT_EQ(action.GetNextProperty(id, flags), -2);
+  EXPECT_EQ(action.GetName().View(), "1");
+}
+
+TEST(QuerySpecification, SectionsWithoutAFileAreRefused) {
+  TQuerySpecification action;
+  EXPECT_EQ(action.ReadLegacyProperty({nullptr, Code("rslt"), 0, 0, nullptr}), Status::kNoFile);
+  EXPECT_EQ(action.ReadLegacy(nullptr, {}), Status::kNoFile);
+}
+
+TEST(QuerySpecification, RecordSizeGrowsByNameAndSections) {
+  TZanfoFile file;
+  ASSERT_EQ(
+      test::LoadBytes(
+          LegacyFile().Action("null", "Abc").Text("cmnt", "12345").Block("xxxx", "12").Bytes(),
+          file),
+      Status::kOk);
+  EXPECT_EQ(file.GetApplication().total_record_size, 168U + 3 + 6 + 2);
+}
+
+TEST(ContainerSpecification, WalksIntoItsChildrenAndThenOn) {
+  TZanfoFile file;
+  ASSERT_EQ(test::LoadBytes(LegacyFile()
+                                .Action("cntr", "R")
+                                .Action("cntr", "A", "R")
+                                .Action("null", "B", "A")
+                                .Action("cntr", "C", "R")
+                                .Bytes(),
+                            file),
+            Status::kOk);
+  const TActionEntry* entry = file.GetApplication().actions.GetRoot();
+  std::string names;
+  for (; entry != nullptr; entry = TActionTree::GetNext(*entry)) {
+    const TActionEntry* next = entry->action->GetNextInTree();
+    names.append(entry->action->GetName().View()).append(">");
+    names.append(next == nullptr ? "end" : next->action->GetName().View()).append(" ");
+    EXPECT_TRUE(entry->action->IsLeaf());
+  }
+  EXPECT_EQ(names, "R>A A>B B>end C>end ");
+}
+
+}  // namespace
+}  // namespace zaf

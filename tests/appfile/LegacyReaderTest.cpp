@@ -1,0 +1,198 @@
+#include <chrono>
+#include <gtest/gtest.h>
+
+#include "appfile/LegacyReader.h"
+#include "tests/support/Convert.h"
+#include "tests/support/LegacyFile.h"
+
+namespace zaf {
+namespace {
+
+using test::LegacyFile;
+using test::LoadBytes;
+
+/// The names of a tree, depth first, each with its parent's: "child<parent ...".
+std::string Shape(const TZanfoFile& file) {
+  std::string shape;
+  for (const TActionEntry* entry = file.GetApplication().actions.GetRoot(); entry != nullptr;
+       entry = TActionTree::GetNext(*entry)) {
+    shape.append(entry->action->GetName().View()).append("<");
+    shape.append(entry->parent->action->GetName().View()).append(" ");
+  }
+  return shape;
+}
+
+constexpr std::string_view kRoot = "ContainerSpecif__1";
+
+TEST(LegacyReader, FirstActionThatIsNoContainerHangsUnderTheFixedRoot) {
+  TZanfoFile file;
+  ASSERT_EQ(
+      LoadBytes(LegacyFile().Action("null", "A", "ignored").Action("null", "B").Bytes(), file),
+      Status::kOk);
+  EXPECT_EQ(Shape(file),
+            "ContainerSpecif__1<ContainerSpecif__1 A<ContainerSpecif__1 B<ContainerSpecif__1 ");
+  const TQuerySpecification& last = *file.GetApplication().actions.GetRoot()->last_child->action;
+  EXPECT_EQ(last.GetParentName().View(), kRoot);
+}
+
+TEST(LegacyReader, ActionsHangUnderTheNearestEntryAboveThatBearsTheName) {
+  TZanfoFile file;
+  const std::string bytes = LegacyFile()
+                                .Action("cntr", "Root")
+                                .Action("null", "A", "root")
+                                .Action("null", "B", "A")
+                                .Action("null", "C", "B")
+                                .Action("null", "D", "a")
+                                .Bytes();
+  ASSERT_EQ(LoadBytes(bytes, file), Status::kOk);
+  EXPECT_EQ(Shape(file), "Root<Root A<Root B<A C<B D<A ");
+}
+
+struct StatusCase {
+  const char* name;
+  LegacyFile file;
+  Status status;
+  const char* shape = "";
+};
+
+class LegacyReaderStatus : public testing::TestWithParam<StatusCase> {};
+
+TEST_P(LegacyReaderStatus, IsAsSpecified) {
+  TZanfoFile file;
+  EXPECT_EQ(LoadBytes(GetParam().file.Bytes(), file), GetParam().status);
+  EXPECT_EQ(Shape(file), GetParam().shape);
+}
+
+constexpr std::uint32_t kHuge = 0xFFFFFFFF;
+
+INSTANTIATE_TEST_SUITE_P(
+    Files, LegacyReaderStatus,
+    testing::Values(
+        StatusCase{"ShortHeader", LegacyFile().TruncateTo(47), Status::kFailure},
+        StatusCase{"FormatTooOld", LegacyFile("appl", 0x01000000), Status::kUnsupportedFormat},
+        StatusCase{"FormatTooNew", LegacyFile("appl", 0x01000004), Status::kUnsupportedFormat},
+        StatusCase{"FormatNegative", LegacyFile("appl", kHuge), Status::kUnsupportedFormat},
+        StatusCase{"NoActions", LegacyFile(), Status::kOk},
+        StatusCase{"MapCountTooGreat", LegacyFile().Action("null", "A").SetWord(12, 2),
+                   Status::kMalformed},
+        StatusCase{"MapCountHuge", LegacyFile().Action("null", "A").SetWord(12, kHuge),
+                   Status::kMalformed},
+        StatusCase{"MapBeyondTheEnd", LegacyFile().Action("null", "A").SetWord(8, kHuge),
+                   Status::kMalformed},
+        StatusCase{"EmptyMapBeyondTheEnd", LegacyFile().SetWord(8, kHuge), Status::kOk},
+        StatusCase{"ActionHeaderCut", LegacyFile().Block("head", ""), Status::kFailure},
+        StatusCase{"ParentIsNoAncestor",
+                   LegacyFile()
+                       .Action("cntr", "R")
+                       .Action("null", "A", "R")
+                       .Action("null", "B", "R")
+                       .Action("null", "C", "A"),
+                   Status::kMalformed, "R<R A<R B<R "},
+        StatusCase{"EmptyParentNeedsTheFixedName",
+                   LegacyFile().Action("cntr", "R").Action("null", "A"), Status::kMalformed,
+                   "R<R "},
+        StatusCase{"NewerActionEndsTheLoad",
+                   LegacyFile()
+                       .Action("cntr", "R")
+                       .Action("null", "A", "R", 0x01000004)
+                       .Action("null", "B", "R"),
+                   Status::kOk, "R<R "},
+        StatusCase{"OlderActionIsRead",
+                   LegacyFile().Action("cntr", "R", "", 0).Action("null", "A", "R", 0x01000003),
+                   Status::kOk, "R<R A<R "},
+        StatusCase{"ActionMapNotWholeReadsNothing",
+                   LegacyFile().Action("cntr", "R").Text("cmnt", "c").SetWord(48 + 12, kHuge),
+                   Status::kOk, "R<R "},
+        StatusCase{
+            "EmptySectionAtTheEndFails",
+            LegacyFile().Block("titl", "").SetWord(48, 0x7469746C).SetWord(52, 60).SetWord(56, 0),
+            Status::kFailure},
+        StatusCase{"UnknownSectionsAreNotRead",
+                   LegacyFile().Block("xxxx", "").SetWord(52, kHuge).SetWord(56, kHuge),
+                   Status::kOk}),
+    [](const testing::TestParamInfo<StatusCase>& test_case) { return test_case.param.name; });
+
+TEST(LegacyReader, RunOnlyFileIsScrambledAndMayBeRefused) {
+  const std::string bytes = LegacyFile("rdoc").Text("titl", "Till").Action("cntr", "R").Bytes();
+  TZanfoFile file;
+  ASSERT_EQ(LoadBytes(bytes, file), Status::kOk);
+  EXPECT_TRUE(file.IsRunOnly());
+  EXPECT_EQ(file.GetApplication().title.View(), "Till");
+  TDataFile data(AsBytes(bytes));
+  TZanfoFile refused;
+  EXPECT_EQ(refused.Load(data, nullptr, RunOnlyFiles::kRefused), Status::kRunOnlyNotAllowed);
+  EXPECT_EQ(Shape(refused), "");
+}
+
+TEST(LegacyReader, ApplicationWrittenInLegacyFormReadsBackEqual) {
+  const std::string bytes = LegacyFile("rdoc")
+                                .Number("htyp", 0x6F646263)
+                                .Text("dsrc", "orders")
+                                .Text("host", "h")
+                                .Text("data", "d")
+                                .Text("user", "me")
+                                .Text("pass", "secret")
+                                .Text("dbms", "x")
+                                .Text("form", "f")
+                                .Text("asts", "s")
+                                .Text("athr", "a")
+                                .Text("titl", "t")
+                                .Text("vers", "1")
+                                .Text("cmnt", "c")
+                                .Number("dbug", 1)
+                                .Action("cntr", "R")
+                                .Action("null", "A", "R")
+                                .Text("rslt", "x\n")
+                                .Bytes();
+  TZanfoFile file;
+  ASSERT_EQ(LoadBytes(bytes, file), Status::kOk);
+  const std::string written = test::SaveToLegacy(file);
+  EXPECT_EQ(written.find("secret"), std::string::npos);
+  TZanfoFile again;
+  ASSERT_EQ(LoadBytes(written, again), Status::kOk);
+  EXPECT_TRUE(again.IsEqual(file));
+  EXPECT_TRUE(again.IsRunOnly());
+  EXPECT_EQ(again.GetApplication().password.View(), "secret");
+  EXPECT_EQ(Shape(again), "R<R A<R ");
+}
+
+TEST(LegacyReader, WorkIsBoundedByTheFileSize) {
+  // Sections that all claim the same great block: the file may be read eight times over.
+  constexpr std::uint32_t kBlockSize = 3 << 20;
+  const auto file_with_claims = [](std::size_t count) {
+    LegacyFile file;
+    file.Block("xxxx", std::string(kBlockSize, 'x')).Action("cntr", "R");
+    for (std::size_t i = 0; i < count; ++i) file.Block("cmnt", "");
+    std::string bytes = file.Bytes();
+    for (std::size_t at = bytes.find("cmnt"); at != std::string::npos;
+         at = bytes.find("cmnt", at + 4))
+      bytes.replace(at + 4, 8, test::BigEndian(48) + test::BigEndian(kBlockSize));
+    return bytes;
+  };
+  TZanfoFile within;
+  EXPECT_EQ(LoadBytes(file_with_claims(7), within), Status::kOk);
+  TZanfoFile beyond;
+  EXPECT_EQ(LoadBytes(file_with_claims(9), beyond), Status::kMalformed);
+}
+
+TEST(LegacyReader, LongAndDeepTreesLoadInLinearTime) {
+  constexpr int kCount = 100'000;
+  for (const bool is_deep : {false, true}) {
+    LegacyFile file;
+    file.Action("cntr", "N");
+    // Every name is the same, so the nearest entry is the parent, or the root for a flat file.
+    for (int i = 0; i < kCount; ++i) file.Action("null", is_deep ? "N" : "M", "N");
+    const std::string bytes = file.Bytes();
+    const auto begin = std::chrono::steady_clock::now();
+    TZanfoFile loaded;
+    ASSERT_EQ(LoadBytes(bytes, loaded), Status::kOk);
+    const std::string document = test::SaveToXml(loaded);
+    TZanfoFile again;
+    ASSERT_EQ(LoadBytes(document, again), Status::kOk);
+    EXPECT_TRUE(again.IsEqual(loaded));
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(20));
+  }
+}
+
+}  // namespace
+}  // namespace zaf

@@ -1,0 +1,194 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <string>
+
+#include "tests/support/Convert.h"
+#include "tests/support/LegacyFile.h"
+
+namespace zaf {
+namespace {
+
+using test::DocumentWith;
+using test::ElementOf;
+using test::LegacyFile;
+using test::ToXml;
+using testing::HasSubstr;
+
+TEST(XmlDocument, EmptyApplicationHasTheWholeFrame) {
+  EXPECT_EQ(ToXml(LegacyFile().Bytes()), R"(<?xml version="1.0" encoding="ISO-8859-1"?>
+<!DOCTYPE ZAF SYSTEM "zanfo.dtd">
+<ZAF Version="0x02000002">
+  <Comments/>
+  <!--Main program-->
+  <Program/>
+  <!--Program actions-->
+  <Actions/>
+  <!--Data sources-->
+  <DataSources/>
+  <!--Output blocks-->
+  <Outputs/>
+</ZAF>
+)");
+}
+
+TEST(XmlDocument, ApplicationPropertiesStandInTheRoot) {
+  const std::string document = ToXml(LegacyFile()
+                                         .Text("vers", "r<1>")
+                                         .Text("athr", "\"A\"\t\r\n\x01")
+                                         .Text("titl", "T & Co")
+                                         .Number("dbug", 0xFFFFFFFF)
+                                         .Text("cmnt", "a\xE9")
+                                         .Text("asts", "sig")
+                                         .Text("form", "f")
+                                         .Bytes());
+  EXPECT_THAT(document, HasSubstr("<ZAF Version=\"0x02000002\" Debug=\"True\" Title=\"T &amp; Co\" "
+                                  "Author=\"&quot;A&quot;&#9;&#13;&#10;\" "
+                                  "Revision=\"r&lt;1&gt;\">\n"
+                                  "  <Comments><![CDATA[a\xE9]]></Comments>\n"
+                                  "  <ASTSignature>sig</ASTSignature>\n"
+                                  "  <!--Main program-->\n"));
+}
+
+TEST(XmlDocument, DefaultDataSourceComesFirstAndInClear) {
+  const std::string legacy = LegacyFile()
+                                 .Number("htyp", 0x6F636920)
+                                 .Text("dsrc", "dsn")
+                                 .Text("user", "me")
+                                 .Action("null", "A")
+                                 .Bytes();
+  constexpr std::string_view kSource = R"(<DataSources>
+    <DataSource ID="DataSource.0" Type="Oracle">
+      <DSN>dsn</DSN>
+      <DBMS/>
+      <Host/>
+      <Database/>
+      <DataSourceInfo>
+        <UserName>me</UserName>
+        <Password/>
+      </DataSourceInfo>
+    </DataSource>
+  </DataSources>)";
+  const std::string document = ToXml(legacy);
+  EXPECT_EQ(ElementOf(document, "DataSources"), kSource);
+  EXPECT_EQ(ToXml(document), document);
+  EXPECT_EQ(ElementOf(ToXml(LegacyFile().Number("htyp", 1).Bytes()), "DataSource "),
+            "<DataSource ID=\"DataSource.0\">");
+}
+
+TEST(XmlDocument, ClassFileDiffersInItsRootAlone) {
+  TZanfoFile file;
+  file.SetKind(DocumentKind::kClassFile);
+  ASSERT_EQ(test::LoadBytes(LegacyFile().Bytes(), file), Status::kOk);
+  const std::string document = test::SaveToXml(file);
+  EXPECT_THAT(document, HasSubstr("<!DOCTYPE ZCF SYSTEM \"zanfo.dtd\">\n<ZCF Version="));
+  EXPECT_EQ(ToXml(document), document);
+}
+
+TEST(XmlDocument, ActionsStandFlatAndReferencesNest) {
+  const std::string document = ToXml(LegacyFile()
+                                         .Action("cntr", "R")
+                                         .Action("null", "A", "R")
+                                         .Action("cntr", "B", "A")
+                                         .Action("null", "C", "B")
+                                         .Action("null", "D", "A")
+                                         .Bytes());
+  EXPECT_EQ(ElementOf(document, "Program"), R"(<Program>
+    <ActionRef Ref="A">
+      <ActionRef Ref="B">
+        <ActionRef Ref="C"/>
+      </ActionRef>
+      <ActionRef Ref="D"/>
+    </ActionRef>
+  </Program>)");
+  EXPECT_EQ(ToXml(document), ToXml(ToXml(document)));
+}
+
+TEST(XmlDocument, ReferencesTakeActionsOfOneIdInTurnAndOthersHangUnderTheRoot) {
+  const std::string document = ToXml(DocumentWith(
+      R"(<ResultAction ID="A"><Comments>1</Comments></ResultAction><ResultAction ID="B"/>)"
+      R"(<ResultAction ID="A"><Comments>2</Comments></ResultAction><ResultAction/>)",
+      R"(<ActionRef Ref="A"><other/><ActionRef Ref="A"/></ActionRef>)"));
+  EXPECT_EQ(ElementOf(document, "Program"), R"(<Program>
+    <ActionRef Ref="A">
+      <ActionRef Ref="A"/>
+    </ActionRef>
+    <ActionRef Ref="B"/>
+    <ActionRef Ref=""/>
+  </Program>)");
+  EXPECT_LT(document.find(">1<"), document.find(">2<"));
+}
+
+struct RefusedCase {
+  const char* name;
+  std::string document;
+};
+
+class XmlDocumentRefusal : public testing::TestWithParam<RefusedCase> {};
+
+TEST_P(XmlDocumentRefusal, IsMalformed) { EXPECT_EQ(ToXml(GetParam().document), "status 0xFE02"); }
+
+INSTANTIATE_TEST_SUITE_P(
+    Documents, XmlDocumentRefusal,
+    testing::Values(
+        RefusedCase{"OtherRoot", "<?xml version=\"1.0\"?><ZAP/>"},
+        RefusedCase{"NoRoot", "<?xml version=\"1.0\"?>\n"},
+        RefusedCase{"TwoRoots", "<?xml version=\"1.0\"?><ZAF/><ZAF/>"},
+        RefusedCase{"OpenElement", "<?xml version=\"1.0\"?><ZAF><Actions></ZAF>"},
+        RefusedCase{"UnknownAction", DocumentWith("<DanceAction/>", "")},
+        RefusedCase{"ReferenceToNobody",
+                    DocumentWith("<ResultAction ID='A'/>", "<ActionRef Ref='B'/>")},
+        RefusedCase{"ReferenceWithoutActions", DocumentWith("", "<ActionRef/>")},
+        RefusedCase{"SecondReference", DocumentWith("<ResultAction ID='A'/>",
+                                                    "<ActionRef Ref='A'/><ActionRef Ref='A'/>")},
+        RefusedCase{"ProtectedShort", "<?zanfo protected ?>\n12345678"},
+        RefusedCase{"ProtectedDamaged", "<?zanfo protected ?>\n" + std::string(64, 'x')}),
+    [](const testing::TestParamInfo<RefusedCase>& test_case) { return test_case.param.name; });
+
+TEST(XmlDocument, RunOnlyApplicationIsSavedProtectedAndReadsBack) {
+  TZanfoFile file;
+  ASSERT_EQ(test::LoadBytes(LegacyFile("rdoc").Action("null", "Secret").Bytes(), file),
+            Status::kOk);
+  const std::string saved = test::SaveToXml(file, Protection::kProtected);
+  EXPECT_TRUE(saved.starts_with("<?zanfo protected ?>\n"));
+  EXPECT_EQ(saved.find("Secret"), std::string::npos);
+  EXPECT_EQ(test::SaveToXml(file, Protection::kProtected), saved);
+  TZanfoFile again;
+  ASSERT_EQ(test::LoadBytes(saved, again), Status::kOk);
+  EXPECT_TRUE(again.IsRunOnly());
+  EXPECT_TRUE(again.IsEqual(file));
+  for (const std::size_t at : {std::size_t{21}, saved.size() / 2, saved.size() - 1}) {
+    std::string damaged = saved;
+    damaged[at] = static_cast<char>(damaged[at] ^ 1);
+    EXPECT_EQ(ToXml(damaged), "status 0xFE02") << at;
+  }
+}
+
+TEST(XmlDocument, RunOnlyInstructionDoesNotProtectAPlainDocument) {
+  TZanfoFile file;
+  ASSERT_EQ(test::LoadBytes("<?xml version=\"1.0\"?><?zanfo run-only?><ZAF/>", file), Status::kOk);
+  EXPECT_FALSE(file.IsRunOnly());
+}
+
+TEST(XmlDocument, EqualityCountsApplicationActionsAndShape) {
+  const LegacyFile same =
+      LegacyFile().Text("titl", "T").Action("cntr", "R").Action("null", "A", "R");
+  const auto equal = [&](const LegacyFile& other) {
+    TZanfoFile one;
+    TZanfoFile two;
+    EXPECT_EQ(test::LoadBytes(same.Bytes(), one), Status::kOk);
+    EXPECT_EQ(test::LoadBytes(other.Bytes(), two), Status::kOk);
+    return one.IsEqual(two);
+  };
+  EXPECT_TRUE(equal(LegacyFile(same)));
+  EXPECT_FALSE(equal(LegacyFile(same).Text("cmnt", "x")));
+  EXPECT_FALSE(equal(LegacyFile(same).Action("null", "B", "R")));
+  EXPECT_FALSE(equal(LegacyFile().Text("titl", "t").Action("cntr", "R").Action("null", "A", "R")));
+  EXPECT_FALSE(equal(LegacyFile()
+                         .Text("titl", "T")
+                         .Number("dbug", 1)
+                         .Action("cntr", "R")
+                         .Action("null", "A", "R")));
+}
+
+}  // namespace
+}  // namespace zaf

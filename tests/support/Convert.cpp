@@ -1,0 +1,110 @@
+#include "tests/support/Convert.h"
+
+#include <array>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <unistd.h>
+
+namespace zaf::test {
+namespace {
+
+/// A temporary file that is gone when the test is done with it.
+class TemporaryFile {
+ public:
+  TemporaryFile() : path_(std::filesystem::temp_directory_path() / "zaf2xml-XXXXXX") {
+    std::string name = path_.string();
+    const int descriptor = mkstemp(name.data());
+    if (descriptor >= 0) close(descriptor);
+    path_ = name;
+  }
+  ~TemporaryFile() { std::filesystem::remove(path_); }
+
+  [[nodiscard]] CText Name() const { return CText(std::string_view(path_.native())); }
+  [[nodiscard]] std::string Content() const {
+    std::ifstream file(path_, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+  }
+
+ private:
+  std::filesystem::path path_;
+};
+
+/// What xmllint says of a document; empty when it is valid or when there is no xmllint.
+std::string Complaints(std::string_view document) {
+  static const bool has_xmllint = std::system("xmllint --version >/dev/null 2>&1") == 0;
+  if (!has_xmllint) return {};
+  const TemporaryFile file;
+  std::ofstream(std::string(file.Name().View()), std::ios::binary) << document;
+  const std::string command = "xmllint --nonet --noout --huge --dtdvalid " ZAF2XML_DTD " " +
+                              std::string(file.Name().View()) + " 2>&1";
+  std::FILE* const pipe = popen(command.c_str(), "r");
+  std::string complaints;
+  std::array<char, 4096> buffer;
+  while (const std::size_t count = std::fread(buffer.data(), 1, buffer.size(), pipe))
+    complaints.append(buffer.data(), count);
+  return pclose(pipe) == 0 ? std::string() : complaints;  // It warns of valid documents, too.
+}
+
+}  // namespace
+
+Status LoadBytes(std::string_view bytes, TZanfoFile& file) {
+  TDataFile data(AsBytes(bytes));
+  return file.Load(data, nullptr);
+}
+
+std::string SaveToXml(TZanfoFile& file, Protection protection) {
+  const TemporaryFile output;
+  TDataFile data;
+  const bool is_saved = data.Open(output.Name(), TOpenMode::kCreate) == Status::kOk &&
+                        file.Save(data, nullptr, protection) == Status::kOk;
+  data.Close();
+  return is_saved ? output.Content() : "save failed";
+}
+
+std::string SaveToLegacy(const TZanfoFile& file) {
+  const TemporaryFile output;
+  TDataFile data;
+  const bool is_saved = data.Open(output.Name(), TOpenMode::kCreate) == Status::kOk &&
+                        file.SaveLegacy(data) == Status::kOk;
+  data.Close();
+  return is_saved ? output.Content() : "save failed";
+}
+
+std::string ToXml(std::string_view bytes) {
+  TZanfoFile file;
+  if (const Status status = LoadBytes(bytes, file); status != Status::kOk) {
+    char text[16];
+    std::snprintf(text, sizeof text, "status 0x%04X", static_cast<unsigned>(status));
+    return text;
+  }
+  const std::string document = SaveToXml(file);
+  return document + Complaints(document);
+}
+
+std::string ElementOf(std::string_view document, std::string_view name) {
+  const std::string tag(name);
+  const std::size_t begin = document.find("<" + tag);
+  if (begin == std::string_view::npos) return {};
+  const std::size_t end = document.rfind("</" + tag + ">");
+  if (end != std::string_view::npos && end > begin)
+    return std::string(document.substr(begin, end + tag.size() + 3 - begin));
+  return std::string(document.substr(begin, document.find('>', begin) + 1 - begin));
+}
+
+std::string DocumentWith(std::string_view actions, std::string_view program,
+                         std::string_view data_sources, std::string_view outputs) {
+  std::string document = "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>\n<ZAF>";
+  const auto append = [&](std::string_view name, std::string_view content) {
+    document.append("<").append(name).append(">").append(content);
+    document.append("</").append(name).append(">");
+  };
+  append("Program", program);
+  append("Actions", actions);
+  append("DataSources", data_sources);
+  append("Outputs", outputs);
+  return document + "</ZAF>\n";
+}
+
+}  // namespace zaf::test

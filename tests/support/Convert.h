@@ -1,0 +1,30 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "appfile/TZanfoFile.h"
+#include "foundation/Status.h"
+
+namespace zaf::test {
+
+/// Loads a file, legacy or XML, from its bytes.
+Status LoadBytes(std::string_view bytes, TZanfoFile& file);
+
+/// Saves a file and gives what was written; "save failed" when it was not.
+std::string SaveToXml(TZanfoFile& file, Protection protection = Protection::kPlain);
+std::string SaveToLegacy(const TZanfoFile& file);
+
+/// Loads a file from its bytes and saves it as XML; "status 0x...." when it does not load. Every
+/// document is checked against the project's document type definition; the complaints are added.
+std::string ToXml(std::string_view bytes);
+
+/// The element `name` of a document, from its first start tag to its last end tag, without the
+/// indentation of the line that it begins on; empty when there is none.
+std::string ElementOf(std::string_view document, std::string_view name);
+
+/// A document with these actions, program references and data sources, to be read.
+std::string DocumentWith(std::string_view actions, std::string_view program,
+                         std::string_view data_sources = {}, std::string_view outputs = {});
+
+}  // namespace zaf::test

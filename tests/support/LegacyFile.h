@@ -1,0 +1,60 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace zaf::test {
+
+/// A four-byte number as legacy files hold it.
+std::string BigEndian(std::uint32_t value);
+
+/// `text` in a slot of `width` bytes, cut or filled up with NULs.
+std::string Slot(std::string_view text, std::size_t width);
+
+/// The payload of a list section: the count, then the records.
+std::string ListOf(std::uint32_t count, std::string_view records);
+
+/// Builds the bytes of a legacy file, sound by default. Sections before the first Action belong to
+/// the application, later ones to the action named last. The damage methods work on the bytes of
+/// the finished file and so come last.
+class LegacyFile {
+ public:
+  explicit LegacyFile(std::string_view document_type = "appl", std::uint32_t format = 0x01000002);
+
+  /// Begins an action; `parent` is its "pare" section, if any.
+  LegacyFile& Action(std::string_view type, std::string_view name, std::string_view parent = {},
+                     std::uint32_t format = 0x01000002);
+  LegacyFile& Text(std::string_view code, std::string_view text);  ///< With its NUL.
+  LegacyFile& Number(std::string_view code, std::uint32_t value);
+  LegacyFile& Block(std::string_view code, std::string_view bytes);
+
+  LegacyFile& TruncateTo(std::size_t size);
+  LegacyFile& SetWord(std::size_t offset, std::uint32_t value);
+
+  /// The file. A run-only one ("rdoc") is scrambled behind its header.
+  [[nodiscard]] std::string Bytes() const;
+
+ private:
+  struct Section {
+    std::string code;
+    std::string bytes;
+  };
+  struct Record {
+    std::string header;  ///< Format, type; the map's place follows; then the name.
+    std::string name;
+    std::vector<Section> sections;
+  };
+  struct Damage {
+    bool is_truncation;
+    std::size_t offset;
+    std::uint32_t value;
+  };
+
+  std::vector<Record> records_;  ///< The first one is the file's own.
+  std::vector<Damage> damages_;
+};
+
+}  // namespace zaf::test
