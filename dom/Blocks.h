@@ -8,7 +8,6 @@
 #include <emmintrin.h>
 #define ZAF2XML_SSE2 1
 #else
-#include <algorithm>
 #define ZAF2XML_SSE2 0
 #endif
 

@@ -19,11 +19,12 @@ class DOMImplementation {
   /// and never fetches anything.
   ///
   /// The encoding: bytes that are declared ISO-8859-1 (or latin1, case ignored) are taken as they
-  /// are. Others are UTF-16 or UTF-32 when a byte order mark says so, else UTF-8, and are turned
-  /// into ISO-8859-1 in place. A character that ISO-8859-1 lacks becomes one `?`, and so does
-  /// each ill-formed sequence: in UTF-8 each maximal subpart of one, as the Unicode Standard
-  /// recommends (chapter 3, "U+FFFD substitution of maximal subparts"), in UTF-16 each lone
-  /// surrogate, in UTF-32 each number that is no character, and in both a cut-off last unit.
+  /// are, even if a mark of UTF-8, which is skipped, stands in front. Others are UTF-16 or UTF-32
+  /// when a byte order mark says so, else UTF-8, and are turned into ISO-8859-1 in place. A
+  /// character that ISO-8859-1 lacks becomes one `?`, and so does each ill-formed sequence: in
+  /// UTF-8 each maximal subpart of one, as the Unicode Standard recommends (chapter 3, "U+FFFD
+  /// substitution of maximal subparts"), in UTF-16 each lone surrogate, in UTF-32 each number that
+  /// is no character, and in both a cut-off last unit.
   ///
   /// The tree has the elements with their attributes, the texts (also those of white space) and
   /// the CDATA sections. Comments, instructions, the declaration and the document type are

@@ -265,6 +265,9 @@ TEST(PagePool, KeepsNoMoreThanWasInUse) {
     EXPECT_LE(PagePool::GetKeptSize(), most);
     build(2'000, 20'000);
     EXPECT_LE(PagePool::GetKeptSize(), std::size_t{32} << 20);
+    const Document document = DOMImplementation::createDocument();
+    const std::string long_text(std::size_t{33} << 20, 'x');
+    EXPECT_EQ(document.createTextNode(long_text).getData().size(), long_text.size());
   }).join();
 }
 

@@ -134,7 +134,9 @@ TEST(Serializer, AppendsToWhatIsThere) {
   EXPECT_TRUE(Serialize(*ParsedText("<a/>"), output));
   EXPECT_TRUE(Serialize(Document(), output));
   output.Append(3, '\n');
-  EXPECT_EQ(output.View(), "before <a/>\n\n\n\n");
+  OutputBuffer moved = std::move(output);
+  moved.Bytes().front() = 'B';
+  EXPECT_EQ(moved.View(), "Before <a/>\n\n\n\n");
 }
 
 }  // namespace
