@@ -17,6 +17,10 @@ function(zaf2xml_configure target)
     -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wshadow -Wold-style-cast
     -Wcast-align -Wundef -Wnon-virtual-dtor -Woverloaded-virtual -fno-strict-aliasing
     $<$<BOOL:${ZAF2XML_WERROR}>:-Werror>)
+  if(CMAKE_CXX_COMPILER_ID STREQUAL GNU AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
+    # It warns of every "literal" + std::string (GCC bug 105651).
+    target_compile_options(${target} PRIVATE -Wno-restrict)
+  endif()
   target_compile_options(${target} PRIVATE -fstack-protector-strong)
   target_compile_definitions(${target} PRIVATE $<$<CONFIG:Release>:_GLIBCXX_ASSERTIONS>)
   if(NOT ZAF2XML_SANITIZE)
