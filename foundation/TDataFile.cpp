@@ -135,9 +135,10 @@ Status TDataFile::OpenImage(const CText& name) {
 }
 
 bool TDataFile::AllocateImage(std::uint64_t size) {
-  if (size > std::numeric_limits<std::uint32_t>::max() ||
-      size >= std::numeric_limits<std::size_t>::max())
-    return false;
+  // One byte more has to fit the address space, too.
+  constexpr std::uint64_t kMost = std::min<std::uint64_t>(
+      std::numeric_limits<std::uint32_t>::max(), std::numeric_limits<std::size_t>::max() - 1);
+  if (size > kMost) return false;
   const auto needed = static_cast<std::size_t>(size) + 1;
   image_ = std::exchange(spare_image.bytes, nullptr);
   image_capacity_ = std::exchange(spare_image.capacity, 0);

@@ -13,6 +13,7 @@ namespace zaf {
 namespace {
 
 constexpr std::uint32_t kIntegerSize = 4;
+constexpr std::string_view kNul("\0", 1);
 
 void RotateLeft(std::uint32_t count, void* bytes, int bits) {
   auto* const data = static_cast<std::uint8_t*>(bytes);
@@ -117,8 +118,7 @@ Status TDiskFile::WriteText(FourCharCode code, std::uint32_t offset, std::uint32
                             const CText& text, TextEnd end) {
   CData section;
   if (!AppendBytes(section, text.View())) return Status::kFailure;
-  if (end == TextEnd::kWithNul && !AppendBytes(section, std::string_view("", 1)))
-    return Status::kFailure;
+  if (end == TextEnd::kWithNul && !AppendBytes(section, kNul)) return Status::kFailure;
   return WriteBlock(code, offset, written, section);
 }
 
@@ -129,8 +129,7 @@ Status TDiskFile::WriteTextList(FourCharCode code, std::uint32_t offset, std::ui
   CData section;
   if (!AppendBytes(section, AsText(count))) return Status::kFailure;
   for (const CText& text : texts) {
-    if (!AppendBytes(section, text.View()) || !AppendBytes(section, std::string_view("", 1)))
-      return Status::kFailure;
+    if (!AppendBytes(section, text.View()) || !AppendBytes(section, kNul)) return Status::kFailure;
   }
   return WriteBlock(code, offset, written, section);
 }

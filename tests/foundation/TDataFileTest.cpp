@@ -111,8 +111,8 @@ TEST(TDataFile, ReadsInMemoryStayInsideTheImage) {
 struct TListCase {
   std::string name;
   std::string_view section;
+  Status status;
   std::vector<std::string_view> texts;
-  Status status = Status::kOk;
 };
 class TextList : public testing::TestWithParam<TListCase> {};
 
@@ -126,15 +126,15 @@ TEST_P(TextList, IsReadAsFarAsItGoes) {
   EXPECT_EQ(texts, GetParam().texts);
 }
 const TListCase kLists[] = {
-    {"NoPayload",         ""sv,                       {} },
-    {"HalfACount",        "\0\0\1"sv,                 {},  Status::kMalformed},
-    {"CountOfNone",                   "\0\0\0\0"sv,                                 {}     },
-    {"Two",                   "\0\0\0\2x\0yz\0"sv,                                         {"x", "yz"} },
-    {"MoreThanBytes",                   "\0\0\0\3x\0"sv,                               {},Status::kMalformed},
-    {"HugeCount", "\xFF\xFF\xFF\xFFx\0"sv,                           {},                     Status::kMalformed},
-    {"LastWithoutNul",                 "\0\0\0\2x\0yz"sv,{"x", "yz"}},
-    {"EndsEarly","\0\0\0\3x\0y\0"sv,   {"x", "y"}                        },
-    {"MoreThanTheCount",                "\0\0\0\1x\0y\0"sv,                              {"x"}        },
+    {"NoPayload",        ""sv,                    Status::kOk,        {}         },
+    {"HalfACount",       "\0\0\1"sv,              Status::kMalformed, {}         },
+    {"CountOfNone",      "\0\0\0\0"sv,            Status::kOk,        {}         },
+    {"Two",              "\0\0\0\2x\0yz\0"sv,     Status::kOk,        {"x", "yz"}},
+    {"MoreThanBytes",    "\0\0\0\3x\0"sv,         Status::kMalformed, {}         },
+    {"HugeCount",        "\xFF\xFF\xFF\xFFx\0"sv, Status::kMalformed, {}         },
+    {"LastWithoutNul",   "\0\0\0\2x\0yz"sv,       Status::kOk,        {"x", "yz"}},
+    {"EndsEarly",        "\0\0\0\3x\0y\0"sv,      Status::kOk,        {"x", "y"} },
+    {"MoreThanTheCount", "\0\0\0\1x\0y\0"sv,      Status::kOk,        {"x"}      },
 };
 INSTANTIATE_TEST_SUITE_P(TDataFile, TextList, testing::ValuesIn(kLists),
                          [](const auto& row) { return row.param.name; });
