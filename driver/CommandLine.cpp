@@ -1,0 +1,186 @@
+#include "driver/CommandLine.h"
+
+#include <string_view>
+
+namespace zaf {
+namespace {
+
+/// What an option does with the argument behind it.
+enum class OptionKind {
+  kFlag,       ///< Has none.
+  kHelp,       ///< Has none, and ends the program.
+  kWord,       ///< Takes it as it stands.
+  kQuotable,   ///< Takes a value that may be quoted.
+  kDirectory,  ///< The same, and enters it.
+};
+
+struct TOption {
+  std::string_view long_name;
+  std::string_view short_name;  ///< Empty: the option has none.
+  OptionKind kind;
+  bool ConversionOptions::*flag;   ///< Is set; null: none is.
+  CText ConversionOptions::*text;  ///< Gets the value; null: there is none.
+  std::string_view message;        ///< Of a value that is not valid.
+};
+
+using Opts = ConversionOptions;
+using enum OptionKind;
+using namespace messages;
+
+constexpr TOption kOptions[] = {
+    {"-verify",    "-v", kFlag,      &Opts::verify,            nullptr,                {}            },
+    {"-debug",     "",   kFlag,      &Opts::debug,             nullptr,                {}            },
+    {"-extension", "-e", kWord,      nullptr,                  &Opts::extension,       kBadExtension },
+    {"-help",      "-h", kHelp,      nullptr,                  nullptr,                {}            },
+    {"-suffix",    "-s", kWord,      nullptr,                  &Opts::suffix,          kBadSuffix    },
+    {"-filename",  "-f", kQuotable,  &Opts::input_name_given,  &Opts::input_name,      kBadInputName },
+    {"-recurse",   "-r", kFlag,      &Opts::recurse,           nullptr,                {}            },
+    {"-output",    "-o", kQuotable,  &Opts::output_name_given, &Opts::output_name,     kBadOutputName},
+    {"-input",     "-i", kDirectory, nullptr,                  &Opts::input_directory, kBadInput     },
+};
+
+/// In the last place only these count, and only in lower case.
+constexpr std::string_view kLastHelpNames[] = {"-help", "-h"};
+
+/// The option of that name, upper and lower case being the same; null when there is none.
+const TOption* FindOption(std::string_view name) {
+  for (const TOption& option : kOptions) {
+    const bool has_short_name = !option.short_name.empty();
+    if (EqualsIgnoringCase(name, option.long_name) ||
+        (has_short_name && EqualsIgnoringCase(name, option.short_name)))
+      return &option;
+  }
+  return nullptr;
+}
+
+void PrintUsage(const MessageSink& report) {
+  for (const std::string_view line : kUsage) report(line);
+}
+
+/// Takes the value at `index` for an option and leaves `index` at its last argument.
+bool TakeValue(const TOption& option, Arguments arguments, std::size_t& index,
+               const MessageSink& report, CText& value) {
+  if (option.kind == kWord) {
+    const std::string_view word = arguments[index];
+    // Behind the value the output directory has to follow.
+    if (word.starts_with('-') || index + 1 == arguments.size()) return false;
+    value = word;
+    return true;
+  }
+  if (NormaliseParameter(arguments, index, report, value) == ParameterForm::kInvalid) return false;
+  return option.kind != kDirectory || EnterDirectory(value);
+}
+
+/// Takes the options in front and leaves `index` at the first argument that is none. The last
+/// argument is never an option. False when the program is to stop.
+bool TakeOptions(Arguments arguments, std::size_t& index, const MessageSink& report,
+                 ConversionOptions& options) {
+  for (; index + 1 < arguments.size(); ++index) {
+    const TOption* const option = FindOption(arguments[index]);
+    if (option == nullptr) return true;
+    if (option->kind == kHelp) {
+      PrintUsage(report);
+      return false;
+    }
+    if (option->flag != nullptr) options.*option->flag = true;
+    if (option->text == nullptr) continue;
+    ++index;
+    if (!TakeValue(*option, arguments, index, report, options.*option->text)) {
+      report(option->message);
+      return false;
+    }
+  }
+  return true;
+}
+
+/// Takes the output directory at `index` and enters it. False when the program is to stop.
+bool TakeOutputDirectory(Arguments arguments, std::size_t index, const MessageSink& report,
+                         ConversionOptions& options) {
+  for (const std::string_view name : kLastHelpNames) {
+    if (arguments[index] == name) {
+      PrintUsage(report);
+      return false;
+    }
+  }
+  const ParameterForm form = NormaliseParameter(arguments, index, report, options.output_directory);
+  if (form == ParameterForm::kInvalid || !EnterDirectory(options.output_directory)) {
+    report(kBadOutput);
+    return false;
+  }
+  if (options.recurse) options.output_identity = GetWorkingDirectoryIdentity();
+  return true;
+}
+
+void DeriveTexts(ConversionOptions& options) {
+  options.dotted_extension = ".";
+  options.dotted_extension.Append(options.extension);
+  options.search_pattern = "*";
+  options.search_pattern.Append(options.dotted_extension);
+  options.dotted_suffix = ".";
+  options.dotted_suffix.Append(options.suffix);
+}
+
+}  // namespace
+
+ParameterForm NormaliseParameter(Arguments arguments, std::size_t& index, const MessageSink& report,
+                                 CText& value) {
+  constexpr char kQuote = '\'';
+  std::string_view piece = arguments[index];
+  if (!piece.starts_with(kQuote)) {
+    value = piece;
+    return ParameterForm::kSingle;
+  }
+  if (piece.ends_with(kQuote)) {
+    piece.remove_prefix(1);
+    if (!piece.empty()) piece.remove_suffix(1);  // A lone quote opens and closes.
+    value = piece;
+    return ParameterForm::kSingle;
+  }
+  if (index + 1 == arguments.size()) {
+    report(kMismatchedQuotes);
+    return ParameterForm::kInvalid;
+  }
+  CText joined(piece.substr(1));
+  do {
+    if (index + 1 == arguments.size()) {
+      report(kUnwrappedSpaces);
+      return ParameterForm::kInvalid;
+    }
+    piece = arguments[++index];
+    joined.Append(' ');
+    joined.Append(piece.ends_with(kQuote) ? piece.substr(0, piece.size() - 1) : piece);
+  } while (!piece.ends_with(kQuote));
+  value = joined;
+  return ParameterForm::kJoined;
+}
+
+std::optional<ConversionOptions> ParseCommandLine(Arguments arguments, const MessageSink& report) {
+  if (arguments.size() <= 1) {
+    PrintUsage(report);
+    return std::nullopt;
+  }
+  ConversionOptions options;
+  std::size_t index = 1;
+  if (!TakeOptions(arguments, index, report, options)) return std::nullopt;
+  if (options.input_directory.IsEmpty() && !GetWorkingDirectory(options.input_directory)) {
+    report(kNoWorkingDirectory);
+    return std::nullopt;
+  }
+  if (index >= arguments.size()) {
+    report(kBadCommandLine);
+    return std::nullopt;
+  }
+  if (!TakeOutputDirectory(arguments, index, report, options)) return std::nullopt;
+  if (!options.output_name.IsEmpty() && !options.input_name_given) {
+    report(kOutputNameWithoutInputName);
+    return std::nullopt;
+  }
+  DeriveTexts(options);
+  if (options.input_directory.View() == options.output_directory.View()) {
+    report(kSameDirectory);
+    return std::nullopt;
+  }
+  return options;
+}
+
+}  // namespace zaf

@@ -1,0 +1,25 @@
+#include <cstddef>
+#include <cstdio>
+#include <exception>
+#include <optional>
+#include <string_view>
+
+#include "driver/CommandLine.h"
+#include "driver/ConversionRun.h"
+
+/// The exit status is 0 whatever happens.
+int main(int argument_count, char** argument_values) {
+  try {
+    zaf::PrepareProcess();
+    const zaf::MessageSink report = [](std::string_view text) {
+      static_cast<void>(std::fwrite(text.data(), 1, text.size(), stderr));
+    };
+    const zaf::Arguments arguments(argument_values, static_cast<std::size_t>(argument_count));
+    if (const std::optional<zaf::ConversionOptions> options =
+            zaf::ParseCommandLine(arguments, report))
+      zaf::RunConversion(*options, report);
+  } catch (const std::exception&) {
+    // Only memory can fail here; there is none to say so with.
+  }
+  return 0;
+}

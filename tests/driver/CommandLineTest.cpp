@@ -1,0 +1,150 @@
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <string>
+#include <vector>
+
+#include "driver/CommandLine.h"
+#include "tests/foundation/TTestDirectory.h"
+
+namespace zaf {
+namespace {
+
+using test::TTestDirectory;
+
+constexpr const char* kUsage =
+    "\n Zaf2Xml converts Zanfo 3.x application files to Zanfo 2000 Xml files.\n\n"
+    " Zaf2Xml  [-e | -extension extension] [-f | -filename filename]\n"
+    "          [-h | -help] [-i | -input input directory]\n"
+    "          [-o | -output filename] [-r | -recurse]\n"
+    "          [-s | -suffix extension] [-v | -verify]\n"
+    "          output directory\n\n"
+    " -e       The extension of the Zanfo application files to convert.\n"
+    " -f       The name of the input file to convert.  \n"
+    " -h       Displays information on how to use Zaf2Xml.\n"
+    " -i       Full path of the input directory where the files are to be found.  \n"
+    " -o       Specifies the name of the output filename. \n"
+    " -r       Recurses into the subdirectories of the input directory, \n"
+    "          converting all files with the specified extension.\n"
+    " -s       Specifies the new extension or suffix of the converted files.\n"
+    " -v       Verifies the conversion was successful or not.\n"
+    " output   Full path of the directory where the files are to be written to.\n"
+    " directory\n\n"
+    " Please consult the Zanfo 2000 User Guide for more details.\n";
+constexpr const char* kBadExtension =
+    "ERROR: You must specify a valid extension when using the -extension/-e option \n";
+constexpr const char* kBadSuffix =
+    "ERROR: You must specify a valid suffix when using the -suffix/-s option.\n";
+constexpr const char* kBadInput = "ERROR: Invalid input directory!\n";
+constexpr const char* kBadOutput = "ERROR: Invalid output directory!\n";
+constexpr const char* kBadFormat = "ERROR: Invalid parameter or bad format in command line!\n";
+
+/// The options in one line: 1 for each flag that is set, then the texts.
+std::string Describe(const ConversionOptions& options) {
+  std::string line;
+  for (const bool is_set : {options.verify, options.recurse, options.debug,
+                            options.output_name_given, options.input_name_given})
+    line += is_set ? '1' : '0';
+  for (const CText* text :
+       {&options.input_name, &options.output_name, &options.output_directory,
+        &options.dotted_extension, &options.search_pattern, &options.dotted_suffix})
+    line.append("[").append(text->View()).append("]");
+  return line;
+}
+
+struct TCommandLineCase {
+  std::string name;
+  std::vector<const char*> arguments;  ///< Behind the program's name.
+  std::string expected;                ///< The messages; else the options and the directory.
+};
+
+/// Runs in a directory that has "in", "in/out", "out" and "my out" in it.
+class CommandLine : public testing::TestWithParam<TCommandLineCase> {
+ protected:
+  CommandLine() {
+    for (const char* name : {"in/out", "out", "my out"}) directory_.Make(name);
+    std::filesystem::current_path(directory_.Path());
+  }
+
+  std::string Parse(std::vector<const char*> arguments) {
+    std::string messages;
+    arguments.insert(arguments.begin(), "Zaf2Xml");
+    const auto options =
+        ParseCommandLine(arguments, [&](std::string_view text) { messages += text; });
+    if (!options) return messages;
+    input_directory_ = options->input_directory.View();
+    return messages + Describe(*options) + " in " +
+           std::filesystem::current_path().lexically_relative(directory_.Path()).string();
+  }
+
+  TTestDirectory directory_;
+  std::string input_directory_;
+};
+
+TEST_P(CommandLine, IsUnderstood) { EXPECT_EQ(Parse(GetParam().arguments), GetParam().expected); }
+
+const std::string kMismatched = "ERROR: Mismatched single quotes in one of the parameters.\n";
+const std::string kMustWrap =
+    "ERROR: You must wrap single quotes ' around parameters with spaces.\n";
+const TCommandLineCase kCommandLines[] = {
+    {"NoArguments",              {},                           kUsage                                           },
+    {"HelpAlone",                {"-h"},                       kUsage                                           },
+    {"HelpAmongOptions",         {"-v", "-HELP", "-x", "out"}, kUsage                                           },
+    {"UpperCaseHelpInLastPlace", {"-H"},                       kBadOutput                                       },
+    {"UnknownOption",            {"-x", "out"},                kBadOutput                                       },
+    {"AccentedOption",           {"-\xC9", "zaf", "out"},      kBadOutput                                       },
+    {"ExtensionLikeAnOption",    {"-e", "-x", "out"},          kBadExtension                                    },
+    {"ExtensionLast",            {"-e", "zaf"},                kBadExtension                                    },
+    {"SuffixLast",               {"-SUFFIX", "xml"},           kBadSuffix                                       },
+    {"NameNotClosed",            {"-f", "'my", "out"},         kMustWrap + "ERROR: Invalid input file name!\n"  },
+    {"NameQuotedLast",           {"-f", "'my"},                kMismatched + "ERROR: Invalid input file name!\n"},
+    {"OutputNameNotClosed",
+     {"-o", "'a", "b", "out"},
+     kMustWrap + "ERROR: Invalid output file name!\n"                                                           },
+    {"InputNotClosed",           {"-i", "'in", "out"},         kMustWrap + kBadInput                            },
+    {"InputMissing",             {"-i", "missing", "out"},     kBadInput                                        },
+    {"InputEmpty",               {"-i", "", "out"},            kBadInput                                        },
+    {"NoOutputBehindInput",      {"-i", "in"},                 kBadFormat                                       },
+    {"OutputMissing",            {"-o", "x", "missing"},       kBadOutput                                       },
+    {"OutputCountsFromInput",    {"-i", "in", "my out"},       kBadOutput                                       },
+    {"OutputQuotedLast",         {"'my"},                      kMismatched + kBadOutput                         },
+    {"OutputNameAlone",
+     {"-o", "x.xml", "out"},
+     "ERROR: You cannot use the -o option without a -f option!\n"                                               },
+    {"SameDirectory",
+     {"-i", "/", "/"},
+     "ERROR: The output directory must be different from the input directory!\n"                                },
+    {"Defaults",                 {"out"},                      "00000[][][out][.zaf][*.zaf][.xzf] in out"       },
+    {"AllOptions",
+     {"-V", "-Debug", "-Extension", "ZaF", "-S", "xml", "-F", "a.zaf", "-RECURSE", "-o", "B.xml",
+      "-I", "in", "out", "ignored"},
+     "11111[a.zaf][B.xml][out][.ZaF][*.ZaF][.xml] in in/out"                                                    },
+    {"QuotedInOneArgument",
+     {"-f", "'my file'", "-o", "'", "'my out'"},
+     "00011[my file][][my out][.zaf][*.zaf][.xzf] in my out"                                                    },
+    {"QuotedAndSplit",
+     {"-f", "'a", "", "b", "c'", "'my", "out'"},
+     "00001[a  b c][][my out][.zaf][*.zaf][.xzf] in my out"                                                     },
+    {"WordsAreNotUnquoted",
+     {"-e", "'zaf'", "-s", "", "out"},
+     "00000[][][out][.'zaf'][*.'zaf'][.] in out"                                                                },
+};
+INSTANTIATE_TEST_SUITE_P(Driver, CommandLine, testing::ValuesIn(kCommandLines),
+                         [](const auto& row) { return row.param.name; });
+
+TEST_F(CommandLine, InputIsTheWorkingDirectoryUnlessNamed) {
+  Parse({"-i", "in", "out"});
+  EXPECT_EQ(input_directory_, "in");
+  std::string name = directory_.Path(std::string(150, 'a')) + "/";
+  name.resize(259, 'b');
+  for (const bool fits : {true, false}) {
+    std::filesystem::create_directories(name + "/out");
+    std::filesystem::current_path(name);
+    EXPECT_EQ(Parse({"out"}) != "ERROR: _getcwd error", fits);
+    EXPECT_EQ(input_directory_, fits ? name : "none");
+    name += "b";
+    input_directory_ = "none";
+  }
+}
+
+}  // namespace
+}  // namespace zaf

@@ -1,0 +1,177 @@
+#include <csignal>
+#include <filesystem>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "driver/CommandLine.h"
+#include "driver/ConversionRun.h"
+#include "tests/foundation/TTestDirectory.h"
+#include "tests/support/LegacyFile.h"
+
+namespace zaf {
+namespace {
+
+using test::LegacyFile;
+using test::TTestDirectory;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::StartsWith;
+
+#define CANNOT_OPEN "WARNING: Unable to open ZAF. Incorrect filename or file may not exist.\n"
+#define CANNOT_READ "WARNING: Unable to read ZAF!\n"
+#define EXISTS "WARNING: File already exists and will not be overwritten!\n"
+#define NOT_CONVERTED "WARNING: Could not convert file successfully!\n"
+#define NOT_COVERTED "WARNING: Could not covert file successfully!\n"
+
+/// Has the directories "in" and "out".
+class ConversionRun : public testing::Test {
+ protected:
+  ConversionRun() {
+    for (const char* name : {"in", "out"}) directory_.Make(name);
+  }
+
+  /// Adds sound files, counted from "in".
+  void AddFiles(std::initializer_list<const char*> names) const {
+    for (const char* name : names)
+      directory_.Write(std::string("in/") + name, LegacyFile().Bytes());
+  }
+
+  /// Reads the command line "-i in ... out", the two being whole paths.
+  std::optional<ConversionOptions> Parse(std::vector<const char*> options) {
+    const std::string input = directory_.Path("in"), output = directory_.Path("out");
+    options.insert(options.begin(), {"Zaf2Xml", "-i", input.c_str()});
+    options.push_back(output.c_str());
+    messages_.clear();
+    return ParseCommandLine(options, report_);
+  }
+
+  /// Converts and gives the messages.
+  std::string Run(std::vector<const char*> options = {}) {
+    if (const auto parsed = Parse(std::move(options))) RunConversion(*parsed, report_);
+    return messages_;
+  }
+
+  TTestDirectory directory_;
+  std::string messages_;
+  const MessageSink report_ = [this](std::string_view text) { messages_ += text; };
+};
+
+TEST_F(ConversionRun, MirrorsTheTreeAndKeepsOnlyDirectoriesWithAttempts) {
+  std::filesystem::create_symlink("A.ZAF", directory_.Path("in/link.zaf"));
+  std::filesystem::create_directory_symlink(".", directory_.Path("in/loop"));
+  AddFiles({"A.ZAF", "b.zaf.zaf", "c.zafx", "d.zaf.x", "deep/er/e.zaf", "plain/f.txt"});
+  for (const char* name : {"in/empty", "in/kept", "out/kept"}) directory_.Make(name);
+  EXPECT_EQ(Run({"-r"}), "");
+  EXPECT_THAT(directory_.List("out"), ElementsAre("A.xzf", "b.zaf.xzf", "deep/", "deep/er/",
+                                                  "deep/er/e.xzf", "kept/", "link.xzf"));
+  EXPECT_THAT(directory_.Read("out/deep/er/e.xzf"), StartsWith("<?xml "));
+  directory_.Write("out/A.xzf", "mine");
+  EXPECT_EQ(Run({"-r"}),
+            EXISTS NOT_CONVERTED EXISTS NOT_CONVERTED EXISTS NOT_CONVERTED EXISTS NOT_CONVERTED);
+  EXPECT_EQ(directory_.Read("out/A.xzf"), "mine");
+}
+
+TEST_F(ConversionRun, StaysAtTheTopUnlessToldToRecurse) {
+  AddFiles({"a.zaf", "b.zcf", "sub/c.zaf"});
+  EXPECT_EQ(Run({"-v"}), "");
+  EXPECT_THAT(directory_.List("out"), ElementsAre("a.xzf"));
+  EXPECT_EQ(Run({"-E", "ZCF", "-s", "xcf"}), "");
+  EXPECT_THAT(directory_.Read("out/a.xzf"), HasSubstr("<ZAF"));
+  EXPECT_THAT(directory_.Read("out/b.xcf"), HasSubstr("<ZCF"));
+}
+
+TEST_F(ConversionRun, ReportsFilesInTheOrderOfTheirNamesAndGoesOn) {
+  ASSERT_EQ(mkfifo(directory_.Path("in/Z.zaf").c_str(), 0600), 0);
+  directory_.Write("in/b.zaf", "no file begins like this");
+  AddFiles({"a.zaf", "c.zaf"});
+  directory_.Make("in/d.zaf");
+  directory_.Write("in/\xC9.zaf", "no file begins like this");
+  std::filesystem::create_symlink("missing", directory_.Path("in/\xCA.zaf"));
+  EXPECT_EQ(Run(), CANNOT_OPEN NOT_CONVERTED CANNOT_READ NOT_CONVERTED CANNOT_OPEN NOT_CONVERTED
+                       CANNOT_READ NOT_CONVERTED CANNOT_OPEN NOT_CONVERTED);
+  EXPECT_THAT(directory_.List("out"), ElementsAre("a.xzf", "c.xzf"));
+}
+
+TEST_F(ConversionRun, FailureToCreateIsSilentUnlessVerified) {
+  AddFiles({"a.zaf", "b.zaf", "c.zaf", "d.zaf"});
+  directory_.Make("out/a.xzf");
+  directory_.Write("out/b.xzf", "");
+  ASSERT_EQ(mkfifo(directory_.Path("out/c.xzf").c_str(), 0600), 0);
+  std::filesystem::create_symlink("missing", directory_.Path("out/d.xzf"));
+  EXPECT_EQ(Run(), "");
+  EXPECT_THAT(directory_.List("out"), ElementsAre("a.xzf/", "b.xzf", "c.xzf", "d.xzf"));
+  EXPECT_EQ(directory_.Read("out/b.xzf"), "");
+  std::string expected;
+  for (int i = 0; i < 4; ++i) expected += "WARNING: Unable to open ZAF!\n" NOT_CONVERTED;
+  EXPECT_EQ(Run({"-v"}), expected);
+}
+
+TEST_F(ConversionRun, FailureToStoreIsReportedAndLeavesNothing) {
+  AddFiles({"a.zaf"});
+  std::signal(SIGXFSZ, SIG_IGN);
+  rlimit before{};
+  ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &before), 0);
+  const rlimit small{8, before.rlim_max};
+  ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
+  const std::string messages = Run();
+  ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &before), 0);
+  EXPECT_EQ(messages, "WARNING: Unable to create XML document!\n" NOT_CONVERTED);
+  EXPECT_THAT(directory_.List("out"), IsEmpty());
+}
+
+TEST_F(ConversionRun, StaysOutOfItsOwnOutput) {
+  AddFiles({"a.zaf", "out/c.zaf", "z/b.zaf"});
+  const std::string input = directory_.Path("in"), output = directory_.Path("in/../in/out");
+  const std::vector arguments{"Zaf2Xml", "-r", "-i", input.c_str(), output.c_str()};
+  EXPECT_TRUE(ConvertDirectory(*ParseCommandLine(arguments, report_), report_));
+  EXPECT_EQ(messages_, "");
+  EXPECT_THAT(directory_.List("in/out"), ElementsAre("a.xzf", "c.zaf", "z/", "z/b.xzf"));
+}
+
+TEST_F(ConversionRun, LevelEndsUncountedWhereASubdirectoryCannotBeCreated) {
+  // The output of the file is where the output of the directory has to be.
+  AddFiles({"a/a.zaf", "s/x.zaf", "s/x.xzf/y.zaf", "s/z/z.zaf"});
+  EXPECT_EQ(Run({"-r"}), "ERROR: Problem creating directory!\nERROR: Directory clean up error! \n");
+  EXPECT_THAT(directory_.List("out"), ElementsAre("a/", "a/a.xzf", "s/", "s/x.xzf"));
+}
+
+TEST_F(ConversionRun, WalksAsDeepAsPathNamesReach) {
+  constexpr int kDepth = 520, kDepthOfFile = 250;
+  std::filesystem::current_path(directory_.Path("in"));
+  std::string mirrored = directory_.Path("out");
+  for (int i = 0; i < kDepth; ++i) {
+    if (i == kDepthOfFile) std::ofstream("a.zaf");
+    if (i < kDepthOfFile) mirrored += "/subtree";
+    ASSERT_TRUE(mkdir("subtree", 0777) == 0 && chdir("subtree") == 0);
+  }
+  EXPECT_EQ(Run({"-r"}), CANNOT_OPEN NOT_CONVERTED "ERROR: Problem creating directory!\n");
+  EXPECT_TRUE(std::filesystem::exists(mirrored) && !std::filesystem::exists(mirrored + "/subtree"));
+}
+
+TEST_F(ConversionRun, InputDirectoryThatVanished) {
+  const auto directory = Parse({"-r"}), single = Parse({"-f", "a.zaf"});
+  ASSERT_TRUE(directory && single);
+  std::filesystem::remove(directory_.Path("in"));
+  EXPECT_FALSE(ConvertDirectory(*directory, report_));
+  EXPECT_EQ(messages_, "WARNING: Unable to locate the input directory\n");
+  messages_.clear();
+  ConvertSingleFile(*single, report_);
+  EXPECT_EQ(messages_, "ERROR: Unable to locate the input directory\n");
+}
+
+TEST_F(ConversionRun, ConvertsOneFile) {
+  AddFiles({"a.zaf", "a.zaf.zaF.bak", "plain"});
+  EXPECT_EQ(Run({"-f", "a.zaf.zaF.bak", "-v"}), "");
+  EXPECT_EQ(Run({"-f", "plain"}), "");
+  EXPECT_EQ(Run({"-f", "a.zaf", "-o", "b"}), "");
+  EXPECT_EQ(Run({"-f", "a.zaf", "-o", "b"}), EXISTS NOT_COVERTED);
+  EXPECT_EQ(Run({"-f", "missing.zaf"}), CANNOT_OPEN NOT_COVERTED);
+  EXPECT_THAT(directory_.List("out"), ElementsAre("a.zaf.bak.xzf", "b", "plain.xzf"));
+}
+
+}  // namespace
+}  // namespace zaf
