@@ -1,15 +1,17 @@
 #include "actions/PartCodec.h"
 
+#include "actions/ListCodecs.h"
+
 namespace zaf {
 
 void TPartCodec::WriteXml(const TProperty& row, const void* field,
                           const TXmlWriteScope& scope) const {
-  const dom::Element part = scope.element.appendElement(row.name);
+  const dom::Element part = MakeListElement(row, scope.element);
   WriteXmlRows(properties_(), field, {scope.context, part, scope.action_name});
 }
 
 Status TPartCodec::ReadXml(const TProperty& row, void* field, const TXmlReadScope& scope) const {
-  const dom::Element part = scope.element.getFirstChildElement(row.name);
+  const dom::Element part = FindListElement(row, scope.element);
   return ReadXmlRows(properties_(), field, {scope.context, part});
 }
 

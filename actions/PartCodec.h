@@ -7,7 +7,7 @@
 namespace zaf {
 
 /// A part of an action: an object with rows of its own, whose legacy sections stand among those of
-/// the action and whose XML is a child element.
+/// the action and whose XML is a child element, or, for kItems, stands in the object's own element.
 class TPartCodec final : public TFieldCodec {
  public:
   constexpr explicit TPartCodec(std::span<const TProperty> (*properties)())
@@ -32,6 +32,13 @@ template <auto Member>
 constexpr TProperty Part(std::string_view name) {
   using Field = typename TMemberTraits<decltype(Member)>::Field;
   return Row<Member>(kNoCode, name, XmlForm::kChild, kPartCodec<Field>);
+}
+
+/// A part without an element of its own: its rows stand among those of the object.
+template <auto Member>
+constexpr TProperty InlinePart() {
+  using Field = typename TMemberTraits<decltype(Member)>::Field;
+  return Row<Member>(kNoCode, {}, XmlForm::kItems, kPartCodec<Field>);
 }
 
 }  // namespace zaf

@@ -59,4 +59,11 @@ void ApplyUpgrade(const TRecordUpgrade& upgrade, ByteView legacy_record,
   }
 }
 
+bool UpgradeRecord(std::span<const TRecordUpgrade> upgrades, FourCharCode code,
+                   ByteView legacy_record, std::span<std::byte> record) {
+  const TRecordUpgrade* const upgrade = FindUpgrade(upgrades, code, legacy_record.size());
+  if (upgrade != nullptr) ApplyUpgrade(*upgrade, legacy_record, record);
+  return upgrade != nullptr;
+}
+
 }  // namespace zaf

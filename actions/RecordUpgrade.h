@@ -33,6 +33,11 @@ constexpr TUpgradeStep WidenName(std::size_t from, std::size_t to) {
           static_cast<std::uint16_t>(to), 128};
 }
 
+/// Everything, as far as both records reach.
+inline constexpr TUpgradeStep kCopyWhatFits[] = {
+    {TUpgradeStep::Kind::kBytes, 0, 0xFFFF, 0, 0xFFFF},
+};
+
 /// Any size of an older record.
 inline constexpr std::size_t kAnySize = 0;
 
@@ -52,5 +57,9 @@ const TRecordUpgrade* FindUpgrade(std::span<const TRecordUpgrade> upgrades, Four
 /// of them does as much as fits.
 void ApplyUpgrade(const TRecordUpgrade& upgrade, ByteView legacy_record,
                   std::span<std::byte> record);
+
+/// Finds the upgrade and applies it; false when there is none.
+bool UpgradeRecord(std::span<const TRecordUpgrade> upgrades, FourCharCode code,
+                   ByteView legacy_record, std::span<std::byte> record);
 
 }  // namespace zaf

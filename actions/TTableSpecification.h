@@ -15,7 +15,7 @@ namespace zaf {
 /// Supplies the operations of an action class from what the class declares about itself:
 ///
 /// - `kTypeCode`, `kElement`, `kLabel`: its type code, XML element and the label of its display
-///   name;
+///   name; an empty element is one that the class or its base makes itself;
 /// - `Properties()`: the rows of its own fields, in the order of the XML element; the `BasePart()`
 ///   row says where the part of `Base` goes. Every class declares it, if only to return no rows.
 /// - `LegacyOrder()`, optional: the order of its legacy sections where that differs; kNoCode stands
@@ -71,7 +71,7 @@ class TTableSpecification : public Base {
 
   Status WriteXml(TXmlWriteContext& context, dom::Element element,
                   dom::Element parent) const override {
-    if (!element) element = parent.appendElement(Action::kElement);
+    if (!element && !Action::kElement.empty()) element = parent.appendElement(Action::kElement);
     const std::span<const TProperty> rows = Rows();
     const auto base = std::find_if(rows.begin(), rows.end(),
                                    [](const TProperty& row) { return row.form == XmlForm::kBase; });
@@ -89,21 +89,23 @@ class TTableSpecification : public Base {
   }
 
  private:
+  /// Tells functions apart; their addresses are no constants under some sanitizers.
+  template <auto Function>
+  struct TFunction;
+
   /// An order that is inherited is that of a base's sections.
   static constexpr bool HasOwnLegacyOrder() {
-    if constexpr (!requires { Action::LegacyOrder(); }) {
+    if constexpr (!requires { &Action::LegacyOrder; }) {
       return false;
-    } else if constexpr (requires {
-                           requires std::is_same_v<decltype(&Action::LegacyOrder),
-                                                   decltype(&Base::LegacyOrder)>;
-                         }) {
-      return &Action::LegacyOrder != &Base::LegacyOrder;
-    } else {
+    } else if constexpr (!requires { &Base::LegacyOrder; }) {
       return true;
+    } else {
+      return !std::is_same_v<TFunction<&Action::LegacyOrder>, TFunction<&Base::LegacyOrder>>;
     }
   }
+
   static std::span<const TProperty> Rows() {
-    static_assert(&Action::Properties != &Base::Properties,
+    static_assert(!std::is_same_v<TFunction<&Action::Properties>, TFunction<&Base::Properties>>,
                   "an action class declares its own Properties()");
     return Action::Properties();
   }

@@ -127,21 +127,6 @@ Status TSwitchCodec::Parse(void* field, std::string_view text) const {
 
 bool TSwitchCodec::IsSet(const void* field) const { return Get<bool>(field); }
 
-bool TByteSwitchCodec::IsEqual(const void* field, const void* other) const {
-  return Get<std::uint8_t>(field) == Get<std::uint8_t>(other);
-}
-
-std::string_view TByteSwitchCodec::Spell(const void* field, TScratch&) const {
-  return Get<std::uint8_t>(field) != 0 ? "True" : "False";
-}
-
-Status TByteSwitchCodec::Parse(void* field, std::string_view text) const {
-  Get<std::uint8_t>(field) = text == "True" ? 1 : 0;
-  return Status::kOk;
-}
-
-bool TByteSwitchCodec::IsSet(const void* field) const { return Get<std::uint8_t>(field) != 0; }
-
 Status TNumberCodec::ReadLegacy(const TProperty&, void* field,
                                 const TLegacySection& section) const {
   return section.Read(Get<std::int32_t>(field));
@@ -257,7 +242,7 @@ Status TWordCodec::Parse(void* field, std::string_view text) const {
         value = ParseNumber(text);
         break;
       case TVocabulary::Fallback::kCharacters:
-        if (!text.empty()) value = static_cast<std::int32_t>(CodeOfText(text));
+        value = static_cast<std::int32_t>(CodeOfText(text));
         break;
       case TVocabulary::Fallback::kRefuse:
         if (!text.empty()) return Status::kMalformed;

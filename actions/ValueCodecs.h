@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <span>
@@ -92,18 +93,33 @@ class TSwitchCodec final : public TValueCodec {
 inline constexpr TSwitchCodec kSwitchCodec{SwitchRule::kNotZero};
 inline constexpr TSwitchCodec kPositiveSwitchCodec{SwitchRule::kPositive};
 
-/// One byte of a record that is a switch: on when it is not zero.
-class TByteSwitchCodec final : public TValueCodec {
+/// A number of a record that is a switch: on when it is not zero.
+template <class Number>
+class TRecordSwitchCodec final : public TValueCodec {
  public:
-  bool IsEqual(const void* field, const void* other) const override;
+  bool IsEqual(const void* field, const void* other) const override {
+    return IsSet(field) == IsSet(other);
+  }
+  void SwapByteOrder(void* field) const override {
+    auto* const bytes = static_cast<unsigned char*>(field);
+    std::reverse(bytes, bytes + sizeof(Number));
+  }
 
  protected:
-  std::string_view Spell(const void* field, TScratch& scratch) const override;
-  Status Parse(void* field, std::string_view text) const override;
-  bool IsSet(const void* field) const override;
+  using TScratch = TValueCodec::TScratch;
+
+  std::string_view Spell(const void* field, TScratch&) const override {
+    return IsSet(field) ? "True" : "False";
+  }
+  Status Parse(void* field, std::string_view text) const override {
+    *static_cast<Number*>(field) = text == "True" ? 1 : 0;
+    return Status::kOk;
+  }
+  bool IsSet(const void* field) const override { return *static_cast<const Number*>(field) != 0; }
 };
 
-inline constexpr TByteSwitchCodec kByteSwitchCodec{};
+inline constexpr TRecordSwitchCodec<std::uint8_t> kByteSwitchCodec{};
+inline constexpr TRecordSwitchCodec<std::int32_t> kNumberSwitchCodec{};
 
 /// A number, signed, in decimal. Set when it is not zero. Read as `ParseNumber` does.
 class TNumberCodec final : public TValueCodec {

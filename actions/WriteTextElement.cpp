@@ -30,16 +30,20 @@ void AppendKept(dom::Element element, std::string_view kept, bool needs_cdata) {
 
 dom::Element WriteTextElement(dom::Element parent, std::string_view name, std::string_view text) {
   const dom::Element element = parent.appendElement(name);
-  if (text.empty()) return element;
+  AppendText(element, text);
+  return element;
+}
+
+void AppendText(dom::Element element, std::string_view text) {
+  if (text.empty()) return;
   const TTextTraits traits = ExamineText(text);
   if (!traits.has_dropped) {
     AppendKept(element, text, traits.needs_cdata);
-    return element;
+    return;
   }
   std::string kept(text);
   std::erase_if(kept, IsDroppedCharacter);
   AppendKept(element, kept, traits.needs_cdata);
-  return element;
 }
 
 }  // namespace zaf

@@ -14,4 +14,7 @@ namespace zaf {
 /// Where `]]>` occurs, one section ends behind the brackets and the next begins at the `>`.
 dom::Element WriteTextElement(dom::Element parent, std::string_view name, std::string_view text);
 
+/// Gives an element that is there already, and empty, its text by the same rule.
+void AppendText(dom::Element element, std::string_view text);
+
 }  // namespace zaf

@@ -1,0 +1,94 @@
+#include "actions/TAssignItem.h"
+
+#include <string>
+
+#include "actions/ValueCodecs.h"
+#include "foundation/CaseFolding.h"
+
+namespace zaf {
+namespace {
+
+/// `text` ready to stand behind the "=" of a tag: in quotes when it could else not be told where it
+/// ends. Quotes inside are doubled when it has both kinds.
+std::string Quote(std::string_view text) {
+  constexpr std::string_view kNeedsQuotes = " \t\r\n\"'<>=";
+  if (!text.empty() && text.find_first_of(kNeedsQuotes) == std::string_view::npos)
+    return std::string(text);
+  const bool has_double = text.find('"') != std::string_view::npos;
+  const bool has_single = text.find('\'') != std::string_view::npos;
+  const char quote = has_double && !has_single ? '\'' : '"';
+  std::string quoted(1, quote);
+  for (const char c : text) {
+    quoted += c;
+    if (c == quote) quoted += c;
+  }
+  return quoted += quote;
+}
+
+/// The attributes of a cookie's tag.
+std::string CookieAttributes(const TAssignItem& item) {
+  std::string attributes;
+  if (!item.expiry.IsEmpty()) {
+    const auto minutes = static_cast<std::uint32_t>(ParseNumber(item.expiry.View()));
+    attributes
+        .append(R"( EXPIRES="<@TOGMT <@SECSTOTS <@CALC EXPR="<@TSTOSECS <@CURRENTTIMESTAMP>>+)")
+        .append(std::to_string(static_cast<std::int32_t>(minutes * 60)))
+        .append(R"(" >> FORMAT=datetime:http>")");
+  }
+  if (!item.domain.IsEmpty())
+    attributes.append(" DOMAIN=\"").append(item.domain.View()).append("\" ");
+  attributes.append(" PATH=\"").append(item.path.View()).append("\" ");
+  attributes.append(" SECURE=\"").append(item.is_secure != 0 ? "yes" : "no").append("\" ");
+  return attributes;
+}
+
+}  // namespace
+
+bool TAssignItem::IsCookie() const { return EqualsIgnoringCase(scope.View(), "cookie"); }
+
+std::span<const TProperty> TAssignItem::CookieProperties() {
+  using Item = TAssignItem;
+  static constexpr TProperty kRows[] = {
+      Child<&Item::name>(kNoCode, "Name"),
+      Child<&Item::value>(kNoCode, "Value"),
+      Child<&Item::expiry>(kNoCode, "Expiry"),
+      Child<&Item::path>(kNoCode, "Path"),
+      Child<&Item::domain>(kNoCode, "Domain"),
+      AttributeIfSet<&Item::is_secure>(kNoCode, "Secure", kNumberSwitchCodec),
+  };
+  return kRows;
+}
+
+std::span<const TProperty> TAssignItem::VariableProperties() {
+  using Item = TAssignItem;
+  static constexpr TProperty kRows[] = {
+      Child<&Item::name>(kNoCode, "Name"),
+      Child<&Item::value>(kNoCode, "Value"),
+  };
+  return kRows;
+}
+
+bool operator==(const TAssignItem& one, const TAssignItem& two) {
+  return AreRowsEqual(TAssignItem::CookieProperties(), &one, &two) &&
+         one.scope.View() == two.scope.View();
+}
+
+/// The tests for the scopes are exact here, unlike IsCookie: a tag follows the words that a
+/// document uses.
+void AppendAssignTag(const TAssignItem& item, CText& text) {
+  if (item.name.IsEmpty()) return;
+  const std::string name = Quote(item.name.View());
+  const std::string value = Quote(item.value.View());
+  const std::string_view scope = item.scope.View();
+  std::string tag = "<@ASSIGN ";
+  if (scope == "Default") {
+    tag.append(name).append(" ").append(value);
+  } else {
+    tag.append("SCOPE=").append(scope).append(" NAME=").append(name).append(" VALUE=");
+    tag.append(value);
+    if (scope == "Cookie") tag.append(" ").append(CookieAttributes(item));
+  }
+  text.Append(std::string_view(tag.append(">")));
+}
+
+}  // namespace zaf

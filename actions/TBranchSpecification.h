@@ -1,0 +1,25 @@
+#pragma once
+
+#include "actions/TTableSpecification.h"
+
+namespace zaf {
+
+/// Goes on with another action, of this application or of another one.
+class TBranchSpecification final
+    : public TTableSpecification<TBranchSpecification, TQuerySpecification> {
+ public:
+  static constexpr FourCharCode kTypeCode = Code("bran");
+  static constexpr std::string_view kElement = "BranchAction";
+  static constexpr std::string_view kLabel = "[Branch Action] ";
+  static std::span<const TProperty> Properties();
+
+  Status ReadLegacyProperty(const TLegacySection& section) override;
+
+ private:
+  CText action_name_;
+  CText document_name_;  ///< The application; empty: this one.
+  CText full_name_;
+  bool is_return_ = false;  ///< Come back when the target has ended.
+};
+
+}  // namespace zaf

@@ -1,0 +1,114 @@
+#include "actions/TDataSource.h"
+
+#include <utility>
+
+#include "actions/DataSourceKinds.h"
+#include "actions/WriteTextElement.h"
+#include "foundation/CCipherText.h"
+#include "foundation/TByteReader.h"
+
+namespace zaf {
+namespace {
+
+constexpr TVocabulary kKinds{kDataSourceKindsAndDefault, TVocabulary::Fallback::kFirstWord};
+constexpr TWordCodec kKindCodec{kKinds};
+
+/// The host types that have a type name.
+constexpr TVocabulary kTypeNames{kNamedDataSourceKinds, TVocabulary::Fallback::kZero};
+
+std::string_view KindWord(FourCharCode host_type) {
+  const std::string_view word = kKinds.WordOf(static_cast<std::int32_t>(host_type));
+  return word.empty() ? kDefaultDataSourceKind.word : word;
+}
+
+void ReadLogin(dom::Element source, CText& user_name, CText& password) {
+  const dom::Element info = source.getFirstChildElement("UserInfo");
+  const bool is_enciphered = info.getAttribute("Encrypted") == "True";
+  const auto read = [&](std::string_view name, CText& field) {
+    std::string joined;
+    CCipherText text(info.getFirstChildElement(name).getTextContent(joined));
+    if (is_enciphered) text.Decipher();
+    field = text.View();
+  };
+  read("UserName", user_name);
+  read("Password", password);
+}
+
+}  // namespace
+
+std::span<const TProperty> TDataSource::Properties() {
+  using Source = TDataSource;
+  static constexpr TProperty kRows[] = {
+      Child<&Source::host_type>(Code("htyp"), "DSType", kKindCodec),
+      Child<&Source::data_source>(Code("dsrc"), "DSN", kPlainTextCodec),
+      Child<&Source::dbms>(Code("dbms"), "DBMS", kPlainTextCodec),
+      Child<&Source::host>(Code("host"), "Host", kPlainTextCodec),
+      Child<&Source::database>(Code("data"), "Database", kPlainTextCodec),
+      Carried<&Source::user_name>(Code("user"), kPlainTextCodec),
+      Carried<&Source::password>(Code("pass"), kPlainTextCodec),
+      Carried<&Source::deployment_user_name>(Code("dusr"), kPlainTextCodec),
+      Carried<&Source::deployment_password>(Code("dpas"), kPlainTextCodec),
+      Carried<&Source::type_name>(kNoCode),
+  };
+  return kRows;
+}
+
+void TDataSource::UpdateTypeName() {
+  const std::string_view name = kTypeNames.WordOf(static_cast<std::int32_t>(host_type));
+  if (!name.empty()) type_name = name;
+}
+
+Status TDataSource::WriteXml(TXmlWriteContext& context, dom::Element& development,
+                             dom::Element& deployment) const {
+  const Status status = WriteElement(context, {user_name, password}, development);
+  return status == Status::kOk
+             ? WriteElement(context, {deployment_user_name, deployment_password}, deployment)
+             : status;
+}
+
+Status TDataSource::ReadXml(const TXmlReadContext& context, dom::Element development,
+                            dom::Element deployment) {
+  const Status status = ReadXmlRows(Properties(), this, {context, development});
+  if (status != Status::kOk) return status;
+  UpdateTypeName();
+  ReadLogin(development, user_name, password);
+  ReadLogin(deployment, deployment_user_name, deployment_password);
+  return Status::kOk;
+}
+
+/// Each text has its length before it, so that no two lists of texts have the same key.
+std::string TDataSource::KeyOfContent(const TLogin& login) const {
+  const std::string_view texts[] = {
+      KindWord(host_type), data_source.View(),     dbms.View(),          host.View(),
+      database.View(),     login.user_name.View(), login.password.View()};
+  std::byte length[4];
+  std::size_t size = 0;
+  for (const std::string_view text : texts) size += sizeof length + text.size();
+  std::string key;
+  key.reserve(size);
+  for (const std::string_view text : texts) {
+    StoreU32(static_cast<std::uint32_t>(text.size()), length);
+    key.append(AsText(length)).append(text);
+  }
+  return key;
+}
+
+Status TDataSource::WriteElement(TXmlWriteContext& context, const TLogin& login,
+                                 dom::Element& element) const {
+  std::string key = KeyOfContent(login);
+  element = context.action_data_sources.Find(key);
+  if (element) return Status::kOk;
+  CCipherText user_text(login.user_name.View());
+  CCipherText password_text(login.password.View());
+  if (!user_text.Encipher() || !password_text.Encipher()) return Status::kFailure;
+  element = AppendDataSource(context);
+  WriteXmlRows(Properties(), this, {context, element, {}});
+  const dom::Element info = element.appendElement("UserInfo");
+  info.appendAttribute("Encrypted", "True");
+  WriteTextElement(info, "UserName", user_text.View());
+  WriteTextElement(info, "Password", password_text.View());
+  context.action_data_sources.Remember(std::move(key), element);
+  return Status::kOk;
+}
+
+}  // namespace zaf

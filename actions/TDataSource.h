@@ -1,0 +1,56 @@
+#pragma once
+
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "actions/TProperty.h"
+#include "foundation/CText.h"
+
+namespace zaf {
+
+/// The data source of an action: which kind of database it is and where it lies, and the users and
+/// passwords that open it, in clear, while an application is developed and when it is deployed.
+/// Owns its texts.
+///
+/// In a document it stands in two `DataSource` elements of the document's list, which differ in the
+/// user and password. Actions whose elements would be equal share one.
+struct TDataSource {
+  FourCharCode host_type = kNoCode;
+  CText type_name;  ///< Of the last host type that had one.
+  CText data_source;
+  CText host;
+  CText database;
+  CText user_name;
+  CText password;
+  CText dbms;
+  CText deployment_user_name;
+  CText deployment_password;
+
+  /// The legacy sections and, in the order of the element, its children before `UserInfo`.
+  static std::span<const TProperty> Properties();
+
+  /// Sets the type name from the host type; one that has no name leaves it as it was.
+  void UpdateTypeName();
+
+  /// Gives the two elements of this data source, which are appended to the document's list unless
+  /// another action's with equal content are there. kFailure: the users and passwords cannot be
+  /// enciphered.
+  Status WriteXml(TXmlWriteContext& context, dom::Element& development,
+                  dom::Element& deployment) const;
+
+  /// Takes everything from the development element but the user and password of the deployment.
+  /// A null element leaves its fields empty.
+  Status ReadXml(const TXmlReadContext& context, dom::Element development, dom::Element deployment);
+
+ private:
+  struct TLogin {
+    const CText& user_name;
+    const CText& password;
+  };
+
+  [[nodiscard]] std::string KeyOfContent(const TLogin& login) const;
+  Status WriteElement(TXmlWriteContext& context, const TLogin& login, dom::Element& element) const;
+};
+
+}  // namespace zaf

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "actions/TTableSpecification.h"
+
+namespace zaf {
+
+/// What is done when no condition of the if and else-ifs before it holds.
+class TElseSpecification final
+    : public TTableSpecification<TElseSpecification, TQuerySpecification> {
+ public:
+  static constexpr FourCharCode kTypeCode = Code("else");
+  static constexpr std::string_view kElement = "ElseAction";
+  static constexpr std::string_view kLabel = "[Else Action] ";
+  static std::span<const TProperty> Properties() { return {}; }
+};
+
+}  // namespace zaf

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "actions/TTableSpecification.h"
+#include "foundation/CTextPtrArray.h"
+
+namespace zaf {
+
+/// Sends a message by e-mail. Every field is a text, so that any may hold an expression. Owns its
+/// texts. The parameters have no legacy form.
+class TEmailSpecification final
+    : public TTableSpecification<TEmailSpecification, TQuerySpecification> {
+ public:
+  static constexpr FourCharCode kTypeCode = Code("mail");
+  static constexpr std::string_view kElement = "MailAction";
+  static constexpr std::string_view kLabel = "[Mail Action] ";
+  static std::span<const TProperty> Properties();
+
+ private:
+  CText server_;
+  CText port_;
+  CText from_;
+  CText to_;
+  CText cc_;
+  CText bcc_;
+  CText subject_;
+  CText body_;
+  CText content_type_{"text/plain"};
+  CText character_set_{"iso-8859-1"};
+  CText custom_header_;
+  CText wrap_;
+  CTextPtrArray parameters_;
+};
+
+}  // namespace zaf

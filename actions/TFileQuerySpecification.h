@@ -1,0 +1,38 @@
+#pragma once
+
+#include "actions/TTableSpecification.h"
+#include "foundation/CTextPtrArray.h"
+
+namespace zaf {
+
+/// Reads, writes or deletes a file on the server's host. Owns its texts. The mode chooses the
+/// operation, and the element holds what that operation needs; the other fields are carried in
+/// legacy files only.
+class TFileQuerySpecification final
+    : public TTableSpecification<TFileQuerySpecification, TQuerySpecification> {
+ public:
+  static constexpr FourCharCode kTypeCode = Code("flvt");
+  static constexpr std::string_view kElement = "FileAction";
+  static constexpr std::string_view kLabel = "[File Action] ";
+  static std::span<const TProperty> Properties();
+
+  Status WriteXml(TXmlWriteContext& context, dom::Element element,
+                  dom::Element parent) const override;
+  Status ReadXml(const TXmlReadContext& context, dom::Element element) override;
+
+ private:
+  struct TOperation;
+
+  [[nodiscard]] static std::span<const TOperation> Operations();
+
+  CText file_name_;
+  /// 'd' deletes; 'w' writes anew, 'a' appends, 'e' writes where there is no file; others read.
+  char mode_ = 0;
+  CText range_or_data_;  ///< What to read, or what to write.
+  CTextPtrArray variables_;
+  CText file_name_variable_;
+  CText file_type_;
+  CText file_creator_;
+};
+
+}  // namespace zaf

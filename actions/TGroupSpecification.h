@@ -1,0 +1,16 @@
+#pragma once
+
+#include "actions/TTableSpecification.h"
+
+namespace zaf {
+
+/// Actions that belong together.
+class TGroupSpecification final
+    : public TTableSpecification<TGroupSpecification, TQuerySpecification> {
+ public:
+  static constexpr FourCharCode kTypeCode = Code("grop");
+  static constexpr std::string_view kElement = "GroupAction";
+  static std::span<const TProperty> Properties() { return {}; }
+};
+
+}  // namespace zaf

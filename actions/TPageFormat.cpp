@@ -1,0 +1,52 @@
+#include "actions/TPageFormat.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "actions/PartCodec.h"
+#include "actions/ValueCodecs.h"
+
+namespace zaf {
+
+std::span<const TProperty> TPageFormat::Properties() {
+  using Format = TPageFormat;
+  static constexpr TProperty kRows[] = {
+      Attribute<&Format::border>(kNoCode, "Border"),
+      Attribute<&Format::border_color>(kNoCode, "BorderColor"),
+      Attribute<&Format::background_color>(kNoCode, "BackgroundColor"),
+      Attribute<&Format::cell_padding>(kNoCode, "CellPadding"),
+      Attribute<&Format::cell_spacing>(kNoCode, "CellSpacing"),
+  };
+  return kRows;
+}
+
+Status TPageFormatCodec::ReadLegacy(const TProperty&, void* field,
+                                    const TLegacySection& section) const {
+  ByteView bytes;
+  if (const Status status = section.View(bytes); status != Status::kOk) return status;
+  TPageFormat format;
+  if (!bytes.empty()) std::memcpy(&format, bytes.data(), std::min(bytes.size(), sizeof format));
+  *static_cast<TPageFormat*>(field) = format;
+  return Status::kOk;
+}
+
+Status TPageFormatCodec::WriteLegacy(const TProperty& row, const void* field,
+                                     TSectionWriter& out) const {
+  return out.Write(row.code, ByteView(static_cast<const std::byte*>(field), sizeof(TPageFormat)));
+}
+
+void TPageFormatCodec::WriteXml(const TProperty& row, const void* field,
+                                const TXmlWriteScope& scope) const {
+  kPartCodec<TPageFormat>.WriteXml(row, field, scope);
+}
+
+Status TPageFormatCodec::ReadXml(const TProperty& row, void* field,
+                                 const TXmlReadScope& scope) const {
+  return kPartCodec<TPageFormat>.ReadXml(row, field, scope);
+}
+
+bool TPageFormatCodec::IsEqual(const void* field, const void* other) const {
+  return kPartCodec<TPageFormat>.IsEqual(field, other);
+}
+
+}  // namespace zaf

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <cstddef>
+#include <span>
+
+#include "actions/TProperty.h"
+#include "foundation/TFixedText.h"
+
+namespace zaf {
+
+/// How the table of a builder action's page looks. In a legacy file it is a section of its own: a
+/// longer one is cut, what a shorter one lacks is empty.
+struct TPageFormat {
+  TFixedText<128> border{};
+  TFixedText<128> border_color{};
+  TFixedText<128> background_color{};
+  TFixedText<128> cell_padding{};
+  TFixedText<128> cell_spacing{};
+
+  static std::span<const TProperty> Properties();
+};
+
+static_assert(sizeof(TPageFormat) == 640);
+
+class TPageFormatCodec final : public TFieldCodec {
+ public:
+  Status ReadLegacy(const TProperty& row, void* field,
+                    const TLegacySection& section) const override;
+  Status WriteLegacy(const TProperty& row, const void* field, TSectionWriter& out) const override;
+  void WriteXml(const TProperty& row, const void* field,
+                const TXmlWriteScope& scope) const override;
+  Status ReadXml(const TProperty& row, void* field, const TXmlReadScope& scope) const override;
+  bool IsEqual(const void* field, const void* other) const override;
+};
+
+inline constexpr TPageFormatCodec kPageFormatCodec{};
+
+template <>
+struct TCodecOf<TPageFormat> {
+  static constexpr const TFieldCodec& kCodec = kPageFormatCodec;
+};
+
+/// The page format of a page.
+template <auto Member>
+constexpr TProperty PageFormat(FourCharCode code) {
+  return Child<Member>(code, "PageFormat");
+}
+
+}  // namespace zaf

@@ -1,0 +1,54 @@
+#include "actions/TSourceSpecification.h"
+
+#include "actions/PartCodec.h"
+
+namespace zaf {
+namespace {
+
+constexpr std::string_view kDevelopmentAttribute = "DSID";
+constexpr std::string_view kDeploymentAttribute = "DeploymentDSID";
+
+/// Written in upper case but read as every other switch: documents of both spellings are about.
+constexpr TSwitchCodec kUsesDefaultCodec{SwitchRule::kPositive, "TRUE"};
+
+}  // namespace
+
+std::span<const TProperty> TSourceSpecification::Properties() {
+  using Source = TSourceSpecification;
+  static constexpr TProperty kRows[] = {
+      AttributeIfSet<&Source::uses_default_>(Code("dflt"), "UseDevelopmentDataSource",
+                                             kUsesDefaultCodec),
+      Row<&Source::data_source_>(kNoCode, {}, XmlForm::kNone, kPartCodec<TDataSource>),
+  };
+  return kRows;
+}
+
+Status TSourceSpecification::ReadLegacyProperty(const TLegacySection& section) {
+  const Status status = Table::ReadLegacyProperty(section);
+  if (status == Status::kOk && section.code == Code("htyp")) data_source_.UpdateTypeName();
+  return status;
+}
+
+Status TSourceSpecification::WriteXml(TXmlWriteContext& context, dom::Element element,
+                                      dom::Element parent) const {
+  if (!element) element = parent.appendElement(kElement);
+  WriteXmlRows(Properties(), this, {context, element, GetName().View()});
+  dom::Element development;
+  dom::Element deployment;
+  const Status status = data_source_.WriteXml(context, development, deployment);
+  if (status != Status::kOk) return status;
+  element.appendAttribute(kDevelopmentAttribute, development.getAttribute("ID"));
+  element.appendAttribute(kDeploymentAttribute, deployment.getAttribute("ID"));
+  // The table's own operation would write the rows a second time.
+  // NOLINTNEXTLINE(bugprone-parent-virtual-call)
+  return TQuerySpecification::WriteXml(context, element, parent);
+}
+
+Status TSourceSpecification::ReadXml(const TXmlReadContext& context, dom::Element element) {
+  const Status status = data_source_.ReadXml(
+      context, context.data_sources.Find(element.getAttribute(kDevelopmentAttribute)),
+      context.data_sources.Find(element.getAttribute(kDeploymentAttribute)));
+  return status == Status::kOk ? Table::ReadXml(context, element) : status;
+}
+
+}  // namespace zaf
