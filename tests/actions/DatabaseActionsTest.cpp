@@ -13,25 +13,13 @@ namespace zaf {
 namespace {
 
 using test::BigEndian;
+using test::Compact;
 using test::ElementOf;
 using test::LegacyFile;
 using test::ListOf;
 using test::Slot;
+using test::Slots;
 using test::ToXml;
-
-/// An element without the line ends and indentation between its nodes.
-std::string Compact(std::string element) {
-  for (std::size_t at = 0; (at = element.find('\n', at)) != std::string::npos;)
-    element.erase(at, element.find_first_not_of(" \n", at) - at);
-  return element;
-}
-
-/// Texts in slots of one width, one behind the other.
-std::string Slots(std::size_t width, std::initializer_list<std::string_view> texts) {
-  std::string slots;
-  for (const std::string_view text : texts) slots += Slot(text, width);
-  return slots;
-}
 
 std::string Document(std::string_view actions, std::string_view data_sources = {}) {
   return test::DocumentWith(actions, "", data_sources);

@@ -93,6 +93,12 @@ std::string ElementOf(std::string_view document, std::string_view name) {
   return std::string(document.substr(begin, document.find('>', begin) + 1 - begin));
 }
 
+std::string Compact(std::string element) {
+  for (std::size_t at = 0; (at = element.find('\n', at)) != std::string::npos;)
+    element.erase(at, element.find_first_not_of(" \n", at) - at);
+  return element;
+}
+
 std::string DocumentWith(std::string_view actions, std::string_view program,
                          std::string_view data_sources, std::string_view outputs) {
   std::string document = "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>\n<ZAF>";

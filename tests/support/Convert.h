@@ -23,6 +23,9 @@ std::string ToXml(std::string_view bytes);
 /// indentation of the line that it begins on; empty when there is none.
 std::string ElementOf(std::string_view document, std::string_view name);
 
+/// An element without the line ends and indentation between its nodes.
+std::string Compact(std::string element);
+
 /// A document with these actions, program references and data sources, to be read.
 std::string DocumentWith(std::string_view actions, std::string_view program,
                          std::string_view data_sources = {}, std::string_view outputs = {});

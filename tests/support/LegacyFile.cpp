@@ -14,6 +14,12 @@ std::string Slot(std::string_view text, std::size_t width) {
   return slot;
 }
 
+std::string Slots(std::size_t width, std::initializer_list<std::string_view> texts) {
+  std::string slots;
+  for (const std::string_view text : texts) slots += Slot(text, width);
+  return slots;
+}
+
 std::string ListOf(std::uint32_t count, std::string_view records) {
   return BigEndian(count).append(records);
 }

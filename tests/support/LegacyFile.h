@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <initializer_list>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -13,6 +14,9 @@ std::string BigEndian(std::uint32_t value);
 
 /// `text` in a slot of `width` bytes, cut or filled up with NULs.
 std::string Slot(std::string_view text, std::size_t width);
+
+/// Texts in slots of one width, one behind the other.
+std::string Slots(std::size_t width, std::initializer_list<std::string_view> texts);
 
 /// The payload of a list section: the count, then the records.
 std::string ListOf(std::uint32_t count, std::string_view records);

@@ -1,0 +1,151 @@
+// Walks the tables of all action classes: what every row of every class has to keep.
+
+#include <gtest/gtest.h>
+#include <set>
+#include <string>
+
+#include "actions/TAssignSpecification.h"
+#include "actions/TBranchFalseSpecification.h"
+#include "actions/TBranchSpecification.h"
+#include "actions/TBranchTrueSpecification.h"
+#include "actions/TBreakSpecification.h"
+#include "actions/TCallMethodSpecification.h"
+#include "actions/TContainerSpecification.h"
+#include "actions/TControlFlowSpecification.h"
+#include "actions/TCreateObjectSpecification.h"
+#include "actions/TCustomSpecification.h"
+#include "actions/TDeleteSpecification.h"
+#include "actions/TElseSpecification.h"
+#include "actions/TElseifSpecification.h"
+#include "actions/TEmailSpecification.h"
+#include "actions/TFileQuerySpecification.h"
+#include "actions/TForSpecification.h"
+#include "actions/TGroupSpecification.h"
+#include "actions/TIfSpecification.h"
+#include "actions/TInsertGroupSpecification.h"
+#include "actions/TInsertSpecification.h"
+#include "actions/TJavaQuerySpecification.h"
+#include "actions/TNTQuerySpecification.h"
+#include "actions/TNullSpecification.h"
+#include "actions/TObjectsLoopSpecification.h"
+#include "actions/TPresentationSpecification.h"
+#include "actions/TQuerySpecification.h"
+#include "actions/TScriptSpecification.h"
+#include "actions/TSearchGroupSpecification.h"
+#include "actions/TSearchSpecification.h"
+#include "actions/TStopSpecification.h"
+#include "actions/TTransCloseSpecification.h"
+#include "actions/TTransOpenSpecification.h"
+#include "actions/TUnixQuerySpecification.h"
+#include "actions/TUpdateSpecification.h"
+#include "actions/TWhileSpecification.h"
+#include "appfile/TQuerySpecificationServer.h"
+#include "tests/support/Convert.h"
+#include "tests/support/LegacyFile.h"
+
+namespace zaf {
+namespace {
+
+/// All rows of a class, those of its parts included.
+void Collect(std::span<const TProperty> rows, std::vector<const TProperty*>& all) {
+  for (const TProperty& row : rows) {
+    if (row.codec == nullptr) continue;
+    all.push_back(&row);
+    Collect(row.codec->Nested(), all);
+  }
+}
+
+/// Reads one section, made of `payload`, into an action.
+Status ReadSection(TQuerySpecification& action, FourCharCode code, std::string_view payload) {
+  TDataFile file(AsBytes(payload));
+  return action.ReadLegacyProperty(
+      {&file, code, 0, static_cast<std::uint32_t>(payload.size()), &action});
+}
+
+/// Payloads of which at least one changes any field from its initial value: numbers, texts, lists.
+std::vector<std::string> Payloads() {
+  return {test::BigEndian(1),
+          test::BigEndian(2),
+          std::string("some text\0", 10),
+          test::ListOf(1, "entry\0"),
+          test::ListOf(1, std::string(1024, 'r')),
+          test::ListOf(1, std::string(446, 'r')),
+          std::string(640, 'f'),
+          test::ListOf(1, test::BigEndian(1) + "v" + std::string(1028, 'a'))};
+}
+
+template <class Action>
+class ActionTable : public testing::Test {};
+
+using AllActions = testing::Types<
+    TQuerySpecification, TContainerSpecification, TNullSpecification, TSearchSpecification,
+    TInsertSpecification, TUpdateSpecification, TDeleteSpecification, TCustomSpecification,
+    TTransOpenSpecification, TTransCloseSpecification, TSearchGroupSpecification,
+    TInsertGroupSpecification, TIfSpecification, TElseifSpecification, TElseSpecification,
+    TWhileSpecification, TForSpecification, TBreakSpecification, TBranchSpecification,
+    TGroupSpecification, TStopSpecification, TControlFlowSpecification, TBranchTrueSpecification,
+    TBranchFalseSpecification, TAssignSpecification, TEmailSpecification, TFileQuerySpecification,
+    TScriptSpecification, TJavaQuerySpecification, TCreateObjectSpecification,
+    TCallMethodSpecification, TObjectsLoopSpecification, TPresentationSpecification,
+    TUnixQuerySpecification, TNTQuerySpecification>;
+TYPED_TEST_SUITE(ActionTable, AllActions);
+
+TYPED_TEST(ActionTable, NamesNoCodeAndNoElementTwice) {
+  std::vector<const TProperty*> rows;
+  Collect(TypeParam::Properties(), rows);
+  std::set<FourCharCode> codes;
+  for (const TProperty* row : rows) {
+    const std::string code(Characters(row->code).data(), 4);
+    EXPECT_TRUE(row->code == kNoCode || codes.insert(row->code).second) << code;
+  }
+  std::set<std::string_view> names;
+  for (const TProperty& row : TypeParam::Properties())
+    EXPECT_TRUE(row.name.empty() || names.insert(row.name).second) << row.name;
+}
+
+TYPED_TEST(ActionTable, EveryLegacyFieldCountsAndIsClonedAndWrittenBack) {
+  std::vector<const TProperty*> rows;
+  Collect(TypeParam::Properties(), rows);
+  for (const TProperty* row : rows) {
+    // The place in the tree is no content.
+    if (row->code == kNoCode || row->code == Code("pare")) continue;
+    SCOPED_TRACE(std::string(Characters(row->code).data(), 4));
+    const TypeParam initial;
+    TypeParam changed;
+    std::string payload;
+    for (const std::string& candidate : Payloads()) {
+      TypeParam attempt;
+      if (ReadSection(attempt, row->code, candidate) == Status::kOk && !attempt.IsEqual(initial)) {
+        payload = candidate;
+        EXPECT_EQ(ReadSection(changed, row->code, candidate), Status::kOk);
+        break;
+      }
+    }
+    ASSERT_FALSE(payload.empty()) << "no payload makes a difference";
+    const std::unique_ptr<TQuerySpecification> clone = changed.Clone(nullptr);
+    EXPECT_TRUE(clone->IsEqual(changed));
+    TypeParam target;
+    EXPECT_EQ(changed.Clone(&target), nullptr);
+    EXPECT_TRUE(target.IsEqual(changed));
+    EXPECT_FALSE(initial.IsEqual(changed));
+  }
+}
+
+TYPED_TEST(ActionTable, ElementReadsBackAsTheClass) {
+  const TQuerySpecificationServer server;
+  // An external action has an element for each of its kinds.
+  const std::string_view element =
+      TypeParam::kElement.empty()
+          ? (TypeParam::kTypeCode == Code("adll") ? "ExternalDLLAction" : "AppleEventAction")
+          : TypeParam::kElement;
+  const auto action = server.CreateByElement(element);
+  ASSERT_NE(action, nullptr);
+  const bool is_written_as_the_base = TypeParam::kElement == TQuerySpecification::kElement;
+  EXPECT_EQ(action->GetTypeCode(),
+            is_written_as_the_base ? TQuerySpecification::kTypeCode : TypeParam::kTypeCode);
+  const auto by_type = server.CreateByType(TypeParam::kTypeCode);
+  EXPECT_EQ(by_type->GetTypeCode(), TypeParam::kTypeCode);
+}
+
+}  // namespace
+}  // namespace zaf
