@@ -11,10 +11,6 @@ class TBlockCodec final : public TFieldCodec {
   Status ReadLegacy(const TProperty& row, void* field,
                     const TLegacySection& section) const override;
   Status WriteLegacy(const TProperty& row, const void* field, TSectionWriter& out) const override;
-  void WriteXml(const TProperty&, const void*, const TXmlWriteScope&) const override {}
-  Status ReadXml(const TProperty&, void*, const TXmlReadScope&) const override {
-    return Status::kOk;
-  }
   bool IsEqual(const void* field, const void* other) const override;
 };
 

@@ -6,16 +6,6 @@
 
 namespace zaf {
 
-Status TOutputCodec::ReadLegacy(const TProperty& row, void* field,
-                                const TLegacySection& section) const {
-  return kTextCodec.ReadLegacy(row, field, section);
-}
-
-Status TOutputCodec::WriteLegacy(const TProperty& row, const void* field,
-                                 TSectionWriter& out) const {
-  return kTextCodec.WriteLegacy(row, field, out);
-}
-
 void TOutputCodec::WriteXml(const TProperty& row, const void* field,
                             const TXmlWriteScope& scope) const {
   const auto& text = *static_cast<const CText*>(field);
@@ -32,13 +22,13 @@ Status TOutputCodec::ReadXml(const TProperty& row, void* field, const TXmlReadSc
   const dom::Element reference = scope.element.getFirstChildElement(row.name);
   if (!reference) return Status::kOk;
   const dom::Element output = scope.context.outputs.Find(reference.getAttribute("Ref"));
+  if (!output) return Status::kOk;
   std::string joined;
-  if (output) *static_cast<CText*>(field) = output.getTextContent(joined);
+  const std::string_view text = output.getTextContent(joined);
+  if (const Status status = scope.context.references.Charge(text.size()); status != Status::kOk)
+    return status;
+  *static_cast<CText*>(field) = text;
   return Status::kOk;
-}
-
-bool TOutputCodec::IsEqual(const void* field, const void* other) const {
-  return kTextCodec.IsEqual(field, other);
 }
 
 }  // namespace zaf

@@ -10,15 +10,11 @@ namespace zaf {
 /// An output block of an action. Its HTML goes into an `Output` element of the document's list,
 /// under the ID "<action name><suffix>", and the row's child element refers to it. An empty block
 /// has neither. Read, a reference to an output that is not there leaves the text as it was.
-class TOutputCodec final : public TFieldCodec {
+class TOutputCodec final : public TTextCodecBase {
  public:
-  Status ReadLegacy(const TProperty& row, void* field,
-                    const TLegacySection& section) const override;
-  Status WriteLegacy(const TProperty& row, const void* field, TSectionWriter& out) const override;
   void WriteXml(const TProperty& row, const void* field,
                 const TXmlWriteScope& scope) const override;
   Status ReadXml(const TProperty& row, void* field, const TXmlReadScope& scope) const override;
-  bool IsEqual(const void* field, const void* other) const override;
 };
 
 inline constexpr TOutputCodec kOutputCodec{};

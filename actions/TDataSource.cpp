@@ -73,7 +73,11 @@ Status TDataSource::ReadXml(const TXmlReadContext& context, dom::Element develop
   UpdateTypeName();
   ReadLogin(development, user_name, password);
   ReadLogin(deployment, deployment_user_name, deployment_password);
-  return Status::kOk;
+  std::size_t size = 0;
+  for (const CText* text : {&data_source, &host, &database, &dbms, &user_name, &password,
+                            &deployment_user_name, &deployment_password})
+    size += text->GetCharacterCount();
+  return context.references.Charge(size);
 }
 
 /// Each text has its length before it, so that no two lists of texts have the same key.

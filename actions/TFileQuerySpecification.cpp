@@ -32,32 +32,21 @@ class TModeCodec final : public TFieldCodec {
   Status WriteLegacy(const TProperty& row, const void* field, TSectionWriter& out) const override {
     return out.Write(row.code, AsBytes({static_cast<const char*>(field), 1}));
   }
-  void WriteXml(const TProperty&, const void*, const TXmlWriteScope&) const override {}
-  Status ReadXml(const TProperty&, void*, const TXmlReadScope&) const override {
-    return Status::kOk;
-  }
   bool IsEqual(const void* field, const void* other) const override {
     return *static_cast<const char*>(field) == *static_cast<const char*>(other);
   }
 };
 
 /// The range of a read: an empty one is written as that of the whole file.
-class TRangeCodec final : public TValueCodec {
- public:
-  bool IsEqual(const void* field, const void* other) const override {
-    return kTextCodec.IsEqual(field, other);
-  }
-
+class TRangeCodec final : public TTextCodecBase {
  protected:
   std::string_view Spell(const void* field, TScratch&) const override {
     const auto& range = *static_cast<const CText*>(field);
     return range.IsEmpty() ? kWholeFile : range.View();
   }
   Status Parse(void* field, std::string_view text) const override {
-    *static_cast<CText*>(field) = text == kWholeFile ? std::string_view() : text;
-    return Status::kOk;
+    return TTextCodecBase::Parse(field, text == kWholeFile ? std::string_view() : text);
   }
-  bool IsSet(const void*) const override { return true; }
 };
 
 /// The variables of a read, as children of its element; where there is none, one that is empty.

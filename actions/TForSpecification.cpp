@@ -4,19 +4,7 @@ namespace zaf {
 namespace {
 
 /// A direction: any number above 0 is up, any other one down.
-class TDirectionCodec final : public TValueCodec {
- public:
-  Status ReadLegacy(const TProperty& row, void* field,
-                    const TLegacySection& section) const override {
-    return kNumberCodec.ReadLegacy(row, field, section);
-  }
-  Status WriteLegacy(const TProperty& row, const void* field, TSectionWriter& out) const override {
-    return kNumberCodec.WriteLegacy(row, field, out);
-  }
-  bool IsEqual(const void* field, const void* other) const override {
-    return kNumberCodec.IsEqual(field, other);
-  }
-
+class TDirectionCodec final : public TNumberCodecBase {
  protected:
   std::string_view Spell(const void* field, TScratch&) const override {
     return *static_cast<const std::int32_t*>(field) > 0 ? kUp : kDown;
@@ -26,7 +14,6 @@ class TDirectionCodec final : public TValueCodec {
     *static_cast<std::int32_t*>(field) = text == kDown ? -1 : 1;
     return Status::kOk;
   }
-  bool IsSet(const void*) const override { return true; }
 
  private:
   static constexpr std::string_view kUp = "Up";

@@ -21,6 +21,12 @@ Status TFieldCodec::WriteLegacy(const TProperty&, const void*, TSectionWriter&) 
   return Status::kOk;
 }
 
+void TFieldCodec::WriteXml(const TProperty&, const void*, const TXmlWriteScope&) const {}
+
+Status TFieldCodec::ReadXml(const TProperty&, void*, const TXmlReadScope&) const {
+  return Status::kOk;
+}
+
 void TFieldCodec::SwapByteOrder(void*) const {}
 
 std::span<const TProperty> TFieldCodec::Nested() const { return {}; }

@@ -47,9 +47,8 @@ class TFieldCodec {
   virtual Status ReadLegacy(const TProperty& row, void* field, const TLegacySection& section) const;
   /// Writes the field's legacy section, or none when it has nothing to say.
   virtual Status WriteLegacy(const TProperty& row, const void* field, TSectionWriter& out) const;
-  virtual void WriteXml(const TProperty& row, const void* field,
-                        const TXmlWriteScope& scope) const = 0;
-  virtual Status ReadXml(const TProperty& row, void* field, const TXmlReadScope& scope) const = 0;
+  virtual void WriteXml(const TProperty& row, const void* field, const TXmlWriteScope& scope) const;
+  virtual Status ReadXml(const TProperty& row, void* field, const TXmlReadScope& scope) const;
   [[nodiscard]] virtual bool IsEqual(const void* field, const void* other) const = 0;
   /// Turns a number of a record from the file's byte order into the machine's, and back.
   virtual void SwapByteOrder(void* field) const;

@@ -17,29 +17,12 @@ constexpr std::string_view kLanguageAttribute = "Type";
 constexpr std::string_view kDefaultScope = "Default";
 
 /// A scope: a text whose default, in any case, is written as the empty text.
-class TScopeCodec final : public TValueCodec {
- public:
-  Status ReadLegacy(const TProperty& row, void* field,
-                    const TLegacySection& section) const override {
-    return kTextCodec.ReadLegacy(row, field, section);
-  }
-  Status WriteLegacy(const TProperty& row, const void* field, TSectionWriter& out) const override {
-    return kTextCodec.WriteLegacy(row, field, out);
-  }
-  bool IsEqual(const void* field, const void* other) const override {
-    return kTextCodec.IsEqual(field, other);
-  }
-
+class TScopeCodec final : public TTextCodecBase {
  protected:
   std::string_view Spell(const void* field, TScratch&) const override {
     const std::string_view scope = static_cast<const CText*>(field)->View();
     return EqualsIgnoringCase(scope, kDefaultScope) ? std::string_view() : scope;
   }
-  Status Parse(void* field, std::string_view text) const override {
-    *static_cast<CText*>(field) = text;
-    return Status::kOk;
-  }
-  bool IsSet(const void*) const override { return true; }
 };
 
 constexpr TScopeCodec kScopeCodec;

@@ -1,10 +1,14 @@
 #include "actions/TXmlContext.h"
 
+#include <algorithm>
 #include <random>
 #include <utility>
 
 namespace zaf {
 namespace {
+
+constexpr std::uint64_t kReferencedPerByte = 64;
+constexpr std::uint64_t kLeastReferenced = 64 << 20;
 
 std::uint64_t ProcessSeed() {
   static const std::uint64_t seed = [] {
@@ -44,6 +48,18 @@ dom::Element TElementRegistry::Find(const std::string& key) const {
 
 void TElementRegistry::Remember(std::string key, dom::Element element) {
   elements_.try_emplace(std::move(key), element);
+}
+
+TReferenceBudget::TReferenceBudget(std::size_t document_size)
+    : left_(std::max(kReferencedPerByte * document_size, kLeastReferenced)) {}
+
+Status TReferenceBudget::Charge(std::size_t bytes) {
+  if (bytes > left_) {
+    left_ = 0;
+    return Status::kMalformed;
+  }
+  left_ -= bytes;
+  return Status::kOk;
 }
 
 dom::Element AppendDataSource(TXmlWriteContext& context) {

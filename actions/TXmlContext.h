@@ -7,6 +7,7 @@
 #include <unordered_map>
 
 #include "dom/dom.h"
+#include "foundation/Status.h"
 
 namespace zaf {
 
@@ -63,10 +64,25 @@ struct TXmlWriteContext {
 /// number of those before it.
 dom::Element AppendDataSource(TXmlWriteContext& context);
 
+/// Bounds the text that the actions of a document take from elements that they refer to: every
+/// reference makes a copy, and a small document may refer to a long text any number of times.
+class TReferenceBudget {
+ public:
+  /// `document_size` in bytes: 64 times as much may be copied, and at least 64 MiB.
+  explicit TReferenceBudget(std::size_t document_size);
+
+  /// kMalformed when the limit is passed, and from then on.
+  Status Charge(std::size_t bytes);
+
+ private:
+  std::uint64_t left_;
+};
+
 /// What the actions share while they are read from one document, which outlives it.
 struct TXmlReadContext {
   TElementIndex outputs;       ///< `Output` elements by ID.
   TElementIndex data_sources;  ///< `DataSource` elements by ID.
+  TReferenceBudget& references;
 };
 
 /// The element that an object's fields are written into.

@@ -69,7 +69,8 @@ Status TValueCodec::ReadXml(const TProperty& row, void* field, const TXmlReadSco
   return Parse(field, scope.element.getFirstChildElement(row.name).getTextContent(joined));
 }
 
-Status TTextCodec::ReadLegacy(const TProperty&, void* field, const TLegacySection& section) const {
+Status TTextCodecBase::ReadLegacy(const TProperty&, void* field,
+                                  const TLegacySection& section) const {
   auto& text = Get<CText>(field);
   const Status status = section.Read(text);
   if (status == Status::kOk && inner_nul_ == InnerNul::kEndsText &&
@@ -78,26 +79,27 @@ Status TTextCodec::ReadLegacy(const TProperty&, void* field, const TLegacySectio
   return status;
 }
 
-Status TTextCodec::WriteLegacy(const TProperty& row, const void* field, TSectionWriter& out) const {
+Status TTextCodecBase::WriteLegacy(const TProperty& row, const void* field,
+                                   TSectionWriter& out) const {
   const auto& text = Get<CText>(field);
   if (text.IsEmpty() && legacy_ == LegacyText::kIfNotEmpty) return Status::kOk;
   return out.Write(row.code, text);
 }
 
-bool TTextCodec::IsEqual(const void* field, const void* other) const {
+bool TTextCodecBase::IsEqual(const void* field, const void* other) const {
   return Get<CText>(field).View() == Get<CText>(other).View();
 }
 
-std::string_view TTextCodec::Spell(const void* field, TScratch&) const {
+std::string_view TTextCodecBase::Spell(const void* field, TScratch&) const {
   return Get<CText>(field).View();
 }
 
-Status TTextCodec::Parse(void* field, std::string_view text) const {
+Status TTextCodecBase::Parse(void* field, std::string_view text) const {
   Get<CText>(field) = text;
   return Status::kOk;
 }
 
-bool TTextCodec::IsSet(const void* field) const { return !Get<CText>(field).IsEmpty(); }
+bool TTextCodecBase::IsSet(const void* field) const { return !Get<CText>(field).IsEmpty(); }
 
 Status TSwitchCodec::ReadLegacy(const TProperty&, void* field,
                                 const TLegacySection& section) const {
@@ -127,32 +129,32 @@ Status TSwitchCodec::Parse(void* field, std::string_view text) const {
 
 bool TSwitchCodec::IsSet(const void* field) const { return Get<bool>(field); }
 
-Status TNumberCodec::ReadLegacy(const TProperty&, void* field,
-                                const TLegacySection& section) const {
+Status TNumberCodecBase::ReadLegacy(const TProperty&, void* field,
+                                    const TLegacySection& section) const {
   return section.Read(Get<std::int32_t>(field));
 }
 
-Status TNumberCodec::WriteLegacy(const TProperty& row, const void* field,
-                                 TSectionWriter& out) const {
+Status TNumberCodecBase::WriteLegacy(const TProperty& row, const void* field,
+                                     TSectionWriter& out) const {
   return out.Write(row.code, Get<std::int32_t>(field));
 }
 
-bool TNumberCodec::IsEqual(const void* field, const void* other) const {
+bool TNumberCodecBase::IsEqual(const void* field, const void* other) const {
   return Get<std::int32_t>(field) == Get<std::int32_t>(other);
 }
 
-void TNumberCodec::SwapByteOrder(void* field) const { SwapWord(field); }
+void TNumberCodecBase::SwapByteOrder(void* field) const { SwapWord(field); }
 
-std::string_view TNumberCodec::Spell(const void* field, TScratch& scratch) const {
+std::string_view TNumberCodecBase::Spell(const void* field, TScratch& scratch) const {
   return SpellNumber(Get<std::int32_t>(field), scratch);
 }
 
-Status TNumberCodec::Parse(void* field, std::string_view text) const {
+Status TNumberCodecBase::Parse(void* field, std::string_view text) const {
   Get<std::int32_t>(field) = ParseNumber(text);
   return Status::kOk;
 }
 
-bool TNumberCodec::IsSet(const void* field) const { return Get<std::int32_t>(field) != 0; }
+bool TNumberCodecBase::IsSet(const void* field) const { return Get<std::int32_t>(field) != 0; }
 
 Status TCodeCodec::ReadLegacy(const TProperty&, void* field, const TLegacySection& section) const {
   std::int32_t value = 0;

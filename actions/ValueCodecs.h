@@ -40,10 +40,12 @@ enum class LegacyText : std::uint8_t { kIfNotEmpty, kAlways };
 /// What a NUL within the text of a legacy section does.
 enum class InnerNul : std::uint8_t { kStays, kEndsText };
 
-/// A text of any length. Set when it is not empty.
-class TTextCodec final : public TValueCodec {
+/// A text of any length. Set when it is not empty. Codecs of texts with a spelling of their own
+/// derive from it.
+class TTextCodecBase : public TValueCodec {
  public:
-  constexpr explicit TTextCodec(LegacyText legacy, InnerNul inner_nul = InnerNul::kStays)
+  constexpr explicit TTextCodecBase(LegacyText legacy = LegacyText::kIfNotEmpty,
+                                    InnerNul inner_nul = InnerNul::kStays)
       : legacy_(legacy), inner_nul_(inner_nul) {}
 
   Status ReadLegacy(const TProperty& row, void* field,
@@ -56,12 +58,19 @@ class TTextCodec final : public TValueCodec {
   Status Parse(void* field, std::string_view text) const override;
   bool IsSet(const void* field) const override;
 
+  ~TTextCodecBase() = default;
+
  private:
   LegacyText legacy_;
   InnerNul inner_nul_;
 };
 
-inline constexpr TTextCodec kTextCodec{LegacyText::kIfNotEmpty};
+class TTextCodec final : public TTextCodecBase {
+ public:
+  using TTextCodecBase::TTextCodecBase;
+};
+
+inline constexpr TTextCodec kTextCodec{};
 /// A text that ends at its first NUL and whose legacy section is written even when it is empty.
 inline constexpr TTextCodec kPlainTextCodec{LegacyText::kAlways, InnerNul::kEndsText};
 
@@ -121,8 +130,9 @@ class TRecordSwitchCodec final : public TValueCodec {
 inline constexpr TRecordSwitchCodec<std::uint8_t> kByteSwitchCodec{};
 inline constexpr TRecordSwitchCodec<std::int32_t> kNumberSwitchCodec{};
 
-/// A number, signed, in decimal. Set when it is not zero. Read as `ParseNumber` does.
-class TNumberCodec final : public TValueCodec {
+/// A number, signed, in decimal. Set when it is not zero. Read as `ParseNumber` does. Codecs of
+/// numbers with a spelling of their own derive from it.
+class TNumberCodecBase : public TValueCodec {
  public:
   Status ReadLegacy(const TProperty& row, void* field,
                     const TLegacySection& section) const override;
@@ -134,7 +144,11 @@ class TNumberCodec final : public TValueCodec {
   std::string_view Spell(const void* field, TScratch& scratch) const override;
   Status Parse(void* field, std::string_view text) const override;
   bool IsSet(const void* field) const override;
+
+  ~TNumberCodecBase() = default;
 };
+
+class TNumberCodec final : public TNumberCodecBase {};
 
 inline constexpr TNumberCodec kNumberCodec{};
 

@@ -10,12 +10,12 @@ namespace zaf {
 namespace {
 
 /// A text that is enciphered in legacy files and nowhere else.
-class TCipheredTextCodec final : public TFieldCodec {
+class TCipheredTextCodec final : public TTextCodecBase {
  public:
   Status ReadLegacy(const TProperty& row, void* field,
                     const TLegacySection& section) const override {
     CCipherText text;
-    const Status status = kTextCodec.ReadLegacy(row, &text, section);
+    const Status status = TTextCodecBase::ReadLegacy(row, &text, section);
     if (status != Status::kOk) return status;
     text.Decipher();
     *static_cast<CText*>(field) = text.View();
@@ -24,21 +24,7 @@ class TCipheredTextCodec final : public TFieldCodec {
 
   Status WriteLegacy(const TProperty& row, const void* field, TSectionWriter& out) const override {
     CCipherText text(static_cast<const CText*>(field)->View());
-    if (!text.Encipher()) return Status::kFailure;
-    return kTextCodec.WriteLegacy(row, &text, out);
-  }
-
-  void WriteXml(const TProperty& row, const void* field,
-                const TXmlWriteScope& scope) const override {
-    kTextCodec.WriteXml(row, field, scope);
-  }
-
-  Status ReadXml(const TProperty& row, void* field, const TXmlReadScope& scope) const override {
-    return kTextCodec.ReadXml(row, field, scope);
-  }
-
-  bool IsEqual(const void* field, const void* other) const override {
-    return kTextCodec.IsEqual(field, other);
+    return text.Encipher() ? TTextCodecBase::WriteLegacy(row, &text, out) : Status::kFailure;
   }
 };
 

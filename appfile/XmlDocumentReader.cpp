@@ -50,9 +50,11 @@ Status ReadXmlDocument(std::span<std::byte> text, const TQuerySpecificationServe
   if (root_name != "ZAF" && root_name != "ZCF") return Status::kMalformed;
   if (root_name == "ZCF") application.kind = DocumentKind::kClassFile;
   const dom::Element data_sources = root.getFirstChildElement("DataSources");
+  TReferenceBudget references(text.size());
   const TXmlReadContext context{
       TElementIndex(root.getFirstChildElement("Outputs"), "Output"),
       TElementIndex(data_sources, "DataSource"),
+      references,
   };
   Status status = ReadXmlRows(TApplication::Properties(), &application, {context, root});
   if (status != Status::kOk) return status;

@@ -163,6 +163,20 @@ TEST(XmlDocument, RunOnlyApplicationIsSavedProtectedAndReadsBack) {
   }
 }
 
+TEST(XmlDocument, ReferencesMayNotMultiplyTheText) {
+  const auto document_with_references = [](int count) {
+    std::string actions;
+    for (int i = 0; i < count; ++i)
+      actions += "<ResultAction><ResultsOutput Ref='x'/></ResultAction>";
+    return DocumentWith(actions, "", "",
+                        "<Output ID='x'>" + std::string(1 << 20, 'x') + "</Output>");
+  };
+  TZanfoFile within;
+  EXPECT_EQ(test::LoadBytes(document_with_references(60), within), Status::kOk);
+  TZanfoFile beyond;
+  EXPECT_EQ(test::LoadBytes(document_with_references(70), beyond), Status::kMalformed);
+}
+
 TEST(XmlDocument, RunOnlyInstructionDoesNotProtectAPlainDocument) {
   TZanfoFile file;
   ASSERT_EQ(test::LoadBytes("<?xml version=\"1.0\"?><?zanfo run-only?><ZAF/>", file), Status::kOk);
