@@ -3,7 +3,6 @@
 // reported at the end has to be linear.
 
 #include <benchmark/benchmark.h>
-
 #include <cstdlib>
 #include <string>
 
@@ -128,7 +127,9 @@ void Convert(benchmark::State& state) {
 void Sizes(benchmark::internal::Benchmark* benchmark) {
   for (const std::int64_t shape : {kFlat, kDeep})
     for (const std::int64_t count : {50, 1'000, 10'000, 100'000}) benchmark->Args({count, shape});
-  benchmark->ArgNames({"actions", "deep"})->Complexity(benchmark::oN)->Unit(benchmark::kMicrosecond);
+  benchmark->ArgNames({"actions", "deep"})
+      ->Complexity(benchmark::oN)
+      ->Unit(benchmark::kMicrosecond);
 }
 
 BENCHMARK(LoadLegacy)->Apply(Sizes);

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "driver/CommandLine.h"
+
 #include "fuzz/FuzzSupport.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -22,7 +23,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   std::vector<const char*> arguments;
   for (const std::string& text : words) arguments.push_back(text.c_str());
   std::size_t printed = 0;
-  static_cast<void>(ParseCommandLine(arguments, [&](std::string_view text) { printed += text.size(); }));
+  static_cast<void>(
+      ParseCommandLine(arguments, [&](std::string_view text) { printed += text.size(); }));
   fuzz::Require(printed < 4096, "messages are short");
   return 0;
 }

@@ -1,6 +1,7 @@
 // Any bytes behind the line of a protected document; and what was saved protected loads again.
 
 #include "appfile/ProtectedDocument.h"
+
 #include "fuzz/FuzzSupport.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
