@@ -103,7 +103,7 @@ class TOwningArray : public CObjectArray {
         if (Add(std::unique_ptr<T>(new (std::nothrow) T(object))) == kNoIndex) return false;
       return true;
     } else {
-      assert(!"objects of this class cannot be copied");
+      assert(false && "objects of this class cannot be copied");
       return false;
     }
   }

@@ -336,11 +336,12 @@ TEST(ListItems, ReadFromXmlStayWithTheirColumn) {
   const std::string items = "<InputListItem Name='1'/><Other/><InputListItem Name='2'/>";
   const std::string document = ToXml(test::DocumentWith(
       "<NewRecordBuilderAction><InsertColumns>" + column("<InputCheckbox Checked='True'/>") +
+          column("<InputText>" + items + "</InputText>") +
           column("<InputPickList>" + items + "</InputPickList>") +
           column("<InputRadioCluster><InputListItem Name='3'/></InputRadioCluster>") +
           "</InsertColumns></NewRecordBuilderAction>",
       ""));
-  EXPECT_EQ(ItemsOf(document), "|12|3|");
+  EXPECT_EQ(ItemsOf(document), "||12|3|");
   EXPECT_THAT(document, HasSubstr(R"(<InputCheckBox Checked="True" Value=""/>)"));
 }
 
