@@ -49,7 +49,8 @@ class TRangeCodec final : public TTextCodecBase {
   }
 };
 
-/// The variables of a read, as children of its element; where there is none, one that is empty.
+/// The variables of a read, as children of its element; where there is none, one that is empty,
+/// which is read back as none.
 class TVariablesCodec final : public TFieldCodec {
  public:
   void WriteXml(const TProperty& row, const void* field,
@@ -58,7 +59,10 @@ class TVariablesCodec final : public TFieldCodec {
     if (static_cast<const CTextPtrArray*>(field)->IsEmpty()) scope.element.appendElement(row.name);
   }
   Status ReadXml(const TProperty& row, void* field, const TXmlReadScope& scope) const override {
-    return kTextListCodec.ReadXml(row, field, scope);
+    const Status status = kTextListCodec.ReadXml(row, field, scope);
+    auto& variables = *static_cast<CTextPtrArray*>(field);
+    if (variables.GetCount() == 1 && variables[0].IsEmpty()) variables.DeleteAll();
+    return status;
   }
   bool IsEqual(const void* field, const void* other) const override {
     return kTextListCodec.IsEqual(field, other);
@@ -135,10 +139,11 @@ Status TFileQuerySpecification::WriteXml(TXmlWriteContext& context, dom::Element
 
 Status TFileQuerySpecification::ReadXml(const TXmlReadContext& context, dom::Element element) {
   constexpr char kReadMode = 'r';
+  mode_ = kReadMode;
   for (const TOperation& operation : Operations()) {
     const dom::Element part = element.getFirstChildElement(operation.element);
     if (!part) continue;
-    mode_ = operation.modes.empty() ? kReadMode : operation.modes.front();
+    if (!operation.modes.empty()) mode_ = operation.modes.front();
     std::int32_t rule = 0;
     if (operation.modes.size() > 1 && kRules.Find(part.getAttribute(kRuleAttribute), rule))
       mode_ = static_cast<char>(rule);

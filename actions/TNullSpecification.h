@@ -4,12 +4,18 @@
 
 namespace zaf {
 
-/// The action that does nothing. It is written as a results action and read back as one.
+/// The action that does nothing. It is written as a results action and read back as one, so one
+/// that says the same is its equal.
 class TNullSpecification final
     : public TTableSpecification<TNullSpecification, TQuerySpecification> {
  public:
   static constexpr FourCharCode kTypeCode = Code("null");
   static std::span<const TProperty> Properties() { return {}; }
+
+  /// The type code is that of the results action and tells all: the class does not count.
+  [[nodiscard]] bool IsEqual(const TQuerySpecification& other) const override {
+    return TQuerySpecification::IsEqual(other);
+  }
 };
 
 }  // namespace zaf

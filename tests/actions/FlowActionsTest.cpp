@@ -246,6 +246,36 @@ INSTANTIATE_TEST_SUITE_P(
                  "<EventCode><![CDATA[    ]]></EventCode><VariableList/></AppleEventAction>"}),
     [](const testing::TestParamInfo<ReadCase>& test_case) { return test_case.param.name; });
 
+struct EqualCase {
+  const char* name;
+  std::string bytes;
+};
+
+class FlowActionEquality : public testing::TestWithParam<EqualCase> {};
+
+TEST_P(FlowActionEquality, HoldsAcrossTheDocumentBothWays) {
+  TZanfoFile file;
+  TZanfoFile again;
+  ASSERT_EQ(test::LoadBytes(GetParam().bytes, file), Status::kOk);
+  ASSERT_EQ(test::LoadBytes(ToXml(GetParam().bytes), again), Status::kOk);
+  EXPECT_TRUE(file.IsEqual(again));
+  EXPECT_TRUE(again.IsEqual(file));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Kinds, FlowActionEquality,
+    testing::Values(EqualCase{"NullAsResults",
+                              LegacyFile().Action("null", "A").Text("cmnt", "c").Bytes()},
+                    EqualCase{"OperatorByFourCharacters",
+                              LegacyFile()
+                                  .Action("if  ", "A")
+                                  .Block("ieei", ListOf(1, Slots(128, {"", "l", "equals", "r"})))
+                                  .Bytes()},
+                    EqualCase{"FileReadWithoutVariables",
+                              LegacyFile().Action("flvt", "A").Block("flmd", "r").Bytes()},
+                    EqualCase{"FileWithoutOperation", DocumentWith("<FileAction ID='A'/>", "")}),
+    [](const testing::TestParamInfo<EqualCase>& test_case) { return test_case.param.name; });
+
 TEST(AssignSpecification, ResultsAreRebuiltAsServerTags) {
   const std::string document = ToXml(DocumentWith(
       "<AssignAction ID='A'>"
