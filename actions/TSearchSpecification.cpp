@@ -41,11 +41,8 @@ bool TSearchSpecification::ConvertLegacyRecord(FourCharCode code, ByteView legac
     TJoinItem::ConvertLegacy(legacy_record, record);
     return true;
   }
-  const TRecordUpgrade* const upgrade = FindUpgrade(kUpgrades, code, legacy_record.size());
-  if (upgrade == nullptr)
-    return TSourceSpecification::ConvertLegacyRecord(code, legacy_record, record);
-  ApplyUpgrade(*upgrade, legacy_record, record);
-  return true;
+  return UpgradeRecord(kUpgrades, code, legacy_record, record) ||
+         TSourceSpecification::ConvertLegacyRecord(code, legacy_record, record);
 }
 
 }  // namespace zaf
