@@ -14,7 +14,8 @@ void TChoiceCodec::WriteXml(const TProperty& row, const void* field,
 
 Status TChoiceCodec::ReadXml(const TProperty& row, void* field, const TXmlReadScope& scope) const {
   const dom::Element kind = FindKindElement(scope.element.getFirstChildElement(row.name));
-  const TChoice& choice = kind ? *FindChoice(kind.getTagName()) : choices_.front();
+  const TChoice* const known = FindChoice(kind.getTagName());
+  const TChoice& choice = known == nullptr ? choices_.front() : *known;
   std::memcpy(field, &choice.kind, sizeof choice.kind);
   return ReadXmlRows(choice.rows, field, {scope.context, kind});
 }

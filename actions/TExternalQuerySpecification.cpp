@@ -143,7 +143,7 @@ Status TExternalQuerySpecification::WriteXml(TXmlWriteContext& context, dom::Ele
     WriteTextElement(item, "Name", parameter.name.View());
     WriteTextElement(item, "Value", parameter.value.View());
   }
-  return TQuerySpecification::WriteXml(context, element, parent);
+  return TTableSpecification::WriteXml(context, element, parent);
 }
 
 Status TExternalQuerySpecification::ReadXml(const TXmlReadContext& context, dom::Element element) {
@@ -168,7 +168,7 @@ Status TExternalQuerySpecification::ReadXml(const TXmlReadContext& context, dom:
     if (!is_library) parameter.name = GetText(item, "Name", joined);
     parameter.value = is_library ? item.getTextContent(joined) : GetText(item, "Value", joined);
   }
-  return TQuerySpecification::ReadXml(context, element);
+  return TTableSpecification::ReadXml(context, element);
 }
 
 }  // namespace zaf

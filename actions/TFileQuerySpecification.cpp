@@ -134,7 +134,7 @@ Status TFileQuerySpecification::WriteXml(TXmlWriteContext& context, dom::Element
   if (const std::string_view rule = kRules.WordOf(mode_); !rule.empty())
     part.appendAttribute(kRuleAttribute, rule);
   WriteXmlRows(operation.rows, this, {context, part, GetName().View()});
-  return TQuerySpecification::WriteXml(context, element, parent);
+  return TTableSpecification::WriteXml(context, element, parent);
 }
 
 Status TFileQuerySpecification::ReadXml(const TXmlReadContext& context, dom::Element element) {
@@ -152,7 +152,7 @@ Status TFileQuerySpecification::ReadXml(const TXmlReadContext& context, dom::Ele
       return status;
     break;
   }
-  return TQuerySpecification::ReadXml(context, element);
+  return TTableSpecification::ReadXml(context, element);
 }
 
 }  // namespace zaf

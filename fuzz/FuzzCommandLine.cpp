@@ -22,6 +22,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   }
   words.push_back(word);
   std::vector<const char*> arguments;
+  arguments.reserve(words.size());
   for (const std::string& text : words) arguments.push_back(text.c_str());
   // The parser enters directories; the fuzzer's own are relative.
   static const std::filesystem::path start = std::filesystem::current_path();

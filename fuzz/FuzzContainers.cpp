@@ -35,7 +35,7 @@ class TInput {
   std::string Text() {
     const std::uint32_t wanted = Number() % 40;
     const std::size_t size = std::min<std::size_t>(wanted, bytes_.size());
-    const std::string text(bytes_.substr(0, size));
+    std::string text(bytes_.substr(0, size));
     bytes_.remove_prefix(size);
     return text;
   }
