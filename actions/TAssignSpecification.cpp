@@ -1,6 +1,5 @@
 #include "actions/TAssignSpecification.h"
 
-#include <array>
 #include <cstring>
 #include <string>
 
@@ -70,12 +69,6 @@ Status ReadItem(TPartReader& reader, TAssignItem& item) {
   return reader.ReadNumber(item.is_secure);
 }
 
-void AppendNumber(std::uint32_t number, std::string& bytes) {
-  std::array<std::byte, 4> word;
-  StoreU32(number, word);
-  bytes.append(AsText(word));
-}
-
 /// The items of an assign action: a section of items of variable length; in XML an element each,
 /// whose name tells cookies from the others.
 class TAssignItemsCodec final : public TFieldCodec {
@@ -96,15 +89,15 @@ class TAssignItemsCodec final : public TFieldCodec {
   Status WriteLegacy(const TProperty& row, const void* field, TSectionWriter& out) const override {
     const TAssignItemArray& items = Items(field);
     std::string bytes;
-    AppendNumber(items.GetCount(), bytes);
+    AppendU32(items.GetCount(), bytes);
     for (const TAssignItem& item : items) {
-      AppendNumber(item.value.GetCharacterCount(), bytes);
+      AppendU32(item.value.GetCharacterCount(), bytes);
       bytes.append(item.value.View());
       bytes.append(item.name.bytes, sizeof item.name).append(item.scope.bytes, sizeof item.scope);
       bytes.append(item.expiry.bytes, sizeof item.expiry);
       bytes.append(item.path.bytes, sizeof item.path);
       bytes.append(item.domain.bytes, sizeof item.domain);
-      AppendNumber(static_cast<std::uint32_t>(item.is_secure), bytes);
+      AppendU32(static_cast<std::uint32_t>(item.is_secure), bytes);
     }
     return out.Write(row.code, AsBytes(bytes));
   }

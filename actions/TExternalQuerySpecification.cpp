@@ -1,7 +1,6 @@
 #include "actions/TExternalQuerySpecification.h"
 
 #include <algorithm>
-#include <array>
 #include <string>
 
 #include "actions/WriteTextElement.h"
@@ -24,12 +23,6 @@ FourCharCode ReadEvent(dom::Element element, std::string_view name) {
   std::string joined;
   const std::string_view text = GetText(element, name, joined);
   return text.empty() ? kBlankEvent : CodeOfText(text);
-}
-
-void AppendNumber(std::uint32_t number, std::string& bytes) {
-  std::array<std::byte, 4> word;
-  StoreU32(number, word);
-  bytes.append(AsText(word));
 }
 
 void AppendTerminated(const CText& text, std::string& bytes) {
@@ -102,11 +95,11 @@ Status TExternalQuerySpecification::WriteLegacyProperties(TSectionWriter& out) c
 Status TExternalQuerySpecification::WriteParameters(FourCharCode code, TSectionWriter& out) const {
   std::string bytes;
   if (code == kEventPlatform) {
-    AppendNumber(static_cast<std::uint32_t>(event_class_), bytes);
-    AppendNumber(static_cast<std::uint32_t>(event_code_), bytes);
+    AppendU32(static_cast<std::uint32_t>(event_class_), bytes);
+    AppendU32(static_cast<std::uint32_t>(event_code_), bytes);
   }
   AppendTerminated(target_, bytes);
-  AppendNumber(parameters_.GetCount(), bytes);
+  AppendU32(parameters_.GetCount(), bytes);
   for (const TExternalParameter& parameter : parameters_) {
     AppendTerminated(parameter.name, bytes);
     AppendTerminated(parameter.value, bytes);

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <span>
+#include <string>
 #include <string_view>
 
 #include "foundation/Status.h"
@@ -80,6 +81,13 @@ inline void StoreU32(std::uint32_t value, std::span<std::byte, 4> bytes) {
   bytes[1] = std::byte(value >> 16 & 0xFF);
   bytes[2] = std::byte(value >> 8 & 0xFF);
   bytes[3] = std::byte(value & 0xFF);
+}
+
+/// Appends it to `bytes`.
+inline void AppendU32(std::uint32_t value, std::string& bytes) {
+  std::byte word[4];
+  StoreU32(value, word);
+  bytes.append(AsText(word));
 }
 
 }  // namespace zaf
