@@ -8,9 +8,10 @@ namespace zaf {
 
 /// A part of an action: an object with rows of its own, whose legacy sections stand among those of
 /// the action and whose XML is a child element, or, for kItems, stands in the object's own element.
-class TPartCodec final : public TFieldCodec {
+/// The codec of a part that has a legacy section of its own derives from it.
+class TPartCodecBase : public TFieldCodec {
  public:
-  constexpr explicit TPartCodec(std::span<const TProperty> (*properties)())
+  constexpr explicit TPartCodecBase(std::span<const TProperty> (*properties)())
       : properties_(properties) {}
 
   void WriteXml(const TProperty& row, const void* field,
@@ -20,8 +21,16 @@ class TPartCodec final : public TFieldCodec {
   void SwapByteOrder(void* field) const override;
   std::span<const TProperty> Nested() const override { return properties_(); }
 
+ protected:
+  ~TPartCodecBase() = default;
+
  private:
   std::span<const TProperty> (*properties_)();
+};
+
+class TPartCodec final : public TPartCodecBase {
+ public:
+  using TPartCodecBase::TPartCodecBase;
 };
 
 template <class Object>

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstring>
 
-#include "actions/PartCodec.h"
 #include "actions/ValueCodecs.h"
 
 namespace zaf {
@@ -33,20 +32,6 @@ Status TPageFormatCodec::ReadLegacy(const TProperty&, void* field,
 Status TPageFormatCodec::WriteLegacy(const TProperty& row, const void* field,
                                      TSectionWriter& out) const {
   return out.Write(row.code, ByteView(static_cast<const std::byte*>(field), sizeof(TPageFormat)));
-}
-
-void TPageFormatCodec::WriteXml(const TProperty& row, const void* field,
-                                const TXmlWriteScope& scope) const {
-  kPartCodec<TPageFormat>.WriteXml(row, field, scope);
-}
-
-Status TPageFormatCodec::ReadXml(const TProperty& row, void* field,
-                                 const TXmlReadScope& scope) const {
-  return kPartCodec<TPageFormat>.ReadXml(row, field, scope);
-}
-
-bool TPageFormatCodec::IsEqual(const void* field, const void* other) const {
-  return kPartCodec<TPageFormat>.IsEqual(field, other);
 }
 
 }  // namespace zaf

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <span>
 
+#include "actions/PartCodec.h"
 #include "actions/TProperty.h"
 #include "foundation/TFixedText.h"
 
@@ -22,15 +23,14 @@ struct TPageFormat {
 
 static_assert(sizeof(TPageFormat) == 640);
 
-class TPageFormatCodec final : public TFieldCodec {
+/// A page format is a part whose legacy section is one block.
+class TPageFormatCodec final : public TPartCodecBase {
  public:
+  constexpr TPageFormatCodec() : TPartCodecBase(&TPageFormat::Properties) {}
+
   Status ReadLegacy(const TProperty& row, void* field,
                     const TLegacySection& section) const override;
   Status WriteLegacy(const TProperty& row, const void* field, TSectionWriter& out) const override;
-  void WriteXml(const TProperty& row, const void* field,
-                const TXmlWriteScope& scope) const override;
-  Status ReadXml(const TProperty& row, void* field, const TXmlReadScope& scope) const override;
-  bool IsEqual(const void* field, const void* other) const override;
 };
 
 inline constexpr TPageFormatCodec kPageFormatCodec{};
