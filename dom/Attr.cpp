@@ -5,15 +5,23 @@
 
 namespace dom {
 
-std::string_view Attr::getName() const { return Wrap(attribute_).name(); }
-
-std::string_view Attr::getValue() const { return Wrap(attribute_).value(); }
-
-void Attr::setValue(std::string_view value) const {
-  SetLegalValue(Wrap(attribute_), value, TextRule::kAttribute);
+std::string_view Attr::getName() const {
+  return attribute_ == nullptr ? std::string_view() : attribute_->name.View();
 }
 
-Attr Attr::getNextAttribute() const { return Attr(Unwrap(Wrap(attribute_).next_attribute())); }
+std::string_view Attr::getValue() const {
+  return attribute_ == nullptr ? std::string_view() : attribute_->value.View();
+}
+
+void Attr::setValue(std::string_view value) const {
+  if (attribute_ == nullptr) return;
+  const TreeText copy = tree_->CopyLegal(value, TextRule::kAttribute);
+  if (copy.data != nullptr) attribute_->value = copy;
+}
+
+Attr Attr::getNextAttribute() const {
+  return {attribute_ == nullptr ? nullptr : attribute_->next, tree_};
+}
 
 Attr NamedNodeMap::getNamedItem(std::string_view name) const {
   for (const Attr attribute : *this)

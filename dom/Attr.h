@@ -2,18 +2,17 @@
 
 #include <string_view>
 
-namespace pugi {
-struct xml_attribute_struct;
-}
-
 namespace dom {
+
+class Tree;
+struct TreeAttribute;
 
 /// A handle to an attribute of an element; as safe and as long valid as a Node.
 class Attr {
  public:
   Attr() = default;
-  /// For the classes of this folder; `attribute` belongs to a tree.
-  explicit Attr(pugi::xml_attribute_struct* attribute) : attribute_(attribute) {}
+  /// For the classes of this folder; `attribute`, which may be null, belongs to `tree`.
+  Attr(TreeAttribute* attribute, Tree* tree) : attribute_(attribute), tree_(tree) {}
 
   explicit operator bool() const { return attribute_ != nullptr; }
   friend bool operator==(Attr left, Attr right) { return left.attribute_ == right.attribute_; }
@@ -26,7 +25,8 @@ class Attr {
   [[nodiscard]] Attr getNextAttribute() const;
 
  private:
-  pugi::xml_attribute_struct* attribute_ = nullptr;
+  TreeAttribute* attribute_ = nullptr;
+  Tree* tree_ = nullptr;
 };
 
 }  // namespace dom

@@ -10,6 +10,7 @@ namespace dom {
 class CharacterData : public Node {
  public:
   using Node::Node;
+  explicit CharacterData(Node node) : Node(node) {}
   [[nodiscard]] std::string_view getData() const { return getNodeValue(); }
 };
 

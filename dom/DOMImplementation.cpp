@@ -1,8 +1,10 @@
 #include "dom/DOMImplementation.h"
 
 #include <cstring>
+#include <limits>
 #include <memory>
 #include <new>
+#include <pugixml.hpp>
 #include <string_view>
 #include <utility>
 
@@ -35,52 +37,108 @@ std::span<char> CutToLastTag(std::span<char> text) {
   return text.first(last + 1);
 }
 
-/// Removes the white space beside the root. False when anything else is there, or no root.
-bool ReduceToRoot(pugi::xml_node document) {
-  int element_count = 0;
-  for (pugi::xml_node node = document.first_child(); node;) {
-    const pugi::xml_node next = node.next_sibling();
+/// The only element of a document that has nothing but white space beside it; else null.
+pugi::xml_node FindRoot(const pugi::xml_document& document) {
+  pugi::xml_node root;
+  for (const pugi::xml_node node : document) {
     if (node.type() == pugi::node_element) {
-      ++element_count;
+      if (root) return {};
+      root = node;
     } else {
       const std::string_view text = node.value();
       if (node.type() != pugi::node_pcdata ||
           text.find_first_not_of(kWhiteSpace) != std::string_view::npos)
-        return false;
-      document.remove_child(node);
+        return {};
     }
-    node = next;
   }
-  return element_count == 1;
+  return root;
 }
 
-bool Parse(std::span<char> text, pugi::xml_document& document) {
+/// Makes our nodes of pugixml's. Their texts stay where they were parsed.
+class TreeMaker {
+ public:
+  TreeMaker(Tree& tree, bool has_references) : tree_(tree), has_references_(has_references) {}
+
+  /// Walks the tree by its links, so that its depth does not matter.
+  void Make(pugi::xml_node root) {
+    TreeElement* parent = tree_.Root();
+    pugi::xml_node node = root;
+    while (true) {
+      TreeNode* const made = MakeNode(node);
+      if (made == nullptr) return;  // No memory, of which the tree knows.
+      Tree::Append(*parent, *made);
+      if (const pugi::xml_node child = node.first_child()) {
+        parent = AsTreeElement(made);
+        node = child;
+        continue;
+      }
+      pugi::xml_node next;
+      while (node != root && !(next = node.next_sibling())) {
+        node = node.parent();
+        parent = parent->parent;
+      }
+      if (!next) return;
+      node = next;
+    }
+  }
+
+ private:
+  TreeNode* MakeNode(const pugi::xml_node& node) {
+    if (node.type() == pugi::node_pcdata)
+      return tree_.AdoptNode(NodeType::kText, Expanded(node.value()));
+    if (node.type() == pugi::node_cdata)
+      return tree_.AdoptNode(NodeType::kCDATASection, InPlace(node.value()));
+    TreeElement* const element = tree_.AdoptElement(NodeType::kElement, InPlace(node.name()));
+    if (element == nullptr) return nullptr;
+    for (const pugi::xml_attribute attribute : node.attributes())
+      tree_.AppendAttribute(*element, InPlace(attribute.name()), Expanded(attribute.value()));
+    return element;
+  }
+
+  static TreeText InPlace(const char* text) {
+    return {text, static_cast<std::uint32_t>(std::strlen(text))};
+  }
+  TreeText Expanded(const char* text) const {
+    TreeText expanded = InPlace(text);
+    // What pugixml parsed in place is the caller's buffer, which is not constant.
+    if (has_references_)
+      expanded.size =
+          static_cast<std::uint32_t>(ExpandReferences(const_cast<char*>(text), expanded.size));
+    return expanded;
+  }
+
+  Tree& tree_;
+  bool has_references_;
+};
+
+bool Parse(std::span<char> text, Tree& tree) {
   text = CutToLastTag(DecodeToLatin1(text));
   const std::string_view view(text.data(), text.size());
   // To pugixml a NUL is the end, and what looks like a mark in ISO-8859-1 is none.
-  if (view.empty() || view.starts_with("\xEF\xBB\xBF") || view.find('\0') != view.npos)
+  if (view.empty() || view.starts_with("\xEF\xBB\xBF") || view.find('\0') != view.npos ||
+      view.size() > std::numeric_limits<std::uint32_t>::max())
     return false;
   const bool has_references = view.find('&') != view.npos;
+  PagePool::Install();
+  pugi::xml_document document;
   if (!document.load_buffer_inplace(text.data(), text.size(), kParseOptions, pugi::encoding_utf8))
     return false;
-  if (!ReduceToRoot(document)) return false;
-  if (has_references) ExpandReferences(document);
-  return true;
+  const pugi::xml_node root = FindRoot(document);
+  if (!root) return false;
+  TreeMaker(tree, has_references).Make(root);
+  return tree.IsComplete();
 }
 
 }  // namespace
 
 Document DOMImplementation::createDocument() {
-  PagePool::Install();
   // Not make_unique, which would throw.
-  std::unique_ptr<Document::Tree> tree(new (std::nothrow) Document::Tree);
-  if (tree) tree->failure_count_before = PagePool::GetFailureCount();
-  return Document(std::move(tree));
+  return Document(std::unique_ptr<Tree>(new (std::nothrow) Tree));
 }
 
 Document DOMImplementation::createDocument(std::span<char> text) {
   Document document = createDocument();
-  if (!document || !Parse(text, document.tree_->document)) return {};
+  if (!document || !Parse(text, *document.tree_)) return {};
   return document;
 }
 

@@ -30,8 +30,7 @@ class DOMImplementation {
   /// the CDATA sections. Comments, instructions, the declaration and the document type are
   /// skipped. CR LF and CR become LF; in attribute values tab and line ends become blanks.
   /// `&lt;` `&gt;` `&amp;` `&quot;` `&apos;` and the numeric references `&#65;` and `&#x41;` are
-  /// expanded, those above 255 to `?`, those to NUL to nothing; anything else that begins with
-  /// `&` stays as it is written.
+  /// expanded, those above 255 to `?`; anything else that begins with `&` stays as it is written.
   ///
   /// Null when the text is no such document: tags that do not match, unfinished constructs, no
   /// element, a second element, CDATA or text other than white space beside the root; or when

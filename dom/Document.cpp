@@ -3,29 +3,17 @@
 #include <cassert>
 #include <utility>
 
-#include "dom/PagePool.h"
 #include "dom/Tree.h"
 
 namespace dom {
-
 namespace {
 
-/// A detached node of that type; null in a null document and when memory runs out.
-pugi::xml_node MakeNode(const Document& document, pugi::xml_node_type type) {
-  if (!document) return {};
-  return GetHiddenPlace(Wrap(document.getNode().GetInternal())).append_child(type);
-}
-
-Node MakeText(const Document& document, pugi::xml_node_type type, std::string_view text) {
-  pugi::xml_node node = MakeNode(document, type);
-  node.set_value(text.data(), text.size());
-  return Node(Unwrap(node));
-}
-
-Node MakeNamed(const Document& document, pugi::xml_node_type type, const TerminatedName& name) {
-  pugi::xml_node node = MakeNode(document, type);
-  node.set_name(name);
-  return Node(Unwrap(node));
+/// A detached instruction or document type.
+TreeElement* MakeWithData(Tree& tree, NodeType type, std::string_view name, std::string_view data,
+                          TextRule rule) {
+  TreeElement* const element = tree.MakeElement(type, name);
+  if (element != nullptr) tree.AppendAttribute(*element, tree.Copy(""), tree.CopyLegal(data, rule));
+  return element;
 }
 
 }  // namespace
@@ -37,16 +25,12 @@ Document& Document::operator=(Document&& other) noexcept = default;
 Document::~Document() = default;
 
 void Document::Clear() {
-  if (!tree_) return;
-  tree_->document.reset();
-  tree_->failure_count_before = PagePool::GetFailureCount();
+  if (tree_) tree_->Clear();
 }
 
-bool Document::IsComplete() const {
-  return !tree_ || tree_->failure_count_before == PagePool::GetFailureCount();
-}
+bool Document::IsComplete() const { return !tree_ || tree_->IsComplete(); }
 
-Node Document::getNode() const { return tree_ ? Node(Unwrap(tree_->document)) : Node(); }
+Node Document::getNode() const { return tree_ ? Node(tree_->Root(), tree_.get()) : Node(); }
 
 Element Document::getDocumentElement() const {
   for (const Node node : getChildNodes())
@@ -62,34 +46,37 @@ DocumentType Document::getDoctype() const {
 
 Element Document::createElement(std::string_view tag_name) const {
   assert(!tag_name.empty());
-  return Element(MakeNamed(*this, pugi::node_element, TerminatedName(tag_name)));
+  return tree_ ? Element(tree_->MakeElement(NodeType::kElement, tag_name), tree_.get()) : Element();
 }
 
 Text Document::createTextNode(std::string_view text) const {
-  return Text(MakeText(*this, pugi::node_pcdata, text));
+  return tree_ ? Text(Node(tree_->MakeNode(NodeType::kText, text), tree_.get())) : Text();
 }
 
 CDATASection Document::createCDATASection(std::string_view text) const {
-  return CDATASection(MakeText(*this, pugi::node_cdata, text));
+  if (!tree_) return {};
+  return CDATASection(Node(tree_->MakeNode(NodeType::kCDATASection, text), tree_.get()));
 }
 
 Comment Document::createComment(std::string_view text) const {
-  const pugi::xml_node node = MakeNode(*this, pugi::node_comment);
-  SetLegalValue(node, text, TextRule::kComment);
-  return Comment(Node(Unwrap(node)));
+  if (!tree_) return {};
+  const TreeText copy = tree_->CopyLegal(text, TextRule::kComment);
+  return Comment(Node(tree_->AdoptNode(NodeType::kComment, copy), tree_.get()));
 }
 
 ProcessingInstruction Document::createProcessingInstruction(std::string_view target,
                                                             std::string_view data) const {
-  const Node node = MakeNamed(*this, pugi::node_pi, TerminatedName(target));
-  SetLegalValue(Wrap(node.GetInternal()), data, TextRule::kInstruction);
-  return ProcessingInstruction(node);
+  if (!tree_) return {};
+  TreeNode* const node =
+      MakeWithData(*tree_, NodeType::kProcessingInstruction, target, data, TextRule::kInstruction);
+  return ProcessingInstruction(Node(node, tree_.get()));
 }
 
 DocumentType Document::createDocumentType(std::string_view name, std::string_view system_id) const {
-  const Node node = MakeNamed(*this, pugi::node_pi, TerminatedName("!", name));
-  SetLegalValue(Wrap(node.GetInternal()), system_id, TextRule::kIdentifier);
-  return DocumentType(node);
+  if (!tree_) return {};
+  TreeNode* const node =
+      MakeWithData(*tree_, NodeType::kDocumentType, name, system_id, TextRule::kIdentifier);
+  return DocumentType(Node(node, tree_.get()));
 }
 
 }  // namespace dom

@@ -12,6 +12,9 @@
 
 namespace dom {
 
+class OutputBuffer;
+class Tree;
+
 /// Owns a tree of nodes; DOMImplementation makes it. A document that was parsed refers to the
 /// buffer it was parsed from. A null document (nothing parsed, or moved from) has no nodes and
 /// makes none.
@@ -31,8 +34,8 @@ class Document {
   /// Removes all nodes, detached ones too; the memory is kept for the next. A null document stays
   /// null.
   void Clear();
-  /// False when memory ran out since the document was made or cleared, for this or another
-  /// document of the thread: a node, an attribute or a text may be missing.
+  /// False when memory ran out since the document was made or cleared: a node, an attribute or a
+  /// text is missing.
   [[nodiscard]] bool IsComplete() const;
 
   /// The document as a node; null for a null document.
@@ -69,7 +72,7 @@ class Document {
 
  private:
   friend class DOMImplementation;
-  struct Tree;
+  friend bool Serialize(const Document& document, OutputBuffer& output);
 
   explicit Document(std::unique_ptr<Tree> tree) noexcept;
 

@@ -7,33 +7,33 @@
 namespace dom {
 namespace {
 
-bool IsText(const pugi::xml_node& node) {
-  const pugi::xml_node_type type = node.type();
-  return type == pugi::node_pcdata || type == pugi::node_cdata;
+bool IsText(const TreeNode& node) {
+  return node.type == NodeType::kText || node.type == NodeType::kCDATASection;
 }
 
 /// The first of `node` and its next siblings that is a text or CDATA section.
-pugi::xml_node FindText(pugi::xml_node node) {
-  while (!IsNull(node) && !IsText(node)) node = node.next_sibling();
+const TreeNode* FindText(const TreeNode* node) {
+  while (node != nullptr && !IsText(*node)) node = node->next;
   return node;
 }
 
-/// The first of `node` and its next siblings that is an element.
-pugi::xml_node FindElement(pugi::xml_node node) {
-  while (!IsNull(node) && node.type() != pugi::node_element) node = node.next_sibling();
-  return node;
-}
-
-/// The same, where all of them have one name: an instruction has a name, too.
-pugi::xml_node FindElement(pugi::xml_node node, const char* name) {
-  while (!IsNull(node) && node.type() != pugi::node_element) node = node.next_sibling(name);
-  return node;
+/// The first of `node` and its next siblings that is an element of that name; an empty name: of any
+/// name.
+TreeElement* FindElement(TreeNode* node, std::string_view name) {
+  for (; node != nullptr; node = node->next)
+    if (node->type == NodeType::kElement && (name.empty() || node->Text() == name))
+      return static_cast<TreeElement*>(node);
+  return nullptr;
 }
 
 }  // namespace
 
+Element::Element(TreeElement* element, Tree* tree) : Node(element, tree) {}
+
+TreeElement* Element::Get() const { return static_cast<TreeElement*>(node_); }
+
 std::string_view Element::getAttribute(std::string_view name) const {
-  return Wrap(node_).attribute(TerminatedName(name)).value();
+  return getAttributeNode(name).getValue();
 }
 
 bool Element::hasAttribute(std::string_view name) const {
@@ -41,72 +41,73 @@ bool Element::hasAttribute(std::string_view name) const {
 }
 
 Attr Element::getAttributeNode(std::string_view name) const {
-  return Attr(Unwrap(Wrap(node_).attribute(TerminatedName(name))));
+  return getAttributes().getNamedItem(name);
 }
 
 NamedNodeMap Element::getAttributes() const {
-  return NamedNodeMap(Attr(Unwrap(Wrap(node_).first_attribute())));
+  return NamedNodeMap(Attr(node_ == nullptr ? nullptr : Get()->first_attribute, tree_));
 }
 
 void Element::setAttribute(std::string_view name, std::string_view value) const {
-  pugi::xml_node node = Wrap(node_);
-  const TerminatedName terminated_name(name);
-  pugi::xml_attribute attribute = node.attribute(terminated_name);
-  if (IsNull(attribute)) attribute = node.append_attribute(terminated_name);
-  SetLegalValue(attribute, value, TextRule::kAttribute);
+  if (const Attr attribute = getAttributeNode(name); attribute)
+    attribute.setValue(value);
+  else
+    appendAttribute(name, value);
 }
 
 void Element::appendAttribute(std::string_view name, std::string_view value) const {
-  SetLegalValue(Wrap(node_).append_attribute(TerminatedName(name)), value, TextRule::kAttribute);
+  if (node_ == nullptr) return;
+  const TreeText name_copy = tree_->Copy(name);
+  tree_->AppendAttribute(*Get(), name_copy, tree_->CopyLegal(value, TextRule::kAttribute));
 }
 
 Element Element::getFirstChildElement(std::string_view name) const {
-  const pugi::xml_node node = Wrap(node_);
-  if (name.empty()) return Element(Unwrap(FindElement(node.first_child())));
-  const TerminatedName terminated_name(name);
-  return Element(Unwrap(FindElement(node.child(terminated_name), terminated_name)));
+  return {node_ == nullptr ? nullptr : FindElement(Get()->first_child, name), tree_};
 }
 
 Element Element::getNextSiblingElement(std::string_view name) const {
-  const pugi::xml_node node = Wrap(node_);
-  if (name.empty()) return Element(Unwrap(FindElement(node.next_sibling())));
-  const TerminatedName terminated_name(name);
-  return Element(Unwrap(FindElement(node.next_sibling(terminated_name), terminated_name)));
+  return {node_ == nullptr ? nullptr : FindElement(node_->next, name), tree_};
 }
 
 std::string_view Element::getTextContent(std::string& scratch) const {
-  const pugi::xml_node first = FindText(Wrap(node_).first_child());
-  pugi::xml_node next = FindText(first.next_sibling());
-  if (IsNull(next)) return first.value();
-  scratch = first.value();
-  for (; !IsNull(next); next = FindText(next.next_sibling())) scratch += next.value();
+  const TreeNode* const first = node_ == nullptr ? nullptr : FindText(Get()->first_child);
+  if (first == nullptr) return {};
+  const TreeNode* next = FindText(first->next);
+  if (next == nullptr) return first->Text();
+  scratch = first->Text();
+  for (; next != nullptr; next = FindText(next->next)) scratch += next->Text();
   return scratch;
 }
 
 std::string_view Element::getTextContent() const {
   std::string scratch;
   const std::string_view text = getTextContent(scratch);
-  if (scratch.empty()) return text;
-  pugi::xml_node kept = GetHiddenPlace(Wrap(node_)).append_child(pugi::node_pcdata);
-  return kept.set_value(text.data(), text.size()) ? kept.value() : "";
+  return scratch.empty() ? text : tree_->Copy(text).View();
 }
 
 Element Element::appendElement(std::string_view name) const {
   assert(!name.empty());
-  return Element(Unwrap(Wrap(node_).append_child(TerminatedName(name))));
+  if (node_ == nullptr) return {};
+  TreeElement* const element = tree_->MakeElement(NodeType::kElement, name);
+  AppendNode(element);
+  return {element, tree_};
 }
 
 void Element::appendText(std::string_view text) const {
-  if (text.empty()) return;
-  Wrap(node_).append_child(pugi::node_pcdata).set_value(text.data(), text.size());
+  if (node_ != nullptr && !text.empty()) AppendNode(tree_->MakeNode(NodeType::kText, text));
 }
 
 void Element::appendCDATASection(std::string_view text) const {
-  Wrap(node_).append_child(pugi::node_cdata).set_value(text.data(), text.size());
+  if (node_ != nullptr) AppendNode(tree_->MakeNode(NodeType::kCDATASection, text));
 }
 
 void Element::appendComment(std::string_view text) const {
-  SetLegalValue(Wrap(node_).append_child(pugi::node_comment), text, TextRule::kComment);
+  if (node_ != nullptr)
+    AppendNode(tree_->AdoptNode(NodeType::kComment, tree_->CopyLegal(text, TextRule::kComment)));
+}
+
+void Element::AppendNode(TreeNode* node) const {
+  if (node != nullptr) Tree::Append(*Get(), *node);
 }
 
 }  // namespace dom

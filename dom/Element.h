@@ -9,6 +9,8 @@
 
 namespace dom {
 
+struct TreeElement;
+
 /// A handle to an element.
 ///
 /// Names are given by the program and are valid XML names; they are not checked. The texts of
@@ -56,7 +58,13 @@ class Element : public Node {
   void appendComment(std::string_view text) const;
 
  private:
-  explicit Element(pugi::xml_node_struct* node) : Node(node) {}
+  friend class Document;
+  Element(TreeElement* element, Tree* tree);
+
+  /// What the handle refers to; null for a null handle.
+  [[nodiscard]] TreeElement* Get() const;
+  /// Appends a detached node; null does nothing.
+  void AppendNode(TreeNode* node) const;
 };
 
 }  // namespace dom

@@ -1,7 +1,5 @@
 #include "dom/Node.h"
 
-#include <pugixml.hpp>
-
 #include "dom/CharacterData.h"
 #include "dom/DocumentType.h"
 #include "dom/Element.h"
@@ -12,10 +10,8 @@
 namespace dom {
 namespace {
 
-Node ToNode(pugi::xml_node node) { return Node(Unwrap(node)); }
-
 /// Whether a node of that type can be the child of another.
-bool CanHold(const Node& parent, NodeType child) {
+bool CanHold(NodeType parent, NodeType child) {
   switch (child) {
     case NodeType::kNone:
     case NodeType::kDocument:
@@ -26,50 +22,49 @@ bool CanHold(const Node& parent, NodeType child) {
       break;
     case NodeType::kText:
     case NodeType::kCDATASection:
-      return parent.getNodeType() == NodeType::kElement;
+      return parent == NodeType::kElement;
     case NodeType::kDocumentType:
-      return parent.getNodeType() == NodeType::kDocument;
+      return parent == NodeType::kDocument;
   }
-  return parent.getNodeType() == NodeType::kElement || parent.getNodeType() == NodeType::kDocument;
+  return parent == NodeType::kElement || parent == NodeType::kDocument;
+}
+
+/// Whether `node` is `inner` or an ancestor of it.
+bool IsAbove(const TreeNode& node, const TreeNode* inner) {
+  while (inner != nullptr && inner != &node) inner = inner->parent;
+  return inner != nullptr;
+}
+
+/// Whether `child` can be moved under `parent`. What has no children is above nothing but itself,
+/// and a new node is not looked for in vain.
+bool CanMove(TreeNode& child, const TreeNode& parent) {
+  if (!CanHold(parent.type, child.type)) return false;
+  const TreeElement* const element = AsTreeElement(&child);
+  if (element == nullptr || element->first_child == nullptr) return &child != &parent;
+  return !IsAbove(child, &parent);
+}
+
+/// The data of an instruction, the system identifier of a document type.
+std::string_view DataOf(TreeNode* node) {
+  const TreeElement* const element = AsTreeElement(node);
+  return element == nullptr || element->first_attribute == nullptr
+             ? std::string_view()
+             : element->first_attribute->value.View();
 }
 
 /// The node, if it is of that type.
-pugi::xml_node_struct* OfType(Node node, NodeType type) {
-  return node.getNodeType() == type ? node.GetInternal() : nullptr;
-}
+Node OfType(Node node, NodeType type) { return node.getNodeType() == type ? node : Node(); }
 
 }  // namespace
 
-NodeType Node::getNodeType() const {
-  const pugi::xml_node node = Wrap(node_);
-  switch (node.type()) {
-    case pugi::node_element:
-      return NodeType::kElement;
-    case pugi::node_pcdata:
-      return NodeType::kText;
-    case pugi::node_cdata:
-      return NodeType::kCDATASection;
-    case pugi::node_comment:
-      return NodeType::kComment;
-    case pugi::node_pi:
-      return *node.name() == '!' ? NodeType::kDocumentType : NodeType::kProcessingInstruction;
-    case pugi::node_document:
-      return NodeType::kDocument;
-    case pugi::node_null:
-    case pugi::node_declaration:
-    case pugi::node_doctype:
-      break;
-  }
-  return NodeType::kNone;
-}
+NodeType Node::getNodeType() const { return node_ == nullptr ? NodeType::kNone : node_->type; }
 
 std::string_view Node::getNodeName() const {
   switch (getNodeType()) {
     case NodeType::kElement:
     case NodeType::kProcessingInstruction:
-      return Wrap(node_).name();
     case NodeType::kDocumentType:
-      return Wrap(node_).name() + 1;
+      return node_->Text();
     case NodeType::kText:
       return "#text";
     case NodeType::kCDATASection:
@@ -85,50 +80,66 @@ std::string_view Node::getNodeName() const {
 }
 
 std::string_view Node::getNodeValue() const {
-  return getNodeType() == NodeType::kDocumentType ? "" : Wrap(node_).value();
+  switch (getNodeType()) {
+    case NodeType::kText:
+    case NodeType::kCDATASection:
+    case NodeType::kComment:
+      return node_->Text();
+    case NodeType::kProcessingInstruction:
+      return DataOf(node_);
+    case NodeType::kElement:
+    case NodeType::kDocumentType:
+    case NodeType::kDocument:
+    case NodeType::kNone:
+      break;
+  }
+  return {};
 }
 
-Node Node::getParentNode() const {
-  const pugi::xml_node parent = Wrap(node_).parent();
-  return IsHidden(parent) ? Node() : ToNode(parent);
-}
+Node Node::getParentNode() const { return {node_ == nullptr ? nullptr : node_->parent, tree_}; }
 
 Node Node::getFirstChild() const {
-  const pugi::xml_node child = Wrap(node_).first_child();
-  return ToNode(IsHidden(child) ? child.next_sibling() : child);
+  const TreeElement* const element = AsTreeElement(node_);
+  return {element == nullptr ? nullptr : element->first_child, tree_};
 }
 
 Node Node::getLastChild() const {
-  const pugi::xml_node child = Wrap(node_).last_child();
-  return IsHidden(child) ? Node() : ToNode(child);
+  const TreeElement* const element = AsTreeElement(node_);
+  return {element == nullptr ? nullptr : element->LastChild(), tree_};
 }
 
-Node Node::getNextSibling() const { return ToNode(Wrap(node_).next_sibling()); }
+Node Node::getNextSibling() const { return {node_ == nullptr ? nullptr : node_->next, tree_}; }
 
 Node Node::getPreviousSibling() const {
-  const pugi::xml_node sibling = Wrap(node_).previous_sibling();
-  return IsHidden(sibling) ? Node() : ToNode(sibling);
+  const bool is_first =
+      node_ == nullptr || node_->parent == nullptr || node_->parent->first_child == node_;
+  return {is_first ? nullptr : node_->previous, tree_};
 }
 
 NodeList Node::getChildNodes() const { return NodeList(getFirstChild()); }
 
 bool Node::hasChildNodes() const { return static_cast<bool>(getFirstChild()); }
 
-Node Node::appendChild(Node child) const {
-  if (!CanHold(*this, child.getNodeType())) return {};
-  return ToNode(Wrap(node_).append_move(Wrap(child.node_)));
-}
+Node Node::appendChild(Node child) const { return insertBefore(child, {}); }
 
 Node Node::insertBefore(Node child, Node reference) const {
-  if (!reference) return appendChild(child);
-  if (!CanHold(*this, child.getNodeType())) return {};
-  return ToNode(Wrap(node_).insert_move_before(Wrap(child.node_), Wrap(reference.node_)));
+  TreeElement* const parent = AsTreeElement(node_);
+  if (parent == nullptr || child.tree_ != tree_ || child.node_ == nullptr) return {};
+  if (reference && reference.node_->parent != parent) return {};
+  if (!CanMove(*child.node_, *parent)) return {};
+  if (child == reference) return child;
+  Tree::Detach(*child.node_);
+  if (reference)
+    Tree::InsertBefore(*reference.node_, *child.node_);
+  else
+    Tree::Append(*parent, *child.node_);
+  return child;
 }
 
 Node Node::removeChild(Node child) const {
-  const pugi::xml_node node = Wrap(child.node_);
-  if (!node || node.parent() != Wrap(node_)) return {};
-  return ToNode(GetHiddenPlace(node).append_move(node));
+  if (!child || child.node_->parent == nullptr || child.node_->parent != node_) return {};
+  Tree::Detach(*child.node_);
+  return child;
 }
 
 Text::Text(Node node) : CharacterData(OfType(node, NodeType::kText)) {}
@@ -138,7 +149,7 @@ ProcessingInstruction::ProcessingInstruction(Node node)
     : Node(OfType(node, NodeType::kProcessingInstruction)) {}
 DocumentType::DocumentType(Node node) : Node(OfType(node, NodeType::kDocumentType)) {}
 
-std::string_view DocumentType::getSystemId() const { return Wrap(node_).value(); }
+std::string_view DocumentType::getSystemId() const { return DataOf(node_); }
 
 Element::Element(Node node) : Node(OfType(node, NodeType::kElement)) {}
 

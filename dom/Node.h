@@ -1,30 +1,17 @@
 #pragma once
 
-#include <cstdint>
 #include <string_view>
 
-namespace pugi {
-struct xml_node_struct;
-}
+#include "dom/NodeType.h"
 
 namespace dom {
 
 class NodeList;
+class Tree;
+struct TreeNode;
 
-/// The kinds of node, with the numbers that the DOM gives them.
-enum class NodeType : std::uint8_t {
-  kNone = 0,  ///< A null handle.
-  kElement = 1,
-  kText = 3,
-  kCDATASection = 4,
-  kProcessingInstruction = 7,
-  kComment = 8,
-  kDocument = 9,
-  kDocumentType = 10,
-};
-
-/// A handle to a node of a document's tree: the size of a pointer, copied freely. It owns nothing
-/// and is valid as long as the Document that made the node lives and is not cleared; moving the
+/// A handle to a node of a document's tree: two pointers, copied freely. It owns nothing and is
+/// valid as long as the Document that made the node lives and is not cleared; moving the
 /// Document or the node keeps it valid. As with a pointer, a `const` handle still changes its node.
 ///
 /// A null handle is safe: it has no children, its texts are empty, and what is done to it or with
@@ -36,9 +23,8 @@ enum class NodeType : std::uint8_t {
 class Node {
  public:
   Node() = default;
-  /// For the classes of this folder; `node` belongs to a tree.
-  explicit Node(pugi::xml_node_struct* node) : node_(node) {}
-  [[nodiscard]] pugi::xml_node_struct* GetInternal() const { return node_; }
+  /// For the classes of this folder; `node`, which may be null, belongs to `tree`.
+  Node(TreeNode* node, Tree* tree) : node_(node), tree_(tree) {}
 
   explicit operator bool() const { return node_ != nullptr; }
   /// The same node (not: an equal one).
@@ -71,7 +57,8 @@ class Node {
   Node removeChild(Node child) const;
 
  protected:
-  pugi::xml_node_struct* node_ = nullptr;
+  TreeNode* node_ = nullptr;
+  Tree* tree_ = nullptr;
 };
 
 }  // namespace dom

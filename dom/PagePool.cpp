@@ -48,7 +48,6 @@ struct Pool {
   std::size_t kept_size;
   std::size_t used_size;
   std::size_t most_used_size;
-  std::uint64_t failure_count;
   bool is_closed;  ///< The thread ends: nothing is kept any more.
 };
 
@@ -77,25 +76,21 @@ struct AtThreadEnd {
   }
 };
 
-void* TakePage(std::size_t size) {
+}  // namespace
+
+void* PagePool::Take(std::size_t size) {
   const std::size_t size_class = ClassOf(size);
   if (size_class == kNoClass) {
     Block* const block = static_cast<Block*>(
         size <= SIZE_MAX - sizeof(Block) ? Allocate(sizeof(Block) + size) : nullptr);
-    if (!block) {
-      ++pool.failure_count;
-      return nullptr;
-    }
+    if (!block) return nullptr;
     block->size_class = kNoClass;
     return block + 1;
   }
 
   Block* block = TakeKept(size_class);
   if (!block) block = static_cast<Block*>(Allocate(sizeof(Block) + SizeOf(size_class)));
-  if (!block) {
-    ++pool.failure_count;
-    return nullptr;
-  }
+  if (!block) return nullptr;
   block->size_class = size_class;
   pool.used_size += SizeOf(size_class);
   pool.most_used_size = std::max(pool.most_used_size, pool.used_size);
@@ -103,7 +98,7 @@ void* TakePage(std::size_t size) {
   return block + 1;
 }
 
-void ReturnPage(void* page) {
+void PagePool::Return(void* page) {
   if (!page) return;
   Block* const block = static_cast<Block*>(page) - 1;
   if (block->size_class == kNoClass) {
@@ -124,19 +119,13 @@ void ReturnPage(void* page) {
   pool.kept_size += size;
 }
 
-}  // namespace
-
 void PagePool::Install() {
   static const bool is_installed = [] {
-    pugi::set_memory_management_functions(TakePage, ReturnPage);
+    pugi::set_memory_management_functions(Take, Return);
     return true;
   }();
   static_cast<void>(is_installed);
 }
-
-std::uint64_t PagePool::GetFailureCount() { return pool.failure_count; }
-
-void PagePool::CountFailure() { ++pool.failure_count; }
 
 std::size_t PagePool::GetKeptSize() { return pool.kept_size; }
 

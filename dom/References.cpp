@@ -27,8 +27,8 @@ unsigned DigitOf(char c) {
   return 16;
 }
 
-/// Takes the numeric reference that `source` points at, and writes its character unless that is
-/// NUL. False when it is no such reference; then nothing is taken.
+/// Takes the numeric reference that `source` points at, and writes its character. False when it is
+/// no such reference; then nothing is taken.
 bool TakeNumber(const char*& source, char*& target) {
   const char* p = source + 2;
   const unsigned base = *p == 'x' ? 16 : 10;
@@ -39,7 +39,7 @@ bool TakeNumber(const char*& source, char*& target) {
     if (number <= 0xFF) number = number * base + digit;
   if (p == digits || *p != ';') return false;
   source = p + 1;
-  if (number != 0) *target++ = number <= 0xFF ? static_cast<char>(number) : '?';
+  *target++ = number <= 0xFF ? static_cast<char>(number) : '?';
   return true;
 }
 
@@ -58,40 +58,21 @@ void TakeReference(const char*& source, char*& target) {
   *target++ = *source++;
 }
 
-void ExpandIn(const char* value) {
-  const char* source = std::strchr(value, '&');
-  if (!source) return;
-  // What pugixml parsed in place is the caller's buffer, which is not constant.
-  char* target = const_cast<char*>(source);
-  while (*source != '\0') {
+}  // namespace
+
+std::size_t ExpandReferences(char* text, std::size_t size) {
+  char* target = static_cast<char*>(std::memchr(text, '&', size));
+  if (target == nullptr) return size;
+  const char* source = target;
+  const char* const end = text + size;
+  while (source != end) {
     if (*source == '&') {
       TakeReference(source, target);
       continue;
     }
     *target++ = *source++;
   }
-  *target = '\0';
-}
-
-/// The next node of the tree in document order; null at the end.
-pugi::xml_node FindNext(pugi::xml_node node) {
-  if (const pugi::xml_node child = node.first_child()) return child;
-  while (node) {
-    if (const pugi::xml_node sibling = node.next_sibling()) return sibling;
-    node = node.parent();
-  }
-  return node;
-}
-
-}  // namespace
-
-void ExpandReferences(const pugi::xml_node& document) {
-  for (pugi::xml_node node = document.first_child(); node; node = FindNext(node)) {
-    if (node.type() == pugi::node_pcdata) ExpandIn(node.value());
-    for (pugi::xml_attribute attribute = node.first_attribute(); attribute;
-         attribute = attribute.next_attribute())
-      ExpandIn(attribute.value());
-  }
+  return static_cast<std::size_t>(target - text);
 }
 
 }  // namespace dom

@@ -1,11 +1,12 @@
 #pragma once
 
-#include <pugixml.hpp>
+#include <cstddef>
 
 namespace dom {
 
-/// Expands the references in the texts and attribute values of a tree that was parsed in place,
-/// where they stand: nothing grows. Which ones, is said at DOMImplementation::createDocument.
-void ExpandReferences(const pugi::xml_node& document);
+/// Expands the references in a text or attribute value where they stand: nothing grows. There is a
+/// NUL behind the text. Returns the new size. Which ones, is said at
+/// DOMImplementation::createDocument.
+std::size_t ExpandReferences(char* text, std::size_t size);
 
 }  // namespace dom

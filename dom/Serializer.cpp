@@ -4,7 +4,6 @@
 #include <array>
 #include <bit>
 #include <cstring>
-#include <pugixml.hpp>
 #include <string_view>
 
 #include "dom/Blocks.h"
@@ -154,18 +153,15 @@ class Writer {
   const char* end_;
 };
 
-using NodePointer = pugi::xml_node_struct*;
-
-NodePointer FirstChildOf(NodePointer node) { return Unwrap(Wrap(node).first_child()); }
-NodePointer NextOf(NodePointer node) { return Unwrap(Wrap(node).next_sibling()); }
-
 /// Whether the children of an element, the first of which is given, get lines of their own.
-bool HoldsLines(NodePointer child) {
-  for (; child; child = NextOf(child)) {
-    const pugi::xml_node_type type = Wrap(child).type();
-    if (type != pugi::node_element && type != pugi::node_comment) return false;
-  }
+bool HoldsLines(const TreeNode* child) {
+  for (; child != nullptr; child = child->next)
+    if (child->type != NodeType::kElement && child->type != NodeType::kComment) return false;
   return true;
+}
+
+bool IsText(const TreeNode& node) {
+  return node.type == NodeType::kText || node.type == NodeType::kCDATASection;
 }
 
 /// Writes the children of a document with all that is in them.
@@ -174,15 +170,15 @@ class TreeWriter {
   explicit TreeWriter(OutputBuffer& output) : out_(output) {}
 
   /// Walks the tree by its links, so that its depth does not matter.
-  void Write(NodePointer top) {
-    NodePointer node = top;
+  void Write(const TreeNode* top) {
+    const TreeNode* node = top;
     while (true) {
-      if (const NodePointer child = Open(node)) {
+      if (const TreeNode* const child = Open(*node)) {
         ++level_;
         node = child;
       } else {
         node = CloseUpToNext(node, top);
-        if (!node) break;
+        if (node == nullptr) break;
       }
       StartLine();
     }
@@ -192,110 +188,102 @@ class TreeWriter {
  private:
   /// Writes a node, or of an element that has children only the start tag: then it returns the
   /// first of them. A single text is written with its element.
-  NodePointer Open(NodePointer pointer) {
-    const pugi::xml_node node = Wrap(pointer);
-    const pugi::xml_node_type type = node.type();
-    switch (type) {
-      case pugi::node_element:
-        return OpenElement(pointer);
-      case pugi::node_pcdata:
-      case pugi::node_cdata:
-        PutText(type, node.value());
+  const TreeNode* Open(const TreeNode& node) {
+    switch (node.type) {
+      case NodeType::kElement:
+        return OpenElement(static_cast<const TreeElement&>(node));
+      case NodeType::kText:
+      case NodeType::kCDATASection:
+        PutText(node);
         break;
-      case pugi::node_comment:
-        out_.Put("<!--", node.value(), "-->");
+      case NodeType::kComment:
+        out_.Put("<!--", node.Text(), "-->");
         break;
-      case pugi::node_pi:
-        if (*node.name() == '!')
-          PutDocumentType(node.name() + 1, node.value());
-        else
-          PutInstruction(node.name(), node.value());
+      case NodeType::kProcessingInstruction:
+        out_.Put("<?", node.Text(), "");
+        PutData(" ", static_cast<const TreeElement&>(node), "");
+        out_.Put("?>");
         break;
-      case pugi::node_null:
-      case pugi::node_document:
-      case pugi::node_declaration:
-      case pugi::node_doctype:
+      case NodeType::kDocumentType:
+        out_.Put("<!DOCTYPE ", node.Text(), "");
+        PutData(" SYSTEM \"", static_cast<const TreeElement&>(node), "\"");
+        out_.Put(">");
+        break;
+      case NodeType::kDocument:
+      case NodeType::kNone:
         break;
     }
     return nullptr;
   }
 
-  NodePointer OpenElement(NodePointer element) {
-    const std::string_view name = Wrap(element).name();
-    out_.Put("<", name, "");
-    for (pugi::xml_attribute attribute = Wrap(element).first_attribute(); !IsNull(attribute);
-         attribute = attribute.next_attribute())
-      out_.PutAttribute(attribute.name(), attribute.value());
+  const TreeNode* OpenElement(const TreeElement& element) {
+    out_.Put("<", element.Text(), "");
+    for (const TreeAttribute* attribute = element.first_attribute; attribute != nullptr;
+         attribute = attribute->next)
+      out_.PutAttribute(attribute->name.View(), attribute->value.View());
 
-    const NodePointer child = FirstChildOf(element);
-    const pugi::xml_node_type type = Wrap(child).type();
-    const bool is_text = type == pugi::node_pcdata || type == pugi::node_cdata;
-    const bool is_one_text = is_text && !NextOf(child);
-    const std::string_view text = is_one_text ? Wrap(child).value() : "";
-    if (!child || (is_one_text && type == pugi::node_pcdata && text.empty())) {
+    const TreeNode* const child = element.first_child;
+    const bool is_one_text = child != nullptr && child->next == nullptr && IsText(*child);
+    if (child == nullptr ||
+        (is_one_text && child->type == NodeType::kText && child->text_size == 0)) {
       out_.Put("/>");
       return nullptr;
     }
     out_.Put(">");
     if (is_one_text) {
-      PutText(type, text);
-      out_.Put("</", name, ">");
+      PutText(*child);
+      out_.Put("</", element.Text(), ">");
       return nullptr;
     }
-    if (!inline_root_ && (is_text || !HoldsLines(child))) inline_root_ = element;
+    if (inline_root_ == nullptr && !HoldsLines(child)) inline_root_ = &element;
     return child;
   }
 
   /// Writes the ends of the elements that end behind `node`, but goes no higher than `top`.
   /// Returns the node that follows; null when none does.
-  NodePointer CloseUpToNext(NodePointer node, NodePointer top) {
+  const TreeNode* CloseUpToNext(const TreeNode* node, const TreeNode* top) {
     while (node != top) {
-      if (const NodePointer next = NextOf(node)) return next;
-      node = Unwrap(Wrap(node).parent());
+      if (node->next != nullptr) return node->next;
+      node = node->parent;
       --level_;
       StartLine();
       if (inline_root_ == node) inline_root_ = nullptr;
-      out_.Put("</", Wrap(node).name(), ">");
+      out_.Put("</", node->Text(), ">");
     }
     return nullptr;
   }
 
-  void PutText(pugi::xml_node_type type, std::string_view text) {
-    if (type == pugi::node_pcdata)
-      out_.PutEscaped<Search::kTextSpecials>(text);
+  void PutText(const TreeNode& node) {
+    if (node.type == NodeType::kText)
+      out_.PutEscaped<Search::kTextSpecials>(node.Text());
     else
-      out_.Put("<![CDATA[", text, "]]>");
+      out_.Put("<![CDATA[", node.Text(), "]]>");
   }
 
-  void PutDocumentType(std::string_view name, std::string_view system_id) {
-    out_.Put("<!DOCTYPE ", name, "");
-    if (!system_id.empty()) out_.Put(" SYSTEM \"", system_id, "\"");
-    out_.Put(">");
-  }
-
-  void PutInstruction(std::string_view target, std::string_view data) {
-    out_.Put("<?", target, "");
-    if (!data.empty()) out_.Put(" ", data, "");
-    out_.Put("?>");
+  /// The data of an instruction or the system identifier of a document type, if there is any.
+  template <std::size_t kBefore, std::size_t kAfter>
+  void PutData(const char (&before)[kBefore], const TreeElement& node,
+               const char (&after)[kAfter]) {
+    const TreeAttribute* const data = node.first_attribute;
+    if (data != nullptr && data->value.size != 0) out_.Put(before, data->value.View(), after);
   }
 
   void StartLine() {
-    if (!inline_root_) out_.StartLine(level_);
+    if (inline_root_ == nullptr) out_.StartLine(level_);
   }
 
   Writer out_;
   std::size_t level_ = 0;
-  NodePointer inline_root_ = nullptr;  ///< The element inside which no white space is added.
+  const TreeNode* inline_root_ = nullptr;  ///< The element inside which no white space is added.
 };
 
 }  // namespace
 
 bool Serialize(const Document& document, OutputBuffer& output) {
-  {
+  if (document.tree_) {
     TreeWriter writer(output);
-    NodePointer node = document.getNode().GetInternal();
-    for (node = FirstChildOf(node); node; node = NextOf(node))
-      if (!IsHidden(Wrap(node))) writer.Write(node);
+    const TreeNode* node = document.tree_->Root()->first_child;
+    for (; node != nullptr; node = node->next) writer.Write(node);
   }
   return document.IsComplete() && !output.HasFailed();
 }

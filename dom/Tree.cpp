@@ -2,13 +2,21 @@
 
 #include <algorithm>
 
-#include "dom/PagePool.h"
-
 namespace dom {
 namespace {
 
 bool IsControl(char c) {
   return static_cast<unsigned char>(c) < 0x20 && c != '\t' && c != '\n' && c != '\r';
+}
+
+/// Whether any character is below 0x20; tab, LF and CR are.
+bool HasControls(std::string_view text) {
+  char copy[kBlock];
+  while (text.size() > kBlock) {
+    if (CopyBlock<Search::kControls>(text.data(), kBlock, copy) != 0) return true;
+    text.remove_prefix(kBlock);
+  }
+  return CopyBlock<Search::kControls>(text.data(), text.size(), copy) != 0;
 }
 
 /// Whether `c` between `before` and `after` (NUL: the end) has to become a blank.
@@ -28,36 +36,38 @@ bool IsBarred(char before, char c, char after, TextRule rule) {
 
 }  // namespace
 
-pugi::xml_node GetHiddenPlace(const pugi::xml_node& node) {
-  pugi::xml_node document = node.root();
-  pugi::xml_node places = document.first_child();
-  if (!IsHidden(places)) places = document.prepend_child(pugi::node_element);
-  const pugi::xml_node place = places.first_child();
-  return place && !place.first_child() ? place : places.prepend_child(pugi::node_element);
+void Tree::InsertBefore(TreeNode& reference, TreeNode& child) {
+  TreeElement& parent = *reference.parent;
+  child.parent = &parent;
+  child.next = &reference;
+  child.previous = reference.previous;
+  (parent.first_child == &reference ? parent.first_child : reference.previous->next) = &child;
+  reference.previous = &child;
 }
 
-void TerminatedName::Copy(std::string_view prefix, std::string_view name) {
-  const std::size_t length = prefix.size() + name.size();
-  if (length >= short_name_.size()) {
-    char* const long_name = static_cast<char*>(Allocate(length + 1));
-    if (!long_name) {
-      PagePool::CountFailure();
-      *name_ = '\0';
-      return;
-    }
-    name_ = long_name;
-  }
-  *std::copy(name.begin(), name.end(), std::copy(prefix.begin(), prefix.end(), name_)) = '\0';
+void Tree::Detach(TreeNode& node) {
+  TreeElement* const parent = node.parent;
+  if (parent == nullptr) return;
+  TreeNode* const next = node.next;
+  (next == nullptr ? parent->first_child : next)->previous = node.previous;
+  (parent->first_child == &node ? parent->first_child : node.previous->next) = next;
+  node.parent = nullptr;
+  node.next = nullptr;
+  node.previous = nullptr;
 }
 
-void MakeLegal(char* text, std::size_t length, TextRule rule) {
-  char* const end = std::remove_if(text, text + length, IsControl);
-  *end = '\0';
+TreeText Tree::CopyLegal(std::string_view text, TextRule rule) {
+  TreeText copy = Copy(text);
+  if (copy.data == nullptr || (rule == TextRule::kAttribute && !HasControls(text))) return copy;
+  char* const begin = const_cast<char*>(copy.data);  // Memory of the arena, which is not constant.
+  char* const end = std::remove_if(begin, begin + text.size(), IsControl);
   char before = '\0';
-  for (char* p = text; p != end; ++p) {
-    if (IsBarred(before, *p, p[1], rule)) *p = ' ';
+  for (char* p = begin; p != end; ++p) {
+    if (IsBarred(before, *p, p + 1 == end ? '\0' : p[1], rule)) *p = ' ';
     before = *p;
   }
+  copy.size = static_cast<std::uint32_t>(end - begin);
+  return copy;
 }
 
 }  // namespace dom

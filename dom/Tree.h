@@ -1,109 +1,164 @@
 #pragma once
 
-#include <array>
-#include <bit>
+#include <cassert>
 #include <cstdint>
-#include <pugixml.hpp>
+#include <limits>
+#include <new>
 #include <string_view>
 
-#include "dom/Blocks.h"
-#include "dom/Document.h"
-#include "dom/Heap.h"
+#include "dom/Arena.h"
+#include "dom/NodeType.h"
 
-/// What the classes of this folder share about the way they use pugixml. Not for others.
+/// The tree behind the handles. Not for others than the classes of this folder.
 ///
-/// - A detached node is the only child of an element without a name, and all of those are the
-///   children of another one, the document's first child. No other element has an empty name.
-/// - A document type is an instruction whose name is '!' and its name, and whose value is the
-///   system identifier: pugixml lets its own kind of node stand nowhere but in the document.
+/// pugixml parses, but the nodes are ours: most documents are built and written, never parsed, and
+/// what a node costs decides how fast that is. A node here is a cache line in an arena, and no call
+/// into a library stands between a handle and its node.
 namespace dom {
 
-struct Document::Tree {
-  pugi::xml_document document;
-  std::uint64_t failure_count_before = 0;  ///< Of the PagePool, when the tree was empty.
+struct TreeElement;
+
+/// What is at a place of an Arena, or in the buffer that a document was parsed from.
+struct TreeText {
+  const char* data;
+  std::uint32_t size;
+
+  [[nodiscard]] std::string_view View() const { return {data, size}; }
 };
 
-/// pugixml's handles are a pointer each, but making one of a pointer, or asking it whether it is
-/// null, is a call into the library. These are none.
-inline pugi::xml_node Wrap(pugi::xml_node_struct* node) {
-  return std::bit_cast<pugi::xml_node>(node);
-}
-inline pugi::xml_attribute Wrap(pugi::xml_attribute_struct* attribute) {
-  return std::bit_cast<pugi::xml_attribute>(attribute);
-}
-inline pugi::xml_node_struct* Unwrap(pugi::xml_node node) {
-  return std::bit_cast<pugi::xml_node_struct*>(node);
-}
-inline pugi::xml_attribute_struct* Unwrap(pugi::xml_attribute attribute) {
-  return std::bit_cast<pugi::xml_attribute_struct*>(attribute);
-}
-inline bool IsNull(pugi::xml_node node) { return Unwrap(node) == nullptr; }
-inline bool IsNull(pugi::xml_attribute attribute) { return Unwrap(attribute) == nullptr; }
-
-inline bool IsHidden(const pugi::xml_node& node) {
-  return node.type() == pugi::node_element && *node.name() == '\0';
-}
-
-/// An empty place for a detached node in the document that `node` belongs to; null when memory
-/// runs out.
-pugi::xml_node GetHiddenPlace(const pugi::xml_node& node);
-
-/// A name with a NUL behind it.
-class TerminatedName {
- public:
-  explicit TerminatedName(std::string_view name) {
-    if (name.size() <= kBlock) {
-      CopyBlock<Search::kNothing>(name.data(), name.size(), short_name_.data());
-      short_name_[name.size()] = '\0';
-    } else {
-      Copy("", name);
-    }
-  }
-  TerminatedName(std::string_view prefix, std::string_view name) { Copy(prefix, name); }
-  TerminatedName(const TerminatedName&) = delete;
-  TerminatedName& operator=(const TerminatedName&) = delete;
-  ~TerminatedName() {
-    if (name_ != short_name_.data()) Free(name_);
-  }
-
-  /// "" when memory ran out, which the PagePool has counted.
-  operator const char*() const { return name_; }  // NOLINT(google-explicit-constructor)
-
- private:
-  void Copy(std::string_view prefix, std::string_view name);
-
-  std::array<char, 64> short_name_;
-  char* name_ = short_name_.data();
+struct TreeAttribute {
+  TreeText name;
+  TreeText value;
+  TreeAttribute* next;
 };
+
+/// A node that has no children: a text, CDATA section or comment.
+struct TreeNode {
+  const char* text;         ///< Of an element, instruction or document type: its name.
+  std::uint32_t text_size;  ///< In bytes.
+  NodeType type;
+  TreeElement* parent;
+  TreeNode* next;
+  TreeNode* previous;  ///< Of a first child: the last one.
+
+  [[nodiscard]] std::string_view Text() const { return {text, text_size}; }
+};
+
+/// An element, or the document itself. An instruction and a document type have their data or
+/// system identifier as the value of their only attribute.
+struct TreeElement : TreeNode {
+  TreeNode* first_child;
+  TreeAttribute* first_attribute;
+  TreeAttribute* last_attribute;
+
+  [[nodiscard]] TreeNode* LastChild() const {
+    return first_child == nullptr ? nullptr : first_child->previous;
+  }
+};
+
+/// Whether nodes of that type are a TreeElement.
+inline bool IsTreeElement(NodeType type) {
+  return type == NodeType::kElement || type == NodeType::kDocument ||
+         type == NodeType::kProcessingInstruction || type == NodeType::kDocumentType;
+}
+
+/// The node as one that may have children and attributes; null for any other.
+inline TreeElement* AsTreeElement(TreeNode* node) {
+  return node != nullptr && IsTreeElement(node->type) ? static_cast<TreeElement*>(node) : nullptr;
+}
 
 /// Which characters a text cannot hold besides the control characters.
-enum class TextRule {
+enum class TextRule : std::uint8_t {
   kAttribute,    ///< None.
   kComment,      ///< `--`, and `-` at the end.
   kInstruction,  ///< `?>`.
   kIdentifier,   ///< `"`.
 };
 
-/// Changes `length` characters to a text that obeys the rule, and terminates it. It never grows.
-void MakeLegal(char* text, std::size_t length, TextRule rule);
+/// A document node and the memory of all that hangs under it or is detached.
+class Tree {
+ public:
+  Tree() = default;
 
-/// Whether any character is below 0x20; tab, LF and CR are.
-inline bool HasControls(std::string_view text) {
-  std::array<char, kBlock> copy;
-  while (text.size() > kBlock) {
-    if (CopyBlock<Search::kControls>(text.data(), kBlock, copy.data()) != 0) return true;
-    text.remove_prefix(kBlock);
+  [[nodiscard]] TreeElement* Root() { return &root_; }
+  /// Drops all nodes.
+  void Clear() {
+    arena_.Clear();
+    root_ = kEmptyRoot;
   }
-  return CopyBlock<Search::kControls>(text.data(), text.size(), copy.data()) != 0;
-}
+  /// Whether everything that was to be made was made.
+  [[nodiscard]] bool IsComplete() const { return !arena_.HasFailed(); }
 
-/// Gives a node or an attribute a value that obeys the rule.
-template <class Target>
-void SetLegalValue(Target target, std::string_view value, TextRule rule) {
-  if (IsNull(target) || !target.set_value(value.data(), value.size())) return;
-  if (value.empty() || (rule == TextRule::kAttribute && !HasControls(value))) return;
-  // The value is pugixml's own copy, in memory that is not constant.
-  MakeLegal(const_cast<char*>(target.value()), value.size(), rule);
-}
+  // A text whose data is null could not be copied. What is made of it is null and no part of the
+  // tree, and so is everything when memory runs out.
+
+  TreeText Copy(std::string_view text) {
+    if (text.size() > std::numeric_limits<std::uint32_t>::max()) return TooLong();
+    return {arena_.Copy(text), static_cast<std::uint32_t>(text.size())};
+  }
+  /// A copy that obeys the rule.
+  TreeText CopyLegal(std::string_view text, TextRule rule);
+
+  // Detached nodes. Those that are adopted leave their text where it is.
+
+  TreeNode* AdoptNode(NodeType type, TreeText text) {
+    void* const place = text.data == nullptr ? nullptr : arena_.Allocate(sizeof(TreeNode));
+    if (place == nullptr) return nullptr;
+    return new (place) TreeNode{text.data, text.size, type, nullptr, nullptr, nullptr};
+  }
+  TreeElement* AdoptElement(NodeType type, TreeText name) {
+    void* const place = name.data == nullptr ? nullptr : arena_.Allocate(sizeof(TreeElement));
+    if (place == nullptr) return nullptr;
+    return new (place) TreeElement{
+        {name.data, name.size, type, nullptr, nullptr, nullptr},
+        nullptr, nullptr, nullptr
+    };
+  }
+  TreeNode* MakeNode(NodeType type, std::string_view text) { return AdoptNode(type, Copy(text)); }
+  TreeElement* MakeElement(NodeType type, std::string_view name) {
+    return AdoptElement(type, Copy(name));
+  }
+
+  void AppendAttribute(TreeElement& element, TreeText name, TreeText value) {
+    const bool is_copied = name.data != nullptr && value.data != nullptr;
+    void* const place = is_copied ? arena_.Allocate(sizeof(TreeAttribute)) : nullptr;
+    if (place == nullptr) return;
+    auto* const attribute = new (place) TreeAttribute{name, value, nullptr};
+    (element.last_attribute == nullptr ? element.first_attribute : element.last_attribute->next) =
+        attribute;
+    element.last_attribute = attribute;
+  }
+
+  /// Makes a detached node the last child.
+  static void Append(TreeElement& parent, TreeNode& child) {
+    child.parent = &parent;
+    TreeNode* const first = parent.first_child;
+    if (first == nullptr) {
+      parent.first_child = child.previous = &child;
+      return;
+    }
+    child.previous = first->previous;
+    first->previous->next = &child;
+    first->previous = &child;
+  }
+  /// The same in front of a child.
+  static void InsertBefore(TreeNode& reference, TreeNode& child);
+  /// Takes a node from its parent, if it has one.
+  static void Detach(TreeNode& node);
+
+ private:
+  TreeText TooLong() {
+    arena_.SetFailed();
+    return {nullptr, 0};
+  }
+
+  static constexpr TreeElement kEmptyRoot{
+      {nullptr, 0, NodeType::kDocument, nullptr, nullptr, nullptr},
+      nullptr, nullptr, nullptr
+  };
+
+  Arena arena_;
+  TreeElement root_ = kEmptyRoot;
+};
 
 }  // namespace dom

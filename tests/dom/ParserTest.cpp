@@ -69,7 +69,7 @@ constexpr ParserCase kReferences[] = {
     {"LeadingZeros",    "<a>&#00000000000000000000065;</a>",              "<a>A</a>\n"                            },
     {"Above255",        "<a>&#256;&#xD800;&#x10FFFF;&#x110000;</a>",      "<a>???\?</a>\n"                        },
     {"AboveAllNumbers", "<a>&#4294967361;&#xFFFFFFFFFFFFFFFFFFFF41;</a>", "<a>?\?</a>\n"                          },
-    {"Nul",             "<a b='&#0;'>x&#x0;y</a>",                        "<a b=\"\">xy</a>\n"                    },
+    {"Nul",             "<a b='&#0;'>x&#x0;y</a>",                        "<a b=\"\0\">x\0y</a>\n"sv              },
     {"NoNumber",        "<a>&#;&#x;&#a;&#6a;&#xg;&#X41;</a>",
      "<a>&amp;#;&amp;#x;&amp;#a;&amp;#6a;&amp;#xg;&amp;#X41;</a>\n"                                               },
     {"Unfinished",      "<a b='&#65' c='&' d='&#'>&lt</a>",

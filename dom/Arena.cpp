@@ -1,0 +1,53 @@
+#include "dom/Arena.h"
+
+#include <algorithm>
+#include <limits>
+
+#include "dom/PagePool.h"
+
+namespace dom {
+namespace {
+
+constexpr std::size_t kPageSize = std::size_t{32} << 10;
+/// What needs more has a page of its own, so that little of a page is ever lost.
+constexpr std::size_t kLargest = kPageSize / 8;
+
+}  // namespace
+
+void Arena::Clear() {
+  while (last_page_ != nullptr) {
+    Page* const page = last_page_;
+    last_page_ = page->before;
+    PagePool::Return(page);
+  }
+  next_ = nullptr;
+  end_ = nullptr;
+  has_failed_ = false;
+}
+
+void* Arena::AllocateElsewhere(std::size_t size) {
+  if (size > kLargest) return AddPage(size);
+  char* const place = AddPage(kPageSize);
+  if (place == nullptr) return nullptr;
+  next_ = place + RoundUp(size);
+  end_ = place + kPageSize;
+  return place;
+}
+
+/// The first of `size` bytes of a new page.
+char* Arena::AddPage(std::size_t size) {
+  constexpr std::size_t kExtra = sizeof(Page) + alignof(Page) + kBlock;
+  void* const memory = size <= std::numeric_limits<std::size_t>::max() - kExtra
+                           ? PagePool::Take(kExtra + size)
+                           : nullptr;
+  if (memory == nullptr) {
+    has_failed_ = true;
+    return nullptr;
+  }
+  Page* const page = static_cast<Page*>(memory);
+  page->before = last_page_;
+  last_page_ = page;
+  return static_cast<char*>(memory) + sizeof(Page);
+}
+
+}  // namespace dom

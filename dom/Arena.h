@@ -1,0 +1,67 @@
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+#include "dom/Blocks.h"
+
+namespace dom {
+
+/// The memory of one tree: pages that are filled from front to back and given up all at once. Not
+/// for others than the classes of this folder. The pages are the PagePool's, so the next tree has
+/// those of the last.
+class Arena {
+ public:
+  Arena() = default;
+  Arena(const Arena&) = delete;
+  Arena& operator=(const Arena&) = delete;
+  ~Arena() { Clear(); }
+
+  /// `size` bytes, aligned for a pointer; null when memory runs out.
+  [[nodiscard]] void* Allocate(std::size_t size) {
+    if (size >= static_cast<std::size_t>(end_ - next_)) return AllocateElsewhere(size);
+    char* const place = next_;
+    next_ += RoundUp(size);
+    return place;
+  }
+
+  /// A copy of the text, without a NUL; null when memory runs out.
+  [[nodiscard]] char* Copy(std::string_view text) {
+    char* const place = static_cast<char*>(Allocate(text.size()));
+    if (place == nullptr) return nullptr;
+    if (text.size() <= kBlock)
+      CopyBlock<Search::kNothing>(text.data(), text.size(), place);
+    else
+      std::memcpy(place, text.data(), text.size());
+    return place;
+  }
+
+  /// Gives all memory back, and forgets that it ran out.
+  void Clear();
+
+  /// For what cannot be had, whatever the memory.
+  void SetFailed() { has_failed_ = true; }
+  /// Whether memory ran out since the arena was made or cleared.
+  [[nodiscard]] bool HasFailed() const { return has_failed_; }
+
+ private:
+  struct Page {
+    Page* before;
+  };
+
+  static constexpr std::size_t RoundUp(std::size_t size) {
+    return (size + alignof(Page) - 1) / alignof(Page) * alignof(Page);
+  }
+
+  void* AllocateElsewhere(std::size_t size);
+  char* AddPage(std::size_t size);
+
+  Page* last_page_ = nullptr;
+  /// The free part of the page in use. Behind its end there is room for a block, because blocks are
+  /// written whole, and for rounding up.
+  char* next_ = nullptr;
+  char* end_ = nullptr;
+  bool has_failed_ = false;
+};
+
+}  // namespace dom
