@@ -11,7 +11,7 @@ namespace zaf {
 
 /// An assignment: a variable, or with the scope "cookie" (case ignored) a cookie, and its value.
 /// Owns its value.
-struct TAssignItem {
+struct TAssignItem : heap::TPooledObject {
   TFixedText<256> name{};
   CText value;
   TFixedText<128> scope{};

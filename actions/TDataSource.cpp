@@ -60,10 +60,13 @@ void TDataSource::UpdateTypeName() {
 
 Status TDataSource::WriteXml(TXmlWriteContext& context, dom::Element& development,
                              dom::Element& deployment) const {
-  const Status status = WriteElement(context, {user_name, password}, development);
-  return status == Status::kOk
-             ? WriteElement(context, {deployment_user_name, deployment_password}, deployment)
-             : status;
+  const TLogin login{user_name, password};
+  const TLogin deployment_login{deployment_user_name, deployment_password};
+  const Status status = WriteElement(context, login, development);
+  deployment = development;
+  return status != Status::kOk || deployment_login == login
+             ? status
+             : WriteElement(context, deployment_login, deployment);
 }
 
 Status TDataSource::ReadXml(const TXmlReadContext& context, dom::Element development,
@@ -82,9 +85,9 @@ Status TDataSource::ReadXml(const TXmlReadContext& context, dom::Element develop
 
 /// Each text has its length before it, so that no two lists of texts have the same key.
 std::string TDataSource::KeyOfContent(const TLogin& login) const {
-  const std::string_view texts[] = {
-      KindWord(host_type), data_source.View(),     dbms.View(),          host.View(),
-      database.View(),     login.user_name.View(), login.password.View()};
+  const std::string_view texts[] = {KindWord(host_type), data_source.View(), dbms.View(),
+                                    host.View(),         database.View(),    login.user_name,
+                                    login.password};
   std::byte length[4];
   std::size_t size = 0;
   for (const std::string_view text : texts) size += sizeof length + text.size();
@@ -102,8 +105,8 @@ Status TDataSource::WriteElement(TXmlWriteContext& context, const TLogin& login,
   std::string key = KeyOfContent(login);
   element = context.action_data_sources.Find(key);
   if (element) return Status::kOk;
-  CCipherText user_text(login.user_name.View());
-  CCipherText password_text(login.password.View());
+  CCipherText user_text(login.user_name);
+  CCipherText password_text(login.password);
   if (!user_text.Encipher() || !password_text.Encipher()) return Status::kFailure;
   element = AppendDataSource(context);
   WriteXmlRows(Properties(), this, {context, element, {}});

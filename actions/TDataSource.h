@@ -45,8 +45,9 @@ struct TDataSource {
 
  private:
   struct TLogin {
-    const CText& user_name;
-    const CText& password;
+    std::string_view user_name;
+    std::string_view password;
+    bool operator==(const TLogin&) const = default;
   };
 
   [[nodiscard]] std::string KeyOfContent(const TLogin& login) const;

@@ -1,6 +1,7 @@
 #include "actions/TProperty.h"
 
 #include <algorithm>
+#include <bit>
 
 namespace zaf {
 namespace {
@@ -9,6 +10,23 @@ namespace {
 /// not changed.
 const void* Locate(const TProperty& row, const void* object) {
   return row.locate(const_cast<void*>(object));
+}
+
+/// How many rows there are, with those of parts.
+std::size_t CountRows(std::span<const TProperty> rows) {
+  std::size_t count = rows.size();
+  for (const TProperty& row : rows)
+    if (row.codec != nullptr) count += CountRows(row.codec->Nested());
+  return count;
+}
+
+/// The row that has this code, or whose part has; null when none has.
+const TProperty* FindRow(std::span<const TProperty> rows, FourCharCode code) {
+  for (const TProperty& row : rows) {
+    if (row.codec == nullptr) continue;
+    if (row.code == code || FindRow(row.codec->Nested(), code) != nullptr) return &row;
+  }
+  return nullptr;
 }
 
 }  // namespace
@@ -31,18 +49,37 @@ void TFieldCodec::SwapByteOrder(void*) const {}
 
 std::span<const TProperty> TFieldCodec::Nested() const { return {}; }
 
-bool ReadLegacyRow(std::span<const TProperty> rows, void* object, const TLegacySection& section,
-                   Status& status) {
+TCodeIndex::TCodeIndex(std::span<const TProperty> rows)
+    : entries_(std::bit_ceil(2 * CountRows(rows) + 1)) {
+  Add(rows, nullptr);
+}
+
+/// Adds the codes of `rows`, which lead to `owner` if they are those of a part. Of several rows
+/// with one code the first counts.
+void TCodeIndex::Add(std::span<const TProperty> rows, const TProperty* owner) {
   for (const TProperty& row : rows) {
     if (row.codec == nullptr) continue;
-    if (row.code == section.code && row.code != kNoCode) {
-      status = row.codec->ReadLegacy(row, row.locate(object), section);
-      return true;
+    const TProperty* const found = owner != nullptr ? owner : &row;
+    if (row.code != kNoCode && Find(row.code) == nullptr) {
+      std::size_t place = PlaceOf(row.code);
+      while (entries_[place].row != nullptr) place = Next(place);
+      entries_[place] = {row.code, found};
     }
-    const std::span<const TProperty> nested = row.codec->Nested();
-    if (!nested.empty() && ReadLegacyRow(nested, row.locate(object), section, status)) return true;
+    Add(row.codec->Nested(), found);
   }
-  return false;
+}
+
+bool ReadLegacyRow(const TCodeIndex& index, void* object, const TLegacySection& section,
+                   Status& status) {
+  const TProperty* row = index.Find(section.code);
+  if (row == nullptr) return false;
+  object = row->locate(object);
+  while (row->code != section.code) {
+    row = FindRow(row->codec->Nested(), section.code);
+    object = row->locate(object);
+  }
+  status = row->codec->ReadLegacy(*row, object, section);
+  return true;
 }
 
 Status WriteLegacyRows(std::span<const TProperty> rows, const void* object, TSectionWriter& out) {

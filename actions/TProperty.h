@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <span>
 #include <string_view>
+#include <vector>
 
 #include "actions/TLegacySection.h"
 #include "actions/TSectionWriter.h"
@@ -61,9 +62,40 @@ class TFieldCodec {
 
 // The engine: what every class does with its rows. `object` is the object that the rows describe.
 
+/// The rows of an object by the codes of their legacy sections, those of its parts among them. Made
+/// once for a class; refers to the rows, which are constants.
+class TCodeIndex {
+ public:
+  explicit TCodeIndex(std::span<const TProperty> rows);
+
+  /// The row that has this code, or whose part has; null when none has.
+  [[nodiscard]] const TProperty* Find(FourCharCode code) const {
+    std::size_t place = PlaceOf(code);
+    while (entries_[place].code != code && entries_[place].code != kNoCode) place = Next(place);
+    return entries_[place].row;
+  }
+
+ private:
+  struct TEntry {
+    FourCharCode code = kNoCode;
+    const TProperty* row = nullptr;
+  };
+
+  /// Fibonacci hashing: the codes differ little in some of their bits.
+  [[nodiscard]] std::size_t PlaceOf(FourCharCode code) const {
+    return (static_cast<std::uint32_t>(code) * 0x9E3779B1U >> 16) & (entries_.size() - 1);
+  }
+  [[nodiscard]] std::size_t Next(std::size_t place) const {
+    return (place + 1) & (entries_.size() - 1);
+  }
+  void Add(std::span<const TProperty> rows, const TProperty* owner);
+
+  std::vector<TEntry> entries_;  ///< A power of two, at most half of them in use.
+};
+
 /// Gives the section to the row that has its code. Returns false, without touching `status`, when
 /// none has; true when one had, with its outcome in `status`.
-bool ReadLegacyRow(std::span<const TProperty> rows, void* object, const TLegacySection& section,
+bool ReadLegacyRow(const TCodeIndex& index, void* object, const TLegacySection& section,
                    Status& status);
 
 /// Writes the sections of all rows, in their order.

@@ -121,8 +121,9 @@ Status TQuerySpecification::ReadLegacyProperty(const TLegacySection& section) {
     default:
       break;
   }
+  static const TCodeIndex index(Properties());
   Status status = Status::kOk;
-  if (!ReadLegacyRow(Properties(), this, section, status) || status != Status::kOk) return status;
+  if (!ReadLegacyRow(index, this, section, status) || status != Status::kOk) return status;
   for (const auto& [code, text] : {
            std::pair{Code("rslt"), &results_   },
            std::pair{Code("none"), &no_results_},

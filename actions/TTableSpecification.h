@@ -42,7 +42,8 @@ class TTableSpecification : public Base {
   Status ReadLegacyProperty(const TLegacySection& section) override {
     if (section.file == nullptr) return Status::kNoFile;
     Status status = Status::kOk;
-    if (ReadLegacyRow(Rows(), &Self(), section, status)) return status;
+    static const TCodeIndex index(Rows());
+    if (ReadLegacyRow(index, &Self(), section, status)) return status;
     return Base::ReadLegacyProperty(section);
   }
 

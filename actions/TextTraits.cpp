@@ -1,78 +1,103 @@
 #include "actions/TextTraits.h"
 
+#include <algorithm>
 #include <cstddef>
 
-#if defined(__SSE2__) || defined(_M_X64)
-#include <emmintrin.h>
-#define ZAF2XML_SSE2 1
-#else
-#define ZAF2XML_SSE2 0
-#endif
+#include "dom/Blocks.h"
 
 namespace zaf {
 namespace {
 
-/// Every character but an ASCII letter, digit, space, line feed or punctuation mark, and of the
-/// marks those that are markup.
+// Every character needs CDATA but an ASCII letter, digit, space, line feed or punctuation mark, and
+// of the marks those that are markup.
+
+#if !ZAF2XML_SSE2
+
 constexpr bool NeedsCdata(char c) {
   const bool is_markup = c == '<' || c == '>' || c == '&' || c == '\'' || c == '"';
   return static_cast<unsigned char>(c) >= 0x7F || c == '\t' || c == '\r' || is_markup;
 }
 
-void ExamineOneByOne(std::string_view text, TTextTraits& traits) {
-  for (const char c : text) {
+#endif
+
+#if ZAF2XML_SSE2
+
+__m128i Equals(__m128i characters, char value) {
+  return _mm_cmpeq_epi8(characters, _mm_set1_epi8(value));
+}
+
+/// The characters below 0x20.
+__m128i Low(__m128i characters) {
+  return _mm_cmpeq_epi8(_mm_min_epu8(characters, _mm_set1_epi8(0x1F)), characters);
+}
+
+/// Of the characters below 0x20 those that are dropped.
+unsigned Dropped(__m128i characters, __m128i low) {
+  const __m128i kept = _mm_or_si128(
+      _mm_or_si128(Equals(characters, '\t'), Equals(characters, '\r')), Equals(characters, '\n'));
+  return static_cast<unsigned>(_mm_movemask_epi8(_mm_andnot_si128(kept, low)));
+}
+
+unsigned NeedingCdata(__m128i characters) {
+  const __m128i high = _mm_cmpeq_epi8(_mm_max_epu8(characters, _mm_set1_epi8(0x7F)), characters);
+  const __m128i tab_or_return = _mm_or_si128(Equals(characters, '\t'), Equals(characters, '\r'));
+  // '"' and '&' differ in one bit, and so do '<' and '>'.
+  const __m128i quote_or_and = Equals(_mm_or_si128(characters, _mm_set1_epi8('"' ^ '&')), '&');
+  const __m128i less_or_greater = Equals(_mm_or_si128(characters, _mm_set1_epi8('<' ^ '>')), '>');
+  const __m128i markup =
+      _mm_or_si128(_mm_or_si128(quote_or_and, less_or_greater), Equals(characters, '\''));
+  return static_cast<unsigned>(
+      _mm_movemask_epi8(_mm_or_si128(_mm_or_si128(markup, high), tab_or_return)));
+}
+
+/// The first `count` characters, at most a block.
+void ExamineBlock(const char* text, std::size_t count, TTextTraits& traits) {
+  const __m128i characters = dom::LoadBlock(text, count);
+  const unsigned examined = (1U << count) - 1;
+  traits.has_dropped |= (Dropped(characters, Low(characters)) & examined) != 0;
+  traits.needs_cdata |= (NeedingCdata(characters) & examined) != 0;
+}
+
+#else
+
+void ExamineBlock(const char* text, std::size_t count, TTextTraits& traits) {
+  for (const char c : std::string_view(text, count)) {
     traits.has_dropped |= IsDroppedCharacter(c);
     traits.needs_cdata |= NeedsCdata(c);
   }
 }
 
-#if ZAF2XML_SSE2
-
-/// Both questions for 16 characters; a byte that is not zero is a yes.
-struct TBlock {
-  __m128i dropped = _mm_setzero_si128();
-  __m128i cdata = _mm_setzero_si128();
-
-  void Examine(__m128i c) {
-    const auto equals = [](__m128i bytes, char value) {
-      return _mm_cmpeq_epi8(bytes, _mm_set1_epi8(value));
-    };
-    const __m128i tab_or_return = _mm_or_si128(equals(c, '\t'), equals(c, '\r'));
-    const __m128i kept = _mm_or_si128(tab_or_return, equals(c, '\n'));
-    const __m128i low = _mm_cmpeq_epi8(_mm_min_epu8(c, _mm_set1_epi8(0x1F)), c);
-    const __m128i high = _mm_cmpeq_epi8(_mm_max_epu8(c, _mm_set1_epi8(0x7F)), c);
-    // '"' and '&' differ in one bit, and so do '<' and '>'.
-    const __m128i quote_or_and = equals(_mm_or_si128(c, _mm_set1_epi8('"' ^ '&')), '&');
-    const __m128i less_or_greater = equals(_mm_or_si128(c, _mm_set1_epi8('<' ^ '>')), '>');
-    const __m128i markup =
-        _mm_or_si128(_mm_or_si128(quote_or_and, less_or_greater), equals(c, '\''));
-    dropped = _mm_or_si128(dropped, _mm_andnot_si128(kept, low));
-    cdata = _mm_or_si128(cdata, _mm_or_si128(_mm_or_si128(markup, high), tab_or_return));
-  }
-};
-
 #endif
+
+/// Whether any of a number of whole blocks has a character that is dropped: all that there is to
+/// ask once a text needs CDATA, and most blocks of a page have not even a line feed.
+bool HasDropped(const char* text, std::size_t block_count) {
+#if ZAF2XML_SSE2
+  for (; block_count > 0; --block_count, text += dom::kBlock) {
+    const __m128i characters = dom::LoadBlock(text, dom::kBlock);
+    const __m128i low = Low(characters);
+    if (_mm_movemask_epi8(low) != 0 && Dropped(characters, low) != 0) return true;
+  }
+  return false;
+#else
+  return std::any_of(text, text + block_count * dom::kBlock, IsDroppedCharacter);
+#endif
+}
 
 }  // namespace
 
 TTextTraits ExamineText(std::string_view text) {
   TTextTraits traits;
-#if ZAF2XML_SSE2
-  constexpr std::size_t kBlockSize = sizeof(__m128i);
-  if (text.size() >= kBlockSize) {
-    const auto load = [&](std::size_t at) {
-      return _mm_loadu_si128(reinterpret_cast<const __m128i*>(text.data() + at));
-    };
-    TBlock block;
-    for (std::size_t at = 0; at + kBlockSize <= text.size(); at += kBlockSize)
-      block.Examine(load(at));
-    block.Examine(load(text.size() - kBlockSize));  // The rest, and some characters once more.
-    traits.has_dropped = _mm_movemask_epi8(block.dropped) != 0;
-    traits.needs_cdata = _mm_movemask_epi8(block.cdata) != 0;
-    return traits;
+  while (text.size() > dom::kBlock && !traits.needs_cdata) {
+    ExamineBlock(text.data(), dom::kBlock, traits);
+    text.remove_prefix(dom::kBlock);
   }
-#endif
-  ExamineOneByOne(text, traits);
+  if (const std::size_t block_count = text.size() / dom::kBlock;
+      block_count > 0 && traits.needs_cdata) {
+    traits.has_dropped |= HasDropped(text.data(), block_count);
+    text.remove_prefix(block_count * dom::kBlock);
+  }
+  ExamineBlock(text.data(), text.size(), traits);
   return traits;
 }
 

@@ -18,8 +18,7 @@ void AppendKept(dom::Element element, std::string_view kept, bool needs_cdata) {
       kept.remove_prefix(end + 2);
     }
   }
-  const bool is_blank = kept.find_first_not_of(' ') == std::string_view::npos;
-  if (needs_cdata || is_blank) {
+  if (needs_cdata || kept.find_first_not_of(' ') == std::string_view::npos) {
     element.appendCDATASection(kept);
   } else {
     element.appendText(kept);

@@ -45,6 +45,7 @@ Status ReadLegacyApplication(TDataFile& file, const TQuerySpecificationServer& s
   TSectionMap map;
   if (const Status status = map.Open(file, header); status != Status::kOk) return status;
   if (!map.IsComplete()) return Status::kMalformed;
+  static const TCodeIndex index(TApplication::Properties());
   TSectionMapEntry entry;
   bool is_too_new = false;
   while (!is_too_new && map.Next(entry)) {
@@ -52,7 +53,7 @@ Status ReadLegacyApplication(TDataFile& file, const TQuerySpecificationServer& s
     if (entry.code == kActionEntry) {
       status = ReadAction(file, entry.offset, server, application, is_too_new);
     } else {
-      ReadLegacyRow(TApplication::Properties(), &application,
+      ReadLegacyRow(index, &application,
                     {&file, entry.code, entry.offset, entry.length, nullptr}, status);
     }
     if (status != Status::kOk) return status;

@@ -11,8 +11,8 @@
 #define ZAF2XML_SSE2 0
 #endif
 
-/// Characters taken 16 at a time, with SSE2 where the processor has it. Not for others than the
-/// classes of this folder.
+/// Characters taken 16 at a time, with SSE2 where the processor has it. For those who write
+/// documents; they are no part of the document model.
 namespace dom {
 
 inline constexpr std::size_t kBlock = 16;

@@ -34,6 +34,33 @@ bool EqualViews(std::string_view a, std::string_view b, CaseSensitivity sensitiv
   return sensitivity == CaseSensitivity::kExact ? a == b : EqualsIgnoringCase(a, b);
 }
 
+/// Counts a character. The counts of short pieces fit a byte, so that the compiler takes many
+/// characters at a time.
+std::uint64_t CountCharacter(std::string_view text, char character) {
+  constexpr std::size_t kPiece = 128;
+  std::uint64_t count = 0;
+  for (; text.size() >= kPiece; text.remove_prefix(kPiece)) {
+    std::uint8_t piece_count = 0;
+    for (std::size_t i = 0; i < kPiece; ++i)
+      piece_count = static_cast<std::uint8_t>(piece_count + (text.data()[i] == character ? 1 : 0));
+    count += piece_count;
+  }
+  for (const char other : text) count += other == character ? 1 : 0;
+  return count;
+}
+
+/// Matches that do not overlap, found from the left. `find` is not empty.
+std::uint64_t CountMatches(std::string_view text, std::string_view find,
+                           CaseSensitivity sensitivity) {
+  if (find.size() == 1 && sensitivity == CaseSensitivity::kExact)
+    return CountCharacter(text, find[0]);
+  std::uint64_t count = 0;
+  for (std::size_t i = 0; (i = FindForward(text, find, i, sensitivity)) != std::string_view::npos;
+       i += find.size())
+    ++count;
+  return count;
+}
+
 std::uint32_t AsIndex(std::size_t place) {
   return place == std::string_view::npos ? kNoIndex : static_cast<std::uint32_t>(place);
 }
@@ -160,10 +187,7 @@ void CText::ReplaceMatches(std::string_view find, std::string_view replacement,
     return;
   }
 
-  std::uint64_t matches = 0;
-  for (std::size_t i = 0; (i = FindForward(View(), find, i, sensitivity)) != std::string_view::npos;
-       i += find.size())
-    ++matches;
+  std::uint64_t matches = CountMatches(View(), find, sensitivity);
   if (matches == 0) return;
 
   // A growing text is first moved to the end of its future room; then the result is built from the
@@ -185,7 +209,8 @@ void CText::ReplaceMatches(std::string_view find, std::string_view replacement,
   for (; matches != 0; --matches) {
     const std::size_t match = FindForward(source, find, read, sensitivity);
     std::memmove(target, source.data() + read, match - read);
-    target = std::copy(replacement.begin(), replacement.end(), target + (match - read));
+    target += match - read;
+    for (const char character : replacement) *target++ = character;
     read = match + find.size();
   }
   std::memmove(target, source.data() + read, source.size() - read + 1);

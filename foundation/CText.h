@@ -101,6 +101,10 @@ class CText : public CData {
   /// An empty `find` does nothing. As many are replaced as there is room for.
   virtual void ReplaceAllIgnoringCase(const CText& find, const CText& replacement);
   virtual void ReplaceAll(const CText& find, const CText& replacement);
+  void ReplaceAll(const char* find, const char* replacement) {
+    if (find != nullptr && replacement != nullptr)
+      ReplaceMatches(find, replacement, CaseSensitivity::kExact);
+  }
 
   /// Replaces the occurrence with that number, from 1, if there are as many; occurrences do not
   /// overlap.

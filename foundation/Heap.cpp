@@ -1,7 +1,12 @@
 #include "foundation/Heap.h"
 
+#include <algorithm>
+#include <array>
 #include <bit>
 #include <cstdlib>
+#include <cstring>
+#include <new>
+#include <utility>
 
 namespace zaf::heap {
 namespace {
@@ -10,30 +15,120 @@ thread_local TAllocationFault* current_fault = nullptr;
 
 bool IsToFail() { return current_fault != nullptr && current_fault->Strikes(); }
 
-/// The size of the block that holds `size` bytes. Under a sanitizer exactly that many, so that it
-/// sees every byte beyond.
+#ifdef ZAF2XML_SANITIZED
+
+// Exactly as many bytes as were asked for, so that the sanitizer sees every byte beyond.
+std::size_t BlockSize(std::size_t size) { return size; }
+bool IsKept(std::size_t /*block_size*/) { return false; }
+void* TakeBlock(std::size_t size) { return std::malloc(size); }
+void GiveBlock(void* block, std::size_t /*size*/) { std::free(block); }
+
+#else
+
+constexpr std::size_t kUnit = 16;
+constexpr std::size_t kLargestOfUnits = 1024;
+constexpr std::size_t kStepsPerPower = 8;
+constexpr std::size_t kLargestKept = std::size_t{256} << 10;
+constexpr std::size_t kMostKept = std::size_t{8} << 20;
+
+/// Rounded up to the next size that a block has.
 std::size_t BlockSize(std::size_t size) {
-#ifndef ZAF2XML_SANITIZED
-  constexpr std::size_t kSmallestRounded = 1024;
-  if (size > kSmallestRounded) {
-    const std::size_t step = std::bit_floor(size) / 8;
-    return (size + step - 1) / step * step;
-  }
-#endif
-  return size;
+  const std::size_t step = size <= kLargestOfUnits ? kUnit : std::bit_floor(size) / kStepsPerPower;
+  return (size + step - 1) / step * step;
 }
+
+bool IsKept(std::size_t block_size) { return block_size <= kLargestKept; }
+
+/// The number of a block size that is kept.
+constexpr std::size_t ClassOf(std::size_t block_size) {
+  if (block_size <= kLargestOfUnits) return block_size / kUnit;
+  const auto power = static_cast<std::size_t>(std::bit_width(block_size)) - 1;
+  const std::size_t step = block_size >> (power - std::bit_width(kStepsPerPower) + 1);
+  constexpr std::size_t kFirstPower = std::bit_width(kLargestOfUnits) - 1;
+  return kLargestOfUnits / kUnit + (power - kFirstPower) * kStepsPerPower + step - kStepsPerPower;
+}
+
+struct TKeptBlock {
+  TKeptBlock* next;
+};
+
+/// The blocks that a thread keeps. Needs neither construction nor destruction, so that an object of
+/// static storage can still be destroyed when everything else of the thread is gone.
+struct TKeptBlocks {
+  std::array<TKeptBlock*, ClassOf(kLargestKept) + 1> first;
+  std::size_t size;  ///< Of all together, in bytes.
+  bool is_closed;    ///< The thread ends: nothing is kept any more.
+};
+
+thread_local constinit TKeptBlocks kept{};
+
+struct TAtThreadEnd {
+  TAtThreadEnd() = default;
+  TAtThreadEnd(const TAtThreadEnd&) = delete;
+  TAtThreadEnd& operator=(const TAtThreadEnd&) = delete;
+  ~TAtThreadEnd() {
+    kept.is_closed = true;
+    for (TKeptBlock*& first : kept.first)
+      while (first != nullptr) std::free(std::exchange(first, first->next));
+  }
+};
+
+/// Empties the kept blocks when the thread ends, if it keeps any.
+void PrepareThreadEnd() { static thread_local const TAtThreadEnd at_thread_end; }
+
+void* TakeBlock(std::size_t size) {
+  if (IsKept(size)) {
+    TKeptBlock*& first = kept.first[ClassOf(size)];
+    if (first != nullptr) {
+      kept.size -= size;
+      return std::exchange(first, first->next);
+    }
+  }
+  return std::malloc(size);
+}
+
+void GiveBlock(void* block, std::size_t size) {
+  if (!IsKept(size) || size > kMostKept - kept.size || kept.is_closed) {
+    std::free(block);
+    return;
+  }
+  if (kept.size == 0) PrepareThreadEnd();
+  TKeptBlock*& first = kept.first[ClassOf(size)];
+  first = new (block) TKeptBlock{first};
+  kept.size += size;
+}
+
+#endif
 
 }  // namespace
 
-void* Allocate(std::size_t size) { return IsToFail() ? nullptr : std::malloc(BlockSize(size)); }
+void* Allocate(std::size_t size) { return IsToFail() ? nullptr : TakeBlock(BlockSize(size)); }
 
 void* Reallocate(void* block, std::size_t old_size, std::size_t new_size) {
   if (IsToFail()) return nullptr;
-  const std::size_t block_size = BlockSize(new_size);
-  return block_size == BlockSize(old_size) ? block : std::realloc(block, block_size);
+  const std::size_t old_block_size = BlockSize(old_size);
+  const std::size_t new_block_size = BlockSize(new_size);
+  if (new_block_size == old_block_size) return block;
+  if (!IsKept(old_block_size) && !IsKept(new_block_size))
+    return std::realloc(block, new_block_size);  // It may have to copy nothing.
+  void* const moved = TakeBlock(new_block_size);
+  if (moved == nullptr) return nullptr;
+  std::memcpy(moved, block, std::min(old_size, new_size));
+  GiveBlock(block, old_block_size);
+  return moved;
+}
+
+void Free(void* block, std::size_t size) {
+  if (block != nullptr) GiveBlock(block, BlockSize(size));
 }
 
 void Free(void* block) { std::free(block); }
+
+void* TPooledObject::operator new(std::size_t size) {
+  void* const block = Allocate(size);
+  if (block == nullptr) throw std::bad_alloc();
+  return block;
+}
 
 TAllocationFault::TAllocationFault(std::uint64_t failing)
     : outer_(current_fault), failing_(failing) {

@@ -26,7 +26,7 @@ constexpr std::size_t kMostKept = std::size_t{4} << 20;
 #endif
 
 struct TSpareImage {
-  ~TSpareImage() { heap::Free(bytes); }
+  ~TSpareImage() { heap::Free(bytes, capacity); }
   std::byte* bytes = nullptr;
   std::size_t capacity = 0;
 };
@@ -143,7 +143,7 @@ bool TDataFile::AllocateImage(std::uint64_t size) {
   image_ = std::exchange(spare_image.bytes, nullptr);
   image_capacity_ = std::exchange(spare_image.capacity, 0);
   if (image_capacity_ >= needed) return true;
-  heap::Free(image_);
+  heap::Free(image_, image_capacity_);
   image_ = static_cast<std::byte*>(heap::Allocate(needed));
   image_capacity_ = image_ != nullptr ? needed : 0;
   return image_ != nullptr;
@@ -163,7 +163,7 @@ void TDataFile::FreeImage() {
     std::swap(image_, spare_image.bytes);
     std::swap(image_capacity_, spare_image.capacity);
   }
-  heap::Free(image_);
+  heap::Free(image_, image_capacity_);
   image_ = nullptr;
   image_capacity_ = 0;
   is_in_memory_ = false;

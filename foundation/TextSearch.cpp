@@ -88,6 +88,7 @@ std::size_t FindForward(std::string_view text, std::string_view pattern, std::si
   if (start > text.size() || pattern.size() > text.size() - start) return std::string_view::npos;
   const bool is_exact = sensitivity == CaseSensitivity::kExact;
   if (pattern.empty()) return start;
+  if (pattern.size() == 1 && is_exact) return text.find(pattern[0], start);
   if (pattern.size() <= kShortPattern)
     return is_exact ? text.find(pattern, start) : FindShortIgnoringCase(text, pattern, start);
   const auto text_size = static_cast<Index>(text.size() - start);
