@@ -1,6 +1,6 @@
-// The steps of a conversion, in memory, for applications of 50 to 100,000 actions: flat ones, whose
-// actions all hang under the root, and deep ones, each in the one before. The complexity that is
-// reported at the end has to be linear.
+// The steps of a conversion, in memory: of typical and dense applications, and of growing ones
+// whose actions all hang under the root, hang each in the one before, or are one chain of else-ifs.
+// The complexity that is reported of the growing ones has to be linear.
 
 #include <benchmark/benchmark.h>
 #include <cstdlib>
@@ -10,133 +10,147 @@
 #include "appfile/XmlDocumentReader.h"
 #include "appfile/XmlDocumentWriter.h"
 #include "dom/Serializer.h"
-#include "tests/support/LegacyFile.h"
+
+#include "bench/SampleApplication.h"
 
 namespace {
 
 using namespace zaf;
+using bench::SampleKind;
 
-enum Shape : std::int64_t { kFlat, kDeep };
+constexpr std::uint32_t kNumber = 1;  // Of the application of its kind; any will do.
 
-/// About 1.2 KB an action, most of it one block of HTML.
-std::string MakeApplication(std::int64_t count, std::int64_t shape) {
-  std::string html;
-  while (html.size() < 900)
-    html += "<TR><TD><@COLUMN NAME=\"ORDERS.TOTAL\"></TD><TD>Total of this order</TD></TR>\r\n";
-  test::LegacyFile file;
-  file.Text("titl", "Benchmark").Action("cntr", "A");
-  for (std::int64_t i = 0; i < count; ++i) {
-    file.Action("null", shape == kDeep ? "A" : "B", "A");
-    file.Text("rslt", html).Text("cmnt", "Shows the order.").Number("push", 1).Number("expd", 0);
-  }
-  return file.Bytes();
+void Check(bool is_done) {
+  if (!is_done) std::abort();
 }
 
 void Load(std::string_view bytes, TZanfoFile& file) {
   TDataFile data(AsBytes(bytes));
-  if (file.Load(data, nullptr) != Status::kOk) std::abort();
+  Check(file.Load(data, nullptr) == Status::kOk);
 }
 
-void Report(benchmark::State& state, std::size_t bytes) {
-  state.SetBytesProcessed(static_cast<std::int64_t>(bytes) * state.iterations());
-  state.SetComplexityN(state.range(0));
+void Write(const TZanfoFile& file, dom::OutputBuffer& output) {
+  const dom::Document document = dom::DOMImplementation::createDocument();
+  output.Clear();
+  Check(WriteXmlDocument(file.GetApplication(), RunOnlyMark::kNone, document) == Status::kOk &&
+        dom::Serialize(document, output));
 }
 
-void LoadLegacy(benchmark::State& state) {
-  const std::string bytes = MakeApplication(state.range(0), state.range(1));
+void LoadLegacy(benchmark::State& state, const std::string& bytes) {
   for (auto _ : state) {
     TZanfoFile file;
     Load(bytes, file);
     benchmark::DoNotOptimize(file);
   }
-  Report(state, bytes.size());
 }
 
-void BuildDocument(benchmark::State& state) {
-  const std::string bytes = MakeApplication(state.range(0), state.range(1));
+void BuildDocument(benchmark::State& state, const std::string& bytes) {
   TZanfoFile file;
   Load(bytes, file);
   for (auto _ : state) {
     const dom::Document document = dom::DOMImplementation::createDocument();
-    if (WriteXmlDocument(file.GetApplication(), RunOnlyMark::kNone, document) != Status::kOk)
-      std::abort();
+    Check(WriteXmlDocument(file.GetApplication(), RunOnlyMark::kNone, document) == Status::kOk);
   }
-  Report(state, bytes.size());
 }
 
-void Serialise(benchmark::State& state) {
+void Serialise(benchmark::State& state, const std::string& bytes) {
   TZanfoFile file;
-  Load(MakeApplication(state.range(0), state.range(1)), file);
+  Load(bytes, file);
   const dom::Document document = dom::DOMImplementation::createDocument();
-  if (WriteXmlDocument(file.GetApplication(), RunOnlyMark::kNone, document) != Status::kOk)
-    std::abort();
+  Check(WriteXmlDocument(file.GetApplication(), RunOnlyMark::kNone, document) == Status::kOk);
   dom::OutputBuffer output;
   for (auto _ : state) {
     output.Clear();
-    if (!dom::Serialize(document, output)) std::abort();
+    Check(dom::Serialize(document, output));
   }
-  Report(state, output.Size());
 }
 
-std::string MakeDocument(std::int64_t count, std::int64_t shape) {
-  TZanfoFile file;
-  Load(MakeApplication(count, shape), file);
-  const dom::Document document = dom::DOMImplementation::createDocument();
+void LoadXml(benchmark::State& state, const std::string& bytes) {
+  TZanfoFile original;
+  Load(bytes, original);
   dom::OutputBuffer output;
-  if (WriteXmlDocument(file.GetApplication(), RunOnlyMark::kNone, document) != Status::kOk ||
-      !dom::Serialize(document, output))
-    std::abort();
-  return std::string(output.View());
-}
-
-void LoadXml(benchmark::State& state) {
-  const std::string text = MakeDocument(state.range(0), state.range(1));
+  Write(original, output);
   for (auto _ : state) {
     TZanfoFile file;
-    Load(text, file);
+    Load(output.View(), file);
+    benchmark::DoNotOptimize(file);
   }
-  Report(state, text.size());
 }
 
-void Compare(benchmark::State& state) {
-  const std::string bytes = MakeApplication(state.range(0), state.range(1));
+void Compare(benchmark::State& state, const std::string& bytes) {
   TZanfoFile one;
   TZanfoFile two;
   Load(bytes, one);
   Load(bytes, two);
-  for (auto _ : state)
-    if (!one.IsEqual(two)) std::abort();
-  Report(state, bytes.size());
+  for (auto _ : state) Check(one.IsEqual(two));
 }
 
-void Convert(benchmark::State& state) {
-  const std::string bytes = MakeApplication(state.range(0), state.range(1));
+void Convert(benchmark::State& state, const std::string& bytes) {
   dom::OutputBuffer output;
   for (auto _ : state) {
     TZanfoFile file;
     Load(bytes, file);
-    const dom::Document document = dom::DOMImplementation::createDocument();
-    output.Clear();
-    if (WriteXmlDocument(file.GetApplication(), RunOnlyMark::kNone, document) != Status::kOk ||
-        !dom::Serialize(document, output))
-      std::abort();
+    Write(file, output);
   }
-  Report(state, bytes.size());
 }
 
-void Sizes(benchmark::internal::Benchmark* benchmark) {
-  for (const std::int64_t shape : {kFlat, kDeep})
-    for (const std::int64_t count : {50, 1'000, 10'000, 100'000}) benchmark->Args({count, shape});
-  benchmark->ArgNames({"actions", "deep"})
-      ->Complexity(benchmark::oN)
-      ->Unit(benchmark::kMicrosecond);
+struct TStep {
+  std::string name;
+  void (*run)(benchmark::State& state, const std::string& bytes);
+};
+
+struct TInput {
+  std::string name;
+  SampleKind kind;
+  bool grows;
+};
+
+/// Runs a step with the application of the size that the state's argument gives. Bytes a second
+/// are those of the legacy file.
+void Run(benchmark::State& state, const TStep& step, SampleKind kind) {
+  const auto size = static_cast<std::size_t>(state.range(0));
+  const std::string bytes = bench::MakeApplication(kind, kNumber, size);
+  step.run(state, bytes);
+  state.SetBytesProcessed(static_cast<std::int64_t>(bytes.size()) * state.iterations());
+  state.SetComplexityN(state.range(0));
 }
 
-BENCHMARK(LoadLegacy)->Apply(Sizes);
-BENCHMARK(BuildDocument)->Apply(Sizes);
-BENCHMARK(Serialise)->Apply(Sizes);
-BENCHMARK(LoadXml)->Apply(Sizes);
-BENCHMARK(Compare)->Apply(Sizes);
-BENCHMARK(Convert)->Apply(Sizes);
+void RegisterAll() {
+  const TStep steps[] = {
+      {"LoadLegacy",    LoadLegacy   },
+      {"BuildDocument", BuildDocument},
+      {"Serialise",     Serialise    },
+      {"LoadXml",       LoadXml      },
+      {"Compare",       Compare      },
+      {"Convert",       Convert      },
+  };
+  const TInput inputs[] = {
+      {"typical", SampleKind::kTypical, false},
+      {"dense",   SampleKind::kDense,   false},
+      {"flat",    SampleKind::kFlat,    true },
+      {"nested",  SampleKind::kNested,  true },
+      {"chain",   SampleKind::kChain,   true },
+  };
+  for (const TStep& step : steps)
+    for (const TInput& input : inputs) {
+      auto* const made = benchmark::RegisterBenchmark(
+          (step.name + '/' + input.name).c_str(),
+          [step, kind = input.kind](benchmark::State& state) { Run(state, step, kind); });
+      made->Unit(benchmark::kMicrosecond);
+      if (input.grows) {
+        made->RangeMultiplier(10)->Range(1'000, 100'000)->Complexity(benchmark::oN);
+      } else {
+        made->Arg(static_cast<std::int64_t>(bench::UsualSize(input.kind)));
+      }
+    }
+}
 
 }  // namespace
+
+int main(int argument_count, char** arguments) {
+  benchmark::Initialize(&argument_count, arguments);
+  if (benchmark::ReportUnrecognizedArguments(argument_count, arguments)) return 2;
+  RegisterAll();
+  benchmark::RunSpecifiedBenchmarks();
+  return 0;
+}

@@ -1,0 +1,63 @@
+// Counts the heap allocations of a program that is started with this library in LD_PRELOAD. The
+// count, a native 64-bit number, is kept in the file that ZAF2XML_ALLOCATIONS names, so that it is
+// there however the program ends.
+
+#include <atomic>
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <dlfcn.h>
+#include <fcntl.h>
+#include <sys/mman.h>
+#include <unistd.h>
+
+namespace {
+
+std::atomic<std::uint64_t> early_count;
+std::atomic<std::uint64_t>* count = &early_count;
+
+void Count() { count->fetch_add(1, std::memory_order_relaxed); }
+
+__attribute__((constructor)) void MapCount() {
+  const char* const path = std::getenv("ZAF2XML_ALLOCATIONS");
+  if (path == nullptr) return;
+  const int file = open(path, O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
+  if (file < 0 || ftruncate(file, sizeof(std::uint64_t)) != 0) std::abort();
+  void* const place =
+      mmap(nullptr, sizeof(std::uint64_t), PROT_READ | PROT_WRITE, MAP_SHARED, file, 0);
+  if (place == MAP_FAILED) std::abort();
+  close(file);
+  count = static_cast<std::atomic<std::uint64_t>*>(place);
+  count->store(early_count.load());
+}
+
+}  // namespace
+
+// glibc gives its own allocator under these names, too, which saves looking it up with dlsym, which
+// allocates itself.
+extern "C" {
+void* __libc_malloc(std::size_t size);
+void* __libc_calloc(std::size_t number, std::size_t size);
+void* __libc_realloc(void* block, std::size_t size);
+void* __libc_memalign(std::size_t alignment, std::size_t size);
+
+void* malloc(std::size_t size) {
+  Count();
+  return __libc_malloc(size);
+}
+
+void* calloc(std::size_t number, std::size_t size) {
+  Count();
+  return __libc_calloc(number, size);
+}
+
+void* realloc(void* block, std::size_t size) {
+  Count();
+  return __libc_realloc(block, size);
+}
+
+void* aligned_alloc(std::size_t alignment, std::size_t size) {
+  Count();
+  return __libc_memalign(alignment, size);
+}
+}
