@@ -29,6 +29,8 @@ class Node {
   explicit operator bool() const { return node_ != nullptr; }
   /// The same node (not: an equal one).
   friend bool operator==(Node left, Node right) { return left.node_ == right.node_; }
+  /// What the same node has in common and no other has: a key for dictionaries. Null for null.
+  [[nodiscard]] const void* GetIdentity() const { return node_; }
 
   [[nodiscard]] NodeType getNodeType() const;
   /// The name of an element, the target of an instruction, the name of a document type; for the

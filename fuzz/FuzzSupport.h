@@ -7,7 +7,10 @@
 #include <string>
 #include <string_view>
 
+#include "appfile/ProtectedDocument.h"
 #include "appfile/TZanfoFile.h"
+#include "appfile/XmlDocumentWriter.h"
+#include "dom/Serializer.h"
 
 namespace zaf::fuzz {
 
@@ -24,17 +27,19 @@ inline Status LoadBytes(std::string_view bytes, TZanfoFile& file) {
   return file.Load(data, nullptr);
 }
 
-/// Saves a file into memory and gives what was written.
-inline std::string SaveToXml(TZanfoFile& file, Protection protection) {
-  char* bytes = nullptr;
-  std::size_t size = 0;
-  TDataFile data(open_memstream(&bytes, &size));
-  const Status status = file.Save(data, nullptr, protection);
-  data.Close();
-  std::string saved(bytes, size);
-  std::free(bytes);
-  Require(status == Status::kOk, "what was loaded can be saved");
-  return saved;
+/// What saving a file would write, kept in memory: files and streams would cost more than all the
+/// rest. Everything that was loaded can be saved.
+inline std::string SaveToXml(const TZanfoFile& file, Protection protection = Protection::kPlain) {
+  const dom::Document document = dom::DOMImplementation::createDocument();
+  const bool is_protected = protection == Protection::kProtected;
+  const Status status = WriteXmlDocument(
+      file.GetApplication(), is_protected ? RunOnlyMark::kWritten : RunOnlyMark::kNone, document);
+  Require(status == Status::kOk, "what was loaded can be written");
+  dom::OutputBuffer output;
+  const bool is_saved = is_protected ? WriteProtected(document, output) == Status::kOk
+                                     : dom::Serialize(document, output);
+  Require(is_saved, "what was written can be saved");
+  return std::string(output.View());
 }
 
 }  // namespace zaf::fuzz

@@ -1,15 +1,18 @@
-// Any bytes as an XML document, behind a declaration and as they are: load and save.
+// Any bytes as an XML document: load and save. Without a declaration of its own a document gets
+// one.
 
 #include "fuzz/FuzzSupport.h"
+#include "fuzz/WellFormed.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using namespace zaf;
   const std::string_view input(reinterpret_cast<const char*>(data), size);
-  for (const std::string_view declaration :
-       {"<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>", ""}) {
-    TZanfoFile file;
-    const Status status = fuzz::LoadBytes(std::string(declaration).append(input), file);
-    if (status == Status::kOk) fuzz::SaveToXml(file, Protection::kPlain);
-  }
+  std::string document("<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>");
+  const bool is_whole = input.starts_with("<?xml ") || input.starts_with('\xFE') ||
+                        input.starts_with('\xFF') || input.starts_with('\xEF');
+  if (is_whole) document.clear();
+  TZanfoFile file;
+  if (fuzz::LoadBytes(document.append(input), file) == Status::kOk)
+    fuzz::Require(fuzz::IsWellFormed(fuzz::SaveToXml(file)), "a document is well-formed");
   return 0;
 }

@@ -11,12 +11,12 @@ namespace zaf::test {
 /// Loads a file, legacy or XML, from its bytes.
 Status LoadBytes(std::string_view bytes, TZanfoFile& file);
 
-/// Saves a file and gives what was written; "save failed" when it was not.
+/// Saves a file and gives what was written; "save failed" when it was not. Every plain document is
+/// checked against the project's document type definition; what xmllint complains of is added.
 std::string SaveToXml(TZanfoFile& file, Protection protection = Protection::kPlain);
 std::string SaveToLegacy(const TZanfoFile& file);
 
-/// Loads a file from its bytes and saves it as XML; "status 0x...." when it does not load. Every
-/// document is checked against the project's document type definition; the complaints are added.
+/// Loads a file from its bytes and saves it as XML; "status 0x...." when it does not load.
 std::string ToXml(std::string_view bytes);
 
 /// The element `name` of a document, from its first start tag to its last end tag, without the

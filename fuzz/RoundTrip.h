@@ -1,0 +1,38 @@
+#pragma once
+
+#include <string>
+
+#include "fuzz/FuzzSupport.h"
+#include "fuzz/NamedChanges.h"
+#include "fuzz/WellFormed.h"
+
+namespace zaf::fuzz {
+
+/// A small file can make a large document. That is bounded, but reading them all would slow the
+/// fuzzing down.
+constexpr std::size_t kLongestDocument = std::size_t{1} << 18;
+
+/// A document that the program wrote is well-formed, loads, and is written again with the same
+/// bytes as soon as no change by design applies to it any more; and from the third time on in any
+/// case.
+inline void RequireThatDocumentStays(std::string document) {
+  for (int i = 0; i < 3 && document.size() <= kLongestDocument; ++i) {
+    Require(IsWellFormed(document), "a document is well-formed");
+    TZanfoFile again;
+    if (const Status status = LoadBytes(document, again); status != Status::kOk) {
+      Require(status == Status::kMalformed && FindNamedChanges(document).contains(kNamelessJoin),
+              "a document loads");
+      return;
+    }
+    Require(again.IsEqual(again), "a file equals itself");
+    std::string next = SaveToXml(again);
+    if (next == document || WithoutSignatures(next) == WithoutSignatures(document)) return;
+    if (i == 2 || FindNamedChanges(document).empty()) {
+      std::fprintf(stderr, "%s\nbecomes\n%s\n", document.c_str(), next.c_str());
+      Require(false, "a document that was read is written alike");
+    }
+    document = std::move(next);
+  }
+}
+
+}  // namespace zaf::fuzz

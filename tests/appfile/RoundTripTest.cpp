@@ -1,0 +1,96 @@
+// Documents that are read and written again: the same bytes, but for what changes by design.
+
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "tests/support/Convert.h"
+
+#include "fuzz/NamedChanges.h"
+#include "fuzz/WellFormed.h"
+
+namespace zaf {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int kMostRounds = 3;
+
+std::string ReadFile(const fs::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+/// The samples, their sources and the seeds of the fuzz targets.
+std::vector<fs::path> Files() {
+  std::vector<fs::path> files;
+  for (const char* const directory : {"", "/../fuzz/corpus/legacy", "/../fuzz/corpus/xml"}) {
+    for (const auto& entry :
+         fs::recursive_directory_iterator(std::string(ZAF2XML_SAMPLES) + directory)) {
+      const std::string extension = entry.path().extension().string();
+      const bool is_other = extension == ".md" || extension == ".cpp" || extension == ".txt";
+      if (entry.is_regular_file() && !is_other) files.push_back(entry.path());
+    }
+  }
+  return files;
+}
+
+TEST(RoundTrip, DocumentsStayButForWhatChangesByDesign) {
+  std::map<std::string_view, int> changed;
+  int unchanged = 0;
+  for (const fs::path& path : Files()) {
+    SCOPED_TRACE(path);
+    TZanfoFile file;
+    if (test::LoadBytes(ReadFile(path), file) != Status::kOk) continue;
+    std::string document = test::SaveToXml(file);
+    for (int round = 0;; ++round) {
+      EXPECT_TRUE(fuzz::IsWellFormed(document)) << document;
+      const std::set<std::string_view> changes = fuzz::FindNamedChanges(document);
+      TZanfoFile again;
+      const Status status = test::LoadBytes(document, again);
+      if (status == Status::kMalformed && changes.contains(fuzz::kNamelessJoin)) break;
+      ASSERT_EQ(status, Status::kOk);
+      const std::string next = test::SaveToXml(again);
+      if (fuzz::WithoutSignatures(next) == fuzz::WithoutSignatures(document)) {
+        // The signature of a container or a jump, which became a results action, is another one.
+        unchanged += next == document ? 1 : 0;
+        break;
+      }
+      ASSERT_FALSE(changes.empty()) << document << "becomes\n" << next;
+      for (const std::string_view change : changes) ++changed[change];
+      ASSERT_LT(round, kMostRounds) << "it changes every time";
+      document = next;
+    }
+  }
+  EXPECT_GT(unchanged, 250);
+  // Each change by design is seen, so that the list above names none that has gone.
+  changed[fuzz::kNamelessJoin] = 1;  // Such a document is refused, see above.
+  for (const fuzz::TElementChange& change : fuzz::kElementChanges)
+    EXPECT_GT(changed[change.name], 0) << change.name;
+}
+
+TEST(RoundTrip, LegacyFilesReadBackEqual) {
+  for (const fs::path& path : Files()) {
+    SCOPED_TRACE(path);
+    TZanfoFile file;
+    if (test::LoadBytes(ReadFile(path), file) != Status::kOk) continue;
+    // Written once, a return in an output has got its line feed and names have been cut.
+    TZanfoFile once;
+    once.SetKind(file.GetApplication().kind);
+    if (test::LoadBytes(test::SaveToLegacy(file), once) != Status::kOk) continue;
+    const std::string written = test::SaveToLegacy(once);
+    TZanfoFile twice;
+    twice.SetKind(file.GetApplication().kind);
+    ASSERT_EQ(test::LoadBytes(written, twice), Status::kOk);
+    if (test::SaveToXml(once).find('\r') != std::string::npos) continue;
+    EXPECT_TRUE(twice.IsEqual(once));
+    EXPECT_EQ(test::SaveToLegacy(twice), written);
+    EXPECT_EQ(test::SaveToXml(twice), test::SaveToXml(once));
+  }
+}
+
+}  // namespace
+}  // namespace zaf
