@@ -71,8 +71,9 @@ class TCodeIndex {
   /// The row that has this code, or whose part has; null when none has.
   [[nodiscard]] const TProperty* Find(FourCharCode code) const {
     std::size_t place = PlaceOf(code);
-    while (entries_[place].code != code && entries_[place].code != kNoCode) place = Next(place);
-    return entries_[place].row;
+    const TEntry* entries = entries_.data();  // A place is never outside.
+    while (entries[place].code != code && entries[place].code != kNoCode) place = Next(place);
+    return entries[place].row;
   }
 
  private:

@@ -35,6 +35,18 @@ class Arena {
       std::memcpy(place, text.data(), text.size());
     return place;
   }
+  /// The same, and whether any character is below 0x20; tab, LF and CR are.
+  [[nodiscard]] char* Copy(std::string_view text, bool& has_controls) {
+    char* const place = static_cast<char*>(Allocate(text.size()));
+    if (place == nullptr) return nullptr;
+    unsigned found = 0;
+    std::size_t at = 0;
+    for (; text.size() - at > kBlock; at += kBlock)
+      found |= CopyBlock<Search::kControls>(text.data() + at, kBlock, place + at);
+    found |= CopyBlock<Search::kControls>(text.data() + at, text.size() - at, place + at);
+    has_controls = found != 0;
+    return place;
+  }
 
   /// Gives all memory back, and forgets that it ran out.
   void Clear();

@@ -90,7 +90,8 @@ class TreeMaker {
       return tree_.AdoptNode(NodeType::kCDATASection, InPlace(node.value()));
     TreeElement* const element = tree_.AdoptElement(NodeType::kElement, InPlace(node.name()));
     if (element == nullptr) return nullptr;
-    for (const pugi::xml_attribute attribute : node.attributes())
+    for (pugi::xml_attribute attribute = node.first_attribute(); attribute;
+         attribute = attribute.next_attribute())
       tree_.AppendAttribute(*element, InPlace(attribute.name()), Expanded(attribute.value()));
     return element;
   }

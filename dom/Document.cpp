@@ -11,8 +11,9 @@ namespace {
 /// A detached instruction or document type.
 TreeElement* MakeWithData(Tree& tree, NodeType type, std::string_view name, std::string_view data,
                           TextRule rule) {
-  TreeElement* const element = tree.MakeElement(type, name);
-  if (element != nullptr) tree.AppendAttribute(*element, tree.Copy(""), tree.CopyLegal(data, rule));
+  TreeElement* const element = tree.AdoptElement(type, Tree::InPlace(name));
+  if (element != nullptr)
+    tree.AppendAttribute(*element, Tree::InPlace(""), tree.CopyLegal(data, rule));
   return element;
 }
 
@@ -46,7 +47,8 @@ DocumentType Document::getDoctype() const {
 
 Element Document::createElement(std::string_view tag_name) const {
   assert(!tag_name.empty());
-  return tree_ ? Element(tree_->MakeElement(NodeType::kElement, tag_name), tree_.get()) : Element();
+  if (!tree_) return {};
+  return {tree_->AdoptElement(NodeType::kElement, Tree::InPlace(tag_name)), tree_.get()};
 }
 
 Text Document::createTextNode(std::string_view text) const {

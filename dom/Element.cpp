@@ -57,8 +57,8 @@ void Element::setAttribute(std::string_view name, std::string_view value) const 
 
 void Element::appendAttribute(std::string_view name, std::string_view value) const {
   if (node_ == nullptr) return;
-  const TreeText name_copy = tree_->Copy(name);
-  tree_->AppendAttribute(*Get(), name_copy, tree_->CopyLegal(value, TextRule::kAttribute));
+  tree_->AppendAttribute(*Get(), Tree::InPlace(name),
+                         tree_->CopyLegal(value, TextRule::kAttribute));
 }
 
 Element Element::getFirstChildElement(std::string_view name) const {
@@ -88,7 +88,7 @@ std::string_view Element::getTextContent() const {
 Element Element::appendElement(std::string_view name) const {
   assert(!name.empty());
   if (node_ == nullptr) return {};
-  TreeElement* const element = tree_->MakeElement(NodeType::kElement, name);
+  TreeElement* const element = tree_->AdoptElement(NodeType::kElement, Tree::InPlace(name));
   AppendNode(element);
   return {element, tree_};
 }

@@ -66,11 +66,13 @@ std::size_t ExpandReferences(char* text, std::size_t size) {
   const char* source = target;
   const char* const end = text + size;
   while (source != end) {
-    if (*source == '&') {
-      TakeReference(source, target);
-      continue;
-    }
-    *target++ = *source++;
+    TakeReference(source, target);
+    const void* const next = std::memchr(source, '&', static_cast<std::size_t>(end - source));
+    const char* const stop = next == nullptr ? end : static_cast<const char*>(next);
+    const auto count = static_cast<std::size_t>(stop - source);
+    std::memmove(target, source, count);
+    target += count;
+    source = stop;
   }
   return static_cast<std::size_t>(target - text);
 }

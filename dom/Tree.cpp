@@ -9,16 +9,6 @@ bool IsControl(char c) {
   return static_cast<unsigned char>(c) < 0x20 && c != '\t' && c != '\n' && c != '\r';
 }
 
-/// Whether any character is below 0x20; tab, LF and CR are.
-bool HasControls(std::string_view text) {
-  char copy[kBlock];
-  while (text.size() > kBlock) {
-    if (CopyBlock<Search::kControls>(text.data(), kBlock, copy) != 0) return true;
-    text.remove_prefix(kBlock);
-  }
-  return CopyBlock<Search::kControls>(text.data(), text.size(), copy) != 0;
-}
-
 /// Whether `c` between `before` and `after` (NUL: the end) has to become a blank.
 bool IsBarred(char before, char c, char after, TextRule rule) {
   switch (rule) {
@@ -57,17 +47,18 @@ void Tree::Detach(TreeNode& node) {
 }
 
 TreeText Tree::CopyLegal(std::string_view text, TextRule rule) {
-  TreeText copy = Copy(text);
-  if (copy.data == nullptr || (rule == TextRule::kAttribute && !HasControls(text))) return copy;
-  char* const begin = const_cast<char*>(copy.data);  // Memory of the arena, which is not constant.
+  if (text.size() > std::numeric_limits<std::uint32_t>::max()) return TooLong();
+  bool has_controls = false;
+  char* const begin = arena_.Copy(text, has_controls);
+  const TreeText copy{begin, static_cast<std::uint32_t>(text.size())};
+  if (begin == nullptr || (rule == TextRule::kAttribute && !has_controls)) return copy;
   char* const end = std::remove_if(begin, begin + text.size(), IsControl);
   char before = '\0';
   for (char* p = begin; p != end; ++p) {
     if (IsBarred(before, *p, p + 1 == end ? '\0' : p[1], rule)) *p = ' ';
     before = *p;
   }
-  copy.size = static_cast<std::uint32_t>(end - begin);
-  return copy;
+  return {begin, static_cast<std::uint32_t>(end - begin)};
 }
 
 }  // namespace dom

@@ -96,6 +96,10 @@ class Tree {
     if (text.size() > std::numeric_limits<std::uint32_t>::max()) return TooLong();
     return {arena_.Copy(text), static_cast<std::uint32_t>(text.size())};
   }
+  /// A name, which stays where it is.
+  static TreeText InPlace(std::string_view name) {
+    return {name.data(), static_cast<std::uint32_t>(name.size())};
+  }
   /// A copy that obeys the rule.
   TreeText CopyLegal(std::string_view text, TextRule rule);
 
@@ -115,9 +119,6 @@ class Tree {
     };
   }
   TreeNode* MakeNode(NodeType type, std::string_view text) { return AdoptNode(type, Copy(text)); }
-  TreeElement* MakeElement(NodeType type, std::string_view name) {
-    return AdoptElement(type, Copy(name));
-  }
 
   void AppendAttribute(TreeElement& element, TreeText name, TreeText value) {
     const bool is_copied = name.data != nullptr && value.data != nullptr;

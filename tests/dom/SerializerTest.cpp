@@ -102,13 +102,14 @@ TEST(Serializer, EscapesAtEachPlaceOfATextOfEachLength) {
       std::string value = text;
       if (place < length) value.replace(place, 1, "&#10;");
       const Document document = DOMImplementation::createDocument();
-      const Element element = document.createElement(std::string(length, 'n'));
+      const std::string element_name(length, 'n');
+      const std::string attribute_name(length, 'm');
+      const Element element = document.createElement(element_name);
       document.appendChild(element);
-      element.setAttribute(std::string(length, 'm'), text);
+      element.setAttribute(attribute_name, text);
       element.appendText(text);
-      std::string expected =
-          Join({"<", std::string(length, 'n'), " ", std::string(length, 'm'), "=\"", value, "\">",
-                text, "</", std::string(length, 'n'), ">\n"});
+      std::string expected = Join({"<", element_name, " ", attribute_name, "=\"", value, "\">",
+                                   text, "</", element_name, ">\n"});
       ASSERT_EQ(Serialized(document), expected) << length << " " << place;
 
       std::replace(text.begin(), text.end(), '\n', '&');
