@@ -98,6 +98,20 @@ class Writer {
     out_ = CopyLiteral(after, Copy(text, CopyLiteral(before, out_)));
   }
 
+  /// An element without attributes and its text, if both are short and nothing is to be escaped:
+  /// what most elements are. False when nothing was written.
+  bool PutShortElement(std::string_view name, std::string_view text) {
+    if (name.size() > kBlock || text.size() > kBlock || !Reserve(2 * name.size() + kBlock + 5))
+      return false;
+    char* const start = CopyLiteral("<", out_);
+    char* out = CopyLiteral(">", Copy(name, start));
+    if (CopyBlock<Search::kTextSpecials>(text.data(), text.size(), out) != 0) return false;
+    out = CopyLiteral("</", out + text.size());
+    CopyBlock<Search::kNothing>(start, kBlock, out);  // The name once more.
+    out_ = CopyLiteral(">", out + name.size());
+    return true;
+  }
+
   void PutAttribute(std::string_view name, std::string_view value) {
     if (!Reserve(name.size() + value.size() + kBlock)) return;
     char* const out = CopyLiteral("=\"", Copy(name, CopyLiteral(" ", out_)));
@@ -217,13 +231,16 @@ class TreeWriter {
   }
 
   const TreeNode* OpenElement(const TreeElement& element) {
+    const TreeNode* const child = element.first_child;
+    const bool is_one_text = child != nullptr && child->next == nullptr && IsText(*child);
+    if (is_one_text && child->type == NodeType::kText && child->text_size != 0 &&
+        element.first_attribute == nullptr && out_.PutShortElement(element.Text(), child->Text()))
+      return nullptr;
     out_.Put("<", element.Text(), "");
     for (const TreeAttribute* attribute = element.first_attribute; attribute != nullptr;
          attribute = attribute->next)
       out_.PutAttribute(attribute->name.View(), attribute->value.View());
 
-    const TreeNode* const child = element.first_child;
-    const bool is_one_text = child != nullptr && child->next == nullptr && IsText(*child);
     if (child == nullptr ||
         (is_one_text && child->type == NodeType::kText && child->text_size == 0)) {
       out_.Put("/>");
