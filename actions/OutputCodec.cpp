@@ -21,13 +21,11 @@ void TOutputCodec::WriteXml(const TProperty& row, const void* field,
 Status TOutputCodec::ReadXml(const TProperty& row, void* field, const TXmlReadScope& scope) const {
   const dom::Element reference = scope.element.getFirstChildElement(row.name);
   if (!reference) return Status::kOk;
-  const dom::Element output = scope.context.outputs.Find(reference.getAttribute("Ref"));
-  if (!output) return Status::kOk;
-  std::string joined;
-  const std::string_view text = output.getTextContent(joined);
-  if (const Status status = scope.context.references.Charge(text.size()); status != Status::kOk)
+  const std::string_view* const text = scope.context.outputs.Find(reference.getAttribute("Ref"));
+  if (text == nullptr) return Status::kOk;
+  if (const Status status = scope.context.references.Charge(text->size()); status != Status::kOk)
     return status;
-  *static_cast<CText*>(field) = text;
+  *static_cast<CText*>(field) = *text;
   return Status::kOk;
 }
 

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "actions/DataSourceKinds.h"
+#include "actions/TDataSourceIndex.h"
 #include "actions/WriteTextElement.h"
 #include "foundation/CCipherText.h"
 #include "foundation/TByteReader.h"
@@ -19,19 +20,6 @@ constexpr TVocabulary kTypeNames{kNamedDataSourceKinds, TVocabulary::Fallback::k
 std::string_view KindWord(FourCharCode host_type) {
   const std::string_view word = kKinds.WordOf(static_cast<std::int32_t>(host_type));
   return word.empty() ? kDefaultDataSourceKind.word : word;
-}
-
-void ReadLogin(dom::Element source, CText& user_name, CText& password) {
-  const dom::Element info = source.getFirstChildElement("UserInfo");
-  const bool is_enciphered = info.getAttribute("Encrypted") == "True";
-  const auto read = [&](std::string_view name, CText& field) {
-    std::string joined;
-    CCipherText text(info.getFirstChildElement(name).getTextContent(joined));
-    if (is_enciphered) text.Decipher();
-    field = text.View();
-  };
-  read("UserName", user_name);
-  read("Password", password);
 }
 
 }  // namespace
@@ -69,18 +57,40 @@ Status TDataSource::WriteXml(TXmlWriteContext& context, dom::Element& developmen
              : WriteElement(context, deployment_login, deployment);
 }
 
-Status TDataSource::ReadXml(const TXmlReadContext& context, dom::Element development,
-                            dom::Element deployment) {
-  const Status status = ReadXmlRows(Properties(), this, {context, development});
-  if (status != Status::kOk) return status;
-  UpdateTypeName();
-  ReadLogin(development, user_name, password);
-  ReadLogin(deployment, deployment_user_name, deployment_password);
+Status TDataSource::ReadXml(const TXmlReadContext& context, std::string_view development,
+                            std::string_view deployment) {
+  context.data_sources.Read(context, development, *this);
+  if (deployment == development) {
+    deployment_user_name = user_name;
+    deployment_password = password;
+  } else {
+    context.data_sources.ReadLogin(context, deployment, deployment_user_name, deployment_password);
+  }
   std::size_t size = 0;
   for (const CText* text : {&data_source, &host, &database, &dbms, &user_name, &password,
                             &deployment_user_name, &deployment_password})
     size += text->GetCharacterCount();
   return context.references.Charge(size);
+}
+
+void TDataSource::ReadElement(const TXmlReadContext& context, dom::Element element) {
+  // The rows are texts and a kind that has a word for every text: none refuses anything.
+  static_cast<void>(ReadXmlRows(Properties(), this, {context, element}));
+  UpdateTypeName();
+  ReadLogin(element, user_name, password);
+}
+
+void TDataSource::ReadLogin(dom::Element element, CText& user_name, CText& password) {
+  const dom::Element info = element.getFirstChildElement("UserInfo");
+  const bool is_enciphered = info.getAttribute("Encrypted") == "True";
+  const auto read = [&](std::string_view name, CText& field) {
+    std::string joined;
+    CCipherText text(info.getFirstChildElement(name).getTextContent(joined));
+    if (is_enciphered) text.Decipher();
+    field = text.View();
+  };
+  read("UserName", user_name);
+  read("Password", password);
 }
 
 /// Each text has its length before it, so that no two lists of texts have the same key.

@@ -39,17 +39,25 @@ struct TDataSource {
   Status WriteXml(TXmlWriteContext& context, dom::Element& development,
                   dom::Element& deployment) const;
 
-  /// Takes everything from the development element but the user and password of the deployment.
-  /// A null element leaves its fields empty.
-  Status ReadXml(const TXmlReadContext& context, dom::Element development, dom::Element deployment);
+  /// Takes everything from the element with the ID `development` but the user and password of the
+  /// deployment, which are those of the element `deployment`. An ID that is not there leaves its
+  /// fields empty. kMalformed when all references together take too much.
+  Status ReadXml(const TXmlReadContext& context, std::string_view development,
+                 std::string_view deployment);
 
  private:
+  friend class TDataSourceIndex;
+
   struct TLogin {
     std::string_view user_name;
     std::string_view password;
     bool operator==(const TLogin&) const = default;
   };
 
+  /// Takes from one element what that has: all but the deployment user and password. A null element
+  /// leaves it empty.
+  void ReadElement(const TXmlReadContext& context, dom::Element element);
+  static void ReadLogin(dom::Element element, CText& user_name, CText& password);
   [[nodiscard]] std::string KeyOfContent(const TLogin& login) const;
   Status WriteElement(TXmlWriteContext& context, const TLogin& login, dom::Element& element) const;
 };

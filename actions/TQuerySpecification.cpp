@@ -16,9 +16,10 @@ constexpr std::size_t kAssignmentNameWidth = 32;
 constexpr std::size_t kAssignmentValueWidth = 256;
 constexpr std::size_t kLongAssignmentValueWidth = 1024;
 
-/// The order of the base's legacy sections; the assignments go before the comments.
-constexpr FourCharCode kOrderBeforeAssignments[] = {Code("pare"), Code("none"), Code("rslt"),
-                                                    Code("err ")};
+constexpr FourCharCode kParent = Code("pare");
+/// The order of the base's legacy sections behind the parent; the assignments go before the
+/// comments.
+constexpr FourCharCode kOrderBeforeAssignments[] = {Code("none"), Code("rslt"), Code("err ")};
 constexpr FourCharCode kOrderBehindAssignments[] = {Code("cmnt"), Code("push"), Code("expd")};
 
 constexpr std::int32_t kFirstPropertyId = 1;
@@ -70,7 +71,7 @@ std::span<const TProperty> TQuerySpecification::Properties() {
       Output<&Action::results_>(Code("rslt"), "ResultsOutput", ".Results"),
       Output<&Action::no_results_>(Code("none"), "NoResultsOutput", ".NoResults"),
       Output<&Action::error_>(Code("err "), "ErrorOutput", ".Error"),
-      Carried<&Action::parent_name_>(Code("pare")),
+      Carried<&Action::parent_name_>(kParent),
   };
   return kRows;
 }
@@ -165,6 +166,9 @@ Status TQuerySpecification::WriteLegacy(TDataFile& file, std::uint32_t& offset,
 }
 
 Status TQuerySpecification::WriteLegacyProperties(TSectionWriter& out) const {
+  if (const CText& parent_name = GetParentName(); !parent_name.IsEmpty()) {
+    if (const Status status = out.Write(kParent, parent_name); status != Status::kOk) return status;
+  }
   if (const Status status = WriteInOrder(kOrderBeforeAssignments, *this, out);
       status != Status::kOk)
     return status;
@@ -191,6 +195,13 @@ Status TQuerySpecification::WriteAssignments(FourCharCode code, std::size_t valu
     append(assignment.value.View(), value_width);
   }
   return out.Write(code, AsBytes(records));
+}
+
+const CText& TQuerySpecification::GetParentName() const {
+  const bool is_below_root = tree_entry_ != nullptr && tree_entry_->parent != nullptr &&
+                             tree_entry_->parent != tree_entry_;
+  return parent_name_.IsEmpty() && is_below_root ? tree_entry_->parent->action->GetName()
+                                                 : parent_name_;
 }
 
 const TActionEntry* TQuerySpecification::GetNextInTree() const {

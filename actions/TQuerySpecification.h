@@ -116,8 +116,9 @@ class TQuerySpecification : public heap::TPooledObject {
   [[nodiscard]] const CText& GetName() const { return name_; }
   void SetName(std::string_view name) { name_ = name; }
   [[nodiscard]] FourCharCode GetTypeCode() const { return type_code_; }
-  /// The name of the action that this one hangs under, as the legacy file tells it.
-  [[nodiscard]] const CText& GetParentName() const { return parent_name_; }
+  /// The name of the action that this one hangs under: as the legacy file tells it, else, for one
+  /// below the root of a tree, as that action has it.
+  [[nodiscard]] const CText& GetParentName() const;
   void SetParentName(std::string_view name) { parent_name_ = name; }
   // The texts; null is ignored.
   void SetResults(const char* text);
@@ -149,7 +150,7 @@ class TQuerySpecification : public heap::TPooledObject {
   CText name_;
   FourCharCode type_code_ = kTypeCode;
   bool push_results_ = false;
-  CText parent_name_;
+  CText parent_name_;  ///< Empty: that of the entry above. A copy for each child could be huge.
   bool is_expanded_ = false;
   bool has_long_assignments_ = false;  ///< A section of long values was read: it counts alone.
   const TActionEntry* tree_entry_ = nullptr;

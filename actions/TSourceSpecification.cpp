@@ -45,9 +45,8 @@ Status TSourceSpecification::WriteXml(TXmlWriteContext& context, dom::Element el
 }
 
 Status TSourceSpecification::ReadXml(const TXmlReadContext& context, dom::Element element) {
-  const Status status = data_source_.ReadXml(
-      context, context.data_sources.Find(element.getAttribute(kDevelopmentAttribute)),
-      context.data_sources.Find(element.getAttribute(kDeploymentAttribute)));
+  const Status status = data_source_.ReadXml(context, element.getAttribute(kDevelopmentAttribute),
+                                             element.getAttribute(kDeploymentAttribute));
   return status == Status::kOk ? Table::ReadXml(context, element) : status;
 }
 

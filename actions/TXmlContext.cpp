@@ -7,8 +7,8 @@
 namespace zaf {
 namespace {
 
-constexpr std::uint64_t kReferencedPerByte = 64;
-constexpr std::uint64_t kLeastReferenced = 64 << 20;
+constexpr std::uint64_t kReferencedPerByte = 32;
+constexpr std::uint64_t kLeastReferenced = 4 << 20;
 
 std::uint64_t ProcessSeed() {
   static const std::uint64_t seed = [] {
@@ -29,16 +29,17 @@ std::size_t TSeededHash::operator()(std::string_view text) const {
   return static_cast<std::size_t>(hash ^ hash >> 33);
 }
 
-TElementIndex::TElementIndex(dom::Element container, std::string_view name) {
-  for (dom::Element element = container.getFirstChildElement(name); element;
-       element = element.getNextSiblingElement(name)) {
-    elements_.try_emplace(element.getAttribute("ID"), element);
+TOutputIndex::TOutputIndex(dom::Element outputs) {
+  for (dom::Element output = outputs.getFirstChildElement("Output"); output;
+       output = output.getNextSiblingElement("Output")) {
+    const auto [place, is_new] = texts_.try_emplace(output.getAttribute("ID"));
+    if (is_new) place->second = output.getTextContent();
   }
 }
 
-dom::Element TElementIndex::Find(std::string_view id) const {
-  const auto found = elements_.find(id);
-  return found == elements_.end() ? dom::Element() : found->second;
+const std::string_view* TOutputIndex::Find(std::string_view id) const {
+  const auto found = texts_.find(id);
+  return found == texts_.end() ? nullptr : &found->second;
 }
 
 dom::Element TElementRegistry::Find(const std::string& key) const {

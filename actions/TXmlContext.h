@@ -20,19 +20,21 @@ struct TSeededHash {
 template <class Value>
 using TTextIndex = std::unordered_map<std::string_view, Value, TSeededHash>;
 
-/// The elements of a document by the value of their `ID` attribute. Of several elements with one
-/// ID the first counts. Refers to the document, which outlives it.
-class TElementIndex {
- public:
-  TElementIndex() = default;
-  /// Indexes the child elements of `container` that are named `name`.
-  TElementIndex(dom::Element container, std::string_view name);
+class TDataSourceIndex;
 
-  /// The element with this ID; a null one when there is none.
-  [[nodiscard]] dom::Element Find(std::string_view id) const;
+/// The output blocks of a document by the IDs of their elements. Of several with one ID the first
+/// counts. Each block is put together once, however many pieces it has and actions refer to it.
+/// Refers to the document, which outlives it and keeps the texts.
+class TOutputIndex {
+ public:
+  /// Indexes the `Output` elements in `outputs`.
+  explicit TOutputIndex(dom::Element outputs);
+
+  /// The text of the output with this ID; null when there is none.
+  [[nodiscard]] const std::string_view* Find(std::string_view id) const;
 
  private:
-  TTextIndex<dom::Element> elements_;
+  TTextIndex<std::string_view> texts_;
 };
 
 /// Elements of a list that are found again by a key of their content, so that equal ones are
@@ -68,7 +70,7 @@ dom::Element AppendDataSource(TXmlWriteContext& context);
 /// reference makes a copy, and a small document may refer to a long text any number of times.
 class TReferenceBudget {
  public:
-  /// `document_size` in bytes: 64 times as much may be copied, and at least 64 MiB.
+  /// `document_size` in bytes: 32 times as much may be copied, and at least 4 MiB.
   explicit TReferenceBudget(std::size_t document_size);
 
   /// kMalformed when the limit is passed, and from then on.
@@ -80,8 +82,8 @@ class TReferenceBudget {
 
 /// What the actions share while they are read from one document, which outlives it.
 struct TXmlReadContext {
-  TElementIndex outputs;       ///< `Output` elements by ID.
-  TElementIndex data_sources;  ///< `DataSource` elements by ID.
+  TOutputIndex outputs;
+  TDataSourceIndex& data_sources;
   TReferenceBudget& references;
 };
 

@@ -53,7 +53,7 @@ TActionEntry& TActionTree::Adopt(std::unique_ptr<TQuerySpecification> action) {
 }
 
 void TActionTree::Hang(TActionEntry& entry, TActionEntry& parent) {
-  entry.action->SetParentName(parent.action->GetName().View());
+  entry.action->SetParentName({});
   Link(entry, parent);
 }
 

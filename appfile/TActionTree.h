@@ -34,7 +34,7 @@ class TActionTree {
 
   /// Takes an action without placing it.
   TActionEntry& Adopt(std::unique_ptr<TQuerySpecification> action);
-  /// Makes an adopted entry the last child of `parent`; its action is told the parent's name.
+  /// Makes an adopted entry the last child of `parent`, whatever its action said of its parent.
   static void Hang(TActionEntry& entry, TActionEntry& parent);
 
   /// The entry behind this one in depth-first order; null behind the last.

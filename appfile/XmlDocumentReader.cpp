@@ -3,6 +3,7 @@
 #include <utility>
 #include <vector>
 
+#include "actions/TDataSourceIndex.h"
 #include "actions/TXmlContext.h"
 #include "appfile/ProgramTree.h"
 #include "dom/dom.h"
@@ -50,12 +51,10 @@ Status ReadXmlDocument(std::span<std::byte> text, const TQuerySpecificationServe
   if (root_name != "ZAF" && root_name != "ZCF") return Status::kMalformed;
   if (root_name == "ZCF") application.kind = DocumentKind::kClassFile;
   const dom::Element data_sources = root.getFirstChildElement("DataSources");
+  TDataSourceIndex data_source_index(data_sources);
   TReferenceBudget references(text.size());
-  const TXmlReadContext context{
-      TElementIndex(root.getFirstChildElement("Outputs"), "Output"),
-      TElementIndex(data_sources, "DataSource"),
-      references,
-  };
+  const TXmlReadContext context{TOutputIndex(root.getFirstChildElement("Outputs")),
+                                data_source_index, references};
   Status status = ReadXmlRows(TApplication::Properties(), &application, {context, root});
   if (status != Status::kOk) return status;
   status = ReadDefaultDataSource(data_sources, context, application);

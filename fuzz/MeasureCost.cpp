@@ -126,6 +126,34 @@ std::string ManyAttributes(std::size_t size) {
   return Document(element + "/>");
 }
 
+/// So many of the actions, which each refer to a text of half the size, that they may do so.
+std::string Referring(std::string_view action, std::size_t size) {
+  const std::size_t allowed = std::max<std::size_t>(16 * size, 4 << 20) / (size / 2 + 1);
+  return Repeat(action, std::min(size / 2, (allowed - 1) * action.size()));
+}
+
+/// Actions with every pair of so many development and deployment data sources: no two alike.
+std::string AllPairs(std::size_t size) {
+  std::string sources;
+  std::string actions;
+  for (int i = 0; actions.size() + sources.size() < size; ++i) {
+    const std::string id = std::to_string(i);
+    sources += "<DataSource ID='" + id + "'><DSN>" + id + "</DSN><UserInfo><UserName>" + id +
+               "</UserName></UserInfo></DataSource>";
+    for (int j = 0; j < i; ++j) {
+      actions += "<DirectDBMSAction DSID='" + id + "' DeploymentDSID='" + std::to_string(j) + "'/>";
+    }
+  }
+  return Document(actions, "", "", sources);
+}
+
+std::string DataSources(std::size_t size) {
+  std::string sources;
+  for (int i = 0; sources.size() < size; ++i)
+    sources += "<DataSource ID='" + std::to_string(i) + "'/>";
+  return Document("<IfAction/>", "", "", sources);
+}
+
 struct TCase {
   const char* name;
   std::function<std::string(std::size_t)> make;
@@ -241,7 +269,7 @@ const TCase kCases[] = {
      }                                                                                                                                },
     {"document: one output, many references",
      [](std::size_t size) {
-       return Document(Repeat("<IfAction><ResultsOutput Ref='x'/></IfAction>", size / 2), "",
+       return Document(Referring("<IfAction><ResultsOutput Ref='x'/></IfAction>", size), "",
                        "<Output ID='x'>" + std::string(size / 2, '\'') + "</Output>");
      }                                                                                                                                },
     {"document: outputs of one name",
@@ -274,6 +302,19 @@ const TCase kCases[] = {
          info += " a" + std::to_string(i) + "=''";
        return Document(Repeat("<DirectDBMSAction DSID='x'/>", size / 2), "", "",
                        "<DataSource ID='x'>" + info + "/></DataSource>");
+     }                                                                                                                                },
+    {"document: one data source of a long name, many references",
+     [](std::size_t size) {
+       return Document(
+           Referring("<DirectDBMSAction DSID='x'/>", size), "", "",
+           "<DataSource ID='x'><DSN>" + std::string(size / 2, '\'') + "</DSN></DataSource>");
+     }                                                                                                                                },
+    {"document: all pairs of data sources",                         &AllPairs                                                         },
+    {"document: data sources without anything",                     &DataSources                                                      },
+    {"document: one output of many elements, many references",
+     [](std::size_t size) {
+       return Document(Repeat("<IfAction><ResultsOutput Ref='x'/></IfAction>", size / 2), "",
+                       "<Output ID='x'>" + Repeat("<x/>", size / 2) + "</Output>");
      }                                                                                                                                },
     {"document: many actions under one of a long name",
      [](std::size_t size) {

@@ -187,6 +187,15 @@ INSTANTIATE_TEST_SUITE_P(
                     "<Program><ActionRef Ref=\"A\"/></Program>", "Program"},
         HostileCase{"ReferencesDeep", DeepProgram("GroupAction"), "<DataSources/>", "DataSources"},
         HostileCase{"ElseIfsDeep", DeepProgram("ElseIfAction"), "<DataSources/>", "DataSources"},
+        HostileCase{"DataSourceOfManyElementsShared",
+                    DocumentWith(Repeat("<DirectDBMSAction DSID='x'/>", kDeep / 4), "",
+                                 "<DataSource ID='x'>" + Repeat("<x/>", kDeep) + "</DataSource>"),
+                    "<DSN/>", "DSN"},
+        HostileCase{
+            "OutputOfManyPiecesShared",
+            DocumentWith(Repeat("<IfAction><ResultsOutput Ref='x'/></IfAction>", kDeep / 4), "", "",
+                         "<Output ID='x'>" + Repeat("<![CDATA[]]>", kDeep) + "</Output>"),
+            "<Outputs/>", "Outputs"},
         HostileCase{"ReferencesDeepWithoutActions",
                     DocumentWith("<GroupAction ID='A'/>", Repeat("<ActionRef Ref='A'>", kDeep) +
                                                               Repeat("</ActionRef>", kDeep)),
@@ -194,6 +203,16 @@ INSTANTIATE_TEST_SUITE_P(
     kName);
 
 INSTANTIATE_TEST_SUITE_P(Lists, HostileFile, testing::ValuesIn(Lists()), kName);
+
+TEST(HostileDocument, NameOfAParentIsNotCopiedForEachChild) {
+  TZanfoFile file;
+  ASSERT_EQ(test::LoadBytes(DocumentWith("<IfAction ID='A'/><IfAction ID='B'/>",
+                                         "<ActionRef Ref='A'><ActionRef Ref='B'/></ActionRef>"),
+                            file),
+            Status::kOk);
+  const TActionEntry& parent = *file.GetApplication().actions.GetRoot()->first_child;
+  EXPECT_EQ(&parent.first_child->action->GetParentName(), &parent.action->GetName());
+}
 
 TEST(ProtectedDocument, CutAnywhereIsRefused) {
   TZanfoFile file;
