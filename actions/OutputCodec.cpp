@@ -1,8 +1,7 @@
 #include "actions/OutputCodec.h"
 
-#include <string>
-
 #include "actions/WriteTextElement.h"
+#include "foundation/Heap.h"
 
 namespace zaf {
 
@@ -10,7 +9,7 @@ void TOutputCodec::WriteXml(const TProperty& row, const void* field,
                             const TXmlWriteScope& scope) const {
   const auto& text = *static_cast<const CText*>(field);
   if (text.IsEmpty()) return;
-  std::string id(scope.action_name);
+  heap::TPooledString id(scope.action_name);
   id += row.detail;
   const dom::Element output = WriteTextElement(scope.context.outputs, "Output", text.View());
   output.appendAttribute("ID", id);

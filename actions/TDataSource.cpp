@@ -94,14 +94,14 @@ void TDataSource::ReadLogin(dom::Element element, CText& user_name, CText& passw
 }
 
 /// Each text has its length before it, so that no two lists of texts have the same key.
-std::string TDataSource::KeyOfContent(const TLogin& login) const {
+heap::TPooledString TDataSource::KeyOfContent(const TLogin& login) const {
   const std::string_view texts[] = {KindWord(host_type), data_source.View(), dbms.View(),
                                     host.View(),         database.View(),    login.user_name,
                                     login.password};
   std::byte length[4];
   std::size_t size = 0;
   for (const std::string_view text : texts) size += sizeof length + text.size();
-  std::string key;
+  heap::TPooledString key;
   key.reserve(size);
   for (const std::string_view text : texts) {
     StoreU32(static_cast<std::uint32_t>(text.size()), length);
@@ -112,7 +112,7 @@ std::string TDataSource::KeyOfContent(const TLogin& login) const {
 
 Status TDataSource::WriteElement(TXmlWriteContext& context, const TLogin& login,
                                  dom::Element& element) const {
-  std::string key = KeyOfContent(login);
+  heap::TPooledString key = KeyOfContent(login);
   element = context.action_data_sources.Find(key);
   if (element) return Status::kOk;
   CCipherText user_text(login.user_name);

@@ -58,7 +58,7 @@ struct TDataSource {
   /// leaves it empty.
   void ReadElement(const TXmlReadContext& context, dom::Element element);
   static void ReadLogin(dom::Element element, CText& user_name, CText& password);
-  [[nodiscard]] std::string KeyOfContent(const TLogin& login) const;
+  [[nodiscard]] heap::TPooledString KeyOfContent(const TLogin& login) const;
   Status WriteElement(TXmlWriteContext& context, const TLogin& login, dom::Element& element) const;
 };
 

@@ -42,12 +42,12 @@ const std::string_view* TOutputIndex::Find(std::string_view id) const {
   return found == texts_.end() ? nullptr : &found->second;
 }
 
-dom::Element TElementRegistry::Find(const std::string& key) const {
+dom::Element TElementRegistry::Find(const heap::TPooledString& key) const {
   const auto found = elements_.find(key);
   return found == elements_.end() ? dom::Element() : found->second;
 }
 
-void TElementRegistry::Remember(std::string key, dom::Element element) {
+void TElementRegistry::Remember(heap::TPooledString key, dom::Element element) {
   elements_.try_emplace(std::move(key), element);
 }
 

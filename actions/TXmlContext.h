@@ -2,11 +2,14 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 
 #include "dom/dom.h"
+#include "foundation/Heap.h"
 #include "foundation/Status.h"
 
 namespace zaf {
@@ -18,7 +21,9 @@ struct TSeededHash {
 
 /// A dictionary whose keys are texts that belong to somebody else, who outlives it.
 template <class Value>
-using TTextIndex = std::unordered_map<std::string_view, Value, TSeededHash>;
+using TTextIndex =
+    std::unordered_map<std::string_view, Value, TSeededHash, std::equal_to<>,
+                       heap::TPooledAllocator<std::pair<const std::string_view, Value>>>;
 
 class TDataSourceIndex;
 
@@ -42,14 +47,13 @@ class TOutputIndex {
 class TElementRegistry {
  public:
   /// The element that was remembered under `key`; a null one when there is none.
-  [[nodiscard]] dom::Element Find(const std::string& key) const;
-  void Remember(std::string key, dom::Element element);
+  [[nodiscard]] dom::Element Find(const heap::TPooledString& key) const;
+  void Remember(heap::TPooledString key, dom::Element element);
 
  private:
-  struct THash {
-    std::size_t operator()(const std::string& key) const { return TSeededHash()(key); }
-  };
-  std::unordered_map<std::string, dom::Element, THash> elements_;
+  std::unordered_map<heap::TPooledString, dom::Element, TSeededHash, std::equal_to<>,
+                     heap::TPooledAllocator<std::pair<const heap::TPooledString, dom::Element>>>
+      elements_;
 };
 
 /// What the actions of one application share while they are written into one document. The

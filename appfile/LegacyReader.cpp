@@ -53,8 +53,8 @@ Status ReadLegacyApplication(TDataFile& file, const TQuerySpecificationServer& s
     if (entry.code == kActionEntry) {
       status = ReadAction(file, entry.offset, server, application, is_too_new);
     } else {
-      ReadLegacyRow(index, &application,
-                    {&file, entry.code, entry.offset, entry.length, nullptr}, status);
+      ReadLegacyRow(index, &application, {&file, entry.code, entry.offset, entry.length, nullptr},
+                    status);
     }
     if (status != Status::kOk) return status;
   }

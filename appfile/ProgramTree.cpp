@@ -2,7 +2,8 @@
 
 #include <cstddef>
 #include <string_view>
-#include <vector>
+
+#include "foundation/Heap.h"
 
 namespace zaf {
 namespace {
@@ -48,7 +49,7 @@ class TActionIndex {
 
   std::span<TActionEntry* const> entries_;
   TTextIndex<std::size_t> first_of_id_;
-  std::vector<std::size_t> next_of_same_id_;
+  heap::TPooledVector<std::size_t> next_of_same_id_;
 };
 
 /// One level of the walk through the references: whose children are being read, and the one of
@@ -65,8 +66,8 @@ Status WriteProgram(const TActionTree& tree, dom::Element program, TXmlWriteCont
   if (root == nullptr) return Status::kOk;
   // The references of the entries from the root down to the current one; the program stands for
   // the root.
-  std::vector<dom::Element> path{program};
-  std::vector<const TActionEntry*> path_entries{root};
+  heap::TPooledVector<dom::Element> path{program};
+  heap::TPooledVector<const TActionEntry*> path_entries{root};
   for (const TActionEntry* entry = TActionTree::GetNext(*root); entry != nullptr;
        entry = TActionTree::GetNext(*entry)) {
     while (path_entries.back() != entry->parent) {
@@ -93,7 +94,7 @@ Status ReadProgram(dom::Element program, std::span<TActionEntry* const> entries,
     return program.getFirstChildElement(kReference) ? Status::kMalformed : Status::kOk;
   TActionEntry& root = tree.EnsureRoot();
   TActionIndex index(entries);
-  std::vector<TLevel> levels{{&root}};
+  heap::TPooledVector<TLevel> levels{{&root}};
   dom::Element reference = program.getFirstChildElement(kReference);
   while (reference) {
     TActionEntry* const entry = index.Take(reference.getAttribute("Ref"));

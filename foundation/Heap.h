@@ -3,6 +3,8 @@
 #include <cstddef>
 #include <cstdint>
 #include <new>
+#include <string>
+#include <vector>
 
 /// The one place where the containers and the actions get their storage. It stands on the C heap;
 /// whoever wants another heap replaces these functions. Nothing throws: null means no memory.
@@ -45,6 +47,30 @@ class TPooledObject {
  protected:
   ~TPooledObject() = default;
 };
+
+/// Has containers of the standard library get their memory from here. They throw std::bad_alloc
+/// when there is none.
+template <class T>
+struct TPooledAllocator {
+  using value_type = T;
+
+  TPooledAllocator() = default;
+  template <class Other>
+  TPooledAllocator(const TPooledAllocator<Other>&) {}  // NOLINT(google-explicit-constructor)
+
+  [[nodiscard]] T* allocate(std::size_t count) {
+    void* const block = count <= PTRDIFF_MAX / sizeof(T) ? Allocate(count * sizeof(T)) : nullptr;
+    if (block == nullptr) throw std::bad_alloc();
+    return static_cast<T*>(block);
+  }
+  void deallocate(T* block, std::size_t count) { Free(block, count * sizeof(T)); }
+
+  friend bool operator==(TPooledAllocator, TPooledAllocator) { return true; }
+};
+
+using TPooledString = std::basic_string<char, std::char_traits<char>, TPooledAllocator<char>>;
+template <class T>
+using TPooledVector = std::vector<T, TPooledAllocator<T>>;
 
 /// While it lives, makes one request for memory of its thread fail: the one with number `failing`,
 /// counted from 0. Shows what a failure leaves behind. They nest; the innermost counts.
