@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <mutex>
 #include <string_view>
 
 #include "appfile/LegacyWriter.h"
@@ -42,12 +43,29 @@ std::size_t FirstLineSize(std::string_view content) {
 }
 
 /// The bytes of documents, one after another, in memory that is used again.
-dom::OutputBuffer& SharedOutput() {
-  thread_local dom::OutputBuffer output;
-  if (output.Size() > kKeptOutputSize) output = dom::OutputBuffer();
-  output.Clear();
-  return output;
-}
+struct TSharedOutput {
+  std::mutex mutex;
+  dom::OutputBuffer buffer;
+};
+TSharedOutput shared_output;
+
+/// An empty buffer for one document: the shared one, or one of its own while another thread has
+/// that.
+class TOutput {
+ public:
+  TOutput() : lock_(shared_output.mutex, std::try_to_lock) {
+    if (!lock_) return;
+    dom::OutputBuffer& shared = shared_output.buffer;
+    if (shared.Size() > kKeptOutputSize) shared = dom::OutputBuffer();
+    shared.Clear();
+  }
+
+  dom::OutputBuffer& Buffer() { return lock_ ? shared_output.buffer : own_; }
+
+ private:
+  std::unique_lock<std::mutex> lock_;
+  dom::OutputBuffer own_;
+};
 
 }  // namespace
 
@@ -77,7 +95,8 @@ Status TZanfoFile::Save(TDataFile& file, const TQuerySpecificationServer*, Prote
   const RunOnlyMark mark = is_protected ? RunOnlyMark::kWritten : RunOnlyMark::kNone;
   if (const Status status = WriteXmlDocument(application_, mark, document); status != Status::kOk)
     return status;
-  dom::OutputBuffer& output = SharedOutput();
+  TOutput place;
+  dom::OutputBuffer& output = place.Buffer();
   if (is_protected) {
     if (const Status status = WriteProtected(document, output); status != Status::kOk)
       return status;

@@ -48,7 +48,8 @@ struct Pool {
   std::size_t kept_size;
   std::size_t used_size;
   std::size_t most_used_size;
-  bool is_closed;  ///< The thread ends: nothing is kept any more.
+  bool is_watched;  ///< The end of the thread will empty it.
+  bool is_closed;   ///< The thread ends: nothing is kept any more.
 };
 
 thread_local constinit Pool pool{};
@@ -68,13 +69,23 @@ void ReduceTo(std::size_t size) {
     while (pool.kept_size > size && pool.kept[i]) Free(TakeKept(i));
 }
 
-/// Frees what the thread keeps when it ends.
-struct AtThreadEnd {
-  ~AtThreadEnd() {
+/// Lives as long as its thread and frees then what the pool keeps.
+class ThreadEnd {
+ public:
+  ThreadEnd() { pool.is_watched = true; }
+  ThreadEnd(const ThreadEnd&) = delete;
+  ThreadEnd& operator=(const ThreadEnd&) = delete;
+  ~ThreadEnd() {
     pool.is_closed = true;
     ReduceTo(0);
   }
 };
+
+/// That of the thread that the program begins with is there before main, when it is registered
+/// without taking memory.
+const ThreadEnd end_of_first_thread;
+
+void WatchThreadEnd() { static thread_local const ThreadEnd end_of_thread; }
 
 }  // namespace
 
@@ -105,7 +116,7 @@ void PagePool::Return(void* page) {
     Free(block);
     return;
   }
-  static thread_local const AtThreadEnd at_thread_end;
+  if (!pool.is_watched) WatchThreadEnd();
   const std::size_t size = SizeOf(block->size_class);
   // A page may come from another thread.
   pool.used_size -= std::min(size, pool.used_size);

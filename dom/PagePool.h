@@ -11,7 +11,9 @@ namespace dom {
 ///
 /// The pages that are kept and those in use are together never more than were in use at once
 /// before, and at most 32 MiB are kept. In a build with sanitizers nothing is kept, so that they
-/// see each page come and go.
+/// see each page come and go. In other threads than the one that the program begins with, the C
+/// library needs memory, once, to free what is kept when the thread ends, and ends the program when
+/// it has none.
 class PagePool {
  public:
   /// Has pugixml use the pool; before it parses anything. Further calls do nothing.

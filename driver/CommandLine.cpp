@@ -2,6 +2,8 @@
 
 #include <string_view>
 
+#include "foundation/Heap.h"
+
 namespace zaf {
 namespace {
 
@@ -120,6 +122,36 @@ void DeriveTexts(ConversionOptions& options) {
   options.dotted_suffix.Append(options.suffix);
 }
 
+/// ParseCommandLine for as long as there is memory.
+std::optional<ConversionOptions> ReadOptions(Arguments arguments, const MessageSink& report) {
+  if (arguments.size() <= 1) {
+    PrintUsage(report);
+    return std::nullopt;
+  }
+  ConversionOptions options;
+  std::size_t index = 1;
+  if (!TakeOptions(arguments, index, report, options)) return std::nullopt;
+  if (options.input_directory.IsEmpty() && !GetWorkingDirectory(options.input_directory)) {
+    report(kNoWorkingDirectory);
+    return std::nullopt;
+  }
+  if (index >= arguments.size()) {
+    report(kBadCommandLine);
+    return std::nullopt;
+  }
+  if (!TakeOutputDirectory(arguments, index, report, options)) return std::nullopt;
+  if (!options.output_name.IsEmpty() && !options.input_name_given) {
+    report(kOutputNameWithoutInputName);
+    return std::nullopt;
+  }
+  DeriveTexts(options);
+  if (options.input_directory.View() == options.output_directory.View()) {
+    report(kSameDirectory);
+    return std::nullopt;
+  }
+  return options;
+}
+
 }  // namespace
 
 ParameterForm NormaliseParameter(Arguments arguments, std::size_t& index, const MessageSink& report,
@@ -155,29 +187,11 @@ ParameterForm NormaliseParameter(Arguments arguments, std::size_t& index, const 
 }
 
 std::optional<ConversionOptions> ParseCommandLine(Arguments arguments, const MessageSink& report) {
-  if (arguments.size() <= 1) {
-    PrintUsage(report);
-    return std::nullopt;
-  }
-  ConversionOptions options;
-  std::size_t index = 1;
-  if (!TakeOptions(arguments, index, report, options)) return std::nullopt;
-  if (options.input_directory.IsEmpty() && !GetWorkingDirectory(options.input_directory)) {
-    report(kNoWorkingDirectory);
-    return std::nullopt;
-  }
-  if (index >= arguments.size()) {
+  const heap::TMemoryWatch memory;
+  std::optional<ConversionOptions> options = ReadOptions(arguments, report);
+  // Texts that memory did not suffice for would name other files and directories.
+  if (options && memory.HasRunOut()) {
     report(kBadCommandLine);
-    return std::nullopt;
-  }
-  if (!TakeOutputDirectory(arguments, index, report, options)) return std::nullopt;
-  if (!options.output_name.IsEmpty() && !options.input_name_given) {
-    report(kOutputNameWithoutInputName);
-    return std::nullopt;
-  }
-  DeriveTexts(options);
-  if (options.input_directory.View() == options.output_directory.View()) {
-    report(kSameDirectory);
     return std::nullopt;
   }
   return options;

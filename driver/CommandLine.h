@@ -27,7 +27,8 @@ ParameterForm NormaliseParameter(Arguments arguments, std::size_t& index, const 
 
 /// Turns the arguments into options; none when the program is to stop, having said why. Enters the
 /// input directory, if one is named, and then the output directory, each as soon as it is read: a
-/// relative output directory counts from the input directory.
+/// relative output directory counts from the input directory. When memory runs out there are no
+/// options.
 std::optional<ConversionOptions> ParseCommandLine(Arguments arguments, const MessageSink& report);
 
 }  // namespace zaf

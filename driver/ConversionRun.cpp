@@ -1,12 +1,15 @@
 #include "driver/ConversionRun.h"
 
+#include <algorithm>
 #include <exception>
 #include <new>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
 #include "appfile/TQuerySpecificationServer.h"
 #include "appfile/TZanfoFile.h"
+#include "foundation/Heap.h"
 #include "foundation/TDataFile.h"
 
 namespace zaf {
@@ -15,26 +18,34 @@ namespace {
 /// Inputs whose names end so, case ignored, are class files.
 constexpr std::string_view kClassFileExtension = ".zcf";
 
-std::string LowerCase(std::string_view text) {
-  std::string result(text);
-  for (char& character : result) character = ToLower(character);
-  return result;
-}
-
 /// Where the dotted extension stands last in a name, ignoring case; npos when it does not.
 std::size_t FindExtension(std::string_view name, std::string_view dotted_extension) {
-  return LowerCase(name).rfind(LowerCase(dotted_extension));
+  const auto place =
+      std::find_end(name.begin(), name.end(), dotted_extension.begin(), dotted_extension.end(),
+                    [](char a, char b) { return ToLower(a) == ToLower(b); });
+  return place == name.end() ? std::string_view::npos
+                             : static_cast<std::size_t>(place - name.begin());
 }
 
-/// A path that memory did not suffice for would name another file: that is no path at all.
-CText JoinPath(std::string_view directory, std::string_view name) {
-  const auto length = static_cast<std::uint32_t>(directory.size() + 1 + name.size());
-  CText path(TTextCapacity{length});
-  path.Append(directory);
-  path.Append(kPathSeparator);
-  path.Append(name);
+/// Whether a name ends with the dotted extension, ignoring case.
+bool HasExtension(std::string_view name, std::string_view dotted_extension) {
+  const std::size_t position = FindExtension(name, dotted_extension);
+  return position != std::string_view::npos && name.size() - position == dotted_extension.size();
+}
+
+/// The pieces as one path. One that memory did not suffice for would name another file or
+/// directory: std::bad_alloc.
+CText MakePath(std::initializer_list<std::string_view> pieces) {
+  std::size_t length = 0;
+  for (const std::string_view piece : pieces) length += piece.size();
+  CText path(TTextCapacity{static_cast<std::uint32_t>(length)});
+  for (const std::string_view piece : pieces) path.Append(piece);
   if (path.GetCharacterCount() != length) throw std::bad_alloc();
   return path;
+}
+
+CText JoinPath(std::string_view directory, std::string_view name) {
+  return MakePath({directory, std::string_view(&kPathSeparator, 1), name});
 }
 
 /// Whether the name is that of a class file.
@@ -44,13 +55,19 @@ bool IsClassFileName(std::string_view name) {
                             kClassFileExtension);
 }
 
-/// An operation on a document; running out of memory in it is a failure like any other.
+/// Whether an operation succeeds: says so itself, unless it has nothing to say, and had all the
+/// memory that it asked for.
 template <class Operation>
-Status Attempt(Operation operation) {
+bool Attempt(Operation operation) {
+  const heap::TMemoryWatch memory;
   try {
-    return operation();
+    if constexpr (std::is_void_v<std::invoke_result_t<Operation>>)
+      operation();
+    else if (!operation())
+      return false;
+    return !memory.HasRunOut();
   } catch (const std::exception&) {
-    return Status::kFailure;
+    return false;
   }
 }
 
@@ -58,13 +75,17 @@ Status Attempt(Operation operation) {
 /// cannot be created is none, and that is fine.
 bool WriteOutput(TZanfoFile& document, const TQuerySpecificationServer& server, const CText& path,
                  TDataFile& file) {
-  if (file.Open(path, TOpenMode::kCreateNew) != Status::kOk) return true;
   const Protection protection = document.IsRunOnly() ? Protection::kProtected : Protection::kPlain;
-  const Status saved = Attempt([&] { return document.Save(file, &server, protection); });
-  if (saved == Status::kOk && (file.Publish() == Status::kOk || !file.HasWriteFailed()))
-    return true;
+  bool is_created = false;
+  const bool is_saved = Attempt([&] {
+    is_created = file.Open(path, TOpenMode::kCreateNew) == Status::kOk;
+    return !is_created || document.Save(file, &server, protection) == Status::kOk;
+  });
+  const bool is_stored = is_saved && (!is_created || Attempt([&] {
+                           return file.Publish() == Status::kOk || !file.HasWriteFailed();
+                         }));
   file.Close();
-  return false;
+  return is_stored;
 }
 
 /// Reads the output again. False, with a message, when that cannot be done.
@@ -75,43 +96,50 @@ bool VerifyOutput(const TZanfoFile& document, const CText& path, TDataFile& file
     return false;
   }
   TZanfoFile written;
-  if (Attempt([&] { return written.Load(file, nullptr); }) != Status::kOk) {
+  if (!Attempt([&] { return written.Load(file, nullptr) == Status::kOk; })) {
     report(messages::kCannotRead);
     return false;
   }
   file.Close();
   // The outcome does not count: verification finds files that cannot be read.
-  static_cast<void>(document.IsEqual(written));
+  static_cast<void>(Attempt([&] { return document.IsEqual(written); }));
   return true;
 }
 
-/// Converts a file between two directories. Running out of memory ends that file, not the run.
-bool ConvertFileBetween(std::string_view input_directory, std::string_view input_name, bool verify,
-                        std::string_view output_directory, std::string_view output_name,
-                        const MessageSink& report) {
-  try {
-    return ConvertFile(JoinPath(input_directory, input_name), verify,
-                       JoinPath(output_directory, output_name), report);
-  } catch (const std::exception&) {
+struct TFilePaths {
+  CText input;
+  CText output;
+};
+
+/// Converts the file whose paths `make_paths` gives.
+template <class MakePaths>
+bool ConvertFileOf(MakePaths make_paths, bool verify, const MessageSink& report) {
+  TFilePaths paths;
+  if (!Attempt([&] { paths = make_paths(); })) {
+    report(messages::kCannotOpenInput);
     return false;
   }
+  return ConvertFile(paths.input, verify, paths.output, report);
 }
 
 /// Walks an input directory, depth first, without recursion and with nothing open: directories can
-/// be nested as deeply as the system's path names reach. The levels form a stack; the paths are
-/// those of the last one, and each level knows how long they are for it.
+/// be nested as deeply as the system's path names reach. The levels form a stack. Each one has its
+/// own paths, which are whole and stay as they are: a directory that memory does not suffice for
+/// is left out, and nothing can be taken for another one.
 class TDirectoryWalk {
  public:
   TDirectoryWalk(const ConversionOptions& options, const MessageSink& report)
-      : options_(options),
-        report_(report),
-        input_path_(options.input_directory),
-        output_path_(options.output_directory) {}
+      : options_(options), report_(report) {}
 
   /// Whether a file was attempted.
   bool Run() {
+    const auto copy_paths = [this] {
+      return TFilePaths{MakePath({options_.input_directory}),
+                        MakePath({options_.output_directory})};
+    };
+    if (!AddLevel(copy_paths)) return false;
+    ConvertLevel();
     bool has_attempts = false;
-    EnterLevel(Origin::kExisted);
     while (!levels_.empty()) {
       if (const TLevel& level = levels_.back(); level.next == level.subdirectories.size())
         has_attempts = LeaveLevel();
@@ -122,107 +150,117 @@ class TDirectoryWalk {
   }
 
  private:
-  /// Where a level's output directory comes from.
-  enum class Origin { kExisted, kCreated };
-
   struct TLevel {
-    std::uint32_t input_length;   ///< Of the path.
-    std::uint32_t output_length;  ///< Of the path.
-    Origin origin;
-    bool has_attempts = false;  ///< A file was attempted here or beneath.
+    TFilePaths paths;                 ///< Of the directories.
+    bool has_created_output = false;  ///< The output directory was not there before.
+    bool has_attempts = false;        ///< A file was attempted here or beneath.
     std::vector<TDirectoryEntry> subdirectories;
     std::size_t next = 0;  ///< The subdirectory to visit next.
   };
+  // A vector copies its elements when moving them could fail, and a copy need not be whole.
+  static_assert(std::is_nothrow_move_constructible_v<TLevel>);
 
-  /// Begins the level of the current paths and converts its files.
-  void EnterLevel(Origin origin) {
-    TLevel& level = levels_.emplace_back();
-    level.input_length = input_path_.GetCharacterCount();
-    level.output_length = output_path_.GetCharacterCount();
-    level.origin = origin;
-    if (!EnterDirectory(input_path_)) {
+  /// Adds a level for the directories whose paths `make_paths` gives. False, with a message, when
+  /// memory does not suffice.
+  template <class MakePaths>
+  bool AddLevel(MakePaths make_paths) {
+    const auto add = [&] {
+      TLevel level;
+      level.paths = make_paths();
+      levels_.push_back(std::move(level));
+    };
+    if (Attempt(add)) return true;
+    report_(messages::kNoInputSubdirectory);
+    return false;
+  }
+
+  /// Converts the files of the last level and finds its subdirectories.
+  void ConvertLevel() {
+    TLevel& level = levels_.back();
+    if (!EnterDirectory(level.paths.input)) {
       report_(messages::kNoInputSubdirectory);
       return;
     }
     std::vector<TDirectoryEntry> entries;
-    if (!ListWorkingDirectory(options_.recurse ? Identities::kWanted : Identities::kOmitted,
-                              entries)) {
+    const Identities identities = options_.recurse ? Identities::kWanted : Identities::kOmitted;
+    if (!Attempt([&] { return ListWorkingDirectory(identities, entries); })) {
       report_(messages::kCannotListDirectory);
       return;
     }
-    level.has_attempts = ConvertFiles(entries);
+    level.has_attempts = ConvertFiles(entries, level.paths);
     if (!options_.recurse) return;
     // The first two are taken for the directory itself and its parent.
     entries.erase(entries.begin(), entries.begin() + 2);
     std::erase_if(entries, [](const TDirectoryEntry& entry) {
       return (entry.attributes & kDirectoryAttribute) == 0;
     });
-    entries.shrink_to_fit();  // It stays while the walk is beneath.
+    // The list stays while the walk is beneath. It is no worse when there is no memory for less.
+    static_cast<void>(Attempt([&] { entries.shrink_to_fit(); }));
     level.subdirectories = std::move(entries);
   }
 
   /// Converts those of the entries that have the extension; whether there was one.
-  bool ConvertFiles(const std::vector<TDirectoryEntry>& entries) {
+  bool ConvertFiles(const std::vector<TDirectoryEntry>& entries, const TFilePaths& directories) {
     bool has_attempts = false;
     for (const TDirectoryEntry& entry : entries) {
-      if (!MatchesPattern(entry.name, options_.search_pattern)) continue;
-      const std::optional<std::string> output_name =
-          OutputNameInDirectory(entry.name, options_.dotted_extension, options_.dotted_suffix);
-      if (!output_name) continue;
-      if (!ConvertFileBetween(input_path_, entry.name, options_.verify, output_path_, *output_name,
-                              report_))
-        report_(messages::kFileFailed);
+      if (!MatchesPattern(entry.name, options_.search_pattern) ||
+          !HasExtension(entry.name, options_.dotted_extension))
+        continue;
+      const auto make_paths = [&] {
+        return TFilePaths{JoinPath(directories.input, entry.name),
+                          JoinPath(directories.output,
+                                   *OutputNameInDirectory(entry.name, options_.dotted_extension,
+                                                          options_.dotted_suffix))};
+      };
+      if (!ConvertFileOf(make_paths, options_.verify, report_)) report_(messages::kFileFailed);
       has_attempts = true;
     }
     return has_attempts;
   }
 
-  /// Makes sure that the next subdirectory has its mirror image and begins its level.
+  /// Makes sure that the next subdirectory has its mirror image and converts its level.
   void VisitNextSubdirectory() {
-    TLevel& level = levels_.back();
-    const TDirectoryEntry& entry = level.subdirectories[level.next++];
+    TLevel& above = levels_.back();
+    const TDirectoryEntry& entry = above.subdirectories[above.next++];
     if (options_.output_identity == entry.identity) return;
-    input_path_ = JoinPath(input_path_, entry.name);
-    output_path_ = JoinPath(output_path_, entry.name);
-    Origin origin = Origin::kExisted;
-    if (!EnterDirectory(output_path_)) {
-      if (!MakeDirectory(output_path_)) {
+    const auto join_paths = [&] {
+      return TFilePaths{JoinPath(above.paths.input, entry.name),
+                        JoinPath(above.paths.output, entry.name)};
+    };
+    if (!AddLevel(join_paths)) return;
+    TLevel& level = levels_.back();
+    if (!EnterDirectory(level.paths.output)) {
+      if (!MakeDirectory(level.paths.output)) {
         report_(messages::kCannotCreateDirectory);
-        // The level ends here, as one that attempted nothing.
-        level.has_attempts = false;
-        level.subdirectories.clear();
-        level.next = 0;
-        TruncatePaths(level);
+        levels_.pop_back();
+        EndLevel();
         return;
       }
-      origin = Origin::kCreated;
+      level.has_created_output = true;
     }
-    EnterLevel(origin);
+    ConvertLevel();
   }
 
-  /// Ends the last level; whether a file was attempted in it.
+  /// Ends the last level here, as one that attempted nothing.
+  void EndLevel() {
+    TLevel& level = levels_.back();
+    level.has_attempts = false;
+    level.subdirectories.clear();
+    level.next = 0;
+  }
+
+  /// Leaves the last level; whether a file was attempted in it.
   bool LeaveLevel() {
-    const bool has_attempts = levels_.back().has_attempts;
-    if (!has_attempts && levels_.back().origin == Origin::kCreated &&
-        !DeleteDirectory(output_path_))
-      report_(messages::kCannotCleanUp);
+    const TLevel level = std::move(levels_.back());
     levels_.pop_back();
-    if (!levels_.empty()) {
-      levels_.back().has_attempts |= has_attempts;
-      TruncatePaths(levels_.back());
-    }
-    return has_attempts;
-  }
-
-  void TruncatePaths(const TLevel& level) {
-    input_path_.SubstringInPlace(0, level.input_length);
-    output_path_.SubstringInPlace(0, level.output_length);
+    if (!level.has_attempts && level.has_created_output && !DeleteDirectory(level.paths.output))
+      report_(messages::kCannotCleanUp);
+    if (!levels_.empty()) levels_.back().has_attempts |= level.has_attempts;
+    return level.has_attempts;
   }
 
   const ConversionOptions& options_;
   const MessageSink& report_;
-  CText input_path_;
-  CText output_path_;
   std::vector<TLevel> levels_;
 };
 
@@ -231,10 +269,9 @@ class TDirectoryWalk {
 std::optional<std::string> OutputNameInDirectory(std::string_view name,
                                                  std::string_view dotted_extension,
                                                  std::string_view dotted_suffix) {
-  const std::size_t position = FindExtension(name, dotted_extension);
-  if (position == std::string::npos || name.size() - position != dotted_extension.size())
-    return std::nullopt;
-  return std::string(name.substr(0, position)).append(dotted_suffix);
+  if (!HasExtension(name, dotted_extension)) return std::nullopt;
+  name.remove_suffix(dotted_extension.size());
+  return std::string(name).append(dotted_suffix);
 }
 
 std::string OutputNameOfSingleFile(std::string_view name, std::string_view dotted_extension,
@@ -256,7 +293,7 @@ bool ConvertFile(const CText& input_path, bool verify, const CText& output_path,
   }
   TZanfoFile document;
   if (IsClassFileName(input_path)) document.SetKind(DocumentKind::kClassFile);
-  if (Attempt([&] { return document.Load(file, &server); }) != Status::kOk) {
+  if (!Attempt([&] { return document.Load(file, &server) == Status::kOk; })) {
     report(messages::kCannotRead);
     return false;
   }
@@ -282,14 +319,16 @@ void ConvertSingleFile(const ConversionOptions& options, const MessageSink& repo
     report(messages::kNoInputDirectory);
     return;
   }
-  const std::string output_name =
-      options.output_name_given
-          ? std::string(options.output_name.View())
-          : OutputNameOfSingleFile(options.input_name, options.dotted_extension,
-                                   options.dotted_suffix);
-  if (!ConvertFileBetween(options.input_directory, options.input_name, options.verify,
-                          options.output_directory, output_name, report))
-    report(messages::kSingleFileFailed);
+  const auto make_paths = [&] {
+    const std::string output_name =
+        options.output_name_given
+            ? std::string(options.output_name.View())
+            : OutputNameOfSingleFile(options.input_name, options.dotted_extension,
+                                     options.dotted_suffix);
+    return TFilePaths{JoinPath(options.input_directory, options.input_name),
+                      JoinPath(options.output_directory, output_name)};
+  };
+  if (!ConvertFileOf(make_paths, options.verify, report)) report(messages::kSingleFileFailed);
 }
 
 void RunConversion(const ConversionOptions& options, const MessageSink& report) {

@@ -25,6 +25,8 @@
 // The C library's own heap, below the names that are taken here.
 extern "C" void* __libc_malloc(std::size_t size);  // NOLINT(bugprone-reserved-identifier)
 extern "C" void __libc_free(void* block);          // NOLINT(bugprone-reserved-identifier)
+// NOLINTNEXTLINE(bugprone-reserved-identifier)
+extern "C" int __cxa_atexit(void (*destroy)(void*), void* object, void* library);
 
 namespace {
 
@@ -36,6 +38,8 @@ TPage* page = &page_of_nobody;
 bool is_armed = false;
 /// Who asked for memory last.
 const void* caller = nullptr;
+/// The destruction of an object of static storage is being registered.
+bool is_registering = false;
 
 [[noreturn]] void Kill() {
   kill(getpid(), SIGKILL);
@@ -88,6 +92,7 @@ Action Strike(Call call, bool is_creation) {
   page->report.has_struck = true;
   page->report.is_creation = is_creation;
   page->report.is_of_ciphers = call == Call::kAllocation && IsOfCiphers();
+  page->report.is_of_registration |= call == Call::kAllocation && is_registering;
   page->report.struck_call = call;
   return page->plan.action;
 }
@@ -270,6 +275,14 @@ int __libc_start_main(MainFunction main, int argument_count, char** arguments, v
   real_main = main;
   auto* const next = reinterpret_cast<StartMain*>(dlsym(RTLD_NEXT, "__libc_start_main"));
   return next(MainUnderTest, argument_count, arguments, init, fini, rtld_fini, stack_end);
+}
+
+// NOLINTNEXTLINE(bugprone-reserved-identifier)
+int __cxa_atexit(void (*destroy)(void*), void* object, void* library) {
+  is_registering = true;
+  const int result = NEXT(__cxa_atexit)(destroy, object, library);
+  is_registering = false;
+  return result;
 }
 
 void* malloc(std::size_t size) {

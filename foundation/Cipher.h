@@ -28,11 +28,13 @@ class TCipher {
   ~TCipher();
 
   /// Transforms `bytes`, whole blocks, in place. `initial` has the size of a block. False, with
-  /// the bytes undefined, when the cipher cannot be had or the sizes are not as said.
+  /// the bytes undefined, when the cipher cannot be had, which counts as memory that ran out, or
+  /// when the sizes are not as said.
   [[nodiscard]] bool Encipher(std::string_view initial, std::span<std::byte> bytes);
   [[nodiscard]] bool Decipher(std::string_view initial, std::span<std::byte> bytes);
 
  private:
+  bool Open();
   bool Prepare(std::string_view initial, std::size_t size);
 
   std::string_view key_text_;

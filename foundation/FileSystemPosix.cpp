@@ -66,6 +66,19 @@ struct DirectoryCloser {
   void operator()(DIR* directory) const { closedir(directory); }
 };
 
+/// An open file that is closed in any case.
+class TDescriptor {
+ public:
+  explicit TDescriptor(std::intptr_t handle) : descriptor_(Descriptor(handle)) {}
+  TDescriptor(const TDescriptor&) = delete;
+  TDescriptor& operator=(const TDescriptor&) = delete;
+  ~TDescriptor() { close(descriptor_); }
+  [[nodiscard]] int Get() const { return descriptor_; }
+
+ private:
+  int descriptor_;
+};
+
 /// Fills in what the listing says about an entry besides its name.
 void Classify(int directory, unsigned char type, Identities identities, TDirectoryEntry& entry) {
   const bool is_unknown = type == DT_UNKNOWN;
@@ -270,11 +283,10 @@ bool TNewFile::NameUnnamedFile() {
   // ENOENT can also mean that this process does not see /proc, and file systems refuse to link in
   // ways of their own. What really stands in the way shows when a named copy is made.
   if (errno != ENOENT && IsNameRefusal(errno)) return false;
-  const int source = Descriptor(std::exchange(handle_, -1));
+  const TDescriptor source(std::exchange(handle_, -1));
   const bool is_open = OpenTemporary();
   write_failed_ = !is_open && !IsNameRefusal(errno);
-  const bool is_copied = is_open && CopyContent(source, *this);
-  close(source);
+  const bool is_copied = is_open && CopyContent(source.Get(), *this);
   if (is_open && !is_copied) write_failed_ = true;
   return is_copied && NameTemporaryFile();
 }

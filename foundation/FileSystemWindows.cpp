@@ -57,6 +57,22 @@ std::optional<TFileIdentity> IdentityOf(const char* path) {
                        std::uint64_t{info.nFileIndexHigh} << 32 | info.nFileIndexLow};
 }
 
+/// A search for names that is closed in any case.
+class TSearch {
+ public:
+  explicit TSearch(HANDLE handle) : handle_(handle) {}
+  TSearch(const TSearch&) = delete;
+  TSearch& operator=(const TSearch&) = delete;
+  ~TSearch() {
+    if (IsOpen()) FindClose(handle_);
+  }
+  [[nodiscard]] bool IsOpen() const { return handle_ != INVALID_HANDLE_VALUE; }
+  [[nodiscard]] HANDLE Get() const { return handle_; }
+
+ private:
+  HANDLE handle_;
+};
+
 /// A link to a directory is not one.
 bool IsDirectory(DWORD attributes) {
   return (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0 &&
@@ -94,20 +110,19 @@ std::optional<TFileIdentity> GetWorkingDirectoryIdentity() { return IdentityOf("
 
 bool ListWorkingDirectory(Identities identities, std::vector<TDirectoryEntry>& entries) {
   WIN32_FIND_DATAA data{};
-  const HANDLE search = FindFirstFileA("*", &data);
+  const TSearch search(FindFirstFileA("*", &data));
   // The root of an empty volume has not even a "." to find.
-  if (search == INVALID_HANDLE_VALUE && GetLastError() != ERROR_FILE_NOT_FOUND) return false;
+  if (!search.IsOpen() && GetLastError() != ERROR_FILE_NOT_FOUND) return false;
   std::vector<TDirectoryEntry> found;
   found.push_back({".", kDirectoryAttribute, {}});
   found.push_back({"..", kDirectoryAttribute, {}});
   bool is_whole = true;
-  if (search != INVALID_HANDLE_VALUE) {
+  if (search.IsOpen()) {
     do {
       const std::string_view name = data.cFileName;
       if (name != "." && name != "..") found.push_back(EntryOf(data, identities));
-    } while (FindNextFileA(search, &data) != 0);
+    } while (FindNextFileA(search.Get(), &data) != 0);
     is_whole = GetLastError() == ERROR_NO_MORE_FILES;
-    FindClose(search);
   }
   if (!is_whole) return false;
   std::sort(found.begin() + 2, found.end(),

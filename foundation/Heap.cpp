@@ -11,16 +11,28 @@
 namespace zaf::heap {
 namespace {
 
-thread_local TAllocationFault* current_fault = nullptr;
+thread_local constinit TAllocationFault* current_fault = nullptr;
+thread_local constinit std::uint64_t failure_count = 0;
 
-bool IsToFail() { return current_fault != nullptr && current_fault->Strikes(); }
+/// Whether this request is to fail; it is counted then.
+bool IsToFail() {
+  if (current_fault == nullptr || !current_fault->Strikes()) return false;
+  CountFailure();
+  return true;
+}
+
+/// What the C heap gave. Counts a failure.
+void* Counted(void* block) {
+  if (block == nullptr) CountFailure();
+  return block;
+}
 
 #ifdef ZAF2XML_SANITIZED
 
 // Exactly as many bytes as were asked for, so that the sanitizer sees every byte beyond.
 std::size_t BlockSize(std::size_t size) { return size; }
 bool IsKept(std::size_t /*block_size*/) { return false; }
-void* TakeBlock(std::size_t size) { return std::malloc(size); }
+void* TakeBlock(std::size_t size) { return Counted(std::malloc(size)); }
 void GiveBlock(void* block, std::size_t /*size*/) { std::free(block); }
 
 #else
@@ -57,24 +69,30 @@ struct TKeptBlock {
 struct TKeptBlocks {
   std::array<TKeptBlock*, ClassOf(kLargestKept) + 1> first;
   std::size_t size;  ///< Of all together, in bytes.
+  bool is_watched;   ///< The end of the thread will empty them.
   bool is_closed;    ///< The thread ends: nothing is kept any more.
 };
 
 thread_local constinit TKeptBlocks kept{};
 
-struct TAtThreadEnd {
-  TAtThreadEnd() = default;
-  TAtThreadEnd(const TAtThreadEnd&) = delete;
-  TAtThreadEnd& operator=(const TAtThreadEnd&) = delete;
-  ~TAtThreadEnd() {
+/// Lives as long as its thread and empties its kept blocks then.
+class TThreadEnd {
+ public:
+  TThreadEnd() { kept.is_watched = true; }
+  TThreadEnd(const TThreadEnd&) = delete;
+  TThreadEnd& operator=(const TThreadEnd&) = delete;
+  ~TThreadEnd() {
     kept.is_closed = true;
     for (TKeptBlock*& first : kept.first)
       while (first != nullptr) std::free(std::exchange(first, first->next));
   }
 };
 
-/// Empties the kept blocks when the thread ends, if it keeps any.
-void PrepareThreadEnd() { static thread_local const TAtThreadEnd at_thread_end; }
+/// That of the thread that the program begins with is there before main, when it is registered
+/// without taking memory.
+const TThreadEnd end_of_first_thread;
+
+void WatchThreadEnd() { static thread_local const TThreadEnd end_of_thread; }
 
 void* TakeBlock(std::size_t size) {
   if (IsKept(size)) {
@@ -84,7 +102,7 @@ void* TakeBlock(std::size_t size) {
       return std::exchange(first, first->next);
     }
   }
-  return std::malloc(size);
+  return Counted(std::malloc(size));
 }
 
 void GiveBlock(void* block, std::size_t size) {
@@ -92,7 +110,7 @@ void GiveBlock(void* block, std::size_t size) {
     std::free(block);
     return;
   }
-  if (kept.size == 0) PrepareThreadEnd();
+  if (!kept.is_watched) WatchThreadEnd();
   TKeptBlock*& first = kept.first[ClassOf(size)];
   first = new (block) TKeptBlock{first};
   kept.size += size;
@@ -102,6 +120,10 @@ void GiveBlock(void* block, std::size_t size) {
 
 }  // namespace
 
+std::uint64_t GetFailureCount() { return failure_count; }
+
+void CountFailure() { ++failure_count; }
+
 void* Allocate(std::size_t size) { return IsToFail() ? nullptr : TakeBlock(BlockSize(size)); }
 
 void* Reallocate(void* block, std::size_t old_size, std::size_t new_size) {
@@ -110,7 +132,7 @@ void* Reallocate(void* block, std::size_t old_size, std::size_t new_size) {
   const std::size_t new_block_size = BlockSize(new_size);
   if (new_block_size == old_block_size) return block;
   if (!IsKept(old_block_size) && !IsKept(new_block_size))
-    return std::realloc(block, new_block_size);  // It may have to copy nothing.
+    return Counted(std::realloc(block, new_block_size));  // It may have to copy nothing.
   void* const moved = TakeBlock(new_block_size);
   if (moved == nullptr) return nullptr;
   std::memcpy(moved, block, std::min(old_size, new_size));

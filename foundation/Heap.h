@@ -17,7 +17,9 @@
 ///
 /// Blocks that are given back are kept for the next request of their size: one file after another
 /// asks for the same ones. Each thread keeps its own, 8 MiB at most; in a build with sanitizers
-/// nothing is kept, so that they see each block come and go.
+/// nothing is kept, so that they see each block come and go. Keeping blocks takes no memory in the
+/// thread that the program begins with. In another one the C library needs some, once, to give them
+/// back when that thread ends, and ends the program when it has none.
 namespace zaf::heap {
 
 /// A new block of at least `size` bytes (greater than 0), aligned for every type, not initialised.
@@ -31,6 +33,22 @@ namespace zaf::heap {
 void Free(void* block, std::size_t size);
 /// The same where nobody knows the size; nothing of it is kept.
 void Free(void* block);
+
+/// How often this thread asked for memory and there was none.
+[[nodiscard]] std::uint64_t GetFailureCount();
+/// Counts a failure of those who get their memory elsewhere and cannot say themselves what it cost.
+void CountFailure();
+
+/// Sees whether memory ran out in its thread since it was made. A container then keeps what it had
+/// and says so, but not everybody asks each of them: who answers for a whole load or save looks
+/// here, and counts it as failed.
+class TMemoryWatch {
+ public:
+  [[nodiscard]] bool HasRunOut() const { return GetFailureCount() != count_before_; }
+
+ private:
+  std::uint64_t count_before_ = GetFailureCount();
+};
 
 /// For classes whose objects are to come from here: derive from it. The operators are the usual
 /// ones, but objects that are deleted through a base need a virtual destructor, which tells their

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 #include <limits>
+#include <mutex>
 #include <utility>
 
 #include "foundation/CData.h"
@@ -25,13 +26,34 @@ constexpr std::size_t kMostKept = 0;
 constexpr std::size_t kMostKept = std::size_t{4} << 20;
 #endif
 
-struct TSpareImage {
-  ~TSpareImage() { heap::Free(bytes, capacity); }
-  std::byte* bytes = nullptr;
-  std::size_t capacity = 0;
+class TSpareImage {
+ public:
+  TSpareImage() = default;
+  TSpareImage(const TSpareImage&) = delete;
+  TSpareImage& operator=(const TSpareImage&) = delete;
+  ~TSpareImage() { heap::Free(bytes_, capacity_); }
+
+  /// Gives the memory away; null when there is none.
+  std::byte* Take(std::size_t& capacity) {
+    const std::lock_guard lock(mutex_);
+    capacity = std::exchange(capacity_, 0);
+    return std::exchange(bytes_, nullptr);
+  }
+  /// Takes memory over, or leaves the smaller one of the two to the caller.
+  void Keep(std::byte*& bytes, std::size_t& capacity) {
+    const std::lock_guard lock(mutex_);
+    if (capacity > kMostKept || capacity <= capacity_) return;
+    std::swap(bytes, bytes_);
+    std::swap(capacity, capacity_);
+  }
+
+ private:
+  std::mutex mutex_;
+  std::byte* bytes_ = nullptr;
+  std::size_t capacity_ = 0;
 };
 
-thread_local TSpareImage spare_image;
+TSpareImage spare_image;
 
 /// The C library's name of a mode; kRead and kCreateNew are not opened there.
 const char* StreamMode(TOpenMode mode) {
@@ -140,8 +162,7 @@ bool TDataFile::AllocateImage(std::uint64_t size) {
       std::numeric_limits<std::uint32_t>::max(), std::numeric_limits<std::size_t>::max() - 1);
   if (size > kMost) return false;
   const auto needed = static_cast<std::size_t>(size) + 1;
-  image_ = std::exchange(spare_image.bytes, nullptr);
-  image_capacity_ = std::exchange(spare_image.capacity, 0);
+  image_ = spare_image.Take(image_capacity_);
   if (image_capacity_ >= needed) return true;
   heap::Free(image_, image_capacity_);
   image_ = static_cast<std::byte*>(heap::Allocate(needed));
@@ -159,10 +180,7 @@ void TDataFile::TakeImage(std::uint32_t size) {
 }
 
 void TDataFile::FreeImage() {
-  if (image_capacity_ <= kMostKept && image_capacity_ > spare_image.capacity) {
-    std::swap(image_, spare_image.bytes);
-    std::swap(image_capacity_, spare_image.capacity);
-  }
+  spare_image.Keep(image_, image_capacity_);
   heap::Free(image_, image_capacity_);
   image_ = nullptr;
   image_capacity_ = 0;

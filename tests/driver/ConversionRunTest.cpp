@@ -8,6 +8,7 @@
 
 #include "driver/CommandLine.h"
 #include "driver/ConversionRun.h"
+#include "foundation/Heap.h"
 #include "tests/foundation/TTestDirectory.h"
 #include "tests/support/LegacyFile.h"
 
@@ -150,6 +151,27 @@ TEST_F(ConversionRun, WalksAsDeepAsPathNamesReach) {
   }
   EXPECT_EQ(Run({"-r"}), CANNOT_OPEN NOT_CONVERTED "ERROR: Problem creating directory!\n");
   EXPECT_TRUE(std::filesystem::exists(mirrored) && !std::filesystem::exists(mirrored + "/subtree"));
+}
+
+// What was read or made in part must not be written, and a directory in part is another one.
+TEST_F(ConversionRun, ReportsEveryFailureOfMemoryAndMistakesNothing) {
+  std::filesystem::copy_file(ZAF2XML_SAMPLES "/guestbook.zaf", directory_.Path("in/a.zaf"));
+  AddFiles({"sub/b.zaf"});
+  ASSERT_EQ(Run({"-r"}), "");
+  const auto all = directory_.List("out");
+  const std::string content = directory_.Read("out/a.xzf");
+  bool has_struck = true;
+  for (std::uint64_t failing = 0; has_struck; ++failing) {
+    std::filesystem::remove_all(directory_.Path("out"));
+    directory_.Make("out");
+    const heap::TAllocationFault fault(failing);
+    const std::string messages = Run({"-r"});
+    has_struck = fault.GetRequestCount() > failing;
+    const auto outputs = directory_.List("out");
+    EXPECT_EQ(messages.empty(), outputs == all) << failing << messages;
+    const bool is_there = testing::Value(outputs, testing::Contains("a.xzf"));
+    EXPECT_TRUE(!is_there || directory_.Read("out/a.xzf") == content) << failing;
+  }
 }
 
 TEST_F(ConversionRun, InputDirectoryThatVanished) {
