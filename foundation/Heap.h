@@ -77,13 +77,16 @@ struct TPooledAllocator {
   TPooledAllocator(const TPooledAllocator<Other>&) {}  // NOLINT(google-explicit-constructor)
 
   [[nodiscard]] T* allocate(std::size_t count) {
-    void* const block = count <= PTRDIFF_MAX / sizeof(T) ? Allocate(count * sizeof(T)) : nullptr;
+    void* const block = count <= PTRDIFF_MAX / kSize ? Allocate(count * kSize) : nullptr;
     if (block == nullptr) throw std::bad_alloc();
     return static_cast<T*>(block);
   }
-  void deallocate(T* block, std::size_t count) { Free(block, count * sizeof(T)); }
+  void deallocate(T* block, std::size_t count) { Free(block, count * kSize); }
 
   friend bool operator==(TPooledAllocator, TPooledAllocator) { return true; }
+
+ private:
+  static constexpr std::size_t kSize = sizeof(T);  // NOLINT(bugprone-sizeof-expression)
 };
 
 using TPooledString = std::basic_string<char, std::char_traits<char>, TPooledAllocator<char>>;
