@@ -138,10 +138,12 @@ std::string AllPairs(std::size_t size) {
   std::string actions;
   for (int i = 0; actions.size() + sources.size() < size; ++i) {
     const std::string id = std::to_string(i);
-    sources += "<DataSource ID='" + id + "'><DSN>" + id + "</DSN><UserInfo><UserName>" + id +
-               "</UserName></UserInfo></DataSource>";
+    sources.append("<DataSource ID='").append(id).append("'><DSN>").append(id);
+    sources.append("</DSN><UserInfo><UserName>").append(id);
+    sources.append("</UserName></UserInfo></DataSource>");
     for (int j = 0; j < i; ++j) {
-      actions += "<DirectDBMSAction DSID='" + id + "' DeploymentDSID='" + std::to_string(j) + "'/>";
+      actions.append("<DirectDBMSAction DSID='").append(id).append("' DeploymentDSID='");
+      actions.append(std::to_string(j)).append("'/>");
     }
   }
   return Document(actions, "", "", sources);
