@@ -1,5 +1,6 @@
 #include "actions/TDataSource.h"
 
+#include <string>
 #include <utility>
 
 #include "actions/DataSourceKinds.h"
@@ -98,14 +99,13 @@ heap::TPooledString TDataSource::KeyOfContent(const TLogin& login) const {
   const std::string_view texts[] = {KindWord(host_type), data_source.View(), dbms.View(),
                                     host.View(),         database.View(),    login.user_name,
                                     login.password};
-  std::byte length[4];
   std::size_t size = 0;
-  for (const std::string_view text : texts) size += sizeof length + text.size();
+  for (const std::string_view text : texts) size += sizeof(std::uint32_t) + text.size();
   heap::TPooledString key;
   key.reserve(size);
   for (const std::string_view text : texts) {
-    StoreU32(static_cast<std::uint32_t>(text.size()), length);
-    key.append(AsText(length)).append(text);
+    AppendU32(static_cast<std::uint32_t>(text.size()), key);
+    key.append(text);
   }
   return key;
 }

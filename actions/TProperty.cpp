@@ -29,6 +29,17 @@ const TProperty* FindRow(std::span<const TProperty> rows, FourCharCode code) {
   return nullptr;
 }
 
+/// The row of this code, which is `row` or one of its part. `object`, which `row` describes,
+/// becomes the field of the row that is returned.
+const TProperty& Descend(const TProperty* row, FourCharCode code, void*& object) {
+  object = row->locate(object);
+  while (row->code != code) {
+    row = FindRow(row->codec->Nested(), code);
+    object = row->locate(object);
+  }
+  return *row;
+}
+
 }  // namespace
 
 Status TFieldCodec::ReadLegacy(const TProperty&, void*, const TLegacySection&) const {
@@ -71,14 +82,10 @@ void TCodeIndex::Add(std::span<const TProperty> rows, const TProperty* owner) {
 
 bool ReadLegacyRow(const TCodeIndex& index, void* object, const TLegacySection& section,
                    Status& status) {
-  const TProperty* row = index.Find(section.code);
-  if (row == nullptr) return false;
-  object = row->locate(object);
-  while (row->code != section.code) {
-    row = FindRow(row->codec->Nested(), section.code);
-    object = row->locate(object);
-  }
-  status = row->codec->ReadLegacy(*row, object, section);
+  const TProperty* const found = index.Find(section.code);
+  if (found == nullptr) return false;
+  const TProperty& row = Descend(found, section.code, object);
+  status = row.codec->ReadLegacy(row, object, section);
   return true;
 }
 
@@ -95,16 +102,12 @@ Status WriteLegacyRows(std::span<const TProperty> rows, const void* object, TSec
 
 bool WriteLegacyRow(std::span<const TProperty> rows, const void* object, FourCharCode code,
                     TSectionWriter& out, Status& status) {
-  for (const TProperty& row : rows) {
-    if (row.codec == nullptr) continue;
-    const void* field = Locate(row, object);
-    if (row.code == code) {
-      status = row.codec->WriteLegacy(row, field, out);
-      return true;
-    }
-    if (WriteLegacyRow(row.codec->Nested(), field, code, out, status)) return true;
-  }
-  return false;
+  const TProperty* const found = FindRow(rows, code);
+  if (found == nullptr) return false;
+  void* field = const_cast<void*>(object);  // As in Locate.
+  const TProperty& row = Descend(found, code, field);
+  status = row.codec->WriteLegacy(row, field, out);
+  return true;
 }
 
 void WriteXmlRows(std::span<const TProperty> rows, const void* object,

@@ -1,6 +1,5 @@
 #include "dom/Arena.h"
 
-#include <algorithm>
 #include <limits>
 
 #include "dom/PagePool.h"

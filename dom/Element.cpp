@@ -7,10 +7,6 @@
 namespace dom {
 namespace {
 
-bool IsText(const TreeNode& node) {
-  return node.type == NodeType::kText || node.type == NodeType::kCDATASection;
-}
-
 /// The first of `node` and its next siblings that is a text or CDATA section.
 const TreeNode* FindText(const TreeNode* node) {
   while (node != nullptr && !IsText(*node)) node = node->next;

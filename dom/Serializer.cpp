@@ -174,10 +174,6 @@ bool HoldsLines(const TreeNode* child) {
   return true;
 }
 
-bool IsText(const TreeNode& node) {
-  return node.type == NodeType::kText || node.type == NodeType::kCDATASection;
-}
-
 /// Writes the children of a document with all that is in them.
 class TreeWriter {
  public:

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cassert>
 #include <cstdint>
 #include <limits>
 #include <new>
@@ -65,6 +64,11 @@ inline bool IsTreeElement(NodeType type) {
 /// The node as one that may have children and attributes; null for any other.
 inline TreeElement* AsTreeElement(TreeNode* node) {
   return node != nullptr && IsTreeElement(node->type) ? static_cast<TreeElement*>(node) : nullptr;
+}
+
+/// Whether the node is a text or a CDATA section.
+inline bool IsText(const TreeNode& node) {
+  return node.type == NodeType::kText || node.type == NodeType::kCDATASection;
 }
 
 /// Which characters a text cannot hold besides the control characters.

@@ -83,8 +83,9 @@ inline void StoreU32(std::uint32_t value, std::span<std::byte, 4> bytes) {
   bytes[3] = std::byte(value & 0xFF);
 }
 
-/// Appends it to `bytes`.
-inline void AppendU32(std::uint32_t value, std::string& bytes) {
+/// Appends it to `bytes`, a string of any allocator.
+template <class String>
+void AppendU32(std::uint32_t value, String& bytes) {
   std::byte word[4];
   StoreU32(value, word);
   bytes.append(AsText(word));
