@@ -11,7 +11,9 @@ void TOutputCodec::WriteXml(const TProperty& row, const void* field,
   if (text.IsEmpty()) return;
   heap::TPooledString id(scope.action_name);
   id += row.detail;
-  const dom::Element output = WriteTextElement(scope.context.outputs, "Output", text.View());
+  // Most of what a document says is in these texts, and the action outlives it.
+  const dom::Element output = scope.context.outputs.appendElement("Output");
+  AppendText(output, text.View(), dom::TextOwner::kCaller);
   output.appendAttribute("ID", id);
   output.appendAttribute("Type", "HTML");
   scope.element.appendElement(row.name).appendAttribute("Ref", id);

@@ -38,16 +38,30 @@ unsigned Dropped(__m128i characters, __m128i low) {
   return static_cast<unsigned>(_mm_movemask_epi8(_mm_andnot_si128(kept, low)));
 }
 
-unsigned NeedingCdata(__m128i characters) {
-  const __m128i high = _mm_cmpeq_epi8(_mm_max_epu8(characters, _mm_set1_epi8(0x7F)), characters);
-  const __m128i tab_or_return = _mm_or_si128(Equals(characters, '\t'), Equals(characters, '\r'));
+/// The characters that are markup somewhere in a document.
+__m128i Markup(__m128i characters) {
   // '"' and '&' differ in one bit, and so do '<' and '>'.
   const __m128i quote_or_and = Equals(_mm_or_si128(characters, _mm_set1_epi8('"' ^ '&')), '&');
   const __m128i less_or_greater = Equals(_mm_or_si128(characters, _mm_set1_epi8('<' ^ '>')), '>');
-  const __m128i markup =
-      _mm_or_si128(_mm_or_si128(quote_or_and, less_or_greater), Equals(characters, '\''));
+  return _mm_or_si128(_mm_or_si128(quote_or_and, less_or_greater), Equals(characters, '\''));
+}
+
+unsigned NeedingCdata(__m128i characters) {
+  const __m128i high = _mm_cmpeq_epi8(_mm_max_epu8(characters, _mm_set1_epi8(0x7F)), characters);
+  const __m128i tab_or_return = _mm_or_si128(Equals(characters, '\t'), Equals(characters, '\r'));
   return static_cast<unsigned>(
-      _mm_movemask_epi8(_mm_or_si128(_mm_or_si128(markup, high), tab_or_return)));
+      _mm_movemask_epi8(_mm_or_si128(_mm_or_si128(Markup(characters), high), tab_or_return)));
+}
+
+/// The characters that are dropped or need CDATA among the first `count`, at most a block.
+unsigned Special(const char* text, std::size_t count) {
+  const __m128i characters = dom::LoadBlock(text, count);
+  // As signed numbers those from 0x80 on are below 0x20, too.
+  const __m128i outside =
+      _mm_or_si128(_mm_cmplt_epi8(characters, _mm_set1_epi8(0x20)), Equals(characters, 0x7F));
+  const __m128i special =
+      _mm_or_si128(_mm_andnot_si128(Equals(characters, '\n'), outside), Markup(characters));
+  return static_cast<unsigned>(_mm_movemask_epi8(special)) & ((1U << count) - 1);
 }
 
 /// The first `count` characters, at most a block.
@@ -59,6 +73,11 @@ void ExamineBlock(const char* text, std::size_t count, TTextTraits& traits) {
 }
 
 #else
+
+unsigned Special(const char* text, std::size_t count) {
+  const auto is_special = [](char c) { return IsDroppedCharacter(c) || NeedsCdata(c); };
+  return std::any_of(text, text + count, is_special) ? 1 : 0;
+}
 
 void ExamineBlock(const char* text, std::size_t count, TTextTraits& traits) {
   for (const char c : std::string_view(text, count)) {
@@ -84,9 +103,8 @@ bool HasDropped(const char* text, std::size_t block_count) {
 #endif
 }
 
-}  // namespace
-
-TTextTraits ExamineText(std::string_view text) {
+/// A text that has something special.
+TTextTraits ExamineSpecialText(std::string_view text) {
   TTextTraits traits;
   while (text.size() > dom::kBlock && !traits.needs_cdata) {
     ExamineBlock(text.data(), dom::kBlock, traits);
@@ -99,6 +117,14 @@ TTextTraits ExamineText(std::string_view text) {
   }
   ExamineBlock(text.data(), text.size(), traits);
   return traits;
+}
+
+}  // namespace
+
+TTextTraits ExamineText(std::string_view text) {
+  for (; text.size() > dom::kBlock; text.remove_prefix(dom::kBlock))
+    if (Special(text.data(), dom::kBlock) != 0) return ExamineSpecialText(text);
+  return Special(text.data(), text.size()) == 0 ? TTextTraits{} : ExamineSpecialText(text);
 }
 
 }  // namespace zaf

@@ -15,6 +15,7 @@ namespace zaf {
 dom::Element WriteTextElement(dom::Element parent, std::string_view name, std::string_view text);
 
 /// Gives an element that is there already, and empty, its text by the same rule.
-void AppendText(dom::Element element, std::string_view text);
+void AppendText(dom::Element element, std::string_view text,
+                dom::TextOwner owner = dom::TextOwner::kDocument);
 
 }  // namespace zaf

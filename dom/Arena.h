@@ -25,27 +25,21 @@ class Arena {
     return place;
   }
 
-  /// A copy of the text, without a NUL; null when memory runs out.
-  [[nodiscard]] char* Copy(std::string_view text) {
-    char* const place = static_cast<char*>(Allocate(text.size()));
-    if (place == nullptr) return nullptr;
+  /// Copies the text into an allocation, at the end of it.
+  static void CopyTo(std::string_view text, char* place) {
     if (text.size() <= kBlock)
-      CopyBlock<Search::kNothing>(text.data(), text.size(), place);
+      CopyShort(text.data(), text.size(), place);
     else
       std::memcpy(place, text.data(), text.size());
-    return place;
   }
-  /// The same, and whether any character is below 0x20; tab, LF and CR are.
-  [[nodiscard]] char* Copy(std::string_view text, bool& has_controls) {
-    char* const place = static_cast<char*>(Allocate(text.size()));
-    if (place == nullptr) return nullptr;
+  /// The same; returns whether any character is below 0x20. Tab, LF and CR are.
+  static bool CopyAndFindControls(std::string_view text, char* place) {
     unsigned found = 0;
-    std::size_t at = 0;
-    for (; text.size() - at > kBlock; at += kBlock)
-      found |= CopyBlock<Search::kControls>(text.data() + at, kBlock, place + at);
-    found |= CopyBlock<Search::kControls>(text.data() + at, text.size() - at, place + at);
-    has_controls = found != 0;
-    return place;
+    std::size_t left = text.size();
+    const char* from = text.data();
+    for (; left > kBlock; from += kBlock, place += kBlock, left -= kBlock)
+      found |= CopyBlock<Search::kControls>(from, kBlock, place);
+    return (found | CopyBlock<Search::kControls>(from, left, place)) != 0;
   }
 
   /// Gives all memory back, and forgets that it ran out.

@@ -19,13 +19,10 @@ inline constexpr std::size_t kBlock = 16;
 
 /// What is to be found in a text.
 enum class Search {
-  kNothing,
   kControls,       ///< Below 0x20.
   kTextSpecials,   ///< `&` `<` `>` `"`
   kValueSpecials,  ///< Both.
 };
-
-#if ZAF2XML_SSE2
 
 template <class Number>
 std::uint64_t LoadNumber(const char* text) {
@@ -33,6 +30,27 @@ std::uint64_t LoadNumber(const char* text) {
   std::memcpy(&number, text, sizeof number);
   return number;
 }
+
+/// Copies up to 16 characters, by moves that overlap.
+inline void CopyShort(const char* text, std::size_t count, char* target) {
+  const auto move = [=]<class Number>(Number) {
+    const auto first = static_cast<Number>(LoadNumber<Number>(text));
+    const auto last = static_cast<Number>(LoadNumber<Number>(text + count - sizeof(Number)));
+    std::memcpy(target, &first, sizeof first);
+    std::memcpy(target + count - sizeof last, &last, sizeof last);
+  };
+  if (count >= 8) {
+    move(std::uint64_t{});
+  } else if (count >= 4) {
+    move(std::uint32_t{});
+  } else if (count != 0) {
+    const char middle = text[count / 2];
+    move(std::uint8_t{});
+    target[count / 2] = middle;
+  }
+}
+
+#if ZAF2XML_SSE2
 
 /// The first `count` characters, at most 16, and zeros. Reads nothing behind them.
 inline __m128i LoadBlock(const char* text, std::size_t count) {

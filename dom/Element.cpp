@@ -52,9 +52,7 @@ void Element::setAttribute(std::string_view name, std::string_view value) const 
 }
 
 void Element::appendAttribute(std::string_view name, std::string_view value) const {
-  if (node_ == nullptr) return;
-  tree_->AppendAttribute(*Get(), Tree::InPlace(name),
-                         tree_->CopyLegal(value, TextRule::kAttribute));
+  if (node_ != nullptr) tree_->AppendAttribute(*Get(), Tree::InPlace(name), value);
 }
 
 Element Element::getFirstChildElement(std::string_view name) const {
@@ -89,17 +87,29 @@ Element Element::appendElement(std::string_view name) const {
   return {element, tree_};
 }
 
-void Element::appendText(std::string_view text) const {
-  if (node_ != nullptr && !text.empty()) AppendNode(tree_->MakeNode(NodeType::kText, text));
+Element Element::appendElement(std::string_view name, std::string_view text) const {
+  assert(!name.empty() && !text.empty());
+  if (node_ == nullptr) return {};
+  return {tree_->AppendTextElement(*Get(), Tree::InPlace(name), text), tree_};
 }
 
-void Element::appendCDATASection(std::string_view text) const {
-  if (node_ != nullptr) AppendNode(tree_->MakeNode(NodeType::kCDATASection, text));
+void Element::appendText(std::string_view text, TextOwner owner) const {
+  if (!text.empty()) AppendCharacters(NodeType::kText, text, owner);
+}
+
+void Element::appendCDATASection(std::string_view text, TextOwner owner) const {
+  AppendCharacters(NodeType::kCDATASection, text, owner);
 }
 
 void Element::appendComment(std::string_view text) const {
   if (node_ != nullptr)
     AppendNode(tree_->AdoptNode(NodeType::kComment, tree_->CopyLegal(text, TextRule::kComment)));
+}
+
+void Element::AppendCharacters(NodeType type, std::string_view text, TextOwner owner) const {
+  if (node_ == nullptr) return;
+  const bool stays = owner == TextOwner::kCaller && Tree::CanStay(text);
+  AppendNode(tree_->AdoptNode(type, stays ? Tree::InPlace(text) : tree_->Copy(text)));
 }
 
 void Element::AppendNode(TreeNode* node) const {

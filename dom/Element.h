@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -10,6 +11,12 @@
 namespace dom {
 
 struct TreeElement;
+
+/// Who keeps the characters of a text.
+enum class TextOwner : std::uint8_t {
+  kDocument,  ///< They are copied.
+  kCaller,    ///< They stay where they are, and live as long as the document.
+};
 
 /// A handle to an element.
 ///
@@ -52,8 +59,11 @@ class Element : public Node {
   /// Makes a node and appends it, without the way through a detached node.
   // NOLINTNEXTLINE(modernize-use-nodiscard)
   Element appendElement(std::string_view name) const;
-  void appendText(std::string_view text) const;
-  void appendCDATASection(std::string_view text) const;
+  /// The same with a text, which is not empty.
+  // NOLINTNEXTLINE(modernize-use-nodiscard)
+  Element appendElement(std::string_view name, std::string_view text) const;
+  void appendText(std::string_view text, TextOwner owner = TextOwner::kDocument) const;
+  void appendCDATASection(std::string_view text, TextOwner owner = TextOwner::kDocument) const;
   /// As Document::createComment.
   void appendComment(std::string_view text) const;
 
@@ -63,6 +73,8 @@ class Element : public Node {
 
   /// What the handle refers to; null for a null handle.
   [[nodiscard]] TreeElement* Get() const;
+  /// Appends a node with that text, which is not an element's.
+  void AppendCharacters(NodeType type, std::string_view text, TextOwner owner) const;
   /// Appends a detached node; null does nothing.
   void AppendNode(TreeNode* node) const;
 };

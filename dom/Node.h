@@ -18,9 +18,10 @@ struct TreeNode;
 /// it gives a null handle again. When memory runs out, the functions that make nodes give null
 /// handles; Document::IsComplete tells afterwards whether that happened.
 ///
-/// Names and texts are 8-bit ISO-8859-1. Texts are copied; names are not: they have to live as long
-/// as the document, as the literals of a program do. Neither need be terminated. A view that is
-/// returned refers to the tree and is valid until that text or its node is changed.
+/// Names and texts are 8-bit ISO-8859-1. Texts are copied unless a TextOwner says otherwise; names
+/// are not: they have to live as long as the document, as the literals of a program do. Neither
+/// need be terminated. A view that is returned refers to the tree and is valid until that text or
+/// its node is changed.
 class Node {
  public:
   Node() = default;

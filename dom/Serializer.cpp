@@ -55,7 +55,7 @@ char* CopyLiteral(const char (&literal)[kSize], char* out) {
 
 inline char* Copy(std::string_view text, char* out) {
   if (text.size() <= kBlock)
-    CopyBlock<Search::kNothing>(text.data(), text.size(), out);
+    CopyShort(text.data(), text.size(), out);
   else
     std::memcpy(out, text.data(), text.size());
   return out + text.size();
@@ -99,15 +99,14 @@ class Writer {
   }
 
   /// An element without attributes and its text, if both are short and nothing is to be escaped:
-  /// what most elements are. False when nothing was written.
+  /// what most elements are. False when nothing was written. StartLine has made room for it.
   bool PutShortElement(std::string_view name, std::string_view text) {
-    if (name.size() > kBlock || text.size() > kBlock || !Reserve(2 * name.size() + kBlock + 5))
-      return false;
+    if (name.size() > kBlock || text.size() > kBlock || Room() < kShortElement) return false;
     char* const start = CopyLiteral("<", out_);
     char* out = CopyLiteral(">", Copy(name, start));
     if (CopyBlock<Search::kTextSpecials>(text.data(), text.size(), out) != 0) return false;
     out = CopyLiteral("</", out + text.size());
-    CopyBlock<Search::kNothing>(start, kBlock, out);  // The name once more.
+    CopyShort(start, kBlock, out);  // The name once more, and more than that.
     out_ = CopyLiteral(">", out + name.size());
     return true;
   }
@@ -139,16 +138,18 @@ class Writer {
   }
 
   void StartLine(std::size_t level) {
-    if (!Reserve(kLineStart.size())) return;
+    if (!Reserve(kLineStart.size() + kShortElement)) return;
     std::memcpy(out_, kLineStart.data(), kLineStart.size());
     out_ += 1 + 2 * std::min(level, kDeepestIndent);
   }
 
  private:
-  /// Room for `count` bytes and a block, because blocks are written whole.
-  bool Reserve(std::size_t count) {
-    return static_cast<std::size_t>(end_ - out_) >= count + kBlock || Grow(count + kBlock);
-  }
+  /// At most, and a block, because blocks are written whole.
+  static constexpr std::size_t kShortElement = std::string_view("<></>").size() + 4 * kBlock;
+
+  [[nodiscard]] std::size_t Room() const { return static_cast<std::size_t>(end_ - out_); }
+  /// Room for `count` bytes and a block.
+  bool Reserve(std::size_t count) { return Room() >= count + kBlock || Grow(count + kBlock); }
 
   bool Grow(std::size_t count) {
     Finish();
@@ -229,16 +230,10 @@ class TreeWriter {
   const TreeNode* OpenElement(const TreeElement& element) {
     const TreeNode* const child = element.first_child;
     const bool is_one_text = child != nullptr && child->next == nullptr && IsText(*child);
-    if (is_one_text && child->type == NodeType::kText && child->text_size != 0 &&
-        element.first_attribute == nullptr && out_.PutShortElement(element.Text(), child->Text()))
+    if (is_one_text && element.first_attribute == nullptr && PutShortElement(element, *child))
       return nullptr;
-    out_.Put("<", element.Text(), "");
-    for (const TreeAttribute* attribute = element.first_attribute; attribute != nullptr;
-         attribute = attribute->next)
-      out_.PutAttribute(attribute->name.View(), attribute->value.View());
-
-    if (child == nullptr ||
-        (is_one_text && child->type == NodeType::kText && child->text_size == 0)) {
+    PutStart(element);
+    if (child == nullptr || (is_one_text && IsEmptyText(*child))) {
       out_.Put("/>");
       return nullptr;
     }
@@ -250,6 +245,22 @@ class TreeWriter {
     }
     if (inline_root_ == nullptr && !HoldsLines(child)) inline_root_ = &element;
     return child;
+  }
+
+  static bool IsEmptyText(const TreeNode& node) {
+    return node.type == NodeType::kText && node.text_size == 0;
+  }
+
+  bool PutShortElement(const TreeElement& element, const TreeNode& text) {
+    return text.type == NodeType::kText && text.text_size != 0 &&
+           out_.PutShortElement(element.Text(), text.Text());
+  }
+
+  void PutStart(const TreeElement& element) {
+    out_.Put("<", element.Text(), "");
+    for (const TreeAttribute* attribute = element.first_attribute; attribute != nullptr;
+         attribute = attribute->next)
+      out_.PutAttribute(attribute->name.View(), attribute->value.View());
   }
 
   /// Writes the ends of the elements that end behind `node`, but goes no higher than `top`.

@@ -47,18 +47,20 @@ void Tree::Detach(TreeNode& node) {
 }
 
 TreeText Tree::CopyLegal(std::string_view text, TextRule rule) {
-  if (text.size() > std::numeric_limits<std::uint32_t>::max()) return TooLong();
-  bool has_controls = false;
-  char* const begin = arena_.Copy(text, has_controls);
-  const TreeText copy{begin, static_cast<std::uint32_t>(text.size())};
-  if (begin == nullptr || (rule == TextRule::kAttribute && !has_controls)) return copy;
-  char* const end = std::remove_if(begin, begin + text.size(), IsControl);
+  const TreeText copy = Copy(text);
+  // The copy is this tree's own.
+  char* const characters = const_cast<char*>(copy.data);
+  return {characters, characters == nullptr ? 0 : MakeLegal(characters, copy.size, rule)};
+}
+
+std::uint32_t Tree::MakeLegal(char* text, std::uint32_t size, TextRule rule) {
+  char* const end = std::remove_if(text, text + size, IsControl);
   char before = '\0';
-  for (char* p = begin; p != end; ++p) {
+  for (char* p = text; p != end; ++p) {
     if (IsBarred(before, *p, p + 1 == end ? '\0' : p[1], rule)) *p = ' ';
     before = *p;
   }
-  return {begin, static_cast<std::uint32_t>(end - begin)};
+  return static_cast<std::uint32_t>(end - text);
 }
 
 }  // namespace dom

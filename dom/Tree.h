@@ -88,7 +88,7 @@ class Tree {
   /// Drops all nodes.
   void Clear() {
     arena_.Clear();
-    root_ = kEmptyRoot;
+    root_ = EmptyElement(NodeType::kDocument, {});
   }
   /// Whether everything that was to be made was made.
   [[nodiscard]] bool IsComplete() const { return !arena_.HasFailed(); }
@@ -97,13 +97,16 @@ class Tree {
   // tree, and so is everything when memory runs out.
 
   TreeText Copy(std::string_view text) {
-    if (text.size() > std::numeric_limits<std::uint32_t>::max()) return TooLong();
-    return {arena_.Copy(text), static_cast<std::uint32_t>(text.size())};
+    char* const place = static_cast<char*>(AllocateWithText(0, text));
+    if (place != nullptr) Arena::CopyTo(text, place);
+    return {place, static_cast<std::uint32_t>(text.size())};
   }
-  /// A name, which stays where it is.
-  static TreeText InPlace(std::string_view name) {
-    return {name.data(), static_cast<std::uint32_t>(name.size())};
+  /// A name, or a text that CanStay, where it is.
+  static TreeText InPlace(std::string_view text) {
+    return {text.data(), static_cast<std::uint32_t>(text.size())};
   }
+  /// Whether the text has characters, and not too many.
+  static bool CanStay(std::string_view text) { return !text.empty() && text.size() <= kMostText; }
   /// A copy that obeys the rule.
   TreeText CopyLegal(std::string_view text, TextRule rule);
 
@@ -112,26 +115,44 @@ class Tree {
   TreeNode* AdoptNode(NodeType type, TreeText text) {
     void* const place = text.data == nullptr ? nullptr : arena_.Allocate(sizeof(TreeNode));
     if (place == nullptr) return nullptr;
-    return new (place) TreeNode{text.data, text.size, type, nullptr, nullptr, nullptr};
+    return new (place) TreeNode(EmptyNode(type, text));
   }
   TreeElement* AdoptElement(NodeType type, TreeText name) {
     void* const place = name.data == nullptr ? nullptr : arena_.Allocate(sizeof(TreeElement));
     if (place == nullptr) return nullptr;
-    return new (place) TreeElement{
-        {name.data, name.size, type, nullptr, nullptr, nullptr},
-        nullptr, nullptr, nullptr
-    };
+    return new (place) TreeElement(EmptyElement(type, name));
   }
   TreeNode* MakeNode(NodeType type, std::string_view text) { return AdoptNode(type, Copy(text)); }
 
   void AppendAttribute(TreeElement& element, TreeText name, TreeText value) {
     const bool is_copied = name.data != nullptr && value.data != nullptr;
     void* const place = is_copied ? arena_.Allocate(sizeof(TreeAttribute)) : nullptr;
+    if (place != nullptr) Link(element, *new (place) TreeAttribute{name, value, nullptr});
+  }
+  /// The same with a copy of `value` that obeys TextRule::kAttribute, made in one piece with it.
+  void AppendAttribute(TreeElement& element, TreeText name, std::string_view value) {
+    void* const place = AllocateWithText(sizeof(TreeAttribute), value);
     if (place == nullptr) return;
-    auto* const attribute = new (place) TreeAttribute{name, value, nullptr};
-    (element.last_attribute == nullptr ? element.first_attribute : element.last_attribute->next) =
-        attribute;
-    element.last_attribute = attribute;
+    char* const characters = static_cast<char*>(place) + sizeof(TreeAttribute);
+    auto size = static_cast<std::uint32_t>(value.size());
+    if (Arena::CopyAndFindControls(value, characters))
+      size = MakeLegal(characters, size, TextRule::kAttribute);
+    const TreeText copy{characters, size};
+    Link(element, *new (place) TreeAttribute{name, copy, nullptr});
+  }
+
+  /// Appends an element that holds a text and nothing else: what most elements of a document are.
+  /// It is made in one piece.
+  TreeElement* AppendTextElement(TreeElement& parent, TreeText name, std::string_view text) {
+    void* const place = AllocateWithText(sizeof(TreeElement) + sizeof(TreeNode), text);
+    if (place == nullptr) return nullptr;
+    auto* const element = new (place) TreeElement(EmptyElement(NodeType::kElement, name));
+    char* const characters = static_cast<char*>(place) + sizeof(TreeElement) + sizeof(TreeNode);
+    Arena::CopyTo(text, characters);
+    const TreeText copy{characters, static_cast<std::uint32_t>(text.size())};
+    Append(*element, *new (element + 1) TreeNode(EmptyNode(NodeType::kText, copy)));
+    Append(parent, *element);
+    return element;
   }
 
   /// Makes a detached node the last child.
@@ -152,18 +173,35 @@ class Tree {
   static void Detach(TreeNode& node);
 
  private:
-  TreeText TooLong() {
-    arena_.SetFailed();
-    return {nullptr, 0};
+  static constexpr std::size_t kMostText = std::numeric_limits<std::uint32_t>::max();
+
+  // Nodes that are detached and have nothing in them.
+
+  static constexpr TreeNode EmptyNode(NodeType type, TreeText text) {
+    return {text.data, text.size, type, nullptr, nullptr, nullptr};
+  }
+  static constexpr TreeElement EmptyElement(NodeType type, TreeText name) {
+    return {EmptyNode(type, name), nullptr, nullptr, nullptr};
   }
 
-  static constexpr TreeElement kEmptyRoot{
-      {nullptr, 0, NodeType::kDocument, nullptr, nullptr, nullptr},
-      nullptr, nullptr, nullptr
-  };
+  /// Room for something of `size` bytes and a text behind it.
+  void* AllocateWithText(std::size_t size, std::string_view text) {
+    if (text.size() <= kMostText) return arena_.Allocate(size + text.size());
+    arena_.SetFailed();
+    return nullptr;
+  }
+
+  static void Link(TreeElement& element, TreeAttribute& attribute) {
+    (element.last_attribute == nullptr ? element.first_attribute : element.last_attribute->next) =
+        &attribute;
+    element.last_attribute = &attribute;
+  }
+
+  /// Changes a text so that it obeys the rule; returns its new size.
+  static std::uint32_t MakeLegal(char* text, std::uint32_t size, TextRule rule);
 
   Arena arena_;
-  TreeElement root_ = kEmptyRoot;
+  TreeElement root_ = EmptyElement(NodeType::kDocument, {});
 };
 
 }  // namespace dom
