@@ -25,8 +25,6 @@ bool TChoiceCodec::IsEqual(const void* field, const void* other) const {
   return &choice == &ChoiceOf(other) && AreRowsEqual(choice.rows, field, other);
 }
 
-void TChoiceCodec::SwapByteOrder(void* field) const { SwapRowsByteOrder(numbers_, field); }
-
 dom::Element TChoiceCodec::FindKindElement(dom::Element record_element) const {
   dom::Element kind = record_element.getFirstChildElement();
   while (kind && FindChoice(kind.getTagName()) == nullptr) kind = kind.getNextSiblingElement();

@@ -25,10 +25,7 @@ class TInputColumnsCodecBase : public TRecordListCodecBase {
 template <class Column>
 class TInputColumnsCodec final : public TInputColumnsCodecBase {
  public:
-  constexpr TInputColumnsCodec()
-      : TInputColumnsCodecBase(
-            {sizeof(Column), &Column::Properties, &WriteRecordXml<Column>, &ReadRecordXml<Column>},
-            Slicing::kUpgrade) {}
+  constexpr TInputColumnsCodec() : TInputColumnsCodecBase(kRecordType<Column>, Slicing::kUpgrade) {}
 };
 
 /// The list items of input columns, in their own legacy section. They have no XML of their own.

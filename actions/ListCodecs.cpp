@@ -1,6 +1,5 @@
 #include "actions/ListCodecs.h"
 
-#include <algorithm>
 #include <cstring>
 #include <string>
 
@@ -80,21 +79,32 @@ Status TRecordListCodecBase::ReadLegacy(const TProperty&, void* field,
 Status TRecordListCodecBase::AppendSlices(const TLegacySection& section, ByteView records,
                                           std::uint32_t count, CDynamicArray& list) const {
   const std::size_t slice_size = records.size() / count;
-  static_cast<void>(list.ReserveElements(list.GetCount() + count));  // Only saves growing later.
-  for (std::uint32_t i = 0; i < count; ++i) {
+  const bool is_current = slicing_ == Slicing::kOverlap || slice_size == type_.size;
+  const std::uint32_t first = list.GetCount();
+  static_cast<void>(list.ReserveElements(first + count));  // Only saves growing later.
+  Status status = Status::kOk;
+  for (std::uint32_t i = 0; i < count && status == Status::kOk; ++i) {
     const ByteView rest = records.subspan(i * slice_size);
-    void* const record = AppendRecord(list);
-    if (record == nullptr) return Status::kFailure;
-    if (slicing_ == Slicing::kOverlap || slice_size == type_.size) {
-      std::memcpy(record, rest.data(), std::min(rest.size(), type_.size));
-    } else if (section.owner == nullptr ||
-               !section.owner->ConvertLegacyRecord(
-                   section.code, rest.first(slice_size),
-                   std::span(static_cast<std::byte*>(record), type_.size))) {
-      list.Remove(list.GetCount() - 1);
-      continue;
-    }
-    SwapRowsByteOrder(type_.properties(), record);
+    if (is_current && rest.size() >= type_.size)
+      status = list.Add(rest.data()) == kNoIndex ? Status::kFailure : Status::kOk;
+    else
+      status = AppendSlice(section, is_current ? rest : rest.first(slice_size), list);
+  }
+  const TRecordWords& words = type_.words();
+  for (std::uint32_t i = first; i < list.GetCount(); ++i) words.SwapByteOrder(list.ElementAt(i));
+  return status;
+}
+
+Status TRecordListCodecBase::AppendSlice(const TLegacySection& section, ByteView slice,
+                                         CDynamicArray& list) const {
+  void* const record = AppendRecord(list);
+  if (record == nullptr) return Status::kFailure;
+  if (slicing_ == Slicing::kOverlap) {
+    std::memcpy(record, slice.data(), slice.size());
+  } else if (section.owner == nullptr ||
+             !section.owner->ConvertLegacyRecord(
+                 section.code, slice, std::span(static_cast<std::byte*>(record), type_.size))) {
+    list.Remove(list.GetCount() - 1);
   }
   return Status::kOk;
 }
@@ -111,7 +121,7 @@ Status TRecordListCodecBase::WriteLegacy(const TProperty& row, const void* field
   for (std::uint32_t i = 0; i < count; ++i) {
     payload.Splice(payload.GetLength(), 0, list.ElementAt(i),
                    static_cast<std::uint32_t>(type_.size));
-    SwapRowsByteOrder(type_.properties(), payload.GetData() + payload.GetLength() - type_.size);
+    type_.words().SwapByteOrder(payload.GetData() + payload.GetLength() - type_.size);
   }
   return out.Write(row.code, payload.Bytes());
 }

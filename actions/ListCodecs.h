@@ -48,6 +48,7 @@ enum class Slicing : std::uint8_t {
 struct TRecordType {
   std::size_t size;
   std::span<const TProperty> (*properties)();
+  const TRecordWords& (*words)();
   /// Fills and reads a record's element. A record type that is more than its rows brings its own.
   void (*write_xml)(const void* record, const TXmlWriteScope& scope);
   Status (*read_xml)(void* record, const TXmlReadScope& scope);
@@ -75,10 +76,21 @@ class TRecordListCodecBase : public TFieldCodec {
  private:
   Status AppendSlices(const TLegacySection& section, ByteView records, std::uint32_t count,
                       CDynamicArray& list) const;
+  /// Appends what becomes of a slice that is not just a record.
+  Status AppendSlice(const TLegacySection& section, ByteView slice, CDynamicArray& list) const;
 
   TRecordType type_;
   Slicing slicing_;
 };
+
+template <class Record>
+const TRecordWords& WordsOf() {
+  static const TRecordWords words = [] {
+    const Record record{};
+    return TRecordWords(Record::Properties(), &record);
+  }();
+  return words;
+}
 
 template <class Record>
 void WriteRecordXml(const void* record, const TXmlWriteScope& scope) {
@@ -98,6 +110,10 @@ Status ReadRecordXml(void* record, const TXmlReadScope& scope) {
   }
 }
 
+template <class Record>
+inline constexpr TRecordType kRecordType{sizeof(Record), &Record::Properties, &WordsOf<Record>,
+                                         &WriteRecordXml<Record>, &ReadRecordXml<Record>};
+
 /// A list of records of one type, `TRecordArray<Record>`. Set when it is not empty. `Record` is a
 /// trivial type whose bytes are those of the legacy record but for the byte order of its numbers.
 /// Its static `Properties()` tells its fields; rows without XML form tell the numbers that are
@@ -106,9 +122,7 @@ template <class Record>
 class TRecordListCodec final : public TRecordListCodecBase {
  public:
   constexpr explicit TRecordListCodec(Slicing slicing)
-      : TRecordListCodecBase(
-            {sizeof(Record), &Record::Properties, &WriteRecordXml<Record>, &ReadRecordXml<Record>},
-            slicing) {}
+      : TRecordListCodecBase(kRecordType<Record>, slicing) {}
 };
 
 template <class Record>

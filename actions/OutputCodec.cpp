@@ -5,6 +5,14 @@
 
 namespace zaf {
 
+Status TOutputCodec::ReadLegacy(const TProperty& row, void* field,
+                                const TLegacySection& section) const {
+  const Status status = TTextCodecBase::ReadLegacy(row, field, section);
+  if (status == Status::kOk && line_feeds_ == LineFeeds::kAdded)
+    static_cast<CText*>(field)->ReplaceAll("\r", "\r\n");
+  return status;
+}
+
 void TOutputCodec::WriteXml(const TProperty& row, const void* field,
                             const TXmlWriteScope& scope) const {
   const auto& text = *static_cast<const CText*>(field);

@@ -20,6 +20,4 @@ bool TPartCodecBase::IsEqual(const void* field, const void* other) const {
   return AreRowsEqual(properties_(), field, other);
 }
 
-void TPartCodecBase::SwapByteOrder(void* field) const { SwapRowsByteOrder(properties_(), field); }
-
 }  // namespace zaf

@@ -18,7 +18,6 @@ class TPartCodecBase : public TFieldCodec {
                 const TXmlWriteScope& scope) const override;
   Status ReadXml(const TProperty& row, void* field, const TXmlReadScope& scope) const override;
   bool IsEqual(const void* field, const void* other) const override;
-  void SwapByteOrder(void* field) const override;
   std::span<const TProperty> Nested() const override { return properties_(); }
 
  protected:

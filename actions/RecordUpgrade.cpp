@@ -7,21 +7,15 @@ namespace zaf {
 namespace {
 
 /// The bytes [offset, offset + width) of `bytes`, as far as they are there.
-ByteView Clip(ByteView bytes, std::size_t offset, std::size_t width) {
+template <class Byte>
+std::span<Byte> Clip(std::span<Byte> bytes, std::size_t offset, std::size_t width) {
   const std::size_t begin = std::min(offset, bytes.size());
-  return bytes.subspan(begin, std::min(width, bytes.size() - begin));
+  return {bytes.data() + begin, std::min(width, bytes.size() - begin)};
 }
 
-std::span<std::byte> Clip(std::span<std::byte> bytes, std::size_t offset, std::size_t width) {
-  const std::size_t begin = std::min(offset, bytes.size());
-  return bytes.subspan(begin, std::min(width, bytes.size() - begin));
-}
-
+/// Stores a text in a slot that is all zero.
 void StoreText(std::string_view text, std::span<std::byte> slot) {
-  if (slot.empty()) return;
-  const std::size_t count = std::min(text.size(), slot.size() - 1);
-  std::memcpy(slot.data(), text.data(), count);
-  std::fill(slot.begin() + static_cast<std::ptrdiff_t>(count), slot.end(), std::byte{0});
+  if (!slot.empty()) std::memcpy(slot.data(), text.data(), std::min(text.size(), slot.size() - 1));
 }
 
 }  // namespace

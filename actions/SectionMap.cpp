@@ -10,9 +10,8 @@ Status ReadRecordHeader(TDataFile& file, std::uint32_t offset, TRecordHeader& he
   const Status status = file.ViewBlock(Code("head"), offset, kRecordHeaderSize, bytes);
   if (status != Status::kOk) return status;
   TByteReader reader(bytes);
-  std::uint32_t words[4] = {};
-  for (std::uint32_t& word : words)
-    if (const Status read = reader.ReadU32(word); read != Status::kOk) return read;
+  std::array<std::uint32_t, 4> words;
+  if (const Status read = reader.ReadU32(words); read != Status::kOk) return read;
   header.format = words[0];
   header.type = FourCharCode{words[1]};
   header.map_offset = words[2];
@@ -49,14 +48,6 @@ Status TSectionMap::Open(TDataFile& file, const TRecordHeader& header) {
       file.ViewBlock(Code("smap"), header.map_offset, count * kSectionMapEntrySize, bytes);
   if (status == Status::kOk) entries_ = TByteReader(bytes);
   return status;
-}
-
-bool TSectionMap::Next(TSectionMapEntry& entry) {
-  std::uint32_t code = 0;
-  if (entries_.ReadU32(code) != Status::kOk) return false;
-  entry.code = FourCharCode{code};
-  return entries_.ReadU32(entry.offset) == Status::kOk &&
-         entries_.ReadU32(entry.length) == Status::kOk;
 }
 
 }  // namespace zaf

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 
 #include "actions/TRecordHeader.h"
@@ -29,7 +30,12 @@ class TSectionMap {
   [[nodiscard]] bool IsComplete() const { return is_complete_; }
 
   /// Takes the next entry; false at the end.
-  bool Next(TSectionMapEntry& entry);
+  bool Next(TSectionMapEntry& entry) {
+    std::array<std::uint32_t, 3> words;
+    if (entries_.ReadU32(words) != Status::kOk) return false;
+    entry = {FourCharCode{words[0]}, words[1], words[2]};
+    return true;
+  }
 
  private:
   TByteReader entries_{ByteView()};

@@ -15,6 +15,7 @@ class TDeleteSpecification
 
   /// A switch for the commit that cannot be read is on, and its status is returned.
   Status ReadLegacyProperty(const TLegacySection& section) override;
+  static constexpr FourCharCode kReadByHand[] = {Code("cmit")};
 
  private:
   bool commits_at_once_ = false;

@@ -40,6 +40,8 @@ class TExternalQuerySpecification
   static constexpr FourCharCode kEventPlatform = Code("aevt");
   static constexpr FourCharCode kOldEventPlatform = Code("mac ");
   static constexpr FourCharCode kLibraryPlatform = Code("exev");
+  static constexpr FourCharCode kReadByHand[] = {kLibraryPlatform, kEventPlatform,
+                                                 kCommandPlatform};
 
   /// Reads and writes the parameter section of one kind: for an event its class and code; then,
   /// for every kind, the target and a count of names and values, each text with its NUL. A section

@@ -1,7 +1,7 @@
 #include "actions/TProperty.h"
 
 #include <algorithm>
-#include <bit>
+#include <utility>
 
 namespace zaf {
 namespace {
@@ -12,12 +12,10 @@ const void* Locate(const TProperty& row, const void* object) {
   return row.locate(const_cast<void*>(object));
 }
 
-/// How many rows there are, with those of parts.
-std::size_t CountRows(std::span<const TProperty> rows) {
-  std::size_t count = rows.size();
-  for (const TProperty& row : rows)
-    if (row.codec != nullptr) count += CountRows(row.codec->Nested());
-  return count;
+/// Where a field lies in its object, in bytes from its start.
+std::uint32_t OffsetOf(const void* field, const void* object) {
+  return static_cast<std::uint32_t>(static_cast<const char*>(field) -
+                                    static_cast<const char*>(object));
 }
 
 /// The row that has this code, or whose part has; null when none has.
@@ -56,37 +54,38 @@ Status TFieldCodec::ReadXml(const TProperty&, void*, const TXmlReadScope&) const
   return Status::kOk;
 }
 
-void TFieldCodec::SwapByteOrder(void*) const {}
+bool TFieldCodec::IsWord() const { return false; }
 
 std::span<const TProperty> TFieldCodec::Nested() const { return {}; }
 
-TCodeIndex::TCodeIndex(std::span<const TProperty> rows)
-    : entries_(std::bit_ceil(2 * CountRows(rows) + 1)) {
-  Add(rows, nullptr);
-}
+std::span<const TProperty> TFieldCodec::NestedWords() const { return Nested(); }
 
-/// Adds the codes of `rows`, which lead to `owner` if they are those of a part. Of several rows
-/// with one code the first counts.
-void TCodeIndex::Add(std::span<const TProperty> rows, const TProperty* owner) {
+void TCodeIndex::Add(std::span<const TProperty> rows, const void* part, const void* object) {
   for (const TProperty& row : rows) {
     if (row.codec == nullptr) continue;
-    const TProperty* const found = owner != nullptr ? owner : &row;
-    if (row.code != kNoCode && Find(row.code) == nullptr) {
-      std::size_t place = PlaceOf(row.code);
-      while (entries_[place].row != nullptr) place = Next(place);
-      entries_[place] = {row.code, found};
-    }
-    Add(row.codec->Nested(), found);
+    const void* const field = Locate(row, part);
+    AddField({row.code, OffsetOf(field, object), &row});
+    Add(row.codec->Nested(), field, object);
   }
 }
 
-bool ReadLegacyRow(const TCodeIndex& index, void* object, const TLegacySection& section,
-                   Status& status) {
-  const TProperty* const found = index.Find(section.code);
-  if (found == nullptr) return false;
-  const TProperty& row = Descend(found, section.code, object);
-  status = row.codec->ReadLegacy(row, object, section);
-  return true;
+void TCodeIndex::Leave(std::span<const FourCharCode> codes) {
+  for (const FourCharCode code : codes) AddField({code, 0, nullptr});
+}
+
+void TCodeIndex::AddField(const TField& field) {
+  if (field.code == kNoCode || Find(field.code).code == field.code) return;
+  if (2 * ++count_ > fields_.size()) Resize(2 * fields_.size());
+  std::size_t place = PlaceOf(field.code);
+  while (fields_[place].code != kNoCode) place = Next(place);
+  fields_[place] = field;
+}
+
+void TCodeIndex::Resize(std::size_t size) {
+  const std::vector<TField> old = std::exchange(fields_, std::vector<TField>(size));
+  last_place_ = size - 1;
+  count_ = 0;
+  for (const TField& field : old) AddField(field);
 }
 
 Status WriteLegacyRows(std::span<const TProperty> rows, const void* object, TSectionWriter& out) {
@@ -133,9 +132,20 @@ bool AreRowsEqual(std::span<const TProperty> rows, const void* object, const voi
   });
 }
 
-void SwapRowsByteOrder(std::span<const TProperty> rows, void* record) {
-  for (const TProperty& row : rows)
-    if (row.codec != nullptr) row.codec->SwapByteOrder(row.locate(record));
+void TRecordWords::Add(std::span<const TProperty> rows, const void* part, const void* record) {
+  for (const TProperty& row : rows) {
+    if (row.codec == nullptr) continue;
+    const void* const field = Locate(row, part);
+    if (row.codec->IsWord()) offsets_.push_back(OffsetOf(field, record));
+    Add(row.codec->NestedWords(), field, record);
+  }
+}
+
+void TRecordWords::SwapByteOrder(void* record) const {
+  for (const std::uint32_t offset : offsets_) {
+    auto* const word = static_cast<unsigned char*>(record) + offset;
+    std::reverse(word, word + sizeof(std::uint32_t));
+  }
 }
 
 }  // namespace zaf

@@ -51,10 +51,12 @@ class TFieldCodec {
   virtual void WriteXml(const TProperty& row, const void* field, const TXmlWriteScope& scope) const;
   virtual Status ReadXml(const TProperty& row, void* field, const TXmlReadScope& scope) const;
   [[nodiscard]] virtual bool IsEqual(const void* field, const void* other) const = 0;
-  /// Turns a number of a record from the file's byte order into the machine's, and back.
-  virtual void SwapByteOrder(void* field) const;
+  /// Whether the field of a record is a number of 4 bytes, which the file has in the other order.
+  [[nodiscard]] virtual bool IsWord() const;
   /// The rows of a field that has fields itself and whose legacy sections are those of its fields.
   [[nodiscard]] virtual std::span<const TProperty> Nested() const;
+  /// The rows of a field of a record that has numbers itself.
+  [[nodiscard]] virtual std::span<const TProperty> NestedWords() const;
 
  protected:
   ~TFieldCodec() = default;
@@ -62,42 +64,54 @@ class TFieldCodec {
 
 // The engine: what every class does with its rows. `object` is the object that the rows describe.
 
-/// The rows of an object by the codes of their legacy sections, those of its parts among them. Made
-/// once for a class; refers to the rows, which are constants.
+/// The rows of a class by the codes of their legacy sections, those of its parts among them, with
+/// the places of their fields. Made once for a class; refers to the rows, which are constants.
 class TCodeIndex {
  public:
-  explicit TCodeIndex(std::span<const TProperty> rows);
+  /// A row and where its field lies in the object, in bytes from its start.
+  struct TField {
+    FourCharCode code = kNoCode;
+    std::uint32_t offset = 0;
+    const TProperty* row = nullptr;  ///< Null: the code is left to others, or nobody has it.
 
-  /// The row that has this code, or whose part has; null when none has.
-  [[nodiscard]] const TProperty* Find(FourCharCode code) const {
+    /// Gives a section of this code to the field of `object`. There is a row.
+    Status Read(void* object, const TLegacySection& section) const {
+      return row->codec->ReadLegacy(*row, static_cast<char*>(object) + offset, section);
+    }
+  };
+
+  TCodeIndex() { Resize(32); }
+  TCodeIndex(std::span<const TProperty> rows, const void* object) : TCodeIndex() {
+    Add(rows, object, object);
+  }
+
+  /// Adds the rows that describe `part`: `object` itself, or a base or a part of it. Any object of
+  /// the class will do. Of several rows with one code the first counts.
+  void Add(std::span<const TProperty> rows, const void* part, const void* object);
+  /// Leaves codes that were not added to others: rows that are added later do not have them.
+  void Leave(std::span<const FourCharCode> codes);
+
+  [[nodiscard]] const TField& Find(FourCharCode code) const {
     std::size_t place = PlaceOf(code);
-    const TEntry* entries = entries_.data();  // A place is never outside.
-    while (entries[place].code != code && entries[place].code != kNoCode) place = Next(place);
-    return entries[place].row;
+    const TField* const fields = fields_.data();  // A place is never outside.
+    while (fields[place].code != code && fields[place].code != kNoCode) place = Next(place);
+    return fields[place];
   }
 
  private:
-  struct TEntry {
-    FourCharCode code = kNoCode;
-    const TProperty* row = nullptr;
-  };
-
   /// Fibonacci hashing: the codes differ little in some of their bits.
   [[nodiscard]] std::size_t PlaceOf(FourCharCode code) const {
-    return (static_cast<std::uint32_t>(code) * 0x9E3779B1U >> 16) & (entries_.size() - 1);
+    return (static_cast<std::uint32_t>(code) * 0x9E3779B1U >> 16) & last_place_;
   }
-  [[nodiscard]] std::size_t Next(std::size_t place) const {
-    return (place + 1) & (entries_.size() - 1);
-  }
-  void Add(std::span<const TProperty> rows, const TProperty* owner);
+  [[nodiscard]] std::size_t Next(std::size_t place) const { return (place + 1) & last_place_; }
+  void AddField(const TField& field);
+  /// Makes `size` places, a power of two, for the fields that there are.
+  void Resize(std::size_t size);
 
-  std::vector<TEntry> entries_;  ///< A power of two, at most half of them in use.
+  std::vector<TField> fields_;  ///< At most half of the places are in use.
+  std::size_t last_place_ = 0;
+  std::size_t count_ = 0;
 };
-
-/// Gives the section to the row that has its code. Returns false, without touching `status`, when
-/// none has; true when one had, with its outcome in `status`.
-bool ReadLegacyRow(const TCodeIndex& index, void* object, const TLegacySection& section,
-                   Status& status);
 
 /// Writes the sections of all rows, in their order.
 Status WriteLegacyRows(std::span<const TProperty> rows, const void* object, TSectionWriter& out);
@@ -115,8 +129,20 @@ Status ReadXmlRows(std::span<const TProperty> rows, void* object, const TXmlRead
 [[nodiscard]] bool AreRowsEqual(std::span<const TProperty> rows, const void* object,
                                 const void* other);
 
-/// Turns all numbers of a record around.
-void SwapRowsByteOrder(std::span<const TProperty> rows, void* record);
+/// Where the numbers of a type of record are. Made once for a type.
+class TRecordWords {
+ public:
+  /// `record`: any record that the rows describe.
+  TRecordWords(std::span<const TProperty> rows, const void* record) { Add(rows, record, record); }
+
+  /// Turns the numbers of a record from the file's byte order into the machine's, and back.
+  void SwapByteOrder(void* record) const;
+
+ private:
+  void Add(std::span<const TProperty> rows, const void* part, const void* record);
+
+  std::vector<std::uint32_t> offsets_;
+};
 
 // Builders of rows. `Member` is a pointer to the field (`&TNote::title_`); its type finds the codec
 // unless one is given.

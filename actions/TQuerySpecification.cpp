@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <string>
-#include <utility>
 
 #include "actions/OutputCodec.h"
 #include "actions/SectionMap.h"
@@ -68,9 +67,9 @@ std::span<const TProperty> TQuerySpecification::Properties() {
       AttributeIfSet<&Action::push_results_>(Code("push"), "PushResults", kPositiveSwitchCodec),
       AttributeIfSet<&Action::is_expanded_>(Code("expd"), "Expanded", kPositiveSwitchCodec),
       ChildIfSet<&Action::comments_>(Code("cmnt"), "Comments"),
-      Output<&Action::results_>(Code("rslt"), "ResultsOutput", ".Results"),
-      Output<&Action::no_results_>(Code("none"), "NoResultsOutput", ".NoResults"),
-      Output<&Action::error_>(Code("err "), "ErrorOutput", ".Error"),
+      Output<&Action::results_>(Code("rslt"), "ResultsOutput", ".Results", kFedOutputCodec),
+      Output<&Action::no_results_>(Code("none"), "NoResultsOutput", ".NoResults", kFedOutputCodec),
+      Output<&Action::error_>(Code("err "), "ErrorOutput", ".Error", kFedOutputCodec),
       Carried<&Action::parent_name_>(kParent),
   };
   return kRows;
@@ -122,17 +121,9 @@ Status TQuerySpecification::ReadLegacyProperty(const TLegacySection& section) {
     default:
       break;
   }
-  static const TCodeIndex index(Properties());
-  Status status = Status::kOk;
-  if (!ReadLegacyRow(index, this, section, status) || status != Status::kOk) return status;
-  for (const auto& [code, text] : {
-           std::pair{Code("rslt"), &results_   },
-           std::pair{Code("none"), &no_results_},
-           std::pair{Code("err "), &error_     }
-  }) {
-    if (section.code == code) text->ReplaceAll("\r", "\r\n");
-  }
-  return Status::kOk;
+  static const TCodeIndex index(Properties(), this);
+  const TCodeIndex::TField& field = index.Find(section.code);
+  return field.row != nullptr ? field.Read(this, section) : Status::kOk;
 }
 
 /// The long values of "assx" are the same assignments as those of "assn" in full, so an action that

@@ -64,6 +64,8 @@ class TQuerySpecification : public heap::TPooledObject {
   /// Reads one section into the property that has its code; a section with an unknown code is
   /// not read and is kOk; kNoFile without a file.
   virtual Status ReadLegacyProperty(const TLegacySection& section);
+  /// The codes for which ReadLegacyProperty does more than the rows of this class say.
+  static constexpr FourCharCode kReadByHand[] = {Code("assn"), Code("assx")};
   /// Writes the record's sections and their map at `offset`, which moves on behind them, and fills
   /// `header`, which the caller writes.
   virtual Status WriteLegacy(TDataFile& file, std::uint32_t& offset, TRecordHeader& header) const;
@@ -130,6 +132,11 @@ class TQuerySpecification : public heap::TPooledObject {
   [[nodiscard]] const TActionEntry* GetTreeEntry() const { return tree_entry_; }
 
  protected:
+  /// Adds the rows of this class to the index of `object`'s class.
+  static void AddLegacyRows(TCodeIndex& index, const TQuerySpecification& action,
+                            const void* object) {
+    index.Add(Properties(), &action, object);
+  }
   void SetTypeCode(FourCharCode code) { type_code_ = code; }
   void SetRecordSize(std::uint32_t size) { record_size_ = size; }
   void SetResultsText(std::string_view text) { results_ = text; }

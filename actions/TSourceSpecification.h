@@ -24,6 +24,7 @@ class TSourceSpecification : public TTableSpecification<TSourceSpecification, TQ
   [[nodiscard]] const TDataSource& GetDataSource() const { return data_source_; }
 
   Status ReadLegacyProperty(const TLegacySection& section) override;
+  static constexpr FourCharCode kReadByHand[] = {Code("htyp")};
   /// kFailure when the users and passwords cannot be enciphered.
   Status WriteXml(TXmlWriteContext& context, dom::Element element,
                   dom::Element parent) const override;

@@ -20,6 +20,8 @@ namespace zaf {
 ///   row says where the part of `Base` goes. Every class declares it, if only to return no rows.
 /// - `LegacyOrder()`, optional: the order of its legacy sections where that differs; kNoCode stands
 ///   for the sections of `Base`, which else come last.
+/// - `kReadByHand`, where it overrides ReadLegacyProperty and is itself a base: the codes for which
+///   it does so.
 ///
 /// In each operation the class's own rows come first and `Base` gets the rest. A class overrides an
 /// operation for what no row can say and calls this one for the others.
@@ -41,10 +43,9 @@ class TTableSpecification : public Base {
 
   Status ReadLegacyProperty(const TLegacySection& section) override {
     if (section.file == nullptr) return Status::kNoFile;
-    Status status = Status::kOk;
-    static const TCodeIndex index(Rows());
-    if (ReadLegacyRow(index, &Self(), section, status)) return status;
-    return Base::ReadLegacyProperty(section);
+    static const TCodeIndex index = MakeCodeIndex(Self());
+    const TCodeIndex::TField& field = index.Find(section.code);
+    return field.row != nullptr ? field.Read(&Self(), section) : Base::ReadLegacyProperty(section);
   }
 
   Status WriteLegacyProperties(TSectionWriter& out) const override {
@@ -89,6 +90,16 @@ class TTableSpecification : public Base {
     return status == Status::kOk ? Base::ReadXml(context, element) : status;
   }
 
+ protected:
+  /// Adds the rows of the class and of its bases to the index of `object`'s class, so that one
+  /// look-up finds them all. What a base reads by hand is left to that base.
+  static void AddLegacyRows(TCodeIndex& index, const Action& action, const void* object) {
+    index.Add(Rows(), &action, object);
+    static_assert(IsReadByHandTold(), "a base tells for which codes it overrides");
+    index.Leave(Base::kReadByHand);
+    Base::AddLegacyRows(index, action, object);
+  }
+
  private:
   /// Tells functions apart; their addresses are no constants under some sanitizers.
   template <auto Function>
@@ -103,6 +114,28 @@ class TTableSpecification : public Base {
     } else {
       return !std::is_same_v<TFunction<&Action::LegacyOrder>, TFunction<&Base::LegacyOrder>>;
     }
+  }
+
+  template <const auto& Constant>
+  struct TConstant;
+  template <class Class>
+  static Class DeclaringClass(Status (Class::*)(const TLegacySection&));
+
+  /// Whether a `Base` with a ReadLegacyProperty of its own has a `kReadByHand` of its own, too.
+  static constexpr bool IsReadByHandTold() {
+    if constexpr (!std::is_same_v<decltype(DeclaringClass(&Base::ReadLegacyProperty)), Base> ||
+                  !requires { typename Base::TTableSpecification; }) {
+      return true;
+    } else {
+      return !std::is_same_v<TConstant<Base::kReadByHand>,
+                             TConstant<Base::TTableSpecification::kReadByHand>>;
+    }
+  }
+
+  static TCodeIndex MakeCodeIndex(const Action& action) {
+    TCodeIndex index;
+    AddLegacyRows(index, action, &action);
+    return index;
   }
 
   static std::span<const TProperty> Rows() {

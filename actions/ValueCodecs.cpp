@@ -32,12 +32,6 @@ std::string_view SpellCode(FourCharCode code, std::array<char, 16>& scratch) {
   return UntilNul({scratch.data(), characters.size()});
 }
 
-/// The four bytes of a number of a record, whatever its type, the other way round.
-void SwapWord(void* field) {
-  auto* const bytes = static_cast<unsigned char*>(field);
-  std::reverse(bytes, bytes + sizeof(std::uint32_t));
-}
-
 /// A field with words is a number or a code, and both have 32 bits.
 std::int32_t LoadWord(const void* field) {
   std::int32_t value = 0;
@@ -73,10 +67,9 @@ Status TTextCodecBase::ReadLegacy(const TProperty&, void* field,
                                   const TLegacySection& section) const {
   auto& text = Get<CText>(field);
   const Status status = section.Read(text);
-  if (status == Status::kOk && inner_nul_ == InnerNul::kEndsText &&
-      text.View().find('\0') != std::string_view::npos)
-    text = UntilNul(std::string(text.View()));
-  return status;
+  if (status != Status::kOk || inner_nul_ == InnerNul::kStays) return status;
+  text.SubstringInPlace(0, static_cast<std::uint32_t>(UntilNul(text.View()).size()));
+  return Status::kOk;
 }
 
 Status TTextCodecBase::WriteLegacy(const TProperty& row, const void* field,
@@ -143,8 +136,6 @@ bool TNumberCodecBase::IsEqual(const void* field, const void* other) const {
   return Get<std::int32_t>(field) == Get<std::int32_t>(other);
 }
 
-void TNumberCodecBase::SwapByteOrder(void* field) const { SwapWord(field); }
-
 std::string_view TNumberCodecBase::Spell(const void* field, TScratch& scratch) const {
   return SpellNumber(Get<std::int32_t>(field), scratch);
 }
@@ -170,8 +161,6 @@ Status TCodeCodec::WriteLegacy(const TProperty& row, const void* field, TSection
 bool TCodeCodec::IsEqual(const void* field, const void* other) const {
   return Get<FourCharCode>(field) == Get<FourCharCode>(other);
 }
-
-void TCodeCodec::SwapByteOrder(void* field) const { SwapWord(field); }
 
 std::string_view TCodeCodec::Spell(const void* field, TScratch& scratch) const {
   return SpellCode(Get<FourCharCode>(field), scratch);
@@ -215,8 +204,6 @@ Status TWordCodec::WriteLegacy(const TProperty& row, const void* field, TSection
 bool TWordCodec::IsEqual(const void* field, const void* other) const {
   return LoadWord(field) == LoadWord(other);
 }
-
-void TWordCodec::SwapByteOrder(void* field) const { SwapWord(field); }
 
 std::string_view TWordCodec::Spell(const void* field, TScratch& scratch) const {
   const std::int32_t value = LoadWord(field);

@@ -109,10 +109,7 @@ class TRecordSwitchCodec final : public TValueCodec {
   bool IsEqual(const void* field, const void* other) const override {
     return IsSet(field) == IsSet(other);
   }
-  void SwapByteOrder(void* field) const override {
-    auto* const bytes = static_cast<unsigned char*>(field);
-    std::reverse(bytes, bytes + sizeof(Number));
-  }
+  bool IsWord() const override { return sizeof(Number) == sizeof(std::uint32_t); }
 
  protected:
   using TScratch = TValueCodec::TScratch;
@@ -138,7 +135,7 @@ class TNumberCodecBase : public TValueCodec {
                     const TLegacySection& section) const override;
   Status WriteLegacy(const TProperty& row, const void* field, TSectionWriter& out) const override;
   bool IsEqual(const void* field, const void* other) const override;
-  void SwapByteOrder(void* field) const override;
+  bool IsWord() const override { return true; }
 
  protected:
   std::string_view Spell(const void* field, TScratch& scratch) const override;
@@ -160,7 +157,7 @@ class TCodeCodec final : public TValueCodec {
                     const TLegacySection& section) const override;
   Status WriteLegacy(const TProperty& row, const void* field, TSectionWriter& out) const override;
   bool IsEqual(const void* field, const void* other) const override;
-  void SwapByteOrder(void* field) const override;
+  bool IsWord() const override { return true; }
 
  protected:
   std::string_view Spell(const void* field, TScratch& scratch) const override;
@@ -231,7 +228,7 @@ class TWordCodec final : public TValueCodec {
                     const TLegacySection& section) const override;
   Status WriteLegacy(const TProperty& row, const void* field, TSectionWriter& out) const override;
   bool IsEqual(const void* field, const void* other) const override;
-  void SwapByteOrder(void* field) const override;
+  bool IsWord() const override { return true; }
 
  protected:
   std::string_view Spell(const void* field, TScratch& scratch) const override;

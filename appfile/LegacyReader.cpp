@@ -45,16 +45,15 @@ Status ReadLegacyApplication(TDataFile& file, const TQuerySpecificationServer& s
   TSectionMap map;
   if (const Status status = map.Open(file, header); status != Status::kOk) return status;
   if (!map.IsComplete()) return Status::kMalformed;
-  static const TCodeIndex index(TApplication::Properties());
+  static const TCodeIndex index(TApplication::Properties(), &application);
   TSectionMapEntry entry;
   bool is_too_new = false;
   while (!is_too_new && map.Next(entry)) {
     Status status = Status::kOk;
     if (entry.code == kActionEntry) {
       status = ReadAction(file, entry.offset, server, application, is_too_new);
-    } else {
-      ReadLegacyRow(index, &application, {&file, entry.code, entry.offset, entry.length, nullptr},
-                    status);
+    } else if (const TCodeIndex::TField& field = index.Find(entry.code); field.row != nullptr) {
+      status = field.Read(&application, {&file, entry.code, entry.offset, entry.length, nullptr});
     }
     if (status != Status::kOk) return status;
   }

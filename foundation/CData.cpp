@@ -141,13 +141,6 @@ std::uint32_t CData::SpliceData(std::uint32_t position, std::uint32_t remove_cou
   return Splice(position, remove_count, other.buffer_, other.length_);
 }
 
-bool CData::IsInStorage(const void* bytes) const {
-  if (bytes == nullptr || buffer_ == nullptr) return false;
-  const auto address = reinterpret_cast<std::uintptr_t>(bytes);
-  const auto first = reinterpret_cast<std::uintptr_t>(buffer_);
-  return address >= first && address - first < capacity_;
-}
-
 void CData::CopyFrom(const CData& other) {
   if (other.length_ == 0 || !AllocateExactly(other.length_)) return;
   std::memcpy(buffer_, other.buffer_, other.length_);

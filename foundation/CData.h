@@ -121,7 +121,11 @@ class CData : public heap::TPooledObject {
   void SetLength(std::uint32_t length) { length_ = length; }
 
   /// Whether `bytes` points into this buffer's storage; no for null.
-  [[nodiscard]] bool IsInStorage(const void* bytes) const;
+  [[nodiscard]] bool IsInStorage(const void* bytes) const {
+    const auto address = reinterpret_cast<std::uintptr_t>(bytes);
+    const auto first = reinterpret_cast<std::uintptr_t>(buffer_);
+    return address - first < capacity_;  // Also false where there is no storage.
+  }
 
   /// Storage of exactly `size` bytes (greater than 0) for a buffer that has none.
   bool AllocateExactly(std::uint32_t size) {

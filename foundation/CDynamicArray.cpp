@@ -95,15 +95,27 @@ std::uint32_t CDynamicArray::Insert(std::uint32_t index, const void* source) {
   if (count + 1 > element_capacity_ && !ReserveElements(count + 1)) return kNoIndex;
   const std::uint32_t length = count * element_size_;
   SetLength(length);  // Bytes that make no whole element do not count.
+  if (!is_own && position == count && element_size_ <= GetCapacity() - length) {
+    StoreElement(position, source);
+    SetLength(length + element_size_);
+    return position;
+  }
   const void* bytes = is_own ? Buffer() + place : source;
   // The first element must not shrink the room that was reserved for all of them.
   const std::uint32_t new_length =
       length == 0 ? CData::Set(bytes, element_size_, GetCapacity())
                   : CData::Splice(position * element_size_, 0, bytes, element_size_);
   if (new_length != length + element_size_) return kNoIndex;
-  if (source == nullptr)
-    std::memset(Buffer() + std::size_t{position} * element_size_, 0, element_size_);
+  if (source == nullptr) StoreElement(position, nullptr);
   return position;
+}
+
+void CDynamicArray::StoreElement(std::uint32_t index, const void* source) {
+  char* const element = Buffer() + std::size_t{index} * element_size_;
+  if (source == nullptr)
+    std::memset(element, 0, element_size_);
+  else
+    std::memcpy(element, source, element_size_);
 }
 
 std::uint32_t CDynamicArray::Remove(std::uint32_t index) {

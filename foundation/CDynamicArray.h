@@ -72,6 +72,9 @@ class CDynamicArray : public CData {
   std::uint32_t RemoveAll();
 
  private:
+  /// Puts a copy of the element, or zeros for null, in a place that has room.
+  void StoreElement(std::uint32_t index, const void* source);
+
   std::uint32_t element_capacity_ = 0;
   std::uint32_t element_size_;
 };

@@ -34,32 +34,38 @@ bool EqualViews(std::string_view a, std::string_view b, CaseSensitivity sensitiv
   return sensitivity == CaseSensitivity::kExact ? a == b : EqualsIgnoringCase(a, b);
 }
 
-/// Counts a character. The counts of short pieces fit a byte, so that the compiler takes many
-/// characters at a time.
-std::uint64_t CountCharacter(std::string_view text, char character) {
-  constexpr std::size_t kPiece = 128;
-  std::uint64_t count = 0;
-  for (; text.size() >= kPiece; text.remove_prefix(kPiece)) {
-    std::uint8_t piece_count = 0;
-    for (std::size_t i = 0; i < kPiece; ++i)
-      piece_count = static_cast<std::uint8_t>(piece_count + (text.data()[i] == character ? 1 : 0));
-    count += piece_count;
+/// Matches that do not overlap, found from the left: how many there are and where the first ones
+/// begin, which need not be looked for again.
+class TMatches {
+ public:
+  /// `find` is not empty.
+  TMatches(std::string_view text, std::string_view find, CaseSensitivity sensitivity)
+      : find_(find), sensitivity_(sensitivity) {
+    for (std::size_t i = 0; (i = Search(text, i)) != std::string_view::npos; i += find.size()) {
+      if (count_ < places_.size()) places_[count_] = static_cast<std::uint32_t>(i);
+      ++count_;
+    }
   }
-  for (const char other : text) count += other == character ? 1 : 0;
-  return count;
-}
 
-/// Matches that do not overlap, found from the left. `find` is not empty.
-std::uint64_t CountMatches(std::string_view text, std::string_view find,
-                           CaseSensitivity sensitivity) {
-  if (find.size() == 1 && sensitivity == CaseSensitivity::kExact)
-    return CountCharacter(text, find[0]);
-  std::uint64_t count = 0;
-  for (std::size_t i = 0; (i = FindForward(text, find, i, sensitivity)) != std::string_view::npos;
-       i += find.size())
-    ++count;
-  return count;
-}
+  [[nodiscard]] std::uint64_t GetCount() const { return count_; }
+  /// Where the match with this number begins in `text`; `end` is that of the match before.
+  [[nodiscard]] std::size_t Find(std::uint64_t number, std::string_view text,
+                                 std::size_t end) const {
+    return number < places_.size() ? places_[number] : Search(text, end);
+  }
+
+ private:
+  [[nodiscard]] std::size_t Search(std::string_view text, std::size_t start) const {
+    const bool is_character = find_.size() == 1 && sensitivity_ == CaseSensitivity::kExact;
+    return is_character ? text.find(find_[0], start)
+                        : FindForward(text, find_, start, sensitivity_);
+  }
+
+  std::string_view find_;
+  CaseSensitivity sensitivity_;
+  std::uint64_t count_ = 0;
+  std::array<std::uint32_t, 256> places_;
+};
 
 std::uint32_t AsIndex(std::size_t place) {
   return place == std::string_view::npos ? kNoIndex : static_cast<std::uint32_t>(place);
@@ -69,6 +75,15 @@ std::uint32_t AsIndex(std::size_t place) {
 
 CText::CText(TTextCapacity room) {
   if (room.characters < kNoIndex) AllocateExactly(room.characters + 1);
+}
+
+void CText::AssignToNew(std::string_view text) {
+  if (text.empty() || text.size() >= kNoIndex) return;
+  const auto size = static_cast<std::uint32_t>(text.size());
+  if (!AllocateExactly(size + 1)) return;
+  std::memcpy(Buffer(), text.data(), size);
+  Buffer()[size] = 0;
+  SetLength(size + 1);
 }
 
 bool CText::Reserve(std::uint32_t size) {
@@ -187,30 +202,31 @@ void CText::ReplaceMatches(std::string_view find, std::string_view replacement,
     return;
   }
 
-  std::uint64_t matches = CountMatches(View(), find, sensitivity);
-  if (matches == 0) return;
+  const TMatches matches(View(), find, sensitivity);
+  std::uint64_t replaced = matches.GetCount();
+  if (replaced == 0) return;
 
   // A growing text is first moved to the end of its future room; then the result is built from the
   // front and never catches up with what is still to be read.
   std::uint64_t shift = 0;
   if (replacement.size() > find.size()) {
     const std::uint64_t growth = replacement.size() - find.size();
-    const std::uint64_t wanted = GetLength() + matches * growth;
+    const std::uint64_t wanted = GetLength() + replaced * growth;
     if (wanted > GetCapacity() &&
         (wanted >= kNoIndex || !Reserve(static_cast<std::uint32_t>(wanted))))
-      matches = (GetCapacity() - GetLength()) / growth;
-    shift = matches * growth;
+      replaced = (GetCapacity() - GetLength()) / growth;
+    shift = replaced * growth;
   }
   char* const buffer = Buffer();
   std::memmove(buffer + shift, buffer, GetLength());
   const std::string_view source(buffer + shift, GetLength() - 1);
   char* target = buffer;
   std::size_t read = 0;
-  for (; matches != 0; --matches) {
-    const std::size_t match = FindForward(source, find, read, sensitivity);
+  for (std::uint64_t i = 0; i < replaced; ++i) {
+    const std::size_t match = matches.Find(i, source, read);
     std::memmove(target, source.data() + read, match - read);
     target += match - read;
-    for (const char character : replacement) *target++ = character;
+    target = std::copy(replacement.begin(), replacement.end(), target);
     read = match + find.size();
   }
   std::memmove(target, source.data() + read, source.size() - read + 1);

@@ -149,7 +149,12 @@ class CText : public CData {
 
   // --- Assigning and appending. A character 0 is no character. The texts may be parts of this one.
 
-  void Assign(std::string_view text) { Set(text.data(), Length32(text)); }
+  void Assign(std::string_view text) {
+    if (GetCapacity() == 0)
+      AssignToNew(text);
+    else
+      Set(text.data(), Length32(text));
+  }
   void Assign(const char* text) { Assign(text == nullptr ? std::string_view{} : text); }
   void Assign(char character) { Set(&character, character == 0 ? 0 : 1); }
   void Assign(std::int32_t value);
@@ -218,15 +223,8 @@ class CText : public CData {
     return text.size() < kNoIndex ? static_cast<std::uint32_t>(text.size()) : kNoIndex;
   }
 
-  void AssignToNew(std::string_view text) {
-    if (text.empty() || text.size() >= kNoIndex) return;
-    const auto size = static_cast<std::uint32_t>(text.size());
-    if (!AllocateExactly(size + 1)) return;
-    std::memcpy(Buffer(), text.data(), size);
-    Buffer()[size] = 0;
-    SetLength(size + 1);
-  }
-
+  /// What a text without storage is assigned.
+  void AssignToNew(std::string_view text);
   [[nodiscard]] int Compare(const CText& other) const;
   void CutTo(std::uint32_t characters);
   void RemoveFront(std::uint32_t characters);

@@ -1,7 +1,6 @@
 #include "foundation/Heap.h"
 
 #include <algorithm>
-#include <array>
 #include <bit>
 #include <cstdlib>
 #include <cstring>
@@ -34,6 +33,8 @@ std::size_t BlockSize(std::size_t size) { return size; }
 bool IsKept(std::size_t /*block_size*/) { return false; }
 void* TakeBlock(std::size_t size) { return Counted(std::malloc(size)); }
 void GiveBlock(void* block, std::size_t /*size*/) { std::free(block); }
+void* TakeSmallKept(std::size_t /*size*/) { return nullptr; }
+bool KeepSmall(void* /*block*/, std::size_t /*size*/) { return false; }
 
 #else
 
@@ -46,7 +47,7 @@ constexpr std::size_t kMostKept = std::size_t{8} << 20;
 /// Rounded up to the next size that a block has.
 std::size_t BlockSize(std::size_t size) {
   const std::size_t step = size <= kLargestOfUnits ? kUnit : std::bit_floor(size) / kStepsPerPower;
-  return (size + step - 1) / step * step;
+  return (size + step - 1) & ~(step - 1);  // A step is a power of two.
 }
 
 bool IsKept(std::size_t block_size) { return block_size <= kLargestKept; }
@@ -67,10 +68,9 @@ struct TKeptBlock {
 /// The blocks that a thread keeps. Needs neither construction nor destruction, so that an object of
 /// static storage can still be destroyed when everything else of the thread is gone.
 struct TKeptBlocks {
-  std::array<TKeptBlock*, ClassOf(kLargestKept) + 1> first;
-  std::size_t size;  ///< Of all together, in bytes.
-  bool is_watched;   ///< The end of the thread will empty them.
-  bool is_closed;    ///< The thread ends: nothing is kept any more.
+  TKeptBlock* first[ClassOf(kLargestKept) + 1];
+  std::size_t room;  ///< Bytes that may still be kept: none before the thread is watched.
+  bool is_watched;   ///< The end of the thread empties them, or has done so.
 };
 
 thread_local constinit TKeptBlocks kept{};
@@ -78,11 +78,13 @@ thread_local constinit TKeptBlocks kept{};
 /// Lives as long as its thread and empties its kept blocks then.
 class TThreadEnd {
  public:
-  TThreadEnd() { kept.is_watched = true; }
+  TThreadEnd() {
+    if (!std::exchange(kept.is_watched, true)) kept.room = kMostKept;
+  }
   TThreadEnd(const TThreadEnd&) = delete;
   TThreadEnd& operator=(const TThreadEnd&) = delete;
   ~TThreadEnd() {
-    kept.is_closed = true;
+    kept.room = 0;
     for (TKeptBlock*& first : kept.first)
       while (first != nullptr) std::free(std::exchange(first, first->next));
   }
@@ -94,26 +96,45 @@ const TThreadEnd end_of_first_thread;
 
 void WatchThreadEnd() { static thread_local const TThreadEnd end_of_thread; }
 
+/// Takes a kept block of a size that has this number; null when there is none.
+void* TakeKept(std::size_t size, std::size_t number) {
+  TKeptBlock* const block = kept.first[number];
+  if (block == nullptr) return nullptr;
+  kept.first[number] = block->next;
+  kept.room += size;
+  return block;
+}
+
+/// Keeps a block unless there is no room.
+bool Keep(void* block, std::size_t size, std::size_t number) {
+  if (size > kept.room) return false;
+  kept.first[number] = new (block) TKeptBlock{kept.first[number]};
+  kept.room -= size;
+  return true;
+}
+
 void* TakeBlock(std::size_t size) {
-  if (IsKept(size)) {
-    TKeptBlock*& first = kept.first[ClassOf(size)];
-    if (first != nullptr) {
-      kept.size -= size;
-      return std::exchange(first, first->next);
-    }
-  }
-  return Counted(std::malloc(size));
+  void* const block = IsKept(size) ? TakeKept(size, ClassOf(size)) : nullptr;
+  return block != nullptr ? block : Counted(std::malloc(size));
 }
 
 void GiveBlock(void* block, std::size_t size) {
-  if (!IsKept(size) || size > kMostKept - kept.size || kept.is_closed) {
-    std::free(block);
-    return;
+  if (IsKept(size)) {
+    if (!kept.is_watched) WatchThreadEnd();
+    if (Keep(block, size, ClassOf(size))) return;
   }
-  if (!kept.is_watched) WatchThreadEnd();
-  TKeptBlock*& first = kept.first[ClassOf(size)];
-  first = new (block) TKeptBlock{first};
-  kept.size += size;
+  std::free(block);
+}
+
+// Nearly all blocks are small and nearly all requests meet a kept one: the short way for these.
+void* TakeSmallKept(std::size_t size) {
+  const std::size_t number = (size + kUnit - 1) / kUnit;
+  return size <= kLargestOfUnits ? TakeKept(number * kUnit, number) : nullptr;
+}
+
+bool KeepSmall(void* block, std::size_t size) {
+  const std::size_t number = (size + kUnit - 1) / kUnit;
+  return size <= kLargestOfUnits && Keep(block, number * kUnit, number);
 }
 
 #endif
@@ -124,7 +145,11 @@ std::uint64_t GetFailureCount() { return failure_count; }
 
 void CountFailure() { ++failure_count; }
 
-void* Allocate(std::size_t size) { return IsToFail() ? nullptr : TakeBlock(BlockSize(size)); }
+void* Allocate(std::size_t size) {
+  if (current_fault == nullptr)
+    if (void* const block = TakeSmallKept(size)) return block;
+  return IsToFail() ? nullptr : TakeBlock(BlockSize(size));
+}
 
 void* Reallocate(void* block, std::size_t old_size, std::size_t new_size) {
   if (IsToFail()) return nullptr;
@@ -141,7 +166,7 @@ void* Reallocate(void* block, std::size_t old_size, std::size_t new_size) {
 }
 
 void Free(void* block, std::size_t size) {
-  if (block != nullptr) GiveBlock(block, BlockSize(size));
+  if (block != nullptr && !KeepSmall(block, size)) GiveBlock(block, BlockSize(size));
 }
 
 void Free(void* block) { std::free(block); }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -41,15 +42,22 @@ class TByteReader {
   Status ReadU32(std::uint32_t& value) {
     ByteView word;
     if (const Status status = ReadBytes(4, word); status != Status::kOk) return status;
-    value = std::to_integer<std::uint32_t>(word[0]) << 24 |
-            std::to_integer<std::uint32_t>(word[1]) << 16 |
-            std::to_integer<std::uint32_t>(word[2]) << 8 | std::to_integer<std::uint32_t>(word[3]);
+    value = Number(word.data());
     return Status::kOk;
   }
   Status ReadI32(std::int32_t& value) {
     std::uint32_t word = 0;
     if (const Status status = ReadU32(word); status != Status::kOk) return status;
     value = static_cast<std::int32_t>(word);
+    return Status::kOk;
+  }
+
+  /// Takes several 32-bit numbers.
+  template <std::size_t kCount>
+  Status ReadU32(std::array<std::uint32_t, kCount>& values) {
+    ByteView words;
+    if (const Status status = ReadBytes(4 * kCount, words); status != Status::kOk) return status;
+    for (std::size_t i = 0; i < kCount; ++i) values[i] = Number(words.data() + 4 * i);
     return Status::kOk;
   }
 
@@ -72,6 +80,12 @@ class TByteReader {
   }
 
  private:
+  static std::uint32_t Number(const std::byte* word) {
+    return std::to_integer<std::uint32_t>(word[0]) << 24 |
+           std::to_integer<std::uint32_t>(word[1]) << 16 |
+           std::to_integer<std::uint32_t>(word[2]) << 8 | std::to_integer<std::uint32_t>(word[3]);
+  }
+
   ByteView bytes_;
 };
 

@@ -95,15 +95,6 @@ Status TDataFile::Seek(FourCharCode /*code*/, std::uint32_t offset) {
   return Result(std::fseek(stream_, target, SEEK_SET) == 0);
 }
 
-Status TDataFile::ChargeRead(std::uint32_t count) {
-  if (count > readable_bytes_) {
-    readable_bytes_ = 0;
-    return Status::kMalformed;
-  }
-  readable_bytes_ -= count;
-  return Status::kOk;
-}
-
 Status TDataFile::Read(std::uint32_t count, void* buffer) {
   if (is_in_memory_) {
     if (count > size_ - position_) return Status::kFailure;
@@ -216,21 +207,32 @@ std::uint32_t TDataFile::GetSize() {
   return static_cast<std::uint32_t>(std::min(size, kMost));
 }
 
-Status TDataFile::ViewBlock(FourCharCode code, std::uint32_t offset, std::uint32_t length,
+Status TDataFile::ViewBlock(FourCharCode /*code*/, std::uint32_t offset, std::uint32_t length,
                             ByteView& view) {
-  if (!is_in_memory_) return Status::kFailure;
-  if (const Status status = Seek(code, offset); status != Status::kOk) return status;
-  if (length > size_ - position_) return Status::kFailure;
-  if (const Status status = ChargeRead(length); status != Status::kOk) return status;
-  view = GetImage().subspan(position_, length);
-  position_ += length;
-  return Status::kOk;
+  return is_in_memory_ ? TakeBlock(offset, length, view) : Status::kFailure;
 }
 
 Status TDataFile::FetchBlock(FourCharCode code, std::uint32_t offset, std::uint32_t length,
                              CData& scratch, ByteView& view) {
-  return is_in_memory_ ? ViewBlock(code, offset, length, view)
+  return is_in_memory_ ? TakeBlock(offset, length, view)
                        : TDiskFile::FetchBlock(code, offset, length, scratch, view);
+}
+
+Status TDataFile::ReadText(FourCharCode code, std::uint32_t offset, std::uint32_t length,
+                           CText& text) {
+  if (!is_in_memory_) return TDiskFile::ReadText(code, offset, length, text);
+  text.Clear();
+  ByteView block;
+  const Status status = TakeBlock(offset, length, block);
+  return status == Status::kOk ? AssignSection(block, text) : status;
+}
+
+Status TDataFile::ReadInteger(FourCharCode code, std::uint32_t offset, std::uint32_t length,
+                              std::int32_t& value) {
+  if (!is_in_memory_) return TDiskFile::ReadInteger(code, offset, length, value);
+  ByteView block;
+  const Status status = TakeBlock(offset, sizeof value, block);
+  return status == Status::kOk ? TByteReader(block).ReadI32(value) : status;
 }
 
 void TDataFile::SetScrambled(bool is_scrambled) {

@@ -42,6 +42,11 @@ class TDataFile : public TDiskFile {
   /// A new file that was not published is gone.
   int Close() override;
   int DeleteFile(const CText& name) override;
+  /// In memory these two check and charge as Read does.
+  Status ReadText(FourCharCode code, std::uint32_t offset, std::uint32_t length,
+                  CText& text) override;
+  Status ReadInteger(FourCharCode code, std::uint32_t offset, std::uint32_t length,
+                     std::int32_t& value) override;
   /// Leaves a stream at its end; 0 when that fails. The largest number for a longer file.
   std::uint32_t GetSize() override;
 
@@ -77,7 +82,24 @@ class TDataFile : public TDiskFile {
   [[nodiscard]] bool AllocateImage(std::uint64_t size);
   void TakeImage(std::uint32_t size);
   void FreeImage();
-  Status ChargeRead(std::uint32_t count);
+  Status ChargeRead(std::uint32_t count) {
+    if (count > readable_bytes_) {
+      readable_bytes_ = 0;
+      return Status::kMalformed;
+    }
+    readable_bytes_ -= count;
+    return Status::kOk;
+  }
+  /// Takes a block of the file in memory: moves behind it and charges for it.
+  Status TakeBlock(std::uint32_t offset, std::uint32_t length, ByteView& view) {
+    if (offset >= size_) return Status::kFailure;
+    position_ = offset;
+    if (length > size_ - offset) return Status::kFailure;
+    if (const Status status = ChargeRead(length); status != Status::kOk) return status;
+    view = ByteView(image_ + offset, length);
+    position_ += length;
+    return Status::kOk;
+  }
 
   std::FILE* stream_ = nullptr;
   bool is_in_memory_ = false;

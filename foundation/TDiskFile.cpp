@@ -62,12 +62,15 @@ Status TDiskFile::ReadText(FourCharCode code, std::uint32_t offset, std::uint32_
   ByteView block;
   if (const Status status = FetchBlock(code, offset, length, scratch, block); status != Status::kOk)
     return status;
+  return AssignSection(block, text);
+}
+
+Status TDiskFile::AssignSection(ByteView block, CText& text) {
   std::string_view characters = AsText(block);
   if (!characters.empty() && characters.back() == '\0') characters.remove_suffix(1);
   if (characters.empty()) return Status::kOk;
-  const auto count = static_cast<std::uint32_t>(characters.size());
-  text.Set(characters.data(), count);
-  return text.GetCharacterCount() == count ? Status::kOk : Status::kFailure;
+  text.Assign(characters);
+  return text.GetCharacterCount() == characters.size() ? Status::kOk : Status::kFailure;
 }
 
 Status TDiskFile::ReadTextList(FourCharCode code, std::uint32_t offset, std::uint32_t length,

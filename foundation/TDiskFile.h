@@ -102,6 +102,9 @@ class TDiskFile {
   virtual Status FetchBlock(FourCharCode code, std::uint32_t offset, std::uint32_t length,
                             CData& scratch, ByteView& view);
 
+  /// What ReadText makes of a section's bytes, in a text that was cleared.
+  static Status AssignSection(ByteView block, CText& text);
+
   bool is_scrambled_ = false;  ///< Bytes are transformed on their way to and from the disk.
 };
 

@@ -346,7 +346,7 @@ TEST(SourceSpecification, DeploymentElementGivesOnlyItsLogin) {
 }
 
 TEST(SourceSpecification, TypeNameIsThatOfTheLastKnownHostType) {
-  TSourceSpecification action;
+  TUpdateSpecification action;  // The base does so for derived classes, too.
   for (const std::string_view host_type : {"oci ", "dam "}) {
     TDataFile file(AsBytes(host_type));
     EXPECT_EQ(action.ReadLegacyProperty({&file, Code("htyp"), 0, 4, nullptr}), Status::kOk);

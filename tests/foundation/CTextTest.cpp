@@ -110,6 +110,7 @@ TEST(CText, HostilePatternsAndManyMatchesTakeLinearTime) {
             kNoIndex);
   text.ReplaceAll("a", "bc");
   EXPECT_EQ(text.GetCharacterCount(), 2 * kSize);
+  EXPECT_TRUE(text.View().ends_with("bcbc"));
 }
 
 TEST(CText, CopiesOutTerminated) {
