@@ -1,13 +1,10 @@
 #include "actions/TDataSource.h"
 
 #include <string>
-#include <utility>
 
 #include "actions/DataSourceKinds.h"
 #include "actions/TDataSourceIndex.h"
-#include "actions/WriteTextElement.h"
 #include "foundation/CCipherText.h"
-#include "foundation/TByteReader.h"
 
 namespace zaf {
 namespace {
@@ -21,6 +18,26 @@ constexpr TVocabulary kTypeNames{kNamedDataSourceKinds, TVocabulary::Fallback::k
 std::string_view KindWord(FourCharCode host_type) {
   const std::string_view word = kKinds.WordOf(static_cast<std::int32_t>(host_type));
   return word.empty() ? kDefaultDataSourceKind.word : word;
+}
+
+/// Appends an element `name` with the enciphered form of `text`, which is made once. False when it
+/// cannot be enciphered.
+bool WriteEnciphered(TXmlWriteContext& context, dom::Element parent, std::string_view name,
+                     std::string_view text) {
+  const dom::Element element = parent.appendElement(name);
+  if (text.empty()) return true;
+  const std::uint64_t hash = TSeededHash::Extend(0, text);
+  const TEncipheredText* const found = context.enciphered_texts.Find(
+      hash, [&](const TEncipheredText& known) { return known.clear == text; });
+  if (found != nullptr) {
+    element.appendText(found->enciphered);
+    return true;
+  }
+  heap::TPooledString enciphered;
+  if (!CCipherText::Encipher(text, enciphered)) return false;
+  element.appendText(enciphered);
+  context.enciphered_texts.Add(hash, {text, element.getTextContent()});
+  return true;
 }
 
 }  // namespace
@@ -47,15 +64,15 @@ void TDataSource::UpdateTypeName() {
   if (!name.empty()) type_name = name;
 }
 
-Status TDataSource::WriteXml(TXmlWriteContext& context, dom::Element& development,
-                             dom::Element& deployment) const {
-  const TLogin login{user_name, password};
-  const TLogin deployment_login{deployment_user_name, deployment_password};
-  const Status status = WriteElement(context, login, development);
+Status TDataSource::WriteXml(TXmlWriteContext& context, std::uint32_t& development,
+                             std::uint32_t& deployment) const {
+  std::uint64_t hash = 0;
+  for (const std::string_view text : GetCommonTexts()) hash = TSeededHash::Extend(hash, text);
+  const Status status = WriteElement(context, Login::kDevelopment, hash, development);
   deployment = development;
-  return status != Status::kOk || deployment_login == login
+  return status != Status::kOk || GetLogin(Login::kDeployment) == GetLogin(Login::kDevelopment)
              ? status
-             : WriteElement(context, deployment_login, deployment);
+             : WriteElement(context, Login::kDeployment, hash, deployment);
 }
 
 Status TDataSource::ReadXml(const TXmlReadContext& context, std::string_view development,
@@ -94,37 +111,37 @@ void TDataSource::ReadLogin(dom::Element element, CText& user_name, CText& passw
   read("Password", password);
 }
 
-/// Each text has its length before it, so that no two lists of texts have the same key.
-heap::TPooledString TDataSource::KeyOfContent(const TLogin& login) const {
-  const std::string_view texts[] = {KindWord(host_type), data_source.View(), dbms.View(),
-                                    host.View(),         database.View(),    login.user_name,
-                                    login.password};
-  std::size_t size = 0;
-  for (const std::string_view text : texts) size += sizeof(std::uint32_t) + text.size();
-  heap::TPooledString key;
-  key.reserve(size);
-  for (const std::string_view text : texts) {
-    AppendU32(static_cast<std::uint32_t>(text.size()), key);
-    key.append(text);
-  }
-  return key;
+TDataSource::TLogin TDataSource::GetLogin(Login login) const {
+  if (login == Login::kDevelopment) return {user_name, password};
+  return {deployment_user_name, deployment_password};
 }
 
-Status TDataSource::WriteElement(TXmlWriteContext& context, const TLogin& login,
-                                 dom::Element& element) const {
-  heap::TPooledString key = KeyOfContent(login);
-  element = context.action_data_sources.Find(key);
-  if (element) return Status::kOk;
-  CCipherText user_text(login.user_name);
-  CCipherText password_text(login.password);
-  if (!user_text.Encipher() || !password_text.Encipher()) return Status::kFailure;
-  element = AppendDataSource(context);
+std::array<std::string_view, 5> TDataSource::GetCommonTexts() const {
+  return {KindWord(host_type), data_source.View(), dbms.View(), host.View(), database.View()};
+}
+
+Status TDataSource::WriteElement(TXmlWriteContext& context, Login login, std::uint64_t hash,
+                                 std::uint32_t& number) const {
+  const TLogin texts = GetLogin(login);
+  hash = TSeededHash::Extend(TSeededHash::Extend(hash, texts.user_name), texts.password);
+  const TWrittenDataSource* const found =
+      context.action_data_sources.Find(hash, [&](const TWrittenDataSource& other) {
+        return other.source->GetLogin(other.login) == texts &&
+               other.source->GetCommonTexts() == GetCommonTexts();
+      });
+  if (found != nullptr) {
+    number = found->number;
+    return Status::kOk;
+  }
+  number = context.data_source_count;
+  const dom::Element element = AppendDataSource(context);
   WriteXmlRows(Properties(), this, {context, element, {}});
   const dom::Element info = element.appendElement("UserInfo");
   info.appendAttribute("Encrypted", "True");
-  WriteTextElement(info, "UserName", user_text.View());
-  WriteTextElement(info, "Password", password_text.View());
-  context.action_data_sources.Remember(std::move(key), element);
+  if (!WriteEnciphered(context, info, "UserName", texts.user_name) ||
+      !WriteEnciphered(context, info, "Password", texts.password))
+    return Status::kFailure;
+  context.action_data_sources.Add(hash, {this, login, number});
   return Status::kOk;
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+#include <cstdint>
 #include <span>
 #include <string_view>
 
@@ -32,11 +34,11 @@ struct TDataSource {
   /// Sets the type name from the host type; one that has no name leaves it as it was.
   void UpdateTypeName();
 
-  /// Gives the two elements of this data source, which are appended to the document's list unless
-  /// another action's with equal content are there. kFailure: the users and passwords cannot be
-  /// enciphered.
-  Status WriteXml(TXmlWriteContext& context, dom::Element& development,
-                  dom::Element& deployment) const;
+  /// Gives the numbers of the two elements of this data source, which are appended to the
+  /// document's list unless another action's with equal content are there. kFailure: the users and
+  /// passwords cannot be enciphered.
+  Status WriteXml(TXmlWriteContext& context, std::uint32_t& development,
+                  std::uint32_t& deployment) const;
 
   /// Takes everything from the element with the ID `development` but the user and password of the
   /// deployment, which are those of the element `deployment`. An ID that is not there leaves its
@@ -53,12 +55,17 @@ struct TDataSource {
     bool operator==(const TLogin&) const = default;
   };
 
+  [[nodiscard]] TLogin GetLogin(Login login) const;
+  /// The texts that both elements have, the word of the kind first.
+  [[nodiscard]] std::array<std::string_view, 5> GetCommonTexts() const;
+  /// Gives the number of the element of this login. `hash` is that of the common texts.
+  Status WriteElement(TXmlWriteContext& context, Login login, std::uint64_t hash,
+                      std::uint32_t& number) const;
+
   /// Takes from one element what that has: all but the deployment user and password. A null element
   /// leaves it empty.
   void ReadElement(const TXmlReadContext& context, dom::Element element);
   static void ReadLogin(dom::Element element, CText& user_name, CText& password);
-  [[nodiscard]] heap::TPooledString KeyOfContent(const TLogin& login) const;
-  Status WriteElement(TXmlWriteContext& context, const TLogin& login, dom::Element& element) const;
 };
 
 }  // namespace zaf

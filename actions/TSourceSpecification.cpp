@@ -33,12 +33,12 @@ Status TSourceSpecification::WriteXml(TXmlWriteContext& context, dom::Element el
                                       dom::Element parent) const {
   if (!element) element = parent.appendElement(kElement);
   WriteXmlRows(Properties(), this, {context, element, GetName().View()});
-  dom::Element development;
-  dom::Element deployment;
+  std::uint32_t development = 0;
+  std::uint32_t deployment = 0;
   const Status status = data_source_.WriteXml(context, development, deployment);
   if (status != Status::kOk) return status;
-  element.appendAttribute(kDevelopmentAttribute, development.getAttribute("ID"));
-  element.appendAttribute(kDeploymentAttribute, deployment.getAttribute("ID"));
+  element.appendAttribute(kDevelopmentAttribute, TDataSourceId(development).View());
+  element.appendAttribute(kDeploymentAttribute, TDataSourceId(deployment).View());
   // The table's own operation would write the rows a second time.
   // NOLINTNEXTLINE(bugprone-parent-virtual-call)
   return TQuerySpecification::WriteXml(context, element, parent);

@@ -1,9 +1,7 @@
 #include "actions/TXmlContext.h"
 
 #include <algorithm>
-#include <random>
-#include <string>
-#include <utility>
+#include <charconv>
 
 namespace zaf {
 namespace {
@@ -11,24 +9,9 @@ namespace {
 constexpr std::uint64_t kReferencedPerByte = 32;
 constexpr std::uint64_t kLeastReferenced = 4 << 20;
 
-std::uint64_t ProcessSeed() {
-  static const std::uint64_t seed = [] {
-    std::random_device device;
-    return std::uint64_t{device()} << 32 | device();
-  }();
-  return seed;
-}
+constexpr std::string_view kDataSourceId = "DataSource.";
 
 }  // namespace
-
-/// FNV-1a over the bytes, begun at the seed, finished with the 64-bit mixer of MurmurHash3.
-std::size_t TSeededHash::operator()(std::string_view text) const {
-  std::uint64_t hash = ProcessSeed();
-  for (const char c : text) hash = (hash ^ static_cast<unsigned char>(c)) * 0x100000001B3U;
-  hash = (hash ^ hash >> 33) * 0xFF51AFD7ED558CCDU;
-  hash = (hash ^ hash >> 33) * 0xC4CEB9FE1A85EC53U;
-  return static_cast<std::size_t>(hash ^ hash >> 33);
-}
 
 TOutputIndex::TOutputIndex(dom::Element outputs) {
   for (dom::Element output = outputs.getFirstChildElement("Output"); output;
@@ -43,15 +26,6 @@ const std::string_view* TOutputIndex::Find(std::string_view id) const {
   return found == texts_.end() ? nullptr : &found->second;
 }
 
-dom::Element TElementRegistry::Find(const heap::TPooledString& key) const {
-  const auto found = elements_.find(key);
-  return found == elements_.end() ? dom::Element() : found->second;
-}
-
-void TElementRegistry::Remember(heap::TPooledString key, dom::Element element) {
-  elements_.try_emplace(std::move(key), element);
-}
-
 TReferenceBudget::TReferenceBudget(std::size_t document_size)
     : left_(std::max(kReferencedPerByte * document_size, kLeastReferenced)) {}
 
@@ -64,9 +38,15 @@ Status TReferenceBudget::Charge(std::size_t bytes) {
   return Status::kOk;
 }
 
+TDataSourceId::TDataSourceId(std::uint32_t number) {
+  char* const digits = std::copy(kDataSourceId.begin(), kDataSourceId.end(), text_.data());
+  const std::to_chars_result end = std::to_chars(digits, text_.data() + text_.size(), number);
+  size_ = static_cast<std::size_t>(end.ptr - text_.data());
+}
+
 dom::Element AppendDataSource(TXmlWriteContext& context) {
   const dom::Element source = context.data_sources.appendElement("DataSource");
-  source.appendAttribute("ID", "DataSource." + std::to_string(context.data_source_count++));
+  source.appendAttribute("ID", TDataSourceId(context.data_source_count++).View());
   return source;
 }
 

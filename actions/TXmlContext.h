@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -7,16 +8,13 @@
 #include <unordered_map>
 #include <utility>
 
+#include "actions/THashIndex.h"
+#include "actions/TSeededHash.h"
 #include "dom/dom.h"
 #include "foundation/Heap.h"
 #include "foundation/Status.h"
 
 namespace zaf {
-
-/// A hash of bytes that differs from process to process, so that no file can be made to collide.
-struct TSeededHash {
-  std::size_t operator()(std::string_view text) const;
-};
 
 /// A dictionary whose keys are texts that belong to somebody else, who outlives it.
 template <class Value>
@@ -41,32 +39,48 @@ class TOutputIndex {
   TTextIndex<std::string_view> texts_;
 };
 
-/// Elements of a list that are found again by a key of their content, so that equal ones are
-/// written once. Owns its keys.
-class TElementRegistry {
- public:
-  /// The element that was remembered under `key`; a null one when there is none.
-  [[nodiscard]] dom::Element Find(const heap::TPooledString& key) const;
-  void Remember(heap::TPooledString key, dom::Element element);
+struct TDataSource;
 
- private:
-  std::unordered_map<heap::TPooledString, dom::Element, TSeededHash, std::equal_to<>,
-                     heap::TPooledAllocator<std::pair<const heap::TPooledString, dom::Element>>>
-      elements_;
+/// Which of the two logins of an action's data source.
+enum class Login : std::uint8_t { kDevelopment, kDeployment };
+
+/// What a `DataSource` element of a document was written from.
+struct TWrittenDataSource {
+  const TDataSource* source = nullptr;
+  Login login = Login::kDevelopment;
+  std::uint32_t number = 0;  ///< Of the element, in the list.
 };
 
-/// What the actions of one application share while they are written into one document. The
-/// elements belong to the document, which outlives it.
+/// A user or password, and its enciphered form in the document.
+struct TEncipheredText {
+  std::string_view clear;
+  std::string_view enciphered;
+};
+
+/// What the actions of one application share while they are written into one document. Refers
+/// to both, which outlive it. Equal data sources are written, and equal texts enciphered, once.
 struct TXmlWriteContext {
   dom::Element actions;       ///< `Actions`: where an action's own element goes.
   dom::Element outputs;       ///< `Outputs`: the output blocks of all actions.
   dom::Element data_sources;  ///< `DataSources`: those of the application and of all actions.
-  std::uint32_t data_source_count = 0;   ///< Elements in `data_sources`.
-  TElementRegistry action_data_sources;  ///< Those of actions, by their content.
+  std::uint32_t data_source_count = 0;                 ///< Elements in `data_sources`.
+  THashIndex<TWrittenDataSource> action_data_sources;  ///< Those of actions, by their content.
+  THashIndex<TEncipheredText> enciphered_texts;        ///< By the texts in clear.
 };
 
-/// Appends a `DataSource` element to the document's list and gives it its ID: "DataSource." and the
-/// number of those before it.
+/// The ID of a `DataSource` element: "DataSource." and the number of those before it.
+class TDataSourceId {
+ public:
+  explicit TDataSourceId(std::uint32_t number);
+
+  [[nodiscard]] std::string_view View() const { return {text_.data(), size_}; }
+
+ private:
+  std::array<char, 24> text_;
+  std::size_t size_;
+};
+
+/// Appends a `DataSource` element, with its ID, to the document's list.
 dom::Element AppendDataSource(TXmlWriteContext& context);
 
 /// Bounds the text that the actions of a document take from elements that they refer to: every

@@ -3,6 +3,7 @@
 #include <string_view>
 
 #include "foundation/CText.h"
+#include "foundation/Heap.h"
 
 namespace zaf {
 
@@ -18,6 +19,9 @@ class CCipherText : public CText {
   /// Turns the text into its enciphered form; an empty text stays empty. False, and the text
   /// unchanged, when the cipher cannot be had.
   bool Encipher();
+
+  /// Sets `enciphered` to the enciphered form of `text`. False when the cipher cannot be had.
+  [[nodiscard]] static bool Encipher(std::string_view text, heap::TPooledString& enciphered);
 
   /// Turns an enciphered text back. A text without the mark, or one that cannot be deciphered,
   /// stays as it is.

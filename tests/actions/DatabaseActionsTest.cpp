@@ -319,6 +319,18 @@ TEST(SourceSpecification, ActionsWithEqualDataSourcesShareOne) {
   EXPECT_EQ(ToXml(document), document);
 }
 
+TEST(SourceSpecification, EachOfManyDataSourcesIsFoundAgain) {
+  constexpr int kCount = 100;
+  LegacyFile file;
+  for (int i = 0; i < 2 * kCount; ++i) WithSource(file, "A", std::to_string(i % kCount));
+  const std::string document = ToXml(file.Bytes());
+  // The deployment element of the first is the second, and that of all.
+  EXPECT_EQ(document.find("ID=\"DataSource.101\""), std::string::npos);
+  const std::size_t again = document.rfind("DSID=\"DataSource.0\"");
+  EXPECT_LT(document.find("DSID=\"DataSource.100\""), again);
+  EXPECT_LT(again, document.rfind("DSID=\"DataSource.100\" DeploymentDSID=\"DataSource.1\""));
+}
+
 TEST(SourceSpecification, DeploymentElementGivesOnlyItsLogin) {
   const std::string document = Document(
       R"(<DirectDBMSAction ID="A" DSID="x" DeploymentDSID="y" UseDevelopmentDataSource="True"/>

@@ -1,0 +1,31 @@
+#include <gtest/gtest.h>
+
+#include "foundation/CCipherText.h"
+
+namespace zaf {
+namespace {
+
+TEST(CipherText, FormIsFixed) {
+  CCipherText text("seven77");
+  EXPECT_TRUE(text.Encipher());
+  EXPECT_EQ(text.View(), "ZC1:0176cbfedf2c0be3");
+  text = "eight888";
+  EXPECT_TRUE(text.Encipher());
+  EXPECT_EQ(text.View(), "ZC1:ead3687b73a1fc09d95723ff864a3f3a");
+  text.Decipher();
+  EXPECT_EQ(text.View(), "eight888");
+}
+
+TEST(CipherText, WhatDoesNotDecipherStays) {
+  // Without the mark, with an upper-case digit, with half a byte, cut, with other padding.
+  for (const std::string_view kept :
+       {"0176cbfedf2c0be3", "ZC1:0176CBFEDF2C0BE3", "ZC1:0176cbfedf2c0be", "ZC1:0176cbfedf2c0b",
+        "ZC1:0176cbfedf2c0be4", "ZC1:"}) {
+    CCipherText text(kept);
+    text.Decipher();
+    EXPECT_EQ(text.View(), kept);
+  }
+}
+
+}  // namespace
+}  // namespace zaf
