@@ -13,7 +13,7 @@ void TChoiceCodec::WriteXml(const TProperty& row, const void* field,
 }
 
 Status TChoiceCodec::ReadXml(const TProperty& row, void* field, const TXmlReadScope& scope) const {
-  const dom::Element kind = FindKindElement(scope.element.getFirstChildElement(row.name));
+  const dom::Element kind = FindKindElement(scope.FindChild(row.name));
   const TChoice* const known = FindChoice(kind.getTagName());
   const TChoice& choice = known == nullptr ? choices_.front() : *known;
   std::memcpy(field, &choice.kind, sizeof choice.kind);

@@ -7,7 +7,7 @@ constexpr std::string_view kListItemElement = "InputListItem";
 
 /// The element of the first column of a list; the others follow it.
 dom::Element FirstColumnElement(const TProperty& row, dom::Element parent) {
-  return FindListElement(row, parent).getFirstChildElement(row.detail);
+  return parent.getFirstChildElement(row.name).getFirstChildElement(row.detail);
 }
 
 /// The element of a column's input, which holds the list items.

@@ -22,8 +22,8 @@ dom::Element MakeListElement(const TProperty& row, dom::Element parent) {
   return row.form == XmlForm::kItems ? parent : parent.appendElement(row.name);
 }
 
-dom::Element FindListElement(const TProperty& row, dom::Element parent) {
-  return row.form == XmlForm::kItems ? parent : parent.getFirstChildElement(row.name);
+dom::Element FindListElement(const TProperty& row, const TXmlReadScope& scope) {
+  return row.form == XmlForm::kItems ? scope.element : scope.FindChild(row.name);
 }
 
 Status TTextListCodec::ReadLegacy(const TProperty&, void* field,
@@ -48,8 +48,8 @@ Status TTextListCodec::ReadXml(const TProperty& row, void* field,
                                const TXmlReadScope& scope) const {
   auto& texts = *static_cast<CTextPtrArray*>(field);
   std::string joined;
-  for (dom::Element item = FindListElement(row, scope.element).getFirstChildElement(row.detail);
-       item; item = item.getNextSiblingElement(row.detail)) {
+  for (dom::Element item = FindListElement(row, scope).getFirstChildElement(row.detail); item;
+       item = item.getNextSiblingElement(row.detail)) {
     if (texts.Append(item.getTextContent(joined)) == nullptr) return Status::kFailure;
   }
   return Status::kOk;
@@ -141,8 +141,8 @@ void TRecordListCodecBase::WriteXml(const TProperty& row, const void* field,
 Status TRecordListCodecBase::ReadXml(const TProperty& row, void* field,
                                      const TXmlReadScope& scope) const {
   auto& records = *static_cast<CDynamicArray*>(field);
-  for (dom::Element item = FindListElement(row, scope.element).getFirstChildElement(row.detail);
-       item; item = item.getNextSiblingElement(row.detail)) {
+  for (dom::Element item = FindListElement(row, scope).getFirstChildElement(row.detail); item;
+       item = item.getNextSiblingElement(row.detail)) {
     void* const record = AppendRecord(records);
     if (record == nullptr) return Status::kFailure;
     if (const Status status = type_.read_xml(record, {scope.context, item}); status != Status::kOk)

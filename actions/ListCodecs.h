@@ -13,7 +13,7 @@ namespace zaf {
 /// The element that holds a list's items: `row.name`, made or found by the row's form. For kItems
 /// it is the object's own element.
 dom::Element MakeListElement(const TProperty& row, dom::Element parent);
-dom::Element FindListElement(const TProperty& row, dom::Element parent);
+dom::Element FindListElement(const TProperty& row, const TXmlReadScope& scope);
 
 /// A list of texts, one element each. Set when it is not empty.
 class TTextListCodec final : public TFieldCodec {

@@ -28,7 +28,7 @@ void TOutputCodec::WriteXml(const TProperty& row, const void* field,
 }
 
 Status TOutputCodec::ReadXml(const TProperty& row, void* field, const TXmlReadScope& scope) const {
-  const dom::Element reference = scope.element.getFirstChildElement(row.name);
+  const dom::Element reference = scope.FindChild(row.name);
   if (!reference) return Status::kOk;
   const std::string_view* const text = scope.context.outputs.Find(reference.getAttribute("Ref"));
   if (text == nullptr) return Status::kOk;

@@ -12,7 +12,7 @@ void TPartCodecBase::WriteXml(const TProperty& row, const void* field,
 
 Status TPartCodecBase::ReadXml(const TProperty& row, void* field,
                                const TXmlReadScope& scope) const {
-  const dom::Element part = FindListElement(row, scope.element);
+  const dom::Element part = FindListElement(row, scope);
   return ReadXmlRows(properties_(), field, {scope.context, part});
 }
 

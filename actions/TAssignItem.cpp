@@ -1,5 +1,6 @@
 #include "actions/TAssignItem.h"
 
+#include <algorithm>
 #include <string>
 
 #include "actions/ValueCodecs.h"
@@ -8,21 +9,38 @@
 namespace zaf {
 namespace {
 
-/// `text` ready to stand behind the "=" of a tag: in quotes when it could else not be told where it
-/// ends. Quotes inside are doubled when it has both kinds.
-std::string Quote(std::string_view text) {
-  constexpr std::string_view kNeedsQuotes = " \t\r\n\"'<>=";
-  if (!text.empty() && text.find_first_of(kNeedsQuotes) == std::string_view::npos)
-    return std::string(text);
+/// Whether `c` in a text behind the "=" of a tag could be taken for the text's end.
+bool NeedsQuotes(char c) {
+  switch (c) {
+    case ' ':
+    case '\t':
+    case '\r':
+    case '\n':
+    case '"':
+    case '\'':
+    case '<':
+    case '>':
+    case '=':
+      return true;
+    default:
+      return false;
+  }
+}
+
+/// Appends `text` as it can stand behind the "=" of a tag: in quotes when it could else not be told
+/// where it ends. Quotes inside are doubled when it has both kinds.
+void AppendQuoted(std::string_view text, std::string& tag) {
+  if (!text.empty() && std::none_of(text.begin(), text.end(), NeedsQuotes)) {
+    tag.append(text);
+    return;
+  }
   const bool has_double = text.find('"') != std::string_view::npos;
   const bool has_single = text.find('\'') != std::string_view::npos;
   const char quote = has_double && !has_single ? '\'' : '"';
-  std::string quoted(1, quote);
-  for (const char c : text) {
-    quoted += c;
-    if (c == quote) quoted += c;
-  }
-  return quoted += quote;
+  tag += quote;
+  for (std::size_t end; (end = text.find(quote)) != text.npos; text.remove_prefix(end + 1))
+    tag.append(text.substr(0, end)).append(2, quote);
+  tag.append(text) += quote;
 }
 
 /// The attributes of a cookie's tag.
@@ -77,17 +95,14 @@ bool operator==(const TAssignItem& one, const TAssignItem& two) {
 /// document uses.
 void AppendAssignTag(const TAssignItem& item, CText& text) {
   if (item.name.IsEmpty()) return;
-  const std::string name = Quote(item.name.View());
-  const std::string value = Quote(item.value.View());
   const std::string_view scope = item.scope.View();
+  const bool is_default = scope == "Default";
   std::string tag = "<@ASSIGN ";
-  if (scope == "Default") {
-    tag.append(name).append(" ").append(value);
-  } else {
-    tag.append("SCOPE=").append(scope).append(" NAME=").append(name).append(" VALUE=");
-    tag.append(value);
-    if (scope == "Cookie") tag.append(" ").append(CookieAttributes(item));
-  }
+  if (!is_default) tag.append("SCOPE=").append(scope).append(" NAME=");
+  AppendQuoted(item.name.View(), tag);
+  tag.append(is_default ? " " : " VALUE=");
+  AppendQuoted(item.value.View(), tag);
+  if (scope == "Cookie") tag.append(" ").append(CookieAttributes(item));
   text.Append(std::string_view(tag.append(">")));
 }
 

@@ -33,13 +33,13 @@ void TOrderInfo::WriteXml(const TXmlWriteScope& scope) const {
 }
 
 Status TOrderInfo::ReadXml(const TXmlReadScope& scope) {
+  const dom::Element direction = scope.FindChild(kAscendingElement);
+  const dom::Element owner_element = scope.FindChild(kOwnerElement);
   const Status status = ReadXmlRows(Properties(), this, scope);
   if (status != Status::kOk) return status;
   std::string joined;
-  const dom::Element direction = scope.element.getFirstChildElement(kAscendingElement);
   ascending.Set(direction ? direction.getTextContent(joined) : "false");
-  const std::string_view owner =
-      scope.element.getFirstChildElement(kOwnerElement).getTextContent(joined);
+  const std::string_view owner = owner_element.getTextContent(joined);
   if (!owner.empty()) table.Set(std::string(owner).append(1, '.').append(table.View()));
   return Status::kOk;
 }

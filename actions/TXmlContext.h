@@ -112,9 +112,20 @@ struct TXmlWriteScope {
 };
 
 /// The element that an object's fields are read from.
-struct TXmlReadScope {
+class TXmlReadScope {
+ public:
+  TXmlReadScope(const TXmlReadContext& shared, dom::Element own)
+      : context(shared), element(own), children_(own) {}
+
   const TXmlReadContext& context;
-  dom::Element element;
+  const dom::Element element;
+
+  /// The first child element of that name, a null one when there is none. Each field has a name of
+  /// its own and asks once.
+  [[nodiscard]] dom::Element FindChild(std::string_view name) const { return children_.Find(name); }
+
+ private:
+  mutable dom::ChildFinder children_;
 };
 
 }  // namespace zaf

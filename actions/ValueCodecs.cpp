@@ -60,7 +60,7 @@ Status TValueCodec::ReadXml(const TProperty& row, void* field, const TXmlReadSco
   if (row.form == XmlForm::kAttribute || row.form == XmlForm::kAttributeIfSet)
     return Parse(field, scope.element.getAttribute(row.name));
   std::string joined;
-  return Parse(field, scope.element.getFirstChildElement(row.name).getTextContent(joined));
+  return Parse(field, scope.FindChild(row.name).getTextContent(joined));
 }
 
 Status TTextCodecBase::ReadLegacy(const TProperty&, void* field,

@@ -20,23 +20,19 @@ bool IsBranchOf(const TQuerySpecification& action, const TQuerySpecification& be
   return (type == kElseIf || type == kElse) && (type_before == kIf || type_before == kElseIf);
 }
 
-/// The actions by their IDs. Of several with one ID each is given out once, in their order.
+/// The actions by their IDs. Of several with one ID each is given out once, in their order. The
+/// usual document asks for all actions in their order; they are indexed when one does not.
 class TActionIndex {
  public:
-  explicit TActionIndex(std::span<TActionEntry* const> entries)
-      : entries_(entries), next_of_same_id_(entries.size(), kNone) {
-    first_of_id_.reserve(entries.size());
-    for (std::size_t i = entries.size(); i-- > 0;) {
-      const auto [place, is_new] =
-          first_of_id_.try_emplace(entries[i]->action->GetName().View(), i);
-      if (is_new) continue;
-      next_of_same_id_[i] = place->second;
-      place->second = i;
-    }
-  }
+  explicit TActionIndex(std::span<TActionEntry* const> entries) : entries_(entries) {}
 
   /// The next action of this ID; null when none is left.
   TActionEntry* Take(std::string_view id) {
+    if (!is_indexed_) {
+      if (in_order_ < entries_.size() && entries_[in_order_]->action->GetName().View() == id)
+        return entries_[in_order_++];
+      IndexRest();
+    }
     const auto found = first_of_id_.find(id);
     if (found == first_of_id_.end() || found->second == kNone) return nullptr;
     TActionEntry* const entry = entries_[found->second];
@@ -47,7 +43,23 @@ class TActionIndex {
  private:
   static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
 
+  /// Indexes the actions that were not given out.
+  void IndexRest() {
+    is_indexed_ = true;
+    next_of_same_id_.assign(entries_.size(), kNone);
+    first_of_id_.reserve(entries_.size() - in_order_);
+    for (std::size_t i = entries_.size(); i-- > in_order_;) {
+      const auto [place, is_new] =
+          first_of_id_.try_emplace(entries_[i]->action->GetName().View(), i);
+      if (is_new) continue;
+      next_of_same_id_[i] = place->second;
+      place->second = i;
+    }
+  }
+
   std::span<TActionEntry* const> entries_;
+  std::size_t in_order_ = 0;  ///< How many of them were given out in their order.
+  bool is_indexed_ = false;
   TTextIndex<std::size_t> first_of_id_;
   heap::TPooledVector<std::size_t> next_of_same_id_;
 };

@@ -55,10 +55,14 @@ class TOutput {
  public:
   TOutput() : lock_(shared_output.mutex, std::try_to_lock) {
     if (!lock_) return;
-    dom::OutputBuffer& shared = shared_output.buffer;
-    if (shared.Size() > kKeptOutputSize) shared = dom::OutputBuffer();
-    shared.Clear();
+    shared_output.buffer.Clear();
   }
+  ~TOutput() {
+    if (lock_ && shared_output.buffer.Size() > kKeptOutputSize)
+      shared_output.buffer = dom::OutputBuffer();
+  }
+  TOutput(const TOutput&) = delete;
+  TOutput& operator=(const TOutput&) = delete;
 
   dom::OutputBuffer& Buffer() { return lock_ ? shared_output.buffer : own_; }
 

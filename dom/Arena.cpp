@@ -7,7 +7,10 @@
 namespace dom {
 namespace {
 
-constexpr std::size_t kPageSize = std::size_t{32} << 10;
+/// What a page holds besides: the link to the one before, and the room behind its end.
+constexpr std::size_t kExtra = 2 * sizeof(void*) + kBlock;
+/// As much as pugixml takes at a time, all in all, so that one can use the pages of the other.
+constexpr std::size_t kPageSize = (std::size_t{32} << 10) - kExtra;
 /// What needs more has a page of its own, so that little of a page is ever lost.
 constexpr std::size_t kLargest = kPageSize / 8;
 
@@ -35,7 +38,7 @@ void* Arena::AllocateElsewhere(std::size_t size) {
 
 /// The first of `size` bytes of a new page.
 char* Arena::AddPage(std::size_t size) {
-  constexpr std::size_t kExtra = sizeof(Page) + alignof(Page) + kBlock;
+  static_assert(kExtra == sizeof(Page) + alignof(Page) + kBlock);
   void* const memory = size <= std::numeric_limits<std::size_t>::max() - kExtra
                            ? PagePool::Take(kExtra + size)
                            : nullptr;

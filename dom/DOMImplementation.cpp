@@ -1,6 +1,5 @@
 #include "dom/DOMImplementation.h"
 
-#include <cstring>
 #include <limits>
 #include <memory>
 #include <new>
@@ -10,8 +9,8 @@
 
 #include "dom/Latin1Decoder.h"
 #include "dom/PagePool.h"
-#include "dom/References.h"
 #include "dom/Tree.h"
+#include "dom/TreeMaker.h"
 
 namespace dom {
 namespace {
@@ -21,7 +20,11 @@ constexpr std::string_view kWhiteSpace = " \t\r\n";
 // References are left to ExpandReferences: pugixml would make UTF-8 of them. The text beside the
 // root is asked for so that it is seen.
 constexpr unsigned kParseOptions = pugi::parse_cdata | pugi::parse_ws_pcdata | pugi::parse_eol |
-                                   pugi::parse_wconv_attribute | pugi::parse_fragment;
+                                   pugi::parse_wconv_attribute | pugi::parse_fragment |
+                                   pugi::parse_embed_pcdata;
+
+/// From this size of a document on, memory counts for more than time.
+constexpr std::size_t kLarge = std::size_t{1} << 20;
 
 /// Cuts off the white space at the end. Empty when no document ends like that.
 ///
@@ -54,64 +57,6 @@ pugi::xml_node FindRoot(const pugi::xml_document& document) {
   return root;
 }
 
-/// Makes our nodes of pugixml's. Their texts stay where they were parsed.
-class TreeMaker {
- public:
-  TreeMaker(Tree& tree, bool has_references) : tree_(tree), has_references_(has_references) {}
-
-  /// Walks the tree by its links, so that its depth does not matter.
-  void Make(pugi::xml_node root) {
-    TreeElement* parent = tree_.Root();
-    pugi::xml_node node = root;
-    while (true) {
-      TreeNode* const made = MakeNode(node);
-      if (made == nullptr) return;  // No memory, of which the tree knows.
-      Tree::Append(*parent, *made);
-      if (const pugi::xml_node child = node.first_child()) {
-        parent = AsTreeElement(made);
-        node = child;
-        continue;
-      }
-      pugi::xml_node next;
-      while (node != root && !(next = node.next_sibling())) {
-        node = node.parent();
-        parent = parent->parent;
-      }
-      if (!next) return;
-      node = next;
-    }
-  }
-
- private:
-  TreeNode* MakeNode(const pugi::xml_node& node) {
-    if (node.type() == pugi::node_pcdata)
-      return tree_.AdoptNode(NodeType::kText, Expanded(node.value()));
-    if (node.type() == pugi::node_cdata)
-      return tree_.AdoptNode(NodeType::kCDATASection, InPlace(node.value()));
-    TreeElement* const element = tree_.AdoptElement(NodeType::kElement, InPlace(node.name()));
-    if (element == nullptr) return nullptr;
-    for (pugi::xml_attribute attribute = node.first_attribute(); attribute;
-         attribute = attribute.next_attribute())
-      tree_.AppendAttribute(*element, InPlace(attribute.name()), Expanded(attribute.value()));
-    return element;
-  }
-
-  static TreeText InPlace(const char* text) {
-    return {text, static_cast<std::uint32_t>(std::strlen(text))};
-  }
-  TreeText Expanded(const char* text) const {
-    TreeText expanded = InPlace(text);
-    // What pugixml parsed in place is the caller's buffer, which is not constant.
-    if (has_references_)
-      expanded.size =
-          static_cast<std::uint32_t>(ExpandReferences(const_cast<char*>(text), expanded.size));
-    return expanded;
-  }
-
-  Tree& tree_;
-  bool has_references_;
-};
-
 bool Parse(std::span<char> text, Tree& tree) {
   text = CutToLastTag(DecodeToLatin1(text));
   const std::string_view view(text.data(), text.size());
@@ -119,14 +64,13 @@ bool Parse(std::span<char> text, Tree& tree) {
   if (view.empty() || view.starts_with("\xEF\xBB\xBF") || view.find('\0') != view.npos ||
       view.size() > std::numeric_limits<std::uint32_t>::max())
     return false;
-  const bool has_references = view.find('&') != view.npos;
   PagePool::Install();
   pugi::xml_document document;
   if (!document.load_buffer_inplace(text.data(), text.size(), kParseOptions, pugi::encoding_utf8))
     return false;
   const pugi::xml_node root = FindRoot(document);
   if (!root) return false;
-  TreeMaker(tree, has_references).Make(root);
+  MakeTree(root, view, view.size() < kLarge ? ParsedNodes::kKept : ParsedNodes::kGivenBack, tree);
   return tree.IsComplete();
 }
 

@@ -13,13 +13,25 @@ const TreeNode* FindText(const TreeNode* node) {
   return node;
 }
 
-/// The first of `node` and its next siblings that is an element of that name; an empty name: of any
-/// name.
+/// The first of `node` and its next siblings that is an element.
+TreeElement* FindElement(TreeNode* node) {
+  while (node != nullptr && node->type != NodeType::kElement) node = node->next;
+  return static_cast<TreeElement*>(node);
+}
+
+/// The same of that name; an empty name: of any name.
 TreeElement* FindElement(TreeNode* node, std::string_view name) {
-  for (; node != nullptr; node = node->next)
-    if (node->type == NodeType::kElement && (name.empty() || node->Text() == name))
-      return static_cast<TreeElement*>(node);
-  return nullptr;
+  TreeElement* element = FindElement(node);
+  while (element != nullptr && !name.empty() && element->Text() != name)
+    element = FindElement(element->next);
+  return element;
+}
+
+/// The first attribute of that name; null when there is none.
+TreeAttribute* FindAttribute(const TreeElement& element, std::string_view name) {
+  TreeAttribute* attribute = element.first_attribute;
+  while (attribute != nullptr && attribute->name.View() != name) attribute = attribute->next;
+  return attribute;
 }
 
 }  // namespace
@@ -29,7 +41,8 @@ Element::Element(TreeElement* element, Tree* tree) : Node(element, tree) {}
 TreeElement* Element::Get() const { return static_cast<TreeElement*>(node_); }
 
 std::string_view Element::getAttribute(std::string_view name) const {
-  return getAttributeNode(name).getValue();
+  const TreeAttribute* const attribute = node_ == nullptr ? nullptr : FindAttribute(*Get(), name);
+  return attribute == nullptr ? std::string_view() : attribute->value.View();
 }
 
 bool Element::hasAttribute(std::string_view name) const {
@@ -37,7 +50,7 @@ bool Element::hasAttribute(std::string_view name) const {
 }
 
 Attr Element::getAttributeNode(std::string_view name) const {
-  return getAttributes().getNamedItem(name);
+  return {node_ == nullptr ? nullptr : FindAttribute(*Get(), name), tree_};
 }
 
 NamedNodeMap Element::getAttributes() const {
@@ -114,6 +127,17 @@ void Element::AppendCharacters(NodeType type, std::string_view text, TextOwner o
 
 void Element::AppendNode(TreeNode* node) const {
   if (node != nullptr) Tree::Append(*Get(), *node);
+}
+
+ChildFinder::ChildFinder(Element parent)
+    : next_(parent ? parent.Get()->first_child : nullptr), tree_(parent.tree_) {}
+
+Element ChildFinder::Find(std::string_view name) {
+  TreeElement* const first = FindElement(next_);
+  next_ = first;
+  if (first == nullptr || first->Text() != name) return {FindElement(first, name), tree_};
+  next_ = first->next;
+  return {first, tree_};
 }
 
 }  // namespace dom

@@ -68,6 +68,7 @@ class Element : public Node {
   void appendComment(std::string_view text) const;
 
  private:
+  friend class ChildFinder;
   friend class Document;
   Element(TreeElement* element, Tree* tree);
 
@@ -77,6 +78,22 @@ class Element : public Node {
   void AppendCharacters(NodeType type, std::string_view text, TextOwner owner) const;
   /// Appends a detached node; null does nothing.
   void AppendNode(TreeNode* node) const;
+};
+
+/// Finds child elements of one element by their names. Those that are asked for in the order in
+/// which they stand cost one comparison each. Each name is to be asked for once only.
+class ChildFinder {
+ public:
+  /// For a null handle there is nothing to find.
+  explicit ChildFinder(Element parent);
+
+  /// What getFirstChildElement gives for a name that is not empty.
+  [[nodiscard]] Element Find(std::string_view name);
+
+ private:
+  /// Where to begin: what stands before it was found, so it has names that were asked for.
+  TreeNode* next_;
+  Tree* tree_;
 };
 
 }  // namespace dom

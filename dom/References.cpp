@@ -60,7 +60,7 @@ void TakeReference(const char*& source, char*& target) {
 
 }  // namespace
 
-std::size_t ExpandReferences(char* text, std::size_t size) {
+std::uint32_t ExpandReferences(char* text, std::uint32_t size) {
   char* target = static_cast<char*>(std::memchr(text, '&', size));
   if (target == nullptr) return size;
   const char* source = target;
@@ -74,7 +74,7 @@ std::size_t ExpandReferences(char* text, std::size_t size) {
     target += count;
     source = stop;
   }
-  return static_cast<std::size_t>(target - text);
+  return static_cast<std::uint32_t>(target - text);
 }
 
 }  // namespace dom

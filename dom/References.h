@@ -1,12 +1,12 @@
 #pragma once
 
-#include <cstddef>
+#include <cstdint>
 
 namespace dom {
 
 /// Expands the references in a text or attribute value where they stand: nothing grows. There is a
 /// NUL behind the text. Returns the new size. Which ones, is said at
 /// DOMImplementation::createDocument.
-std::size_t ExpandReferences(char* text, std::size_t size);
+std::uint32_t ExpandReferences(char* text, std::uint32_t size);
 
 }  // namespace dom

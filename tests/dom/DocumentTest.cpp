@@ -274,5 +274,18 @@ TEST(PagePool, KeepsNoMoreThanWasInUse) {
 
 #endif
 
+TEST(ChildFinder, FindsTheFirstOfANameInAnyOrder) {
+  ParsedText parsed("<r> <a n='1'/>t<b n='1'/><c n='1'/><a n='2'/><b n='2'/><d n='1'/></r>");
+  const Element root = parsed->getDocumentElement();
+  for (const std::string_view order : {"abcd", "dcba", "axbdc", "badc", "cxda"}) {
+    ChildFinder children(root);
+    for (const char name : order) {
+      const Element found = children.Find({&name, 1});
+      EXPECT_EQ(found, root.getFirstChildElement({&name, 1})) << order << name;
+    }
+  }
+  EXPECT_FALSE(ChildFinder(Element()).Find("a"));
+}
+
 }  // namespace
 }  // namespace dom
