@@ -1,11 +1,14 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <functional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "appfile/ProtectedDocument.h"
 #include "appfile/TZanfoFile.h"
@@ -40,6 +43,15 @@ inline std::string SaveToXml(const TZanfoFile& file, Protection protection = Pro
                                      : dom::Serialize(document, output);
   Require(is_saved, "what was written can be saved");
   return std::string(output.View());
+}
+
+/// Whether the same document, in the same round, was asked for before, not too long ago. Half of
+/// the inputs make a document that another one has made, and what follows from it alone need not be
+/// tried twice.
+inline bool IsKnown(std::string_view document, std::size_t round = 0) {
+  static std::array<std::size_t, std::size_t{1} << 16> known;
+  const std::size_t hash = std::hash<std::string_view>()(document) + round;
+  return std::exchange(known[hash % known.size()], hash) == hash;
 }
 
 }  // namespace zaf::fuzz

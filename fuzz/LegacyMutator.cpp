@@ -139,9 +139,7 @@ class TLegacyMutation {
 
 /// Copies the file where it fits; the length, or 0 where it does not.
 std::size_t Deliver(const std::string& file, std::uint8_t* data, std::size_t max_size) {
-  if (file.size() > max_size) return 0;
-  std::copy(file.begin(), file.end(), data);
-  return file.size();
+  return file.size() <= max_size ? file.copy(reinterpret_cast<char*>(data), max_size) : 0;
 }
 
 std::string_view View(const std::uint8_t* data, std::size_t size) {

@@ -27,6 +27,8 @@ void TakeRecord(std::string_view bytes, std::size_t offset, std::size_t& room, T
   record.name.resize(std::min(record.name.find('\0'), record.name.size()));
   const std::size_t map = Word(bytes, offset + 8);
   const std::size_t count = std::min<std::size_t>(Word(bytes, offset + 12), kMostSections);
+  if (map < bytes.size())
+    record.sections.reserve(std::min(count, (bytes.size() - map) / kEntrySize));
   for (std::size_t i = 0; i < count && map + (i + 1) * kEntrySize <= bytes.size(); ++i) {
     const std::size_t entry = map + i * kEntrySize;
     const std::string code = Range(bytes, entry, 4);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <map>
 #include <set>
 #include <string>
@@ -57,7 +59,8 @@ inline constexpr TElementChange kElementChanges[] = {
        dom::NamedNodeMap attributes = element.getAttributes();
        for (std::size_t i = 0; i < attributes.getLength(); ++i)
          if (FillsSlot(attributes.item(i).getValue())) return true;
-       return !element.getFirstChildElement() && FillsSlot(TextOf(element));
+       std::string joined;
+       return !element.getFirstChildElement() && FillsSlot(element.getTextContent(joined));
      }                                                                                            },
     {"the development data source is read as not in use",               "",
      [](dom::Element element) { return element.hasAttribute("UseDevelopmentDataSource"); }        },
@@ -165,8 +168,9 @@ inline bool HasEqualDataSources(dom::Element root) {
   return false;
 }
 
-/// The changes that apply to a document, by their names.
-inline std::set<std::string_view> FindNamedChanges(std::string_view document) {
+/// The changes that apply to a document, by their names. It stops looking when there are `most`.
+inline std::set<std::string_view> FindNamedChanges(std::string_view document,
+                                                   std::size_t most = SIZE_MAX) {
   std::set<std::string_view> changes;
   if (document.find('\r') != document.npos) changes.insert("a return in a text is a line feed");
   std::string copy(document);
@@ -178,6 +182,7 @@ inline std::set<std::string_view> FindNamedChanges(std::string_view document) {
       const bool is_meant = change.element.empty() || change.element == element.getTagName();
       if (is_meant && change.applies(element)) changes.insert(change.name);
     }
+    if (changes.size() >= most) return changes;
   }
   TReferences references;
   if (!MatchReferences(root, references)) {

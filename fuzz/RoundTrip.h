@@ -16,7 +16,8 @@ constexpr std::size_t kLongestDocument = std::size_t{1} << 18;
 /// bytes as soon as no change by design applies to it any more; and from the third time on in any
 /// case.
 inline void RequireThatDocumentStays(std::string document) {
-  for (int i = 0; i < 3 && document.size() <= kLongestDocument; ++i) {
+  for (std::size_t i = 0; i < 3 && document.size() <= kLongestDocument; ++i) {
+    if (IsKnown(document, i)) return;
     Require(IsWellFormed(document), "a document is well-formed");
     TZanfoFile again;
     if (const Status status = LoadBytes(document, again); status != Status::kOk) {
@@ -27,7 +28,7 @@ inline void RequireThatDocumentStays(std::string document) {
     Require(again.IsEqual(again), "a file equals itself");
     std::string next = SaveToXml(again);
     if (next == document || WithoutSignatures(next) == WithoutSignatures(document)) return;
-    if (i == 2 || FindNamedChanges(document).empty()) {
+    if (i == 2 || FindNamedChanges(document, 1).empty()) {
       std::fprintf(stderr, "%s\nbecomes\n%s\n", document.c_str(), next.c_str());
       Require(false, "a document that was read is written alike");
     }

@@ -1,7 +1,7 @@
 #pragma once
 
+#include <algorithm>
 #include <cctype>
-#include <set>
 #include <string_view>
 #include <vector>
 
@@ -34,62 +34,75 @@ class TWellFormedCheck {
     return true;
   }
 
-  /// Takes everything up to `end`, which is taken too; characters that no document may hold fail.
-  bool TakeUntil(std::string_view end, std::string_view& content) {
-    const std::size_t size = rest_.find(end);
-    if (size == std::string_view::npos) return false;
-    content = rest_.substr(0, size);
-    rest_.remove_prefix(size + end.size());
-    for (const char c : content) {
-      const auto byte = static_cast<unsigned char>(c);
-      if (byte < 0x20 && c != '\t' && c != '\n' && c != '\r') return false;
-    }
+  /// One character is compared without the call that a text costs; most of what is taken is that.
+  bool Take(char expected) {
+    if (rest_.empty() || rest_.front() != expected) return false;
+    rest_.remove_prefix(1);
     return true;
   }
 
-  std::string_view TakeName() {
-    std::size_t size = 0;
-    while (size < rest_.size() && std::isalnum(static_cast<unsigned char>(rest_[size]))) ++size;
-    const std::string_view name = rest_.substr(0, size);
+  /// Takes everything up to `end`, which stays; characters that no document may hold fail.
+  template <class End>
+  bool TakeUntil(End end, std::string_view& content) {
+    const std::size_t size = rest_.find(end);
+    if (size == std::string_view::npos) return false;
+    content = rest_.substr(0, size);
     rest_.remove_prefix(size);
+    return std::none_of(content.begin(), content.end(), [](char c) {
+      const auto byte = static_cast<unsigned char>(c);
+      return byte < 0x20 && c != '\t' && c != '\n' && c != '\r';
+    });
+  }
+
+  std::string_view TakeName() {
+    const auto end = std::find_if(rest_.begin(), rest_.end(), [](char c) {
+      return std::isalnum(static_cast<unsigned char>(c)) == 0;
+    });
+    const std::string_view name(rest_.begin(), end);
+    rest_.remove_prefix(name.size());
     return name;
   }
 
   bool TakeNode() {
-    std::string_view content;
-    if (open_.empty() && !rest_.starts_with("<")) return false;
-    if (Take("<![CDATA[")) return !open_.empty() && TakeUntil("]]>", content);
-    if (Take("<!--")) return TakeUntil("-->", content) && content.find("--") == content.npos;
-    if (Take("</")) {
+    if (!Take('<')) return !open_.empty() && TakeText();
+    if (Take('/')) {
       if (open_.empty() || !Take(open_.back())) return false;
       open_.pop_back();
-      return Take(">");
+      return Take('>');
     }
-    if (Take("<")) return TakeTag();
-    const std::size_t size = rest_.find('<');
-    if (size == std::string_view::npos || rest_.substr(0, size).find("]]>") != rest_.npos)
-      return false;
-    if (!TakeUntil("<", content) || !HasSoundReferences(content)) return false;
-    rest_ = {rest_.data() - 1, rest_.size() + 1};
-    return true;
+    if (!Take('!')) return TakeTag();
+    std::string_view content;
+    if (Take("[CDATA[")) return !open_.empty() && TakeUntil("]]>", content) && Take("]]>");
+    return Take("--") && TakeUntil("--", content) && Take("-->");
+  }
+
+  bool TakeText() {
+    std::string_view content;
+    return TakeUntil('<', content) && content.find("]]>") == content.npos &&
+           HasSoundReferences(content);
   }
 
   bool TakeTag() {
     const std::string_view name = TakeName();
-    if (name.empty() || std::isdigit(static_cast<unsigned char>(name.front()))) return false;
-    std::set<std::string_view> attributes;
-    while (Take(" ")) {
-      const std::string_view attribute = TakeName();
-      std::string_view value;
-      const bool is_sound = !attribute.empty() && attributes.insert(attribute).second &&
-                            Take("=\"") && TakeUntil("\"", value) &&
-                            value.find_first_of("<\t\n\r") == value.npos &&
-                            HasSoundReferences(value);
-      if (!is_sound) return false;
-    }
-    if (Take("/>")) return true;
+    if (name.empty() || std::isdigit(static_cast<unsigned char>(name.front())) != 0) return false;
+    attributes_.clear();
+    while (Take(' '))
+      if (!TakeAttribute()) return false;
+    if (Take('/')) return Take('>');
     open_.push_back(name);
-    return Take(">");
+    return Take('>');
+  }
+
+  bool TakeAttribute() {
+    const std::string_view name = TakeName();
+    const bool is_new =
+        std::find(attributes_.begin(), attributes_.end(), name) == attributes_.end();
+    attributes_.push_back(name);
+    std::string_view value;
+    const auto is_refused = [](char c) { return c == '<' || c == '\t' || c == '\n' || c == '\r'; };
+    return is_new && !name.empty() && Take('=') && Take('"') && TakeUntil('"', value) &&
+           Take('"') && std::none_of(value.begin(), value.end(), is_refused) &&
+           HasSoundReferences(value);
   }
 
   static bool HasSoundReferences(std::string_view text) {
@@ -105,6 +118,7 @@ class TWellFormedCheck {
 
   std::string_view rest_;
   std::vector<std::string_view> open_;
+  std::vector<std::string_view> attributes_;  ///< Of the tag at hand.
 };
 
 inline bool IsWellFormed(std::string_view document) { return TWellFormedCheck(document).Passes(); }

@@ -110,9 +110,7 @@ std::string_view View(const std::uint8_t* data, std::size_t size) {
 }
 
 std::size_t Deliver(const std::string& text, std::uint8_t* data, std::size_t max_size) {
-  if (text.size() > max_size) return 0;
-  std::copy(text.begin(), text.end(), data);
-  return text.size();
+  return text.size() <= max_size ? text.copy(reinterpret_cast<char*>(data), max_size) : 0;
 }
 
 }  // namespace
