@@ -124,7 +124,7 @@ class CData : public heap::TPooledObject {
   [[nodiscard]] bool IsInStorage(const void* bytes) const {
     const auto address = reinterpret_cast<std::uintptr_t>(bytes);
     const auto first = reinterpret_cast<std::uintptr_t>(buffer_);
-    return address - first < capacity_;  // Also false where there is no storage.
+    return buffer_ != nullptr && address - first < capacity_;
   }
 
   /// Storage of exactly `size` bytes (greater than 0) for a buffer that has none.
