@@ -57,8 +57,9 @@ class TMatches {
  private:
   [[nodiscard]] std::size_t Search(std::string_view text, std::size_t start) const {
     const bool is_character = find_.size() == 1 && sensitivity_ == CaseSensitivity::kExact;
-    return is_character ? text.find(find_[0], start)
-                        : FindForward(text, find_, start, sensitivity_);
+    if (!is_character) return FindForward(text, find_, start, sensitivity_);
+    // Where one follows the other, to set out on a search costs more than the look.
+    return start < text.size() && text[start] == find_[0] ? start : text.find(find_[0], start);
   }
 
   std::string_view find_;
