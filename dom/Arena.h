@@ -25,14 +25,8 @@ class Arena {
     return place;
   }
 
-  /// Copies the text into an allocation, at the end of it.
-  static void CopyTo(std::string_view text, char* place) {
-    if (text.size() <= kBlock)
-      CopyShort(text.data(), text.size(), place);
-    else
-      std::memcpy(place, text.data(), text.size());
-  }
-  /// The same; returns whether any character is below 0x20. Tab, LF and CR are.
+  /// Copies the text into an allocation, at the end of it; returns whether any character is below
+  /// 0x20. Tab, LF and CR are.
   static bool CopyAndFindControls(std::string_view text, char* place) {
     unsigned found = 0;
     std::size_t left = text.size();

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <string_view>
 
 #if defined(__SSE2__) || defined(_M_X64)
 #include <emmintrin.h>
@@ -48,6 +49,14 @@ inline void CopyShort(const char* text, std::size_t count, char* target) {
     move(std::uint8_t{});
     target[count / 2] = middle;
   }
+}
+
+/// Copies a text, most of which are short.
+inline void CopyText(std::string_view text, char* target) {
+  if (text.size() <= kBlock)
+    CopyShort(text.data(), text.size(), target);
+  else
+    std::memcpy(target, text.data(), text.size());
 }
 
 #if ZAF2XML_SSE2

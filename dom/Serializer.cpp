@@ -54,10 +54,7 @@ char* CopyLiteral(const char (&literal)[kSize], char* out) {
 }
 
 inline char* Copy(std::string_view text, char* out) {
-  if (text.size() <= kBlock)
-    CopyShort(text.data(), text.size(), out);
-  else
-    std::memcpy(out, text.data(), text.size());
+  CopyText(text, out);
   return out + text.size();
 }
 

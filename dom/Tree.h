@@ -98,7 +98,7 @@ class Tree {
 
   TreeText Copy(std::string_view text) {
     char* const place = static_cast<char*>(AllocateWithText(0, text));
-    if (place != nullptr) Arena::CopyTo(text, place);
+    if (place != nullptr) CopyText(text, place);
     return {place, static_cast<std::uint32_t>(text.size())};
   }
   /// A name, or a text that CanStay, where it is.
@@ -148,7 +148,7 @@ class Tree {
     if (place == nullptr) return nullptr;
     auto* const element = new (place) TreeElement(EmptyElement(NodeType::kElement, name));
     char* const characters = static_cast<char*>(place) + sizeof(TreeElement) + sizeof(TreeNode);
-    Arena::CopyTo(text, characters);
+    CopyText(text, characters);
     const TreeText copy{characters, static_cast<std::uint32_t>(text.size())};
     Append(*element, *new (element + 1) TreeNode(EmptyNode(NodeType::kText, copy)));
     Append(parent, *element);
