@@ -22,7 +22,8 @@ constexpr std::string_view kXmlLine = "<?xml ";
 constexpr std::string_view kByteOrderMarks[] = {"\xEF\xBB\xBF", "\xFE\xFF", "\xFF\xFE",
                                                 std::string_view("\0\0\xFE\xFF", 4)};
 
-/// A document this size may be kept in memory for the next one.
+/// Memory of this size may be kept for the next document. Only those that are enciphered, and so
+/// written in one piece, need more.
 constexpr std::size_t kKeptOutputSize = 4 << 20;
 
 bool IsProtectedDocument(std::string_view content) {
@@ -53,12 +54,11 @@ TSharedOutput shared_output;
 /// that.
 class TOutput {
  public:
-  TOutput() : lock_(shared_output.mutex, std::try_to_lock) {
+  TOutput() : lock_(shared_output.mutex, std::try_to_lock) {}
+  ~TOutput() {
     if (!lock_) return;
     shared_output.buffer.Clear();
-  }
-  ~TOutput() {
-    if (lock_ && shared_output.buffer.Size() > kKeptOutputSize)
+    if (shared_output.buffer.Capacity() > kKeptOutputSize)
       shared_output.buffer = dom::OutputBuffer();
   }
   TOutput(const TOutput&) = delete;
@@ -69,6 +69,23 @@ class TOutput {
  private:
   std::unique_lock<std::mutex> lock_;
   dom::OutputBuffer own_;
+};
+
+/// Writes a document to a file while it is made. Fails for one of 4 GiB or more.
+class TFileSink final : public dom::OutputSink {
+ public:
+  explicit TFileSink(TDataFile& file) : file_(file) {}
+
+  bool Take(std::span<char> bytes) override {
+    if (bytes.size() > room_) return false;
+    const auto count = static_cast<std::uint32_t>(bytes.size());
+    room_ -= count;
+    return file_.Write(count, bytes.data()) == Status::kOk;
+  }
+
+ private:
+  TDataFile& file_;
+  std::uint32_t room_ = std::numeric_limits<std::uint32_t>::max();
 };
 
 }  // namespace
@@ -99,17 +116,19 @@ Status TZanfoFile::Save(TDataFile& file, const TQuerySpecificationServer*, Prote
   const RunOnlyMark mark = is_protected ? RunOnlyMark::kWritten : RunOnlyMark::kNone;
   if (const Status status = WriteXmlDocument(application_, mark, document); status != Status::kOk)
     return status;
+  file.SetScrambled(false);  // As it was left when a run-only file was loaded with it.
+  TFileSink sink(file);
   TOutput place;
   dom::OutputBuffer& output = place.Buffer();
   if (is_protected) {
     if (const Status status = WriteProtected(document, output); status != Status::kOk)
       return status;
-  } else if (!dom::Serialize(document, output)) {
-    return Status::kFailure;
+    output.SetSink(sink);
+  } else {
+    output.SetSink(sink);
+    if (!dom::Serialize(document, output)) return Status::kFailure;
   }
-  if (output.Size() > std::numeric_limits<std::uint32_t>::max()) return Status::kFailure;
-  file.SetScrambled(false);  // As it was left when a run-only file was loaded with it.
-  return file.Write(static_cast<std::uint32_t>(output.Size()), output.Bytes().data());
+  return output.Flush() ? Status::kOk : Status::kFailure;
 }
 
 Status TZanfoFile::SaveLegacy(TDataFile& file) const {

@@ -10,6 +10,8 @@ namespace dom {
 namespace {
 
 constexpr std::size_t kFirstCapacity = std::size_t{64} << 10;
+/// With a sink no more is held unless it comes in one piece.
+constexpr std::size_t kMostHeld = std::size_t{256} << 10;
 
 }  // namespace
 
@@ -20,14 +22,23 @@ OutputBuffer& OutputBuffer::operator=(OutputBuffer&& other) noexcept {
   std::swap(size_, other.size_);
   std::swap(capacity_, other.capacity_);
   std::swap(has_failed_, other.has_failed_);
+  std::swap(sink_, other.sink_);
   return *this;
 }
 
 OutputBuffer::~OutputBuffer() { Free(data_); }
 
+bool OutputBuffer::Flush() {
+  has_failed_ = has_failed_ || !sink_->Take(Bytes());
+  if (!has_failed_) size_ = 0;
+  return !has_failed_;
+}
+
 bool OutputBuffer::Grow(std::size_t count) {
   constexpr std::size_t kMost = std::numeric_limits<std::ptrdiff_t>::max();
   if (has_failed_) return false;
+  if (sink_ && size_ != 0 && count > kMostHeld - std::min(size_, kMostHeld))
+    return Flush() && Reserve(count);
   has_failed_ = true;
   if (count > kMost - size_) return false;
   const std::size_t capacity =

@@ -8,11 +8,25 @@
 
 namespace dom {
 
+/// Where the bytes of a buffer go before they become too many to be kept.
+class OutputSink {
+ public:
+  /// Takes bytes that follow those it took before; it may change them. False when it cannot.
+  [[nodiscard]] virtual bool Take(std::span<char> bytes) = 0;
+
+ protected:
+  ~OutputSink() = default;
+};
+
 /// Bytes that grow at the end. The memory grows geometrically, is not filled with zeros, and is
 /// kept by Clear, so that a buffer that serves one document after another stops allocating.
 ///
-/// When memory runs out the buffer has failed: it keeps what it has and takes nothing more until
-/// it is cleared.
+/// While it has a sink it holds only the last bytes, a few hundred KiB: no more memory is needed
+/// for a large document than for a small one, and it stays in the processor's cache. A document
+/// that fits is handed over in one piece.
+///
+/// When memory runs out, or the sink refuses, the buffer has failed: it keeps what it has and takes
+/// nothing more until it is cleared.
 class OutputBuffer {
  public:
   OutputBuffer() = default;
@@ -23,6 +37,7 @@ class OutputBuffer {
   [[nodiscard]] const char* Data() const { return data_; }
   /// In bytes.
   [[nodiscard]] std::size_t Size() const { return size_; }
+  [[nodiscard]] std::size_t Capacity() const { return capacity_; }
   [[nodiscard]] std::string_view View() const { return {data_, size_}; }
   /// The bytes, to be changed in place; valid until the next Append.
   [[nodiscard]] std::span<char> Bytes() { return {data_, size_}; }
@@ -40,13 +55,20 @@ class OutputBuffer {
     std::memset(data_ + size_, byte, count);
     size_ += count;
   }
+  /// Empties it; it has no sink then.
   void Clear() {
     size_ = 0;
     has_failed_ = false;
+    sink_ = nullptr;
   }
 
-  /// Sees to it that at least `count` more bytes fit without moving. False when the buffer has
-  /// failed.
+  /// `sink` is borrowed and takes all that is in the buffer or will be, until Clear.
+  void SetSink(OutputSink& sink) { sink_ = &sink; }
+  /// Hands what it holds to the sink, which it has to have. False when the buffer has failed.
+  [[nodiscard]] bool Flush();
+
+  /// Sees to it that at least `count` more bytes fit without moving or going to the sink. False
+  /// when the buffer has failed.
   [[nodiscard]] bool Reserve(std::size_t count) {
     return count <= capacity_ - size_ ? !has_failed_ : Grow(count);
   }
@@ -66,6 +88,7 @@ class OutputBuffer {
   std::size_t size_ = 0;
   std::size_t capacity_ = 0;
   bool has_failed_ = false;
+  OutputSink* sink_ = nullptr;
 };
 
 }  // namespace dom

@@ -109,7 +109,7 @@ class Writer {
   }
 
   void PutAttribute(std::string_view name, std::string_view value) {
-    if (!Reserve(name.size() + value.size() + kBlock)) return;
+    if (!Reserve(name.size() + 2 * kBlock)) return;  // And a block behind that.
     char* const out = CopyLiteral("=\"", Copy(name, CopyLiteral(" ", out_)));
     if (value.size() <= kBlock &&
         CopyBlock<Search::kValueSpecials>(value.data(), value.size(), out) == 0) {
@@ -124,6 +124,7 @@ class Writer {
   /// A text in which what is found is escaped.
   template <Search search>
   void PutEscaped(std::string_view text) {
+    if (text.size() > kPiece) return PutPieces(text, &Writer::PutEscaped<search>);
     while (Reserve(text.size())) {
       out_ = CopyPlain<search>(text, out_);
       if (text.empty()) return;
@@ -132,6 +133,12 @@ class Writer {
       out_ = Copy(escape.empty() ? text.substr(0, 1) : escape, out_);
       text.remove_prefix(1);
     }
+  }
+
+  /// A text as it stands.
+  void PutPlain(std::string_view text) {
+    if (text.size() > kPiece) return PutPieces(text, &Writer::PutPlain);
+    if (Reserve(text.size())) out_ = Copy(text, out_);
   }
 
   void StartLine(std::size_t level) {
@@ -143,6 +150,13 @@ class Writer {
  private:
   /// At most, and a block, because blocks are written whole.
   static constexpr std::size_t kShortElement = std::string_view("<></>").size() + 4 * kBlock;
+  static constexpr std::size_t kPiece = std::size_t{32} << 10;
+
+  /// A long text piece by piece, so that it needs little room.
+  void PutPieces(std::string_view text, void (Writer::*put)(std::string_view)) {
+    for (; text.size() > kPiece; text.remove_prefix(kPiece)) (this->*put)(text.substr(0, kPiece));
+    (this->*put)(text);
+  }
 
   [[nodiscard]] std::size_t Room() const { return static_cast<std::size_t>(end_ - out_); }
   /// Room for `count` bytes and a block.
@@ -275,10 +289,13 @@ class TreeWriter {
   }
 
   void PutText(const TreeNode& node) {
-    if (node.type == NodeType::kText)
+    if (node.type == NodeType::kText) {
       out_.PutEscaped<Search::kTextSpecials>(node.Text());
-    else
-      out_.Put("<![CDATA[", node.Text(), "]]>");
+    } else {
+      out_.Put("<![CDATA[");
+      out_.PutPlain(node.Text());
+      out_.Put("]]>");
+    }
   }
 
   /// The data of an instruction or the system identifier of a document type, if there is any.
@@ -301,12 +318,13 @@ class TreeWriter {
 }  // namespace
 
 bool Serialize(const Document& document, OutputBuffer& output) {
+  if (!document.IsComplete()) return false;
   if (document.tree_) {
     TreeWriter writer(output);
     const TreeNode* node = document.tree_->Root()->first_child;
     for (; node != nullptr; node = node->next) writer.Write(node);
   }
-  return document.IsComplete() && !output.HasFailed();
+  return !output.HasFailed();
 }
 
 }  // namespace dom

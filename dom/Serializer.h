@@ -17,8 +17,8 @@ namespace dom {
 /// attribute values, which they would else not survive. All else is written as it stands, CDATA
 /// sections, comments and instructions altogether. A null document is written as nothing.
 ///
-/// False when memory ran out, while the document was built (Document::IsComplete) or now: the
-/// output is of no use then.
+/// False when memory ran out while the document was built (Document::IsComplete); then nothing is
+/// written. Also false when the output has failed, and is of no use.
 [[nodiscard]] bool Serialize(const Document& document, OutputBuffer& output);
 
 }  // namespace dom

@@ -141,5 +141,46 @@ TEST(Serializer, AppendsToWhatIsThere) {
   EXPECT_EQ(moved.View(), "Before <a/>\n\n\n\n");
 }
 
+/// Takes so many pieces and no more.
+class Pieces final : public OutputSink {
+ public:
+  explicit Pieces(std::size_t most) : left_(most) {}
+
+  bool Take(std::span<char> bytes) override {
+    if (left_-- == 0) return false;
+    bytes_.append(bytes.data(), bytes.size());
+    return true;
+  }
+  [[nodiscard]] const std::string& Bytes() const { return bytes_; }
+
+ private:
+  std::size_t left_;
+  std::string bytes_;
+};
+
+TEST(Serializer, HandsALargeDocumentOverInPieces) {
+  constexpr std::size_t kLong = 2'000'003;
+  const std::string plain = Repeat("x", kLong);
+  const std::string quotes = Repeat("&quot;", kLong / 6);
+  const std::string text =
+      Join({"<a b=\"", quotes, "\">", quotes, "<c d=\"", plain, "\"/><![CDATA[", plain, "]]>",
+            Repeat("<e/>", kLong / 4), "</a>\n"});
+  const ParsedText document(text);
+  OutputBuffer output;
+  Pieces sink(SIZE_MAX);
+  output.SetSink(sink);
+  EXPECT_TRUE(Serialize(*document, output));
+  EXPECT_TRUE(output.Flush());
+  EXPECT_TRUE(sink.Bytes() == text);
+  EXPECT_LT(output.Capacity(), kLong / 4);
+
+  output.Clear();
+  Pieces refusing_sink(3);
+  output.SetSink(refusing_sink);
+  EXPECT_FALSE(Serialize(*document, output));
+  EXPECT_FALSE(output.Flush());
+  EXPECT_EQ(refusing_sink.Bytes(), text.substr(0, refusing_sink.Bytes().size()));
+}
+
 }  // namespace
 }  // namespace dom
