@@ -154,7 +154,7 @@ class TDirectoryWalk {
     TFilePaths paths;                 ///< Of the directories.
     bool has_created_output = false;  ///< The output directory was not there before.
     bool has_attempts = false;        ///< A file was attempted here or beneath.
-    std::vector<TDirectoryEntry> subdirectories;
+    std::vector<TSubdirectory> subdirectories;
     std::size_t next = 0;  ///< The subdirectory to visit next.
   };
   // A vector copies its elements when moving them could fail, and a copy need not be whole.
@@ -181,36 +181,32 @@ class TDirectoryWalk {
       report_(messages::kNoInputSubdirectory);
       return;
     }
-    std::vector<TDirectoryEntry> entries;
+    TDirectoryListing listing;
     const Identities identities = options_.recurse ? Identities::kWanted : Identities::kOmitted;
-    if (!Attempt([&] { return ListWorkingDirectory(identities, entries); })) {
+    if (!Attempt([&] { return ListWorkingDirectory(identities, listing); })) {
       report_(messages::kCannotListDirectory);
       return;
     }
-    level.has_attempts = ConvertFiles(entries, level.paths);
+    level.has_attempts = ConvertFiles(listing.names, level.paths);
     if (!options_.recurse) return;
-    // The first two are taken for the directory itself and its parent.
-    entries.erase(entries.begin(), entries.begin() + 2);
-    std::erase_if(entries, [](const TDirectoryEntry& entry) {
-      return (entry.attributes & kDirectoryAttribute) == 0;
-    });
     // The list stays while the walk is beneath. It is no worse when there is no memory for less.
-    static_cast<void>(Attempt([&] { entries.shrink_to_fit(); }));
-    level.subdirectories = std::move(entries);
+    static_cast<void>(Attempt([&] { listing.subdirectories.shrink_to_fit(); }));
+    level.subdirectories = std::move(listing.subdirectories);
   }
 
-  /// Converts those of the entries that have the extension; whether there was one.
-  bool ConvertFiles(const std::vector<TDirectoryEntry>& entries, const TFilePaths& directories) {
+  /// Converts those of the names that have the extension; whether there was one.
+  bool ConvertFiles(const TNameList& names, const TFilePaths& directories) {
     bool has_attempts = false;
-    for (const TDirectoryEntry& entry : entries) {
-      if (!MatchesPattern(entry.name, options_.search_pattern) ||
-          !HasExtension(entry.name, options_.dotted_extension))
+    for (std::size_t i = 0; i < names.GetCount(); ++i) {
+      const std::string_view name = names[i];
+      if (!MatchesPattern(name, options_.search_pattern) ||
+          !HasExtension(name, options_.dotted_extension))
         continue;
       const auto make_paths = [&] {
-        return TFilePaths{JoinPath(directories.input, entry.name),
-                          JoinPath(directories.output,
-                                   *OutputNameInDirectory(entry.name, options_.dotted_extension,
-                                                          options_.dotted_suffix))};
+        return TFilePaths{
+            JoinPath(directories.input, name),
+            JoinPath(directories.output, *OutputNameInDirectory(name, options_.dotted_extension,
+                                                                options_.dotted_suffix))};
       };
       if (!ConvertFileOf(make_paths, options_.verify, report_)) report_(messages::kFileFailed);
       has_attempts = true;
@@ -221,7 +217,7 @@ class TDirectoryWalk {
   /// Makes sure that the next subdirectory has its mirror image and converts its level.
   void VisitNextSubdirectory() {
     TLevel& above = levels_.back();
-    const TDirectoryEntry& entry = above.subdirectories[above.next++];
+    const TSubdirectory& entry = above.subdirectories[above.next++];
     if (options_.output_identity == entry.identity) return;
     const auto join_paths = [&] {
       return TFilePaths{JoinPath(above.paths.input, entry.name),

@@ -1,8 +1,24 @@
 #include "foundation/FileSystem.h"
 
+#include <algorithm>
+
 #include "foundation/CaseFolding.h"
 
 namespace zaf {
+
+TDirectoryListing TDirectoryListing::Begin() {
+  TDirectoryListing listing;
+  listing.names.Append(".");
+  listing.names.Append("..");
+  return listing;
+}
+
+void TDirectoryListing::Sort() {
+  names.SortFrom(2);
+  // std::string compares its characters as unsigned bytes, as the other list does.
+  std::sort(subdirectories.begin(), subdirectories.end(),
+            [](const TSubdirectory& a, const TSubdirectory& b) { return a.name < b.name; });
+}
 
 bool MatchesPattern(std::string_view name, std::string_view pattern) {
   if (pattern == "*.*") return true;

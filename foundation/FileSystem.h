@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "foundation/Status.h"
+#include "foundation/TNameList.h"
 
 /// What the system needs of the platform's file system. FileSystemPosix.cpp and
 /// FileSystemWindows.cpp implement it, each on its own system.
@@ -56,24 +57,30 @@ struct TFileIdentity {
 /// does not count. The pattern `*.*` matches every name, also one without a full stop.
 [[nodiscard]] bool MatchesPattern(std::string_view name, std::string_view pattern);
 
-/// The attribute bit of a directory.
-inline constexpr std::uint32_t kDirectoryAttribute = 0x10;
-
-/// One name of a directory.
-struct TDirectoryEntry {
+/// One directory in another.
+struct TSubdirectory {
   std::string name;
-  std::uint32_t attributes = 0;  ///< kDirectoryAttribute or 0. A symbolic link has 0.
-  TFileIdentity identity;        ///< Of a directory, when the listing was asked for identities.
+  TFileIdentity identity;  ///< When the listing was asked for identities.
+};
+
+/// What is in a directory.
+struct TDirectoryListing {
+  TNameList names;  ///< ".", "..", then every other name in ascending byte order.
+  /// Those of the others that are directories, in the same order. A symbolic link is none.
+  std::vector<TSubdirectory> subdirectories;
+
+  /// What a listing begins with.
+  static TDirectoryListing Begin();
+  /// Brings all that was added since into its order.
+  void Sort();
 };
 
 /// Whether a listing looks up the identity of each directory in it (one system call each).
 enum class Identities { kOmitted, kWanted };
 
-/// Lists the working directory: ".", "..", then every other name in ascending byte order. The
-/// listing is a copy; nothing stays open and later changes of the directory do not show. False,
-/// and `entries` unchanged, when the directory cannot be read.
-[[nodiscard]] bool ListWorkingDirectory(Identities identities,
-                                        std::vector<TDirectoryEntry>& entries);
+/// Lists the working directory. The listing is a copy; nothing stays open and later changes of the
+/// directory do not show. False, and `listing` unchanged, when the directory cannot be read.
+[[nodiscard]] bool ListWorkingDirectory(Identities identities, TDirectoryListing& listing);
 
 /// What stands at a path, as far as a new file of that name is concerned.
 enum class TPresence {

@@ -79,17 +79,17 @@ class TDescriptor {
   int descriptor_;
 };
 
-/// Fills in what the listing says about an entry besides its name.
-void Classify(int directory, unsigned char type, Identities identities, TDirectoryEntry& entry) {
-  const bool is_unknown = type == DT_UNKNOWN;
-  const bool is_wanted = type == DT_DIR && identities == Identities::kWanted;
-  if (type == DT_DIR) entry.attributes = kDirectoryAttribute;
-  if (!is_unknown && !is_wanted) return;
+/// Whether an entry is a directory. Gives its identity when that is wanted or had to be looked at.
+bool IsSubdirectory(int directory, const dirent& entry, Identities identities,
+                    TFileIdentity& identity) {
+  const bool is_unknown = entry.d_type == DT_UNKNOWN;
+  const bool is_directory = entry.d_type == DT_DIR;
+  if (!is_unknown && !(is_directory && identities == Identities::kWanted)) return is_directory;
   struct stat info {};
-  if (fstatat(directory, entry.name.c_str(), &info, AT_SYMLINK_NOFOLLOW) != 0) return;
-  if (!S_ISDIR(info.st_mode)) return;
-  entry.attributes = kDirectoryAttribute;
-  entry.identity = IdentityOf(info);
+  if (fstatat(directory, entry.d_name, &info, AT_SYMLINK_NOFOLLOW) != 0) return is_directory;
+  if (!S_ISDIR(info.st_mode)) return is_directory;
+  identity = IdentityOf(info);
+  return true;
 }
 
 /// Gives an unnamed file a name. Not every system lets every user link a mere descriptor; the
@@ -144,12 +144,10 @@ std::optional<TFileIdentity> GetWorkingDirectoryIdentity() {
   return IdentityOf(info);
 }
 
-bool ListWorkingDirectory(Identities identities, std::vector<TDirectoryEntry>& entries) {
+bool ListWorkingDirectory(Identities identities, TDirectoryListing& listing) {
   const std::unique_ptr<DIR, DirectoryCloser> directory(opendir("."));
   if (directory == nullptr) return false;
-  std::vector<TDirectoryEntry> found;
-  found.push_back({".", kDirectoryAttribute, {}});
-  found.push_back({"..", kDirectoryAttribute, {}});
+  TDirectoryListing found = TDirectoryListing::Begin();
   for (;;) {
     errno = 0;
     const dirent* const next = readdir(directory.get());
@@ -157,15 +155,15 @@ bool ListWorkingDirectory(Identities identities, std::vector<TDirectoryEntry>& e
       if (errno != 0) return false;
       break;
     }
-    TDirectoryEntry entry{next->d_name, 0, {}};
-    if (entry.name == "." || entry.name == "..") continue;
-    Classify(dirfd(directory.get()), next->d_type, identities, entry);
-    found.push_back(std::move(entry));
+    const std::string_view name = next->d_name;
+    if (name == "." || name == "..") continue;
+    found.names.Append(name);
+    TFileIdentity identity;
+    if (IsSubdirectory(dirfd(directory.get()), *next, identities, identity))
+      found.subdirectories.push_back({std::string(name), identity});
   }
-  // std::string compares its characters as unsigned bytes.
-  std::sort(found.begin() + 2, found.end(),
-            [](const TDirectoryEntry& a, const TDirectoryEntry& b) { return a.name < b.name; });
-  entries = std::move(found);
+  found.Sort();
+  listing = std::move(found);
   return true;
 }
 

@@ -79,15 +79,6 @@ bool IsDirectory(DWORD attributes) {
          (attributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0;
 }
 
-TDirectoryEntry EntryOf(const WIN32_FIND_DATAA& data, Identities identities) {
-  TDirectoryEntry entry{data.cFileName, 0, {}};
-  if (!IsDirectory(data.dwFileAttributes)) return entry;
-  entry.attributes = kDirectoryAttribute;
-  if (identities == Identities::kWanted)
-    entry.identity = IdentityOf(data.cFileName).value_or(TFileIdentity{});
-  return entry;
-}
-
 }  // namespace
 
 // Such writes and such streams do no harm here.
@@ -108,26 +99,29 @@ bool GetWorkingDirectory(CText& path) {
 
 std::optional<TFileIdentity> GetWorkingDirectoryIdentity() { return IdentityOf("."); }
 
-bool ListWorkingDirectory(Identities identities, std::vector<TDirectoryEntry>& entries) {
+bool ListWorkingDirectory(Identities identities, TDirectoryListing& listing) {
   WIN32_FIND_DATAA data{};
   const TSearch search(FindFirstFileA("*", &data));
   // The root of an empty volume has not even a "." to find.
   if (!search.IsOpen() && GetLastError() != ERROR_FILE_NOT_FOUND) return false;
-  std::vector<TDirectoryEntry> found;
-  found.push_back({".", kDirectoryAttribute, {}});
-  found.push_back({"..", kDirectoryAttribute, {}});
+  TDirectoryListing found = TDirectoryListing::Begin();
   bool is_whole = true;
   if (search.IsOpen()) {
     do {
       const std::string_view name = data.cFileName;
-      if (name != "." && name != "..") found.push_back(EntryOf(data, identities));
+      if (name == "." || name == "..") continue;
+      found.names.Append(name);
+      if (!IsDirectory(data.dwFileAttributes)) continue;
+      TFileIdentity identity;
+      if (identities == Identities::kWanted)
+        identity = IdentityOf(data.cFileName).value_or(TFileIdentity{});
+      found.subdirectories.push_back({std::string(name), identity});
     } while (FindNextFileA(search.Get(), &data) != 0);
     is_whole = GetLastError() == ERROR_NO_MORE_FILES;
   }
   if (!is_whole) return false;
-  std::sort(found.begin() + 2, found.end(),
-            [](const TDirectoryEntry& a, const TDirectoryEntry& b) { return a.name < b.name; });
-  entries = std::move(found);
+  found.Sort();
+  listing = std::move(found);
   return true;
 }
 

@@ -165,5 +165,32 @@ TEST(FileSystem, ImageEndsInWhatWasRead) {
   }
 }
 
+TEST(FileSystem, ListsNamesInByteOrder) {
+  const TTestDirectory directory;
+  std::vector<std::string> expected = {"!", "A", "a.zaf", "b", "\x7F", "\xE4\xF6\xFC"};
+  for (const std::string& name : expected) directory.Write(name, "");
+  // More names than lie in one place, each as long as one may be.
+  for (int i = 100; i < 200; ++i) {
+    expected.push_back(std::string(252, 'n') + std::to_string(i));
+    directory.Write(expected.back(), "");
+  }
+  for (const char* const name : {"Z", "+"}) {
+    std::filesystem::create_directory(directory.Path(name));
+    expected.emplace_back(name);
+  }
+  std::sort(expected.begin(), expected.end());
+  expected.insert(expected.begin(), {".", ".."});
+
+  ASSERT_TRUE(EnterDirectory(directory.Name(".")));
+  TDirectoryListing listing;
+  ASSERT_TRUE(ListWorkingDirectory(Identities::kOmitted, listing));
+  std::vector<std::string> names;
+  for (std::size_t i = 0; i < listing.names.GetCount(); ++i) names.emplace_back(listing.names[i]);
+  EXPECT_EQ(names, expected);
+  ASSERT_EQ(listing.subdirectories.size(), 2U);
+  EXPECT_EQ(listing.subdirectories[0].name, "+");
+  EXPECT_EQ(listing.subdirectories[1].name, "Z");
+}
+
 }  // namespace
 }  // namespace zaf

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <string_view>
+#include <vector>
+
+namespace zaf {
+
+/// Names without NULs, close together: one takes its characters and nine bytes more. Their
+/// characters stay in place for as long as the list lives. Throws std::bad_alloc when there is no
+/// memory for a name.
+class TNameList {
+ public:
+  void Append(std::string_view name);
+
+  /// Brings the names from the one with number `first` on into ascending byte order.
+  void SortFrom(std::size_t first);
+
+  [[nodiscard]] std::size_t GetCount() const { return names_.size(); }
+  [[nodiscard]] std::string_view operator[](std::size_t number) const { return names_[number]; }
+
+ private:
+  std::vector<const char*> names_;
+  std::vector<std::unique_ptr<char[]>> blocks_;
+  char* next_ = nullptr;  ///< The room that is left in the last block.
+  std::size_t room_ = 0;
+};
+
+}  // namespace zaf
