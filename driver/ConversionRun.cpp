@@ -10,6 +10,7 @@
 #include "appfile/TQuerySpecificationServer.h"
 #include "appfile/TZanfoFile.h"
 #include "foundation/Heap.h"
+#include "foundation/LargePages.h"
 #include "foundation/TDataFile.h"
 
 namespace zaf {
@@ -287,6 +288,7 @@ bool ConvertFile(const CText& input_path, bool verify, const CText& output_path,
     report(messages::kCannotOpenInput);
     return false;
   }
+  const TLargePageHeap heap(file.GetSize());
   TZanfoFile document;
   if (IsClassFileName(input_path)) document.SetKind(DocumentKind::kClassFile);
   if (!Attempt([&] { return document.Load(file, &server) == Status::kOk; })) {

@@ -9,6 +9,7 @@
 #include "foundation/CData.h"
 #include "foundation/CText.h"
 #include "foundation/Heap.h"
+#include "foundation/LargePages.h"
 
 namespace zaf {
 namespace {
@@ -158,6 +159,7 @@ bool TDataFile::AllocateImage(std::uint64_t size) {
   heap::Free(image_, image_capacity_);
   image_ = static_cast<std::byte*>(heap::Allocate(needed));
   image_capacity_ = image_ != nullptr ? needed : 0;
+  if (image_ != nullptr) AdviseLargePages(image_, needed);
   return image_ != nullptr;
 }
 
