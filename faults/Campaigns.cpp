@@ -7,6 +7,8 @@
 #include <random>
 #include <stdexcept>
 
+#include "tests/support/LegacyFile.h"
+
 namespace zaf::faults {
 namespace {
 
@@ -79,6 +81,17 @@ TTree Convert(const TProgram& program, const fs::path& work, const TTree& input,
   return sandbox.Look().output;
 }
 
+/// An application that is more than the program writes at a time, and for which it has the heap use
+/// large pages.
+std::string LargeApplication() {
+  constexpr std::size_t kLength = std::size_t{600} << 10;
+  return test::LegacyFile()
+      .Action("null", "large")
+      .Text("rslt", std::string(kLength, 'x'))
+      .Text("none", std::string(kLength, '<'))
+      .Bytes();
+}
+
 std::vector<TPlan> PlansForEach(std::uint64_t count, std::uint64_t step, TPlan plan) {
   std::vector<TPlan> plans;
   for (plan.number = 1; plan.number <= count; plan.number += step) plans.push_back(plan);
@@ -136,7 +149,9 @@ std::vector<TCase> MakeCases(const TProgram& program, const fs::path& samples, c
       "single", {"-v",             "-f", "till.zaf", "-o", "'my till.xml'"},
        plain, {}
   };
-  return {tree, verified, classes, single};
+  TCase large{"large", {"-v"}, {}, {}};
+  AddFile(large.input, "large.zaf", LargeApplication());
+  return {tree, verified, classes, single, large};
 }
 
 void FailAllocations(TTrial& trial, Extensiveness extensiveness) {

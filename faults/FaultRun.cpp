@@ -1,7 +1,6 @@
 // Makes the machine fail under Zaf2Xml in every way, and looks at what it leaves:
-// fault_run PROGRAM INJECTOR SAMPLES WORK-DIRECTORY quick|long
-// fault_run PROGRAM INJECTOR SAMPLES WORK-DIRECTORY only CASE PLAN...
-// The second form repeats one fault, in the words of a complaint, shows where it struck and what
+// fault_run PROGRAM INJECTOR SAMPLES WORK-DIRECTORY quick|long [only CASE PLAN...]
+// With "only" it repeats one fault, in the words of a complaint, shows where it struck and what
 // the program said, and leaves the directories.
 
 #include <algorithm>
@@ -95,7 +94,7 @@ int Run(const std::vector<std::string>& words) {
   const Extensiveness extensiveness = mode == "long" ? Extensiveness::kLong : Extensiveness::kQuick;
   const std::vector<TCase> cases = MakeCases(program, words.at(2), work, extensiveness);
   TTrial trial(program, work, std::clamp(std::thread::hardware_concurrency(), 1U, 10U));
-  if (mode == "only") return RunOnly(trial, cases, {words.begin() + 5, words.end()});
+  if (words.size() > 5) return RunOnly(trial, cases, {words.begin() + 6, words.end()});
   return RunAll(trial, cases, extensiveness);
 }
 
@@ -105,7 +104,7 @@ int main(int argument_count, char** arguments) {
   try {
     if (argument_count < 6)
       throw std::runtime_error(
-          "usage: fault_run PROGRAM INJECTOR SAMPLES WORK quick|long|only ...");
+          "usage: fault_run PROGRAM INJECTOR SAMPLES WORK quick|long [only CASE PLAN...]");
     return Run({arguments + 1, arguments + argument_count});
   } catch (const std::exception& failure) {
     std::fprintf(stderr, "fault_run: %s\n", failure.what());
