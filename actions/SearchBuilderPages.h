@@ -13,6 +13,7 @@
 #include "actions/TSortColumnInfo.h"
 #include "foundation/CText.h"
 #include "foundation/TFixedText.h"
+#include "foundation/TLazyRecord.h"
 #include "foundation/TRecordArray.h"
 
 // The three pages of a search builder, each with the record of its columns. A page is a part of its
@@ -35,7 +36,7 @@ using CSearchColumnInfoArray = TInputColumnArray<TSearchColumnInfo, 3>;
 /// The form that asks what to search for.
 struct TSearchPage {
   CSearchColumnInfoArray columns;
-  TPageFormat format;
+  TLazyRecord<TPageFormat> format;
   CText header;
   CText footer;
   CText find_title;
@@ -63,7 +64,7 @@ struct TListPage {
   CListColumnInfoArray columns;
   CSortColumnInfoArray order;
   CJoinInfoArray joins;
-  TPageFormat format;
+  TLazyRecord<TPageFormat> format;
   CText header;
   CText footer;
   CText no_results;
@@ -87,7 +88,7 @@ using CDetailColumnInfoArray = TInputColumnArray<TDetailColumnInfo, 3>;
 struct TDetailsPage {
   CDetailColumnInfoArray columns;
   CJoinInfoArray joins;
-  TPageFormat format;
+  TLazyRecord<TPageFormat> format;
   CText header;
   CText footer;
   CText delete_response;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string>
 
+#include "actions/PartCodec.h"
 #include "actions/ValueCodecs.h"
 #include "foundation/CaseFolding.h"
 
@@ -44,23 +45,33 @@ void AppendQuoted(std::string_view text, std::string& tag) {
 }
 
 /// The attributes of a cookie's tag.
-std::string CookieAttributes(const TAssignItem& item) {
+std::string CookieAttributes(const TCookie& cookie) {
   std::string attributes;
-  if (!item.expiry.IsEmpty()) {
-    const auto minutes = static_cast<std::uint32_t>(ParseNumber(item.expiry.View()));
+  if (!cookie.expiry.IsEmpty()) {
+    const auto minutes = static_cast<std::uint32_t>(ParseNumber(cookie.expiry.View()));
     attributes
         .append(R"( EXPIRES="<@TOGMT <@SECSTOTS <@CALC EXPR="<@TSTOSECS <@CURRENTTIMESTAMP>>+)")
         .append(std::to_string(static_cast<std::int32_t>(minutes * 60)))
         .append(R"(" >> FORMAT=datetime:http>")");
   }
-  if (!item.domain.IsEmpty())
-    attributes.append(" DOMAIN=\"").append(item.domain.View()).append("\" ");
-  attributes.append(" PATH=\"").append(item.path.View()).append("\" ");
-  attributes.append(" SECURE=\"").append(item.is_secure != 0 ? "yes" : "no").append("\" ");
+  if (!cookie.domain.IsEmpty())
+    attributes.append(" DOMAIN=\"").append(cookie.domain.View()).append("\" ");
+  attributes.append(" PATH=\"").append(cookie.path.View()).append("\" ");
+  attributes.append(" SECURE=\"").append(cookie.is_secure != 0 ? "yes" : "no").append("\" ");
   return attributes;
 }
 
 }  // namespace
+
+std::span<const TProperty> TCookie::Properties() {
+  static constexpr TProperty kRows[] = {
+      Child<&TCookie::expiry>(kNoCode, "Expiry"),
+      Child<&TCookie::path>(kNoCode, "Path"),
+      Child<&TCookie::domain>(kNoCode, "Domain"),
+      AttributeIfSet<&TCookie::is_secure>(kNoCode, "Secure", kNumberSwitchCodec),
+  };
+  return kRows;
+}
 
 bool TAssignItem::IsCookie() const { return EqualsIgnoringCase(scope.View(), "cookie"); }
 
@@ -69,10 +80,7 @@ std::span<const TProperty> TAssignItem::CookieProperties() {
   static constexpr TProperty kRows[] = {
       Child<&Item::name>(kNoCode, "Name"),
       Child<&Item::value>(kNoCode, "Value"),
-      Child<&Item::expiry>(kNoCode, "Expiry"),
-      Child<&Item::path>(kNoCode, "Path"),
-      Child<&Item::domain>(kNoCode, "Domain"),
-      AttributeIfSet<&Item::is_secure>(kNoCode, "Secure", kNumberSwitchCodec),
+      InlinePart<&Item::cookie>(),
   };
   return kRows;
 }
@@ -102,7 +110,7 @@ void AppendAssignTag(const TAssignItem& item, CText& text) {
   AppendQuoted(item.name.View(), tag);
   tag.append(is_default ? " " : " VALUE=");
   AppendQuoted(item.value.View(), tag);
-  if (scope == "Cookie") tag.append(" ").append(CookieAttributes(item));
+  if (scope == "Cookie") tag.append(" ").append(CookieAttributes(item.cookie.Get()));
   text.Append(std::string_view(tag.append(">")));
 }
 

@@ -1,13 +1,25 @@
 #pragma once
 
+#include <cstdint>
 #include <span>
 
 #include "actions/TProperty.h"
 #include "foundation/CText.h"
 #include "foundation/TFixedText.h"
+#include "foundation/TLazyRecord.h"
 #include "foundation/TOwningArray.h"
 
 namespace zaf {
+
+/// What an assignment says when it is one of a cookie.
+struct TCookie {
+  TFixedText<128> expiry;  ///< In minutes, in decimal; empty: with the session.
+  TFixedText<256> path;
+  TFixedText<256> domain;
+  std::int32_t is_secure;  ///< Not zero: the cookie is sent over secure connections only.
+
+  static std::span<const TProperty> Properties();
+};
 
 /// An assignment: a variable, or with the scope "cookie" (case ignored) a cookie, and its value.
 /// Owns its value.
@@ -15,10 +27,7 @@ struct TAssignItem : heap::TPooledObject {
   TFixedText<256> name{};
   CText value;
   TFixedText<128> scope{};
-  TFixedText<128> expiry{};  ///< Of a cookie, in minutes, in decimal; empty: with the session.
-  TFixedText<256> path{};
-  TFixedText<256> domain{};
-  std::int32_t is_secure = 0;  ///< Not zero: the cookie is sent over secure connections only.
+  TLazyRecord<TCookie> cookie;
 
   [[nodiscard]] bool IsCookie() const;
 

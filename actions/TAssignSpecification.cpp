@@ -62,11 +62,12 @@ Status ReadItem(TPartReader& reader, TAssignItem& item) {
     return status;
   item.value = AsText(value);
   item.value.ReplaceAll("\r", "\r\n");
-  for (const Status status :
-       {reader.ReadText(item.name), reader.ReadText(item.scope), reader.ReadText(item.expiry),
-        reader.ReadText(item.path), reader.ReadText(item.domain)})
+  TCookie cookie;
+  for (const Status status : {reader.ReadText(item.name), reader.ReadText(item.scope),
+                              reader.ReadText(cookie.expiry), reader.ReadText(cookie.path),
+                              reader.ReadText(cookie.domain), reader.ReadNumber(cookie.is_secure)})
     if (status != Status::kOk) return status;
-  return reader.ReadNumber(item.is_secure);
+  return item.cookie.Set(cookie) ? Status::kOk : Status::kFailure;
 }
 
 /// The items of an assign action: a section of items of variable length; in XML an element each,
@@ -94,10 +95,11 @@ class TAssignItemsCodec final : public TFieldCodec {
       AppendU32(item.value.GetCharacterCount(), bytes);
       bytes.append(item.value.View());
       bytes.append(item.name.bytes, sizeof item.name).append(item.scope.bytes, sizeof item.scope);
-      bytes.append(item.expiry.bytes, sizeof item.expiry);
-      bytes.append(item.path.bytes, sizeof item.path);
-      bytes.append(item.domain.bytes, sizeof item.domain);
-      AppendU32(static_cast<std::uint32_t>(item.is_secure), bytes);
+      const TCookie& cookie = item.cookie.Get();
+      bytes.append(cookie.expiry.bytes, sizeof cookie.expiry);
+      bytes.append(cookie.path.bytes, sizeof cookie.path);
+      bytes.append(cookie.domain.bytes, sizeof cookie.domain);
+      AppendU32(static_cast<std::uint32_t>(cookie.is_secure), bytes);
     }
     return out.Write(row.code, AsBytes(bytes));
   }

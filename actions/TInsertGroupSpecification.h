@@ -3,6 +3,7 @@
 #include "actions/CInputColumnArray.h"
 #include "actions/TPageFormat.h"
 #include "actions/TSourceSpecification.h"
+#include "foundation/TLazyRecord.h"
 
 namespace zaf {
 
@@ -35,7 +36,7 @@ class TInsertGroupSpecification
   CText response_;
   CText save_title_;
   CText reset_title_;
-  TPageFormat format_;
+  TLazyRecord<TPageFormat> format_;
 };
 
 }  // namespace zaf

@@ -25,13 +25,12 @@ Status TPageFormatCodec::ReadLegacy(const TProperty&, void* field,
   if (const Status status = section.View(bytes); status != Status::kOk) return status;
   TPageFormat format;
   if (!bytes.empty()) std::memcpy(&format, bytes.data(), std::min(bytes.size(), sizeof format));
-  *static_cast<TPageFormat*>(field) = format;
-  return Status::kOk;
+  return Set(field, format);
 }
 
 Status TPageFormatCodec::WriteLegacy(const TProperty& row, const void* field,
                                      TSectionWriter& out) const {
-  return out.Write(row.code, ByteView(static_cast<const std::byte*>(field), sizeof(TPageFormat)));
+  return out.Write(row.code, std::as_bytes(std::span(&Get(field), 1)));
 }
 
 }  // namespace zaf

@@ -6,6 +6,7 @@
 #include "actions/PartCodec.h"
 #include "actions/TProperty.h"
 #include "foundation/TFixedText.h"
+#include "foundation/TLazyRecord.h"
 
 namespace zaf {
 
@@ -23,11 +24,10 @@ struct TPageFormat {
 
 static_assert(sizeof(TPageFormat) == 640);
 
-/// A page format is a part whose legacy section is one block.
-class TPageFormatCodec final : public TPartCodecBase {
+/// A page keeps its format as a part whose legacy section is one block.
+class TPageFormatCodec final : public TLazyPartCodecBase<TPageFormat> {
  public:
-  constexpr TPageFormatCodec() : TPartCodecBase(&TPageFormat::Properties) {}
-
+  /// kFailure when there is no memory for the format.
   Status ReadLegacy(const TProperty& row, void* field,
                     const TLegacySection& section) const override;
   Status WriteLegacy(const TProperty& row, const void* field, TSectionWriter& out) const override;
@@ -36,7 +36,7 @@ class TPageFormatCodec final : public TPartCodecBase {
 inline constexpr TPageFormatCodec kPageFormatCodec{};
 
 template <>
-struct TCodecOf<TPageFormat> {
+struct TCodecOf<TLazyRecord<TPageFormat>> {
   static constexpr const TFieldCodec& kCodec = kPageFormatCodec;
 };
 

@@ -6,6 +6,8 @@
 #include <utility>
 #include <vector>
 
+#include "actions/TInsertGroupSpecification.h"
+#include "foundation/Heap.h"
 #include "tests/support/Convert.h"
 #include "tests/support/LegacyFile.h"
 
@@ -209,6 +211,21 @@ TEST(InsertGroupSpecification, EverythingIsWrittenInOrderAndReadBack) {
   EXPECT_EQ(Compact(ElementOf(document, "Outputs")), Outputs("Header=h Footer=f Response=thanks"));
   EXPECT_EQ(ToXml(document), document);
   ExpectTheSameThroughTheLegacyForm(file);
+}
+
+TEST(InsertGroupSpecification, FormatThatFindsNoMemoryFailsAndLeavesTheOldOne) {
+  const std::string format = Format("1");
+  TDataFile file(AsBytes(format));
+  const TLegacySection section{&file, Code("frmt"), 0, static_cast<std::uint32_t>(format.size())};
+  const TInsertGroupSpecification initial;
+  TInsertGroupSpecification action;
+  {
+    const heap::TAllocationFault fault(0);
+    EXPECT_EQ(action.ReadLegacyProperty(section), Status::kFailure);
+  }
+  EXPECT_TRUE(action.IsEqual(initial));
+  EXPECT_EQ(action.ReadLegacyProperty(section), Status::kOk);
+  EXPECT_FALSE(action.IsEqual(initial));
 }
 
 TEST(SearchGroupSpecification, EmptyBuildersHaveAllContainers) {

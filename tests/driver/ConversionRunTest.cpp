@@ -156,7 +156,8 @@ TEST_F(ConversionRun, WalksAsDeepAsPathNamesReach) {
 // What was read or made in part must not be written, and a directory in part is another one.
 TEST_F(ConversionRun, ReportsEveryFailureOfMemoryAndMistakesNothing) {
   std::filesystem::copy_file(ZAF2XML_SAMPLES "/guestbook.zaf", directory_.Path("in/a.zaf"));
-  AddFiles({"sub/b.zaf"});
+  directory_.Write("in/sub/b.zaf",
+                   LegacyFile().Action("igrp", "A").Block("frmt", std::string(640, 'f')).Bytes());
   ASSERT_EQ(Run({"-r"}), "");
   const auto all = directory_.List("out");
   const std::string content = directory_.Read("out/a.xzf");
