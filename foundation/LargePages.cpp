@@ -7,46 +7,27 @@
 #endif
 #if defined(__GLIBC__) && !defined(ZAF2XML_SANITIZED)
 #include <malloc.h>
-#define ZAF2XML_RESERVES_HEAP 1
+#define ZAF2XML_HEAP_IS_GLIBC 1
 #endif
 
 namespace zaf {
 namespace {
 
-constexpr std::size_t kLargePage = std::size_t{2} << 20;
-
-#if defined(ZAF2XML_RESERVES_HEAP)
-
-/// From this size of a file on.
+[[maybe_unused]] constexpr std::size_t kLargePage = std::size_t{2} << 20;
+/// The smallest file for which the heap gets room.
 constexpr std::uint64_t kLeastSize = std::uint64_t{1} << 20;
-/// Bytes of memory that a conversion takes for a byte of its input, if that is verified, too.
-constexpr std::uint64_t kMemoryPerByte = 8;
-/// What the heap may keep for the next file.
-constexpr int kMostKept = 64 << 20;
-constexpr int kUsualMappings = 65536;
 
-#endif
+#if defined(ZAF2XML_HEAP_IS_GLIBC)
 
-}  // namespace
-
-void AdviseLargePages(void* block, std::size_t size) {
-#if defined(MADV_HUGEPAGE)
-  const auto begin = reinterpret_cast<std::uintptr_t>(block);
-  const std::uintptr_t first = (begin + kLargePage - 1) & ~(kLargePage - 1);
-  const std::uintptr_t end = (begin + size) & ~(kLargePage - 1);
-  if (first < end) madvise(reinterpret_cast<void*>(first), end - first, MADV_HUGEPAGE);
-#else
-  static_cast<void>(block);
-  static_cast<void>(size);
-#endif
-}
-
-#if defined(ZAF2XML_RESERVES_HEAP)
-
-TLargePageHeap::TLargePageHeap(std::uint64_t size) : is_active_(size >= kLeastSize) {
-  if (!is_active_ || size > PTRDIFF_MAX / kMemoryPerByte) return;
-  mallopt(M_TRIM_THRESHOLD, -1);  // Never: what is free at the end is the room.
-  // A block that is mapped on its own would not become a part of the heap when it is given back.
+/// Makes the heap larger by the room that the conversion of a file takes. False when it stays as
+/// it was.
+bool GiveRoom(std::uint64_t size) {
+  // Bytes of memory for a byte of the input, if the output is verified, too.
+  constexpr std::uint64_t kMemoryPerByte = 8;
+  constexpr int kUsualMappings = 65536;
+  if (size > PTRDIFF_MAX / kMemoryPerByte) return false;
+  mallopt(M_TRIM_THRESHOLD, -1);  // Never: the room is what is free at the end.
+  // What is mapped on its own does not become a part of the heap when it is given back.
   mallopt(M_MMAP_MAX, 0);
   const auto room = static_cast<std::size_t>(size * kMemoryPerByte);
   if (void* const block = std::malloc(room)) {
@@ -54,19 +35,42 @@ TLargePageHeap::TLargePageHeap(std::uint64_t size) : is_active_(size >= kLeastSi
     std::free(block);
   }
   mallopt(M_MMAP_MAX, kUsualMappings);
+  return true;
 }
 
-TLargePageHeap::~TLargePageHeap() {
-  if (!is_active_) return;
+void TakeRoomBack() {
+  constexpr int kMostKept = 64 << 20;
   mallopt(M_TRIM_THRESHOLD, kMostKept);
   malloc_trim(kMostKept);
 }
 
 #else
 
-TLargePageHeap::TLargePageHeap(std::uint64_t /*size*/) {}
-TLargePageHeap::~TLargePageHeap() = default;
+bool GiveRoom(std::uint64_t /*size*/) { return false; }
+void TakeRoomBack() {}
 
 #endif
+
+}  // namespace
+
+void AdviseLargePages(void* block, std::size_t size) {
+#if defined(MADV_HUGEPAGE)
+  const std::size_t excess = reinterpret_cast<std::uintptr_t>(block) % kLargePage;
+  const std::size_t skipped = excess == 0 ? 0 : kLargePage - excess;
+  if (size < skipped + kLargePage) return;
+  const std::size_t whole = (size - skipped) / kLargePage * kLargePage;
+  madvise(static_cast<char*>(block) + skipped, whole, MADV_HUGEPAGE);
+#else
+  static_cast<void>(block);
+  static_cast<void>(size);
+#endif
+}
+
+TLargePageHeap::TLargePageHeap(std::uint64_t size)
+    : is_active_(size >= kLeastSize && GiveRoom(size)) {}
+
+TLargePageHeap::~TLargePageHeap() {
+  if (is_active_) TakeRoomBack();
+}
 
 }  // namespace zaf

@@ -27,7 +27,7 @@ class TLargePageHeap {
   ~TLargePageHeap();
 
  private:
-  bool is_active_ = false;
+  bool is_active_;
 };
 
 }  // namespace zaf
