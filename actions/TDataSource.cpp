@@ -1,7 +1,5 @@
 #include "actions/TDataSource.h"
 
-#include <string>
-
 #include "actions/DataSourceKinds.h"
 #include "actions/TDataSourceIndex.h"
 #include "foundation/CCipherText.h"
@@ -95,17 +93,16 @@ void TDataSource::ReadElement(const TXmlReadContext& context, dom::Element eleme
   // The rows are texts and a kind that has a word for every text: none refuses anything.
   static_cast<void>(ReadXmlRows(Properties(), this, {context, element}));
   UpdateTypeName();
-  ReadLogin(element, user_name, password);
+  ReadLogin(context, element, user_name, password);
 }
 
-void TDataSource::ReadLogin(dom::Element element, CText& user_name, CText& password) {
+void TDataSource::ReadLogin(const TXmlReadContext& context, dom::Element element, CText& user_name,
+                            CText& password) {
   const dom::Element info = element.getFirstChildElement("UserInfo");
   const bool is_enciphered = info.getAttribute("Encrypted") == "True";
   const auto read = [&](std::string_view name, CText& field) {
-    std::string joined;
-    CCipherText text(info.getFirstChildElement(name).getTextContent(joined));
-    if (is_enciphered) text.Decipher();
-    field = text.View();
+    const std::string_view text = info.getFirstChildElement(name).getTextContent();
+    field = is_enciphered ? context.data_sources.Decipher(text) : text;
   };
   read("UserName", user_name);
   read("Password", password);

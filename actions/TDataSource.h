@@ -65,7 +65,8 @@ struct TDataSource {
   /// Takes from one element what that has: all but the deployment user and password. A null element
   /// leaves it empty.
   void ReadElement(const TXmlReadContext& context, dom::Element element);
-  static void ReadLogin(dom::Element element, CText& user_name, CText& password);
+  static void ReadLogin(const TXmlReadContext& context, dom::Element element, CText& user_name,
+                        CText& password);
 };
 
 }  // namespace zaf

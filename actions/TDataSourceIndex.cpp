@@ -27,8 +27,15 @@ void TDataSourceIndex::ReadLogin(const TXmlReadContext& context, std::string_vie
     user_name = kept->user_name;
     password = kept->password;
   } else {
-    TDataSource::ReadLogin(element, user_name, password);
+    TDataSource::ReadLogin(context, element, user_name, password);
   }
+}
+
+std::string_view TDataSourceIndex::Decipher(std::string_view text) {
+  if (text.empty()) return text;
+  const auto [place, is_new] = clear_texts_.try_emplace(text, text);
+  if (is_new) place->second.Decipher();
+  return place->second.View();
 }
 
 dom::Element TDataSourceIndex::Find(const TXmlReadContext& context, std::string_view id,

@@ -6,13 +6,15 @@
 #include "actions/TDataSource.h"
 #include "actions/TXmlContext.h"
 #include "dom/dom.h"
+#include "foundation/CCipherText.h"
 
 namespace zaf {
 
 /// The data sources of a document by the IDs of their elements. Of several with one ID the first
 /// counts. An element that is asked for a second time is kept as it was read then: any number of
 /// actions may share one that is costly to read. Most elements are asked for once, and a copy of
-/// those would be of no use. Owns what it keeps; refers to the document, which outlives it.
+/// those would be of no use. The users and passwords of the elements, most of which have the same
+/// ones, are deciphered once. Owns what it keeps; refers to the document, which outlives it.
 class TDataSourceIndex {
  public:
   /// Indexes the `DataSource` elements in `data_sources`.
@@ -23,6 +25,10 @@ class TDataSourceIndex {
   void Read(const TXmlReadContext& context, std::string_view id, TDataSource& source);
   void ReadLogin(const TXmlReadContext& context, std::string_view id, CText& user_name,
                  CText& password);
+
+  /// The clear form of an enciphered text of the document, as CCipherText has it. Valid as long as
+  /// the index.
+  [[nodiscard]] std::string_view Decipher(std::string_view text);
 
  private:
   struct TEntry {
@@ -35,6 +41,7 @@ class TDataSourceIndex {
   dom::Element Find(const TXmlReadContext& context, std::string_view id, const TDataSource*& kept);
 
   TTextIndex<TEntry> entries_;
+  TTextIndex<CCipherText> clear_texts_;  ///< By the enciphered ones.
 };
 
 }  // namespace zaf

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <string>
 #include <string_view>
 #include <unordered_map>
 #include <utility>
@@ -102,6 +103,8 @@ struct TXmlReadContext {
   TOutputIndex outputs;
   TDataSourceIndex& data_sources;
   TReferenceBudget& references;
+  /// Where the pieces of a text are joined; not used beyond that text.
+  mutable std::string joined = {};
 };
 
 /// The element that an object's fields are written into.
@@ -123,6 +126,11 @@ class TXmlReadScope {
   /// The first child element of that name, a null one when there is none. Each field has a name of
   /// its own and asks once.
   [[nodiscard]] dom::Element FindChild(std::string_view name) const { return children_.Find(name); }
+  /// The text of that child, empty when there is none; valid until the next text of the document
+  /// is read.
+  [[nodiscard]] std::string_view FindText(std::string_view name) const {
+    return children_.FindText(name, context.joined);
+  }
 
  private:
   mutable dom::ChildFinder children_;

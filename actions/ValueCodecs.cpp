@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <charconv>
 #include <cstring>
-#include <string>
 
 #include "actions/WriteTextElement.h"
 
@@ -57,10 +56,9 @@ void TValueCodec::WriteXml(const TProperty& row, const void* field,
 }
 
 Status TValueCodec::ReadXml(const TProperty& row, void* field, const TXmlReadScope& scope) const {
-  if (row.form == XmlForm::kAttribute || row.form == XmlForm::kAttributeIfSet)
-    return Parse(field, scope.element.getAttribute(row.name));
-  std::string joined;
-  return Parse(field, scope.FindChild(row.name).getTextContent(joined));
+  const bool is_attribute = row.form == XmlForm::kAttribute || row.form == XmlForm::kAttributeIfSet;
+  return Parse(field,
+               is_attribute ? scope.element.getAttribute(row.name) : scope.FindText(row.name));
 }
 
 Status TTextCodecBase::ReadLegacy(const TProperty&, void* field,

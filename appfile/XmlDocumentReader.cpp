@@ -63,7 +63,9 @@ Status ReadXmlDocument(std::span<std::byte> text, const TQuerySpecificationServe
   status = ReadActions(root.getFirstChildElement("Actions"), context, server, application.actions,
                        entries);
   if (status != Status::kOk) return status;
-  return ReadProgram(root.getFirstChildElement("Program"), entries, application.actions);
+  status = ReadProgram(root.getFirstChildElement("Program"), entries, application.actions);
+  // Texts of several pieces are joined in the memory of the document.
+  return status == Status::kOk && !document.IsComplete() ? Status::kFailure : status;
 }
 
 }  // namespace zaf

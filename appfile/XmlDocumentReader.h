@@ -13,7 +13,7 @@ namespace zaf {
 /// are overwritten. kMalformed: it is no well-formed document as `dom::DOMImplementation` has it,
 /// its root is neither `ZAF` nor `ZCF`, an action has an unknown element or a word that its class
 /// refuses, an `ActionRef` names an action that is not there, or the actions refer to more text
-/// than a document of this size can need.
+/// than a document of this size can need. kFailure: memory ran out.
 Status ReadXmlDocument(std::span<std::byte> text, const TQuerySpecificationServer& server,
                        TApplication& application);
 

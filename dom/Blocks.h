@@ -12,8 +12,8 @@
 #define ZAF2XML_SSE2 0
 #endif
 
-/// Characters taken 16 at a time, with SSE2 where the processor has it. For those who write
-/// documents; they are no part of the document model.
+/// Characters taken 16 at a time, with SSE2 where the processor has it. For those who write and
+/// read documents; they are no part of the document model.
 namespace dom {
 
 inline constexpr std::size_t kBlock = 16;
@@ -57,6 +57,23 @@ inline void CopyText(std::string_view text, char* target) {
     CopyShort(text.data(), text.size(), target);
   else
     std::memcpy(target, text.data(), text.size());
+}
+
+/// Compares names, most of which are short, by pieces that may overlap: without a call.
+inline bool AreEqualNames(std::string_view name, std::string_view other) {
+  const std::size_t size = name.size();
+  if (size != other.size()) return false;
+  const auto is_same = [=]<class Number>(Number, std::size_t at) {
+    return LoadNumber<Number>(name.data() + at) == LoadNumber<Number>(other.data() + at);
+  };
+  if (size >= 8) {
+    for (std::size_t at = 0; at < size - 8; at += 8)
+      if (!is_same(std::uint64_t{}, at)) return false;
+    return is_same(std::uint64_t{}, size - 8);
+  }
+  if (size >= 4) return is_same(std::uint32_t{}, 0) && is_same(std::uint32_t{}, size - 4);
+  if (size >= 2) return is_same(std::uint16_t{}, 0) && is_same(std::uint16_t{}, size - 2);
+  return size == 0 || name.front() == other.front();
 }
 
 #if ZAF2XML_SSE2

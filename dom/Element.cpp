@@ -2,19 +2,20 @@
 
 #include <cassert>
 
+#include "dom/Blocks.h"
 #include "dom/Tree.h"
 
 namespace dom {
 namespace {
 
 /// The first of `node` and its next siblings that is a text or CDATA section.
-const TreeNode* FindText(const TreeNode* node) {
+inline const TreeNode* FindText(const TreeNode* node) {
   while (node != nullptr && !IsText(*node)) node = node->next;
   return node;
 }
 
 /// The first of `node` and its next siblings that is an element.
-TreeElement* FindElement(TreeNode* node) {
+inline TreeElement* FindElement(TreeNode* node) {
   while (node != nullptr && node->type != NodeType::kElement) node = node->next;
   return static_cast<TreeElement*>(node);
 }
@@ -22,15 +23,27 @@ TreeElement* FindElement(TreeNode* node) {
 /// The same of that name; an empty name: of any name.
 TreeElement* FindElement(TreeNode* node, std::string_view name) {
   TreeElement* element = FindElement(node);
-  while (element != nullptr && !name.empty() && element->Text() != name)
+  while (element != nullptr && !name.empty() && !AreEqualNames(element->Text(), name))
     element = FindElement(element->next);
   return element;
+}
+
+/// What getTextContent gives; null has no text.
+inline std::string_view JoinTexts(const TreeElement* element, std::string& scratch) {
+  const TreeNode* const first = element == nullptr ? nullptr : FindText(element->first_child);
+  if (first == nullptr) return {};
+  const TreeNode* next = FindText(first->next);
+  if (next == nullptr) return first->Text();
+  scratch = first->Text();
+  for (; next != nullptr; next = FindText(next->next)) scratch += next->Text();
+  return scratch;
 }
 
 /// The first attribute of that name; null when there is none.
 TreeAttribute* FindAttribute(const TreeElement& element, std::string_view name) {
   TreeAttribute* attribute = element.first_attribute;
-  while (attribute != nullptr && attribute->name.View() != name) attribute = attribute->next;
+  while (attribute != nullptr && !AreEqualNames(attribute->name.View(), name))
+    attribute = attribute->next;
   return attribute;
 }
 
@@ -77,19 +90,15 @@ Element Element::getNextSiblingElement(std::string_view name) const {
 }
 
 std::string_view Element::getTextContent(std::string& scratch) const {
-  const TreeNode* const first = node_ == nullptr ? nullptr : FindText(Get()->first_child);
-  if (first == nullptr) return {};
-  const TreeNode* next = FindText(first->next);
-  if (next == nullptr) return first->Text();
-  scratch = first->Text();
-  for (; next != nullptr; next = FindText(next->next)) scratch += next->Text();
-  return scratch;
+  return JoinTexts(Get(), scratch);
 }
 
 std::string_view Element::getTextContent() const {
   std::string scratch;
   const std::string_view text = getTextContent(scratch);
-  return scratch.empty() ? text : tree_->Copy(text).View();
+  if (scratch.empty()) return text;
+  const TreeText copy = tree_->Copy(text);
+  return copy.data == nullptr ? std::string_view() : copy.View();
 }
 
 Element Element::appendElement(std::string_view name) const {
@@ -132,12 +141,19 @@ void Element::AppendNode(TreeNode* node) const {
 ChildFinder::ChildFinder(Element parent)
     : next_(parent ? parent.Get()->first_child : nullptr), tree_(parent.tree_) {}
 
-Element ChildFinder::Find(std::string_view name) {
+TreeElement* ChildFinder::FindNode(std::string_view name) {
   TreeElement* const first = FindElement(next_);
   next_ = first;
-  if (first == nullptr || first->Text() != name) return {FindElement(first, name), tree_};
+  if (first == nullptr) return nullptr;
+  if (!AreEqualNames(first->Text(), name)) return FindElement(first->next, name);
   next_ = first->next;
-  return {first, tree_};
+  return first;
+}
+
+Element ChildFinder::Find(std::string_view name) { return {FindNode(name), tree_}; }
+
+std::string_view ChildFinder::FindText(std::string_view name, std::string& scratch) {
+  return JoinTexts(FindNode(name), scratch);
 }
 
 }  // namespace dom

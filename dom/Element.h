@@ -53,7 +53,7 @@ class Element : public Node {
   /// in place; several are joined in `scratch`, which is not touched otherwise.
   [[nodiscard]] std::string_view getTextContent(std::string& scratch) const;
   /// The same where there is no `scratch`: each call that joins pieces adds a text to the memory
-  /// of the document, where it stays until that is cleared.
+  /// of the document, where it stays until that is cleared; it is empty when that runs out.
   [[nodiscard]] std::string_view getTextContent() const;
 
   /// Makes a node and appends it, without the way through a detached node.
@@ -89,8 +89,12 @@ class ChildFinder {
 
   /// What getFirstChildElement gives for a name that is not empty.
   [[nodiscard]] Element Find(std::string_view name);
+  /// The text content of that child, joined as by getTextContent; empty when it is not there.
+  [[nodiscard]] std::string_view FindText(std::string_view name, std::string& scratch);
 
  private:
+  TreeElement* FindNode(std::string_view name);
+
   /// Where to begin: what stands before it was found, so it has names that were asked for.
   TreeNode* next_;
   Tree* tree_;

@@ -13,40 +13,23 @@
 namespace dom {
 namespace {
 
-struct Extent {
-  std::uint32_t size;
-  bool may_refer;  ///< Whether there may be a '&'.
-};
-
-/// Measures a text that ends with a NUL. Reads what is behind that, as far as it is in `buffer`,
-/// where the texts are unless they are empty.
-inline Extent Measure(const char* text, std::string_view buffer) {
 #if ZAF2XML_SSE2
-  // Nearly all names and most texts are this short.
-  const std::uintptr_t place =
-      reinterpret_cast<std::uintptr_t>(text) - reinterpret_cast<std::uintptr_t>(buffer.data());
-  if (place < buffer.size() && buffer.size() - place >= kBlock) {
-    const __m128i characters = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text));
-    const auto find = [&](__m128i character) {
-      return static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(characters, character)));
-    };
-    const unsigned nuls = find(_mm_setzero_si128());
-    // What is below the lowest bit of `nuls` is in front of the NUL.
-    if (nuls != 0)
-      return {static_cast<std::uint32_t>(std::countr_zero(nuls)),
-              (find(_mm_set1_epi8('&')) & (nuls - 1) & ~nuls) != 0};
-  }
-#else
-  static_cast<void>(buffer);
-#endif
-  return {static_cast<std::uint32_t>(std::strlen(text)), true};
+
+/// A bit for each place in a block that has this character.
+inline unsigned FindInBlock(__m128i block, char character) {
+  return static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(block, _mm_set1_epi8(character))));
 }
+
+#endif
 
 /// Makes our nodes one by one, each behind the one before or under it.
 class TreeMaker {
  public:
   TreeMaker(std::string_view buffer, Tree& tree)
-      : buffer_(buffer), tree_(tree), parent_(tree.Root()) {}
+      : buffer_(reinterpret_cast<std::uintptr_t>(buffer.data())),
+        block_count_(buffer.size() < kBlock ? 0 : buffer.size() - kBlock + 1),
+        tree_(tree),
+        parent_(tree.Root()) {}
 
   /// Appends a node of that type, without its children, to the current parent; an element is the
   /// parent from then on. False when memory runs out.
@@ -84,18 +67,41 @@ class TreeMaker {
     return node != nullptr;
   }
 
+  // Texts that end with a NUL. Nearly all names and most others are shorter than a block.
+
   [[nodiscard]] TreeText InPlace(const char* text) const {
-    return {text, Measure(text, buffer_).size};
+#if ZAF2XML_SSE2
+    if (HasBlock(text)) {
+      const unsigned nuls = FindInBlock(LoadBlock(text, kBlock), '\0');
+      if (nuls != 0) return {text, static_cast<std::uint32_t>(std::countr_zero(nuls))};
+    }
+#endif
+    return {text, static_cast<std::uint32_t>(std::strlen(text))};
   }
 
   [[nodiscard]] TreeText Expanded(const char* text) const {
-    const Extent extent = Measure(text, buffer_);
+#if ZAF2XML_SSE2
+    if (HasBlock(text)) {
+      const __m128i block = LoadBlock(text, kBlock);
+      const unsigned nuls = FindInBlock(block, '\0');
+      const unsigned up_to_nul = nuls ^ (nuls - 1);
+      if (nuls != 0 && (FindInBlock(block, '&') & up_to_nul) == 0)
+        return {text, static_cast<std::uint32_t>(std::countr_zero(nuls))};
+    }
+#endif
+    const auto size = static_cast<std::uint32_t>(std::strlen(text));
     // What pugixml parsed in place is the caller's buffer, which is not constant.
-    return {text, extent.may_refer ? ExpandReferences(const_cast<char*>(text), extent.size)
-                                   : extent.size};
+    return {text, ExpandReferences(const_cast<char*>(text), size)};
   }
 
-  std::string_view buffer_;
+  /// Whether a block of the buffer begins with the text. Texts are in the buffer unless they are
+  /// empty.
+  [[nodiscard]] bool HasBlock(const char* text) const {
+    return reinterpret_cast<std::uintptr_t>(text) - buffer_ < block_count_;
+  }
+
+  std::uintptr_t buffer_;
+  std::size_t block_count_;  ///< Places of the buffer where a block begins.
   Tree& tree_;
   TreeElement* parent_;
 };

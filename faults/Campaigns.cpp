@@ -92,6 +92,14 @@ std::string LargeApplication() {
       .Bytes();
 }
 
+/// A document with a text of several pieces, which are joined when it is read.
+std::string DocumentOfPieces() {
+  const std::string piece = "<![CDATA[" + std::string(std::size_t{300} << 10, 'x') + "]]>";
+  return R"(<?xml version="1.0"?><ZAF><Actions><ResultAction ID="a"><ResultsOutput Ref="b"/>)"
+         R"(</ResultAction></Actions><Outputs><Output ID="b">)" +
+         piece + piece + "</Output></Outputs></ZAF>";
+}
+
 std::vector<TPlan> PlansForEach(std::uint64_t count, std::uint64_t step, TPlan plan) {
   std::vector<TPlan> plans;
   for (plan.number = 1; plan.number <= count; plan.number += step) plans.push_back(plan);
@@ -151,6 +159,7 @@ std::vector<TCase> MakeCases(const TProgram& program, const fs::path& samples, c
   };
   TCase large{"large", {"-v"}, {}, {}};
   AddFile(large.input, "large.zaf", LargeApplication());
+  AddFile(large.input, "pieces.zaf", DocumentOfPieces());
   return {tree, verified, classes, single, large};
 }
 

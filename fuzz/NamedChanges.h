@@ -195,6 +195,19 @@ inline std::set<std::string_view> FindNamedChanges(std::string_view document,
   return changes;
 }
 
+/// How often a document may change. One change can make room for the next: an output that is empty
+/// is lost, so an assign action has its text made anew, and so an action of the same name refers to
+/// two outputs of one ID. And where branches stand in branches, one reference after another can
+/// leave the one that it stands in.
+inline std::size_t FindMostChanges(std::string_view document) {
+  constexpr std::string_view kReference = "<ActionRef ";
+  std::size_t count = 4;
+  for (std::size_t at = document.find(kReference); at != std::string_view::npos;
+       at = document.find(kReference, at + 1))
+    ++count;
+  return count;
+}
+
 /// A document with the signatures of its actions blanked out. They tell the class of an action and
 /// the bytes of its name, also where the element and the ID do not (containers and jumps, control
 /// characters), and are not read.

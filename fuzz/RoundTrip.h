@@ -12,19 +12,6 @@ namespace zaf::fuzz {
 /// fuzzing down.
 constexpr std::size_t kLongestDocument = std::size_t{1} << 18;
 
-/// How often a document may change. One change can make room for the next: an output that is empty
-/// is lost, so an assign action has its text made anew, and so an action of the same name refers to
-/// two outputs of one ID. And where branches stand in branches, one reference after another can
-/// leave the one that it stands in.
-inline std::size_t FindMostChanges(std::string_view document) {
-  constexpr std::string_view kReference = "<ActionRef ";
-  std::size_t count = 4;
-  for (std::size_t at = document.find(kReference); at != std::string_view::npos;
-       at = document.find(kReference, at + 1))
-    ++count;
-  return count;
-}
-
 /// A document that the program wrote is well-formed, loads, and is written again with the same
 /// bytes as soon as no change by design applies to it any more; and after some changes in any case.
 inline void RequireThatDocumentStays(std::string document) {

@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <thread>
+#include <utility>
 
 #include "dom/Document.h"
 #include "dom/PagePool.h"
@@ -147,6 +148,20 @@ TEST_F(DocumentTest, ElementsAreFoundByName) {
   EXPECT_FALSE(root_.getFirstChildElement("a"));
   const Element a = root_.appendElement("a");
   EXPECT_EQ(root_.getFirstChildElement("a"), a);
+}
+
+TEST_F(DocumentTest, NamesDifferInAnyCharacter) {
+  const std::string_view letters = "abcdefghijklmnopqrstuvwxyz";
+  for (std::size_t size = 1; size <= letters.size(); ++size) {
+    std::string name(letters.substr(0, size));
+    const Element element = root_.appendElement(letters.substr(0, size));
+    EXPECT_EQ(root_.getFirstChildElement(name), element);
+    for (char& c : name) {
+      const char kept = std::exchange(c, '-');
+      EXPECT_FALSE(root_.getFirstChildElement(name)) << name;
+      c = kept;
+    }
+  }
 }
 
 TEST_F(DocumentTest, TextContentJoinsTheOwnPieces) {
