@@ -17,8 +17,9 @@ void TOutputCodec::WriteXml(const TProperty& row, const void* field,
                             const TXmlWriteScope& scope) const {
   const auto& text = *static_cast<const CText*>(field);
   if (text.IsEmpty()) return;
-  heap::TPooledString id(scope.action_name);
-  id += row.detail;
+  heap::TPooledString id;
+  id.reserve(scope.action_name.size() + row.detail.size());
+  id.append(scope.action_name).append(row.detail);
   // Most of what a document says is in these texts, and the action outlives it.
   const dom::Element output = scope.context.outputs.appendElement("Output");
   AppendText(output, text.View(), dom::TextOwner::kCaller);

@@ -22,19 +22,21 @@ std::string_view KindWord(FourCharCode host_type) {
 /// cannot be enciphered.
 bool WriteEnciphered(TXmlWriteContext& context, dom::Element parent, std::string_view name,
                      std::string_view text) {
-  const dom::Element element = parent.appendElement(name);
-  if (text.empty()) return true;
+  if (text.empty()) {
+    parent.appendElement(name);
+    return true;
+  }
   const std::uint64_t hash = TSeededHash::Extend(0, text);
   const TEncipheredText* const found = context.enciphered_texts.Find(
       hash, [&](const TEncipheredText& known) { return known.clear == text; });
   if (found != nullptr) {
-    element.appendText(found->enciphered);
+    parent.appendPlainElement(name, found->enciphered);
     return true;
   }
   heap::TPooledString enciphered;
   if (!CCipherText::Encipher(text, enciphered)) return false;
-  element.appendText(enciphered);
-  context.enciphered_texts.Add(hash, {text, element.getTextContent()});
+  const dom::Element element = parent.appendPlainElement(name, enciphered);
+  if (element) context.enciphered_texts.Add(hash, {text, element.getTextContent()});
   return true;
 }
 

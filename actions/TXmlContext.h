@@ -67,6 +67,9 @@ struct TXmlWriteContext {
   std::uint32_t data_source_count = 0;                 ///< Elements in `data_sources`.
   THashIndex<TWrittenDataSource> action_data_sources;  ///< Those of actions, by their content.
   THashIndex<TEncipheredText> enciphered_texts;        ///< By the texts in clear.
+  /// Room for the spelling of one value that is not stored anywhere.
+  using TScratch = std::array<char, 16>;
+  TScratch scratch{};
 };
 
 /// The ID of a `DataSource` element: "DataSource." and the number of those before it.

@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <cstddef>
 
-#include "dom/Blocks.h"
-
 namespace zaf {
 namespace {
 
@@ -53,15 +51,19 @@ unsigned NeedingCdata(__m128i characters) {
       _mm_movemask_epi8(_mm_or_si128(_mm_or_si128(Markup(characters), high), tab_or_return)));
 }
 
-/// The characters that are dropped or need CDATA among the first `count`, at most a block.
-unsigned Special(const char* text, std::size_t count) {
-  const __m128i characters = dom::LoadBlock(text, count);
+/// Those of the first `count` characters that are dropped or need CDATA.
+unsigned Special(__m128i characters, std::size_t count) {
   // As signed numbers those from 0x80 on are below 0x20, too.
   const __m128i outside =
       _mm_or_si128(_mm_cmplt_epi8(characters, _mm_set1_epi8(0x20)), Equals(characters, 0x7F));
   const __m128i special =
       _mm_or_si128(_mm_andnot_si128(Equals(characters, '\n'), outside), Markup(characters));
   return static_cast<unsigned>(_mm_movemask_epi8(special)) & ((1U << count) - 1);
+}
+
+/// The same of a text of at least so many, at most a block.
+unsigned Special(const char* text, std::size_t count) {
+  return Special(dom::LoadBlock(text, count), count);
 }
 
 /// The first `count` characters, at most a block.
@@ -120,6 +122,18 @@ TTextTraits ExamineSpecialText(std::string_view text) {
 }
 
 }  // namespace
+
+bool CopySimple(std::string_view text, dom::ShortText& copy) {
+  copy.size = static_cast<std::uint32_t>(text.size());
+#if ZAF2XML_SSE2
+  const __m128i characters = dom::LoadBlock(text.data(), text.size());
+  _mm_storeu_si128(reinterpret_cast<__m128i*>(copy.characters.data()), characters);
+  return Special(characters, text.size()) == 0;
+#else
+  std::copy(text.begin(), text.end(), copy.characters.begin());
+  return Special(text.data(), text.size()) == 0;
+#endif
+}
 
 TTextTraits ExamineText(std::string_view text) {
   for (; text.size() > dom::kBlock; text.remove_prefix(dom::kBlock))

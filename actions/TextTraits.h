@@ -2,6 +2,8 @@
 
 #include <string_view>
 
+#include "dom/Blocks.h"
+
 namespace zaf {
 
 /// What a text holds that decides how it is written as XML.
@@ -14,6 +16,9 @@ struct TTextTraits {
 constexpr bool IsDroppedCharacter(char c) {
   return static_cast<unsigned char>(c) < 0x20 && c != '\t' && c != '\n' && c != '\r';
 }
+
+/// Copies a text of at most a block. False when it has characters that are dropped or need CDATA.
+bool CopySimple(std::string_view text, dom::ShortText& copy);
 
 /// Looks at every character of a text, 16 at a time with SSE2 where the processor has it.
 TTextTraits ExamineText(std::string_view text);

@@ -46,8 +46,7 @@ void TValueCodec::WriteXml(const TProperty& row, const void* field,
                            const TXmlWriteScope& scope) const {
   const bool if_set = row.form == XmlForm::kChildIfSet || row.form == XmlForm::kAttributeIfSet;
   if (if_set && !IsSet(field)) return;
-  TScratch scratch;
-  const std::string_view text = Spell(field, scratch);
+  const std::string_view text = Spell(field, scope.context.scratch);
   if (row.form == XmlForm::kAttribute || row.form == XmlForm::kAttributeIfSet) {
     scope.element.appendAttribute(row.name, text);
   } else {

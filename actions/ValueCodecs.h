@@ -22,8 +22,7 @@ class TValueCodec : public TFieldCodec {
   Status ReadXml(const TProperty& row, void* field, const TXmlReadScope& scope) const override;
 
  protected:
-  /// Room for a spelling that is not stored anywhere.
-  using TScratch = std::array<char, 16>;
+  using TScratch = TXmlWriteContext::TScratch;
 
   /// The spelling, in the field itself, in `scratch` or in a constant.
   virtual std::string_view Spell(const void* field, TScratch& scratch) const = 0;

@@ -44,9 +44,13 @@ void AppendExamined(dom::Element element, std::string_view text, TTextTraits tra
 
 dom::Element WriteTextElement(dom::Element parent, std::string_view name, std::string_view text) {
   if (text.empty()) return parent.appendElement(name);
+  if (text.size() <= dom::kBlock && text.front() != ' ') {
+    dom::ShortText copy;
+    if (CopySimple(text, copy)) return parent.appendPlainElement(name, copy);
+  }
   const TTextTraits traits = ExamineText(text);
   if (!traits.has_dropped && !traits.needs_cdata && !IsBlank(text))
-    return parent.appendElement(name, text);
+    return parent.appendPlainElement(name, text);
   const dom::Element element = parent.appendElement(name);
   AppendExamined(element, text, traits, dom::TextOwner::kDocument);
   return element;

@@ -25,17 +25,6 @@ class Arena {
     return place;
   }
 
-  /// Copies the text into an allocation, at the end of it; returns whether any character is below
-  /// 0x20. Tab, LF and CR are.
-  static bool CopyAndFindControls(std::string_view text, char* place) {
-    unsigned found = 0;
-    std::size_t left = text.size();
-    const char* from = text.data();
-    for (; left > kBlock; from += kBlock, place += kBlock, left -= kBlock)
-      found |= CopyBlock<Search::kControls>(from, kBlock, place);
-    return (found | CopyBlock<Search::kControls>(from, left, place)) != 0;
-  }
-
   /// Gives all memory back, and forgets that it ran out.
   void Clear();
 
@@ -58,7 +47,7 @@ class Arena {
 
   Page* last_page_ = nullptr;
   /// The free part of the page in use. Behind its end there is room for a block, because blocks are
-  /// written whole, and for rounding up.
+  /// written and read whole, and for rounding up.
   char* next_ = nullptr;
   char* end_ = nullptr;
   bool has_failed_ = false;

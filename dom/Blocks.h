@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -23,6 +24,12 @@ enum class Search {
   kControls,       ///< Below 0x20.
   kTextSpecials,   ///< `&` `<` `>` `"`
   kValueSpecials,  ///< Both.
+};
+
+/// A text of up to a block. What stands behind it does not matter.
+struct ShortText {
+  std::array<char, kBlock> characters;
+  std::uint32_t size;
 };
 
 template <class Number>
@@ -100,7 +107,7 @@ inline __m128i LoadBlock(const char* text, std::size_t count) {
 
 /// Copies up to 16 characters, but writes all 16. A bit of the result for each that was found.
 template <Search search>
-unsigned CopyBlock(const char* text, std::size_t count, char* target) {
+inline unsigned CopyBlock(const char* text, std::size_t count, char* target) {
   const __m128i characters = LoadBlock(text, count);
   _mm_storeu_si128(reinterpret_cast<__m128i*>(target), characters);
   __m128i found = _mm_setzero_si128();
@@ -120,7 +127,7 @@ unsigned CopyBlock(const char* text, std::size_t count, char* target) {
 #else
 
 template <Search search>
-unsigned CopyBlock(const char* text, std::size_t count, char* target) {
+inline unsigned CopyBlock(const char* text, std::size_t count, char* target) {
   unsigned found = 0;
   for (std::size_t i = 0; i < count; ++i) {
     const char c = text[i];

@@ -47,6 +47,10 @@ TreeAttribute* FindAttribute(const TreeElement& element, std::string_view name) 
   return attribute;
 }
 
+[[maybe_unused]] bool IsPlain(std::string_view text) {
+  return !text.empty() && text.find_first_of("&<>\"") == std::string_view::npos;
+}
+
 }  // namespace
 
 Element::Element(TreeElement* element, Tree* tree) : Node(element, tree) {}
@@ -109,8 +113,14 @@ Element Element::appendElement(std::string_view name) const {
   return {element, tree_};
 }
 
-Element Element::appendElement(std::string_view name, std::string_view text) const {
-  assert(!name.empty() && !text.empty());
+Element Element::appendPlainElement(std::string_view name, std::string_view text) const {
+  assert(!name.empty() && IsPlain(text));
+  if (node_ == nullptr) return {};
+  return {tree_->AppendTextElement(*Get(), Tree::InPlace(name), text), tree_};
+}
+
+Element Element::appendPlainElement(std::string_view name, const ShortText& text) const {
+  assert(!name.empty() && IsPlain({text.characters.data(), text.size}));
   if (node_ == nullptr) return {};
   return {tree_->AppendTextElement(*Get(), Tree::InPlace(name), text), tree_};
 }

@@ -10,6 +10,7 @@
 
 namespace dom {
 
+struct ShortText;
 struct TreeElement;
 
 /// Who keeps the characters of a text.
@@ -59,9 +60,12 @@ class Element : public Node {
   /// Makes a node and appends it, without the way through a detached node.
   // NOLINTNEXTLINE(modernize-use-nodiscard)
   Element appendElement(std::string_view name) const;
-  /// The same with a text, which is not empty.
+  /// The same with a text, which is not empty and in which nothing has to be escaped. Most are
+  /// like that, and those who know it spare the serialiser from looking.
   // NOLINTNEXTLINE(modernize-use-nodiscard)
-  Element appendElement(std::string_view name, std::string_view text) const;
+  Element appendPlainElement(std::string_view name, std::string_view text) const;
+  // NOLINTNEXTLINE(modernize-use-nodiscard)
+  Element appendPlainElement(std::string_view name, const ShortText& text) const;
   void appendText(std::string_view text, TextOwner owner = TextOwner::kDocument) const;
   void appendCDATASection(std::string_view text, TextOwner owner = TextOwner::kDocument) const;
   /// As Document::createComment.

@@ -44,6 +44,9 @@ constexpr auto kLineStart = [] {
   return line;
 }();
 
+/// The start of a line of a level below this one is in two blocks.
+constexpr std::size_t kUsualLevels = kBlock;
+
 // The following write at `out`, where there is room for a block more than they need, and return
 // the place behind.
 
@@ -95,29 +98,32 @@ class Writer {
     out_ = CopyLiteral(after, Copy(text, CopyLiteral(before, out_)));
   }
 
-  /// An element without attributes and its text, if both are short and nothing is to be escaped:
-  /// what most elements are. False when nothing was written. StartLine has made room for it.
+  /// An element without attributes and its text, which is plain, if both are short: what most
+  /// elements are. False when nothing was written. StartLine has made room for it.
   bool PutShortElement(std::string_view name, std::string_view text) {
     if (name.size() > kBlock || text.size() > kBlock || Room() < kShortElement) return false;
     char* const start = CopyLiteral("<", out_);
-    char* out = CopyLiteral(">", Copy(name, start));
-    if (CopyBlock<Search::kTextSpecials>(text.data(), text.size(), out) != 0) return false;
+    CopyShort(name.data(), name.size(), start);
+    char* out = CopyLiteral(">", start + name.size());
+    std::memcpy(out, text.data(), kBlock);
     out = CopyLiteral("</", out + text.size());
-    CopyShort(start, kBlock, out);  // The name once more, and more than that.
+    std::memcpy(out, start, kBlock);  // The name once more, and more than that.
     out_ = CopyLiteral(">", out + name.size());
     return true;
   }
 
-  void PutAttribute(std::string_view name, std::string_view value) {
+  void PutAttribute(std::string_view name, const TreeText& value) {
     if (!Reserve(name.size() + 2 * kBlock)) return;  // And a block behind that.
-    char* const out = CopyLiteral("=\"", Copy(name, CopyLiteral(" ", out_)));
-    if (value.size() <= kBlock &&
-        CopyBlock<Search::kValueSpecials>(value.data(), value.size(), out) == 0) {
-      out_ = CopyLiteral("\"", out + value.size());
+    out_ = CopyLiteral("=\"", Copy(name, CopyLiteral(" ", out_)));
+    if (value.is_plain && value.size <= kBlock) {
+      std::memcpy(out_, value.data, kBlock);
+      out_ = CopyLiteral("\"", out_ + value.size);
       return;
     }
-    out_ = out;
-    PutEscaped<Search::kValueSpecials>(value);
+    if (value.is_plain)
+      PutPlain(value.View());
+    else
+      PutEscaped<Search::kValueSpecials>(value.View());
     Put("\"");
   }
 
@@ -143,8 +149,13 @@ class Writer {
 
   void StartLine(std::size_t level) {
     if (!Reserve(kLineStart.size() + kShortElement)) return;
-    std::memcpy(out_, kLineStart.data(), kLineStart.size());
-    out_ += 1 + 2 * std::min(level, kDeepestIndent);
+    if (level < kUsualLevels) {
+      std::memcpy(out_, kLineStart.data(), 2 * kBlock);
+    } else {
+      std::memcpy(out_, kLineStart.data(), kLineStart.size());
+      level = std::min(level, kDeepestIndent);
+    }
+    out_ += 1 + 2 * level;
   }
 
  private:
@@ -211,9 +222,9 @@ class TreeWriter {
   /// Writes a node, or of an element that has children only the start tag: then it returns the
   /// first of them. A single text is written with its element.
   const TreeNode* Open(const TreeNode& node) {
+    // Nearly all nodes.
+    if (node.type == NodeType::kElement) return OpenElement(static_cast<const TreeElement&>(node));
     switch (node.type) {
-      case NodeType::kElement:
-        return OpenElement(static_cast<const TreeElement&>(node));
       case NodeType::kText:
       case NodeType::kCDATASection:
         PutText(node);
@@ -231,6 +242,7 @@ class TreeWriter {
         PutData(" SYSTEM \"", static_cast<const TreeElement&>(node), "\"");
         out_.Put(">");
         break;
+      case NodeType::kElement:
       case NodeType::kDocument:
       case NodeType::kNone:
         break;
@@ -240,9 +252,11 @@ class TreeWriter {
 
   const TreeNode* OpenElement(const TreeElement& element) {
     const TreeNode* const child = element.first_child;
-    const bool is_one_text = child != nullptr && child->next == nullptr && IsText(*child);
-    if (is_one_text && element.first_attribute == nullptr && PutShortElement(element, *child))
+    const bool is_one_child = child != nullptr && child->next == nullptr;
+    if (is_one_child && child->is_plain && element.first_attribute == nullptr &&
+        out_.PutShortElement(element.Text(), child->Text()))
       return nullptr;
+    const bool is_one_text = is_one_child && IsText(*child);
     PutStart(element);
     if (child == nullptr || (is_one_text && IsEmptyText(*child))) {
       out_.Put("/>");
@@ -262,16 +276,11 @@ class TreeWriter {
     return node.type == NodeType::kText && node.text_size == 0;
   }
 
-  bool PutShortElement(const TreeElement& element, const TreeNode& text) {
-    return text.type == NodeType::kText && text.text_size != 0 &&
-           out_.PutShortElement(element.Text(), text.Text());
-  }
-
   void PutStart(const TreeElement& element) {
     out_.Put("<", element.Text(), "");
     for (const TreeAttribute* attribute = element.first_attribute; attribute != nullptr;
          attribute = attribute->next)
-      out_.PutAttribute(attribute->name.View(), attribute->value.View());
+      out_.PutAttribute(attribute->name.View(), attribute->value);
   }
 
   /// Writes the ends of the elements that end behind `node`, but goes no higher than `top`.
@@ -289,7 +298,9 @@ class TreeWriter {
   }
 
   void PutText(const TreeNode& node) {
-    if (node.type == NodeType::kText) {
+    if (node.is_plain) {
+      out_.PutPlain(node.Text());
+    } else if (node.type == NodeType::kText) {
       out_.PutEscaped<Search::kTextSpecials>(node.Text());
     } else {
       out_.Put("<![CDATA[");

@@ -24,6 +24,15 @@ bool IsBarred(char before, char c, char after, TextRule rule) {
   return false;
 }
 
+/// Copies the text into an allocation, at the end of it; returns whether any character was found.
+template <Search search>
+bool CopyAndFind(std::string_view text, char* place) {
+  unsigned found = 0;
+  for (; text.size() > kBlock; text.remove_prefix(kBlock), place += kBlock)
+    found |= CopyBlock<search>(text.data(), kBlock, place);
+  return (found | CopyBlock<search>(text.data(), text.size(), place)) != 0;
+}
+
 }  // namespace
 
 void Tree::InsertBefore(TreeNode& reference, TreeNode& child) {
@@ -51,6 +60,13 @@ TreeText Tree::CopyLegal(std::string_view text, TextRule rule) {
   // The copy is this tree's own.
   char* const characters = const_cast<char*>(copy.data);
   return {characters, characters == nullptr ? 0 : MakeLegal(characters, copy.size, rule)};
+}
+
+TreeText Tree::CopyValue(std::string_view value, char* characters) {
+  const auto size = static_cast<std::uint32_t>(value.size());
+  if (!CopyAndFind<Search::kValueSpecials>(value, characters)) return {characters, size, true};
+  const bool has_controls = CopyAndFind<Search::kControls>(value, characters);
+  return {characters, has_controls ? MakeLegal(characters, size, TextRule::kAttribute) : size};
 }
 
 std::uint32_t Tree::MakeLegal(char* text, std::uint32_t size, TextRule rule) {

@@ -1,11 +1,13 @@
 #pragma once
 
 #include <cstdint>
+#include <cstring>
 #include <limits>
 #include <new>
 #include <string_view>
 
 #include "dom/Arena.h"
+#include "dom/Blocks.h"
 #include "dom/NodeType.h"
 
 /// The tree behind the handles. Not for others than the classes of this folder.
@@ -21,6 +23,9 @@ struct TreeElement;
 struct TreeText {
   const char* data;
   std::uint32_t size;
+  /// Whether no character has to be escaped, and the text is in an Arena, so that a block can be
+  /// read from its start. Where that is not known it is false.
+  bool is_plain = false;
 
   [[nodiscard]] std::string_view View() const { return {data, size}; }
 };
@@ -36,6 +41,7 @@ struct TreeNode {
   const char* text;         ///< Of an element, instruction or document type: its name.
   std::uint32_t text_size;  ///< In bytes.
   NodeType type;
+  bool is_plain;  ///< As in TreeText.
   TreeElement* parent;
   TreeNode* next;
   TreeNode* previous;  ///< Of a first child: the last one.
@@ -134,25 +140,31 @@ class Tree {
     void* const place = AllocateWithText(sizeof(TreeAttribute), value);
     if (place == nullptr) return;
     char* const characters = static_cast<char*>(place) + sizeof(TreeAttribute);
-    auto size = static_cast<std::uint32_t>(value.size());
-    if (Arena::CopyAndFindControls(value, characters))
-      size = MakeLegal(characters, size, TextRule::kAttribute);
-    const TreeText copy{characters, size};
-    Link(element, *new (place) TreeAttribute{name, copy, nullptr});
+    const bool is_plain =
+        value.size() <= kBlock &&
+        CopyBlock<Search::kValueSpecials>(value.data(), value.size(), characters) == 0;
+    const TreeText copy{characters, static_cast<std::uint32_t>(value.size()), is_plain};
+    auto* const attribute = new (place) TreeAttribute{name, copy, nullptr};
+    if (!is_plain) attribute->value = CopyValue(value, characters);
+    Link(element, *attribute);
   }
 
-  /// Appends an element that holds a text and nothing else: what most elements of a document are.
-  /// It is made in one piece.
+  /// Appends an element that holds a text, in which nothing has to be escaped, and nothing else:
+  /// what most elements of a document are. It is made in one piece.
   TreeElement* AppendTextElement(TreeElement& parent, TreeText name, std::string_view text) {
-    void* const place = AllocateWithText(sizeof(TreeElement) + sizeof(TreeNode), text);
+    void* const place = AllocateWithText(kTextElementSize, text);
     if (place == nullptr) return nullptr;
-    auto* const element = new (place) TreeElement(EmptyElement(NodeType::kElement, name));
-    char* const characters = static_cast<char*>(place) + sizeof(TreeElement) + sizeof(TreeNode);
+    char* const characters = static_cast<char*>(place) + kTextElementSize;
     CopyText(text, characters);
-    const TreeText copy{characters, static_cast<std::uint32_t>(text.size())};
-    Append(*element, *new (element + 1) TreeNode(EmptyNode(NodeType::kText, copy)));
-    Append(parent, *element);
-    return element;
+    return AppendTextElement(parent, name, place,
+                             {characters, static_cast<std::uint32_t>(text.size()), true});
+  }
+  TreeElement* AppendTextElement(TreeElement& parent, TreeText name, const ShortText& text) {
+    void* const place = arena_.Allocate(kTextElementSize + text.size);
+    if (place == nullptr) return nullptr;
+    char* const characters = static_cast<char*>(place) + kTextElementSize;
+    std::memcpy(characters, text.characters.data(), kBlock);
+    return AppendTextElement(parent, name, place, {characters, text.size, true});
   }
 
   /// Makes a detached node the last child.
@@ -178,10 +190,21 @@ class Tree {
   // Nodes that are detached and have nothing in them.
 
   static constexpr TreeNode EmptyNode(NodeType type, TreeText text) {
-    return {text.data, text.size, type, nullptr, nullptr, nullptr};
+    return {text.data, text.size, type, text.is_plain, nullptr, nullptr, nullptr};
   }
   static constexpr TreeElement EmptyElement(NodeType type, TreeText name) {
     return {EmptyNode(type, name), nullptr, nullptr, nullptr};
+  }
+
+  static constexpr std::size_t kTextElementSize = sizeof(TreeElement) + sizeof(TreeNode);
+
+  /// Makes and appends an element and the text node in it, at `place`. The text stands behind.
+  static TreeElement* AppendTextElement(TreeElement& parent, TreeText name, void* place,
+                                        TreeText text) {
+    auto* const element = new (place) TreeElement(EmptyElement(NodeType::kElement, name));
+    Append(*element, *new (element + 1) TreeNode(EmptyNode(NodeType::kText, text)));
+    Append(parent, *element);
+    return element;
   }
 
   /// Room for something of `size` bytes and a text behind it.
@@ -197,6 +220,8 @@ class Tree {
     element.last_attribute = &attribute;
   }
 
+  /// Copies the value of an attribute into an allocation, at the end of it, and makes it legal.
+  static TreeText CopyValue(std::string_view value, char* characters);
   /// Changes a text so that it obeys the rule; returns its new size.
   static std::uint32_t MakeLegal(char* text, std::uint32_t size, TextRule rule);
 
