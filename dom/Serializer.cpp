@@ -107,7 +107,7 @@ class Writer {
     char* out = CopyLiteral(">", start + name.size());
     std::memcpy(out, text.data(), kBlock);
     out = CopyLiteral("</", out + text.size());
-    std::memcpy(out, start, kBlock);  // The name once more, and more than that.
+    std::memmove(out, start, kBlock);  // The name once more, and more than that.
     out_ = CopyLiteral(">", out + name.size());
     return true;
   }
