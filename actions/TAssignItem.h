@@ -13,10 +13,10 @@ namespace zaf {
 
 /// What an assignment says when it is one of a cookie.
 struct TCookie {
-  TFixedText<128> expiry;  ///< In minutes, in decimal; empty: with the session.
-  TFixedText<256> path;
-  TFixedText<256> domain;
-  std::int32_t is_secure;  ///< Not zero: the cookie is sent over secure connections only.
+  TFixedText<128> expiry{};  ///< In minutes, in decimal; empty: with the session.
+  TFixedText<256> path{};
+  TFixedText<256> domain{};
+  std::int32_t is_secure = 0;  ///< Not zero: the cookie is sent over secure connections only.
 
   static std::span<const TProperty> Properties();
 };

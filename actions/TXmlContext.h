@@ -106,7 +106,7 @@ struct TXmlReadContext {
   TOutputIndex outputs;
   TDataSourceIndex& data_sources;
   TReferenceBudget& references;
-  /// Where the pieces of a text are joined; not used beyond that text.
+  /// Where the pieces of a field's text are joined; not used beyond that field.
   mutable std::string joined = {};
 };
 

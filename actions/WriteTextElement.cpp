@@ -44,6 +44,7 @@ void AppendExamined(dom::Element element, std::string_view text, TTextTraits tra
 
 dom::Element WriteTextElement(dom::Element parent, std::string_view name, std::string_view text) {
   if (text.empty()) return parent.appendElement(name);
+  // Most are short and simple. One that begins with a blank may be blank altogether.
   if (text.size() <= dom::kBlock && text.front() != ' ') {
     dom::ShortText copy;
     if (CopySimple(text, copy)) return parent.appendPlainElement(name, copy);

@@ -22,10 +22,6 @@ constexpr std::string_view kXmlLine = "<?xml ";
 constexpr std::string_view kByteOrderMarks[] = {"\xEF\xBB\xBF", "\xFE\xFF", "\xFF\xFE",
                                                 std::string_view("\0\0\xFE\xFF", 4)};
 
-/// Memory of this size may be kept for the next document. Only those that are enciphered, and so
-/// written in one piece, need more.
-constexpr std::size_t kKeptOutputSize = 4 << 20;
-
 bool IsProtectedDocument(std::string_view content) {
   return content.starts_with(kProtectedLine) || content.starts_with(kRunOnlyLine);
 }
@@ -58,7 +54,8 @@ class TOutput {
   ~TOutput() {
     if (!lock_) return;
     shared_output.buffer.Clear();
-    if (shared_output.buffer.Capacity() > kKeptOutputSize)
+    // Only documents that are enciphered, and so are written in one piece, need more.
+    if (shared_output.buffer.Capacity() > dom::OutputBuffer::kMostHeld)
       shared_output.buffer = dom::OutputBuffer();
   }
   TOutput(const TOutput&) = delete;
@@ -80,12 +77,18 @@ class TFileSink final : public dom::OutputSink {
     if (bytes.size() > room_) return false;
     const auto count = static_cast<std::uint32_t>(bytes.size());
     room_ -= count;
-    return file_.Write(count, bytes.data()) == Status::kOk;
+    const Status status = file_.Write(count, bytes.data());
+    if (status != Status::kOk) failure_ = status;
+    return status == Status::kOk;
   }
+
+  /// Of the write that failed; kFailure when none did.
+  [[nodiscard]] Status GetFailure() const { return failure_; }
 
  private:
   TDataFile& file_;
   std::uint32_t room_ = std::numeric_limits<std::uint32_t>::max();
+  Status failure_ = Status::kFailure;
 };
 
 }  // namespace
@@ -126,9 +129,9 @@ Status TZanfoFile::Save(TDataFile& file, const TQuerySpecificationServer*, Prote
     output.SetSink(sink);
   } else {
     output.SetSink(sink);
-    if (!dom::Serialize(document, output)) return Status::kFailure;
+    if (!dom::Serialize(document, output)) return sink.GetFailure();
   }
-  return output.Flush() ? Status::kOk : Status::kFailure;
+  return output.Flush() ? Status::kOk : sink.GetFailure();
 }
 
 Status TZanfoFile::SaveLegacy(TDataFile& file) const {

@@ -33,8 +33,9 @@ class TZanfoFile {
   virtual Status Load(TDataFile& file, const TQuerySpecificationServer* server,
                       RunOnlyFiles run_only = RunOnlyFiles::kAllowed);
 
-  /// Writes the XML document with one write to a file opened for writing. kFailure when the
-  /// document cannot be made; else the status of the write.
+  /// Writes the XML document to a file opened for writing: a small one with one write, a large one
+  /// while it is made. kFailure when it cannot be made or is too long (4 GiB and more); else the
+  /// status of the write that failed. The file then holds a part of it.
   virtual Status Save(TDataFile& file, const TQuerySpecificationServer* server,
                       Protection protection);
 

@@ -2,6 +2,7 @@
 
 #include <limits>
 
+#include "dom/Blocks.h"
 #include "dom/PagePool.h"
 
 namespace dom {

@@ -1,9 +1,6 @@
 #pragma once
 
 #include <cstddef>
-#include <string_view>
-
-#include "dom/Blocks.h"
 
 namespace dom {
 

@@ -13,8 +13,8 @@
 #define ZAF2XML_SSE2 0
 #endif
 
-/// Characters taken 16 at a time, with SSE2 where the processor has it. For those who write and
-/// read documents; they are no part of the document model.
+/// Characters taken 16 at a time, with SSE2 where the processor has it: for those who write and
+/// read documents.
 namespace dom {
 
 inline constexpr std::size_t kBlock = 16;

@@ -1,6 +1,7 @@
 #include "dom/OutputBuffer.h"
 
 #include <algorithm>
+#include <cassert>
 #include <limits>
 #include <utility>
 
@@ -10,8 +11,6 @@ namespace dom {
 namespace {
 
 constexpr std::size_t kFirstCapacity = std::size_t{64} << 10;
-/// With a sink no more is held unless it comes in one piece.
-constexpr std::size_t kMostHeld = std::size_t{256} << 10;
 
 }  // namespace
 
@@ -29,7 +28,8 @@ OutputBuffer& OutputBuffer::operator=(OutputBuffer&& other) noexcept {
 OutputBuffer::~OutputBuffer() { Free(data_); }
 
 bool OutputBuffer::Flush() {
-  has_failed_ = has_failed_ || !sink_->Take(Bytes());
+  assert(sink_ != nullptr);
+  if (size_ != 0) has_failed_ = has_failed_ || !sink_->Take(Bytes());
   if (!has_failed_) size_ = 0;
   return !has_failed_;
 }
@@ -41,8 +41,8 @@ bool OutputBuffer::Grow(std::size_t count) {
     return Flush() && Reserve(count);
   has_failed_ = true;
   if (count > kMost - size_) return false;
-  const std::size_t capacity =
-      std::max({size_ + count, std::min(kMost, capacity_ + capacity_ / 2), kFirstCapacity});
+  const std::size_t usual = std::min(sink_ ? kMostHeld : kMost, capacity_ + capacity_ / 2);
+  const std::size_t capacity = std::max({size_ + count, usual, kFirstCapacity});
   void* const data = Reallocate(data_, capacity);
   if (!data) return false;
   data_ = static_cast<char*>(data);

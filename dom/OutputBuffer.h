@@ -21,14 +21,18 @@ class OutputSink {
 /// Bytes that grow at the end. The memory grows geometrically, is not filled with zeros, and is
 /// kept by Clear, so that a buffer that serves one document after another stops allocating.
 ///
-/// While it has a sink it holds only the last bytes, a few hundred KiB: no more memory is needed
-/// for a large document than for a small one, and it stays in the processor's cache. A document
-/// that fits is handed over in one piece.
+/// While it has a sink it holds only the last bytes: no more memory is needed for a large document
+/// than for a small one, and it stays in the processor's cache. A document that fits is handed over
+/// in one piece.
 ///
 /// When memory runs out, or the sink refuses, the buffer has failed: it keeps what it has and takes
 /// nothing more until it is cleared.
 class OutputBuffer {
  public:
+  /// Bytes that it holds at most while it has a sink, unless more come in one piece or it had more
+  /// capacity already.
+  static constexpr std::size_t kMostHeld = std::size_t{256} << 10;
+
   OutputBuffer() = default;
   OutputBuffer(OutputBuffer&& other) noexcept;
   OutputBuffer& operator=(OutputBuffer&& other) noexcept;

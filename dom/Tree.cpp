@@ -24,7 +24,8 @@ bool IsBarred(char before, char c, char after, TextRule rule) {
   return false;
 }
 
-/// Copies the text into an allocation, at the end of it; returns whether any character was found.
+/// Copies the text to `place`, which is in an allocation and has nothing behind it; returns whether
+/// any of its characters is one of those that are searched for.
 template <Search search>
 bool CopyAndFind(std::string_view text, char* place) {
   unsigned found = 0;

@@ -94,7 +94,8 @@ int Run(const std::vector<std::string>& words) {
   const Extensiveness extensiveness = mode == "long" ? Extensiveness::kLong : Extensiveness::kQuick;
   const std::vector<TCase> cases = MakeCases(program, words.at(2), work, extensiveness);
   TTrial trial(program, work, std::clamp(std::thread::hardware_concurrency(), 1U, 10U));
-  if (words.size() > 5) return RunOnly(trial, cases, {words.begin() + 6, words.end()});
+  if (words.size() > 6 && words[5] == "only")
+    return RunOnly(trial, cases, {words.begin() + 6, words.end()});
   return RunAll(trial, cases, extensiveness);
 }
 

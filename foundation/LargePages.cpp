@@ -24,8 +24,8 @@ constexpr std::uint64_t kLeastSize = std::uint64_t{1} << 20;
 bool GiveRoom(std::uint64_t size) {
   // Bytes of memory for a byte of the input, if the output is verified, too.
   constexpr std::uint64_t kMemoryPerByte = 8;
-  constexpr int kUsualMappings = 65536;
-  if (size > PTRDIFF_MAX / kMemoryPerByte) return false;
+  constexpr int kUsualMappings = 65536;  // What glibc begins with.
+  if (sizeof(void*) < sizeof size || size > PTRDIFF_MAX / kMemoryPerByte) return false;
   mallopt(M_TRIM_THRESHOLD, -1);  // Never: the room is what is free at the end.
   // What is mapped on its own does not become a part of the heap when it is given back.
   mallopt(M_MMAP_MAX, 0);

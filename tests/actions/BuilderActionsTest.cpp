@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "actions/TAssignItem.h"
 #include "actions/TInsertGroupSpecification.h"
 #include "foundation/Heap.h"
 #include "tests/support/Convert.h"
@@ -211,6 +212,11 @@ TEST(InsertGroupSpecification, EverythingIsWrittenInOrderAndReadBack) {
   EXPECT_EQ(Compact(ElementOf(document, "Outputs")), Outputs("Header=h Footer=f Response=thanks"));
   EXPECT_EQ(ToXml(document), document);
   ExpectTheSameThroughTheLegacyForm(file);
+}
+
+TEST(LazyParts, HaveNoSectionsOfTheirOwn) {
+  for (const auto rows : {TPageFormat::Properties(), TCookie::Properties()})
+    for (const TProperty& row : rows) EXPECT_EQ(row.code, kNoCode) << row.name;
 }
 
 TEST(InsertGroupSpecification, FormatThatFindsNoMemoryFailsAndLeavesTheOldOne) {
