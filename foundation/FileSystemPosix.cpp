@@ -86,8 +86,8 @@ bool IsSubdirectory(int directory, const dirent& entry, Identities identities,
   const bool is_directory = entry.d_type == DT_DIR;
   if (!is_unknown && !(is_directory && identities == Identities::kWanted)) return is_directory;
   struct stat info {};
-  if (fstatat(directory, entry.d_name, &info, AT_SYMLINK_NOFOLLOW) != 0) return is_directory;
-  if (!S_ISDIR(info.st_mode)) return is_directory;
+  const bool is_known = fstatat(directory, entry.d_name, &info, AT_SYMLINK_NOFOLLOW) == 0;
+  if (!is_known || !S_ISDIR(info.st_mode)) return is_directory;
   identity = IdentityOf(info);
   return true;
 }

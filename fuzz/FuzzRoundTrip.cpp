@@ -21,13 +21,6 @@ std::string SaveToLegacy(const TZanfoFile& file) {
   return status == Status::kOk && size < sizeof room ? std::string(room, size) : std::string();
 }
 
-std::size_t Count(std::string_view document, std::string_view tag) {
-  std::size_t count = 0;
-  for (std::size_t at = document.find(tag); at != document.npos; at = document.find(tag, at + 1))
-    ++count;
-  return count;
-}
-
 /// Whether a login of the document has a NUL, enciphered as it is, at which legacy texts end.
 bool HasNulInLogin(std::string_view document) {
   constexpr std::string_view kMark = "ZC1:";

@@ -195,17 +195,20 @@ inline std::set<std::string_view> FindNamedChanges(std::string_view document,
   return changes;
 }
 
+/// How often a tag begins in a document.
+inline std::size_t Count(std::string_view document, std::string_view tag) {
+  std::size_t count = 0;
+  for (std::size_t at = document.find(tag); at != document.npos; at = document.find(tag, at + 1))
+    ++count;
+  return count;
+}
+
 /// How often a document may change. One change can make room for the next: an output that is empty
 /// is lost, so an assign action has its text made anew, and so an action of the same name refers to
 /// two outputs of one ID. And where branches stand in branches, one reference after another can
 /// leave the one that it stands in.
 inline std::size_t FindMostChanges(std::string_view document) {
-  constexpr std::string_view kReference = "<ActionRef ";
-  std::size_t count = 4;
-  for (std::size_t at = document.find(kReference); at != std::string_view::npos;
-       at = document.find(kReference, at + 1))
-    ++count;
-  return count;
+  return 4 + Count(document, "<ActionRef ");
 }
 
 /// A document with the signatures of its actions blanked out. They tell the class of an action and
