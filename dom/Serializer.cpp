@@ -268,7 +268,8 @@ class TreeWriter {
       out_.Put("</", element.Text(), ">");
       return nullptr;
     }
-    if (inline_root_ == nullptr && !HoldsLines(child)) inline_root_ = &element;
+    if (inline_root_ == nullptr && element.may_hold_text && !HoldsLines(child))
+      inline_root_ = &element;
     return child;
   }
 

@@ -38,7 +38,7 @@ bool CopyAndFind(std::string_view text, char* place) {
 
 void Tree::InsertBefore(TreeNode& reference, TreeNode& child) {
   TreeElement& parent = *reference.parent;
-  child.parent = &parent;
+  Adopt(parent, child);
   child.next = &reference;
   child.previous = reference.previous;
   (parent.first_child == &reference ? parent.first_child : reference.previous->next) = &child;

@@ -42,6 +42,8 @@ struct TreeNode {
   std::uint32_t text_size;  ///< In bytes.
   NodeType type;
   bool is_plain;  ///< As in TreeText.
+  /// Of an element: whether it may have other children than elements and comments.
+  bool may_hold_text;
   TreeElement* parent;
   TreeNode* next;
   TreeNode* previous;  ///< Of a first child: the last one.
@@ -169,7 +171,7 @@ class Tree {
 
   /// Makes a detached node the last child.
   static void Append(TreeElement& parent, TreeNode& child) {
-    child.parent = &parent;
+    Adopt(parent, child);
     TreeNode* const first = parent.first_child;
     if (first == nullptr) {
       parent.first_child = child.previous = &child;
@@ -190,7 +192,7 @@ class Tree {
   // Nodes that are detached and have nothing in them.
 
   static constexpr TreeNode EmptyNode(NodeType type, TreeText text) {
-    return {text.data, text.size, type, text.is_plain, nullptr, nullptr, nullptr};
+    return {text.data, text.size, type, text.is_plain, false, nullptr, nullptr, nullptr};
   }
   static constexpr TreeElement EmptyElement(NodeType type, TreeText name) {
     return {EmptyNode(type, name), nullptr, nullptr, nullptr};
@@ -214,9 +216,16 @@ class Tree {
     return nullptr;
   }
 
+  /// Makes the element the parent of a node that is going to be among its children.
+  static void Adopt(TreeElement& parent, TreeNode& child) {
+    child.parent = &parent;
+    parent.may_hold_text |= child.type != NodeType::kElement && child.type != NodeType::kComment;
+  }
+
   static void Link(TreeElement& element, TreeAttribute& attribute) {
-    (element.last_attribute == nullptr ? element.first_attribute : element.last_attribute->next) =
-        &attribute;
+    TreeAttribute* const last = element.last_attribute;
+    TreeAttribute** const link = last == nullptr ? &element.first_attribute : &last->next;
+    *link = &attribute;
     element.last_attribute = &attribute;
   }
 
