@@ -1,5 +1,6 @@
 #include "actions/OutputCodec.h"
 
+#include "actions/AssignWithLineFeeds.h"
 #include "actions/WriteTextElement.h"
 #include "foundation/Heap.h"
 
@@ -7,10 +8,10 @@ namespace zaf {
 
 Status TOutputCodec::ReadLegacy(const TProperty& row, void* field,
                                 const TLegacySection& section) const {
-  const Status status = TTextCodecBase::ReadLegacy(row, field, section);
-  if (status == Status::kOk && line_feeds_ == LineFeeds::kAdded)
-    static_cast<CText*>(field)->ReplaceAll("\r", "\r\n");
-  return status;
+  if (line_feeds_ == LineFeeds::kNotAdded) return TTextCodecBase::ReadLegacy(row, field, section);
+  std::string_view text;
+  if (const Status status = section.View(text); status != Status::kOk) return status;
+  return AssignWithLineFeeds(text, *static_cast<CText*>(field)) ? Status::kOk : Status::kFailure;
 }
 
 void TOutputCodec::WriteXml(const TProperty& row, const void* field,

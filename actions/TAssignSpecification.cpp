@@ -3,6 +3,7 @@
 #include <cstring>
 #include <string>
 
+#include "actions/AssignWithLineFeeds.h"
 #include "actions/WriteTextElement.h"
 #include "foundation/CaseFolding.h"
 
@@ -60,8 +61,7 @@ Status ReadItem(TPartReader& reader, TAssignItem& item) {
   if (const Status status = reader.ReadBytes(static_cast<std::uint32_t>(value_length), value);
       status != Status::kOk)
     return status;
-  item.value = AsText(value);
-  item.value.ReplaceAll("\r", "\r\n");
+  if (!AssignWithLineFeeds(AsText(value), item.value)) return Status::kFailure;
   TCookie cookie;
   for (const Status status : {reader.ReadText(item.name), reader.ReadText(item.scope),
                               reader.ReadText(cookie.expiry), reader.ReadText(cookie.path),

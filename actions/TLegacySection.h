@@ -14,8 +14,8 @@ namespace zaf {
 class TQuerySpecification;
 
 /// One section of a legacy file, not read yet: where it lies and what it is for. It owns nothing;
-/// the file and the owner outlive it. The read operations return the data file's status and leave
-/// the result as it was when they fail.
+/// the file, which is in memory, and the owner outlive it. The read operations return the data
+/// file's status and leave the result as it was when they fail.
 struct TLegacySection {
   TDataFile* file = nullptr;             ///< Null: every read returns kNoFile.
   FourCharCode code = kNoCode;           ///< Which property the section holds.
@@ -27,9 +27,12 @@ struct TLegacySection {
   Status View(ByteView& bytes) const {
     return file == nullptr ? Status::kNoFile : file->ViewBlock(code, offset, length, bytes);
   }
-  /// A text; one final NUL is no part of it.
-  Status Read(CText& text) const {
-    return file == nullptr ? Status::kNoFile : file->ReadText(code, offset, length, text);
+  /// A text, in place; one final NUL is no part of it.
+  Status View(std::string_view& text) const {
+    ByteView bytes;
+    const Status status = View(bytes);
+    if (status == Status::kOk) text = TextOfSection(bytes);
+    return status;
   }
   /// A number; it has 4 bytes whatever the section's length says.
   Status Read(std::int32_t& value) const {

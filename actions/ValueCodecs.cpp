@@ -62,11 +62,11 @@ Status TValueCodec::ReadXml(const TProperty& row, void* field, const TXmlReadSco
 
 Status TTextCodecBase::ReadLegacy(const TProperty&, void* field,
                                   const TLegacySection& section) const {
-  auto& text = Get<CText>(field);
-  const Status status = section.Read(text);
-  if (status != Status::kOk || inner_nul_ == InnerNul::kStays) return status;
-  text.SubstringInPlace(0, static_cast<std::uint32_t>(UntilNul(text.View()).size()));
-  return Status::kOk;
+  std::string_view text;
+  if (const Status status = section.View(text); status != Status::kOk) return status;
+  if (inner_nul_ == InnerNul::kEndsText) text = UntilNul(text);
+  Get<CText>(field) = text;
+  return Get<CText>(field).GetCharacterCount() == text.size() ? Status::kOk : Status::kFailure;
 }
 
 Status TTextCodecBase::WriteLegacy(const TProperty& row, const void* field,

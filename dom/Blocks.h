@@ -105,6 +105,11 @@ inline __m128i LoadBlock(const char* text, std::size_t count) {
   return _mm_set_epi64x(static_cast<std::int64_t>(high), static_cast<std::int64_t>(low));
 }
 
+/// A bit for each place in a block that has this character.
+inline unsigned FindInBlock(__m128i block, char character) {
+  return static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(block, _mm_set1_epi8(character))));
+}
+
 /// Copies up to 16 characters, but writes all 16. A bit of the result for each that was found.
 template <Search search>
 inline unsigned CopyBlock(const char* text, std::size_t count, char* target) {

@@ -13,15 +13,6 @@
 namespace dom {
 namespace {
 
-#if ZAF2XML_SSE2
-
-/// A bit for each place in a block that has this character.
-inline unsigned FindInBlock(__m128i block, char character) {
-  return static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(block, _mm_set1_epi8(character))));
-}
-
-#endif
-
 /// Makes our nodes one by one, each behind the one before or under it.
 class TreeMaker {
  public:

@@ -19,6 +19,13 @@ inline std::string_view AsText(ByteView bytes) {
   return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
 }
 
+/// The text of a text section: one final NUL is no part of it.
+inline std::string_view TextOfSection(ByteView section) {
+  std::string_view text = AsText(section);
+  if (text.ends_with('\0')) text.remove_suffix(1);
+  return text;
+}
+
 /// The same text as bytes.
 inline ByteView AsBytes(std::string_view text) {
   return std::as_bytes(std::span(text.data(), text.size()));

@@ -66,8 +66,7 @@ Status TDiskFile::ReadText(FourCharCode code, std::uint32_t offset, std::uint32_
 }
 
 Status TDiskFile::AssignSection(ByteView block, CText& text) {
-  std::string_view characters = AsText(block);
-  if (!characters.empty() && characters.back() == '\0') characters.remove_suffix(1);
+  const std::string_view characters = TextOfSection(block);
   if (characters.empty()) return Status::kOk;
   text.Assign(characters);
   return text.GetCharacterCount() == characters.size() ? Status::kOk : Status::kFailure;

@@ -102,7 +102,7 @@ class TDiskFile {
   virtual Status FetchBlock(FourCharCode code, std::uint32_t offset, std::uint32_t length,
                             CData& scratch, ByteView& view);
 
-  /// What ReadText makes of a section's bytes, in a text that was cleared.
+  /// Sets a text that was cleared to the text of a section.
   static Status AssignSection(ByteView block, CText& text);
 
   bool is_scrambled_ = false;  ///< Bytes are transformed on their way to and from the disk.
