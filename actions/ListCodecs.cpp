@@ -158,8 +158,11 @@ Status TRecordListCodecBase::ReadXml(const TProperty& row, void* field,
        item = item.getNextSiblingElement(row.detail)) {
     void* const record = AppendRecord(records);
     if (record == nullptr) return Status::kFailure;
-    if (const Status status = type_.read_xml(record, {scope.context, item}); status != Status::kOk)
+    if (const Status status = type_.read_xml(record, {scope.context, item});
+        status != Status::kOk) {
+      records.Remove(records.GetCount() - 1);
       return status;
+    }
   }
   return Status::kOk;
 }

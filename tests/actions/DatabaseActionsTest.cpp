@@ -3,6 +3,7 @@
 #include <string>
 
 #include "actions/TDataSource.h"
+#include "actions/TDataSourceIndex.h"
 #include "actions/TTransCloseSpecification.h"
 #include "actions/TUpdateSpecification.h"
 #include "foundation/CCipherText.h"
@@ -256,6 +257,19 @@ TEST(DeleteSpecification, UnreadableSwitchIsOn) {
   TDataFile file(AsBytes("\0\0"));
   EXPECT_EQ(update.ReadLegacyProperty({&file, Code("cmit"), 0, 4, nullptr}), Status::kFailure);
   EXPECT_FALSE(update.IsEqual(other));
+}
+
+TEST(SearchSpecification, RefusedJoinIsNotKept) {
+  std::string text = JoinElement("Outer", "");
+  const dom::Document document =
+      dom::DOMImplementation::createDocument(std::span(text.data(), text.size()));
+  TDataSourceIndex data_sources({});
+  TReferenceBudget references(0);
+  TDeleteSpecification search;
+  EXPECT_EQ(
+      search.ReadXml({TOutputIndex({}), data_sources, references}, document.getDocumentElement()),
+      Status::kMalformed);
+  EXPECT_TRUE(search.IsEqual(TDeleteSpecification()));
 }
 
 TEST(TransCloseSpecification, PlatformTellsTheEndTypeAndNoDataSourceIsWritten) {

@@ -178,6 +178,20 @@ TEST(QuerySpecification, SectionsWithoutAFileAreRefused) {
   EXPECT_EQ(action.ReadLegacy(nullptr, {}), Status::kNoFile);
 }
 
+TEST(QuerySpecification, SectionThatCannotBeReadLeavesItsFieldAsItWas) {
+  TDataFile file(AsBytes("note"));
+  TContainerSpecification read;
+  TContainerSpecification expected;
+  for (const std::string_view code : {"cmnt", "rslt"})
+    for (TQuerySpecification* const action : {&expected, &read}) {
+      const TLegacySection section{&file, CodeOfText(code), 0, 4, nullptr};
+      ASSERT_EQ(action->ReadLegacyProperty(section), Status::kOk);
+    }
+  for (const std::string_view code : {"cmnt", "rslt"})
+    EXPECT_EQ(read.ReadLegacyProperty({&file, CodeOfText(code), 1, 4, nullptr}), Status::kFailure);
+  EXPECT_TRUE(read.IsEqual(expected));
+}
+
 TEST(QuerySpecification, RecordSizeGrowsByNameAndSections) {
   TZanfoFile file;
   ASSERT_EQ(
