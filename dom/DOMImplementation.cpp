@@ -30,13 +30,13 @@ constexpr std::size_t kLarge = std::size_t{1} << 20;
 ///
 /// pugixml puts its NUL in the place of the last character of what it parses in place. It knows
 /// that one where a tag ends, but a text would be a character short: so nothing but the end of a
-/// tag may be there. Behind another '>' it would be a text.
+/// tag may be there. Behind another '>' it would be a text, and so would `<>`.
 std::span<char> CutToLastTag(std::span<char> text) {
   const std::string_view view(text.data(), text.size());
   const std::size_t last = view.find_last_not_of(kWhiteSpace);
   if (last == std::string_view::npos || last == 0 || view[last] != '>') return {};
   const std::size_t before = view.find_last_not_of(kWhiteSpace, last - 1);
-  if (before == std::string_view::npos || view[before] == '>') return {};
+  if (before == std::string_view::npos || view[before] == '>' || view[before] == '<') return {};
   return text.first(last + 1);
 }
 

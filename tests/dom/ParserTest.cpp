@@ -33,6 +33,7 @@ constexpr ParserCase kBesideTheRoot[] = {
     {"TextBehind",                   "<a/>x",                                        kRefused          },
     {"TextBehindThatEndsLikeATag",   "<a/>x>",                                       kRefused          },
     {"TextBehindThatIsTheEndOfATag", "<a></a> >\n",                                  kRefused          },
+    {"EmptyTagBehind",               "<a/>\n<>\n",                                   kRefused          },
     {"ReferenceBehind",              "<a/>&#32;",                                    kRefused          },
     {"CDATABehind",                  "<a/><![CDATA[]]>",                             kRefused          },
     {"NulBehind",                    "<a/>\0"sv,                                     kRefused          },
