@@ -30,6 +30,7 @@ class TCipheredTextCodec final : public TTextCodecBase {
 
 constexpr TCipheredTextCodec kCipheredTextCodec;
 
+constexpr FourCharCode kHostTypeCode = Code("htyp");
 constexpr TVocabulary kHostTypes{kDataSourceKinds, TVocabulary::Fallback::kZero};
 constexpr TWordCodec kHostTypeCodec{kHostTypes};
 
@@ -44,7 +45,7 @@ std::span<const TProperty> TApplication::Properties() {
       AttributeIfSet<&App::revision>(Code("vers"), "Revision"),
       Child<&App::comments>(Code("cmnt"), "Comments"),
       ChildIfSet<&App::signature>(Code("asts"), "ASTSignature"),
-      Carried<&App::host_type>(Code("htyp")),
+      Carried<&App::host_type>(kHostTypeCode),
       Carried<&App::data_source>(Code("dsrc")),
       Carried<&App::host>(Code("host")),
       Carried<&App::database>(Code("data")),
@@ -88,7 +89,13 @@ std::string_view TApplication::GetRootElement() const {
 }
 
 bool TApplication::IsEqual(const TApplication& other) const {
-  return AreRowsEqual(Properties(), this, &other) && actions.IsEqual(other.actions);
+  // All but the host type, which is no text.
+  const std::span<const TProperty> rows = Properties();
+  const auto no_text = std::find_if(rows.begin(), rows.end(),
+                                    [](const TProperty& row) { return row.code == kHostTypeCode; });
+  const auto before = static_cast<std::size_t>(no_text - rows.begin());
+  return AreRowsEqual(rows.first(before), this, &other) &&
+         AreRowsEqual(rows.subspan(before + 1), this, &other) && actions.IsEqual(other.actions);
 }
 
 }  // namespace zaf
