@@ -10,6 +10,7 @@
 #include "appfile/XmlDocumentReader.h"
 #include "appfile/XmlDocumentWriter.h"
 #include "dom/Serializer.h"
+#include "foundation/Attempt.h"
 
 namespace zaf {
 namespace {
@@ -101,6 +102,11 @@ Status TZanfoFile::Load(TDataFile& file, const TQuerySpecificationServer* server
                         RunOnlyFiles run_only) {
   static const TQuerySpecificationServer usual_server;
   if (server == nullptr) server = &usual_server;
+  return Attempt([&] { return LoadContent(file, *server, run_only); }, Status::kFailure);
+}
+
+Status TZanfoFile::LoadContent(TDataFile& file, const TQuerySpecificationServer& server,
+                               RunOnlyFiles run_only) {
   const std::string_view content = AsText(file.GetImage());
   std::span<std::byte> text = file.GetMutableImage();
   if (IsProtectedDocument(content)) {
@@ -108,12 +114,16 @@ Status TZanfoFile::Load(TDataFile& file, const TQuerySpecificationServer* server
     const Status status = ReadProtected(text.subspan(FirstLineSize(content)), text);
     if (status != Status::kOk) return status;
   } else if (!IsPlainDocument(content)) {
-    return ReadLegacyApplication(file, *server, run_only, application_);
+    return ReadLegacyApplication(file, server, run_only, application_);
   }
-  return ReadXmlDocument(text, *server, application_);
+  return ReadXmlDocument(text, server, application_);
 }
 
 Status TZanfoFile::Save(TDataFile& file, const TQuerySpecificationServer*, Protection protection) {
+  return Attempt([&] { return SaveDocument(file, protection); }, Status::kFailure);
+}
+
+Status TZanfoFile::SaveDocument(TDataFile& file, Protection protection) const {
   const dom::Document document = dom::DOMImplementation::createDocument();
   const bool is_protected = protection == Protection::kProtected;
   const RunOnlyMark mark = is_protected ? RunOnlyMark::kWritten : RunOnlyMark::kNone;
@@ -135,7 +145,7 @@ Status TZanfoFile::Save(TDataFile& file, const TQuerySpecificationServer*, Prote
 }
 
 Status TZanfoFile::SaveLegacy(TDataFile& file) const {
-  return WriteLegacyApplication(application_, file);
+  return Attempt([&] { return WriteLegacyApplication(application_, file); }, Status::kFailure);
 }
 
 }  // namespace zaf

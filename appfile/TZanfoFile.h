@@ -29,7 +29,8 @@ class TZanfoFile {
   /// document; anything else is a legacy file. XML is parsed in place, so the file's image is of no
   /// further use. `server` makes the actions; null for the usual one. The statuses are those of
   /// ReadLegacyApplication and ReadXmlDocument; kMalformed for a protected document that is
-  /// damaged. After a failure the object holds what was read before.
+  /// damaged; kFailure whenever memory ran out. After a failure the object holds what was read
+  /// before.
   virtual Status Load(TDataFile& file, const TQuerySpecificationServer* server,
                       RunOnlyFiles run_only = RunOnlyFiles::kAllowed);
 
@@ -51,6 +52,12 @@ class TZanfoFile {
   [[nodiscard]] const TApplication& GetApplication() const { return application_; }
 
  private:
+  // What Load and Save do; std::bad_alloc is for them to report.
+
+  Status LoadContent(TDataFile& file, const TQuerySpecificationServer& server,
+                     RunOnlyFiles run_only);
+  Status SaveDocument(TDataFile& file, Protection protection) const;
+
   TApplication application_;
 };
 

@@ -1,15 +1,14 @@
 #include "driver/ConversionRun.h"
 
 #include <algorithm>
-#include <exception>
 #include <new>
-#include <type_traits>
+#include <optional>
 #include <utility>
 #include <vector>
 
 #include "appfile/TQuerySpecificationServer.h"
 #include "appfile/TZanfoFile.h"
-#include "foundation/Heap.h"
+#include "foundation/Attempt.h"
 #include "foundation/LargePages.h"
 #include "foundation/TDataFile.h"
 
@@ -56,35 +55,18 @@ bool IsClassFileName(std::string_view name) {
                             kClassFileExtension);
 }
 
-/// Whether an operation succeeds: says so itself, unless it has nothing to say, and had all the
-/// memory that it asked for.
-template <class Operation>
-bool Attempt(Operation operation) {
-  const heap::TMemoryWatch memory;
-  try {
-    if constexpr (std::is_void_v<std::invoke_result_t<Operation>>)
-      operation();
-    else if (!operation())
-      return false;
-    return !memory.HasRunOut();
-  } catch (const std::exception&) {
-    return false;
-  }
-}
-
 /// Writes the document to a new file at the path. False when it could not be stored. A file that
 /// cannot be created is none, and that is fine.
 bool WriteOutput(TZanfoFile& document, const TQuerySpecificationServer& server, const CText& path,
                  TDataFile& file) {
   const Protection protection = document.IsRunOnly() ? Protection::kProtected : Protection::kPlain;
   bool is_created = false;
-  const bool is_saved = Attempt([&] {
+  const auto save = [&] {
     is_created = file.Open(path, TOpenMode::kCreateNew) == Status::kOk;
     return !is_created || document.Save(file, &server, protection) == Status::kOk;
-  });
-  const bool is_stored = is_saved && (!is_created || Attempt([&] {
-                           return file.Publish() == Status::kOk || !file.HasWriteFailed();
-                         }));
+  };
+  const auto publish = [&] { return file.Publish() == Status::kOk || !file.HasWriteFailed(); };
+  const bool is_stored = Attempt(save, false) && (!is_created || Attempt(publish, false));
   file.Close();
   return is_stored;
 }
@@ -97,13 +79,13 @@ bool VerifyOutput(const TZanfoFile& document, const CText& path, TDataFile& file
     return false;
   }
   TZanfoFile written;
-  if (!Attempt([&] { return written.Load(file, nullptr) == Status::kOk; })) {
+  if (written.Load(file, nullptr) != Status::kOk) {
     report(messages::kCannotRead);
     return false;
   }
   file.Close();
   // The outcome does not count: verification finds files that cannot be read.
-  static_cast<void>(Attempt([&] { return document.IsEqual(written); }));
+  static_cast<void>(Attempt([&] { return document.IsEqual(written); }, false));
   return true;
 }
 
@@ -115,12 +97,12 @@ struct TFilePaths {
 /// Converts the file whose paths `make_paths` gives.
 template <class MakePaths>
 bool ConvertFileOf(MakePaths make_paths, bool verify, const MessageSink& report) {
-  TFilePaths paths;
-  if (!Attempt([&] { paths = make_paths(); })) {
+  const auto paths = Attempt([&] { return std::optional<TFilePaths>(make_paths()); }, {});
+  if (!paths) {
     report(messages::kCannotOpenInput);
     return false;
   }
-  return ConvertFile(paths.input, verify, paths.output, report);
+  return ConvertFile(paths->input, verify, paths->output, report);
 }
 
 /// Walks an input directory, depth first, without recursion and with nothing open: directories can
@@ -169,8 +151,9 @@ class TDirectoryWalk {
       TLevel level;
       level.paths = make_paths();
       levels_.push_back(std::move(level));
+      return true;
     };
-    if (Attempt(add)) return true;
+    if (Attempt(add, false)) return true;
     report_(messages::kNoInputSubdirectory);
     return false;
   }
@@ -184,14 +167,18 @@ class TDirectoryWalk {
     }
     TDirectoryListing listing;
     const Identities identities = options_.recurse ? Identities::kWanted : Identities::kOmitted;
-    if (!Attempt([&] { return ListWorkingDirectory(identities, listing); })) {
+    if (!Attempt([&] { return ListWorkingDirectory(identities, listing); }, false)) {
       report_(messages::kCannotListDirectory);
       return;
     }
     level.has_attempts = ConvertFiles(listing.names, level.paths);
     if (!options_.recurse) return;
     // The list stays while the walk is beneath. It is no worse when there is no memory for less.
-    static_cast<void>(Attempt([&] { listing.subdirectories.shrink_to_fit(); }));
+    const auto shrink = [&] {
+      listing.subdirectories.shrink_to_fit();
+      return true;
+    };
+    static_cast<void>(Attempt(shrink, false));
     level.subdirectories = std::move(listing.subdirectories);
   }
 
@@ -291,7 +278,7 @@ bool ConvertFile(const CText& input_path, bool verify, const CText& output_path,
   const TLargePageHeap heap(file.GetSize());
   TZanfoFile document;
   if (IsClassFileName(input_path)) document.SetKind(DocumentKind::kClassFile);
-  if (!Attempt([&] { return document.Load(file, &server) == Status::kOk; })) {
+  if (document.Load(file, &server) != Status::kOk) {
     report(messages::kCannotRead);
     return false;
   }

@@ -194,6 +194,7 @@ TEST(XmlDocument, EqualityCountsApplicationActionsAndShape) {
     return one.IsEqual(two);
   };
   EXPECT_TRUE(equal(LegacyFile(same)));
+  EXPECT_TRUE(equal(LegacyFile(same).Number("htyp", 1)));
   EXPECT_FALSE(equal(LegacyFile(same).Text("cmnt", "x")));
   EXPECT_FALSE(equal(LegacyFile(same).Action("null", "B", "R")));
   EXPECT_FALSE(equal(LegacyFile().Text("titl", "t").Action("cntr", "R").Action("null", "A", "R")));
@@ -202,6 +203,26 @@ TEST(XmlDocument, EqualityCountsApplicationActionsAndShape) {
                          .Number("dbug", 1)
                          .Action("cntr", "R")
                          .Action("null", "A", "R")));
+}
+
+TEST(ZanfoFile, EachLackOfMemoryIsAFailure) {
+  const std::string legacy =
+      LegacyFile().Action("cntr", "R").Action("mail", "A", "R").Text("body", "x").Bytes();
+  const std::string document = ToXml(legacy);
+  for (const std::string& bytes : {legacy, document}) {
+    TZanfoFile whole;
+    ASSERT_EQ(test::LoadBytes(bytes, whole), Status::kOk);
+    bool has_failed = true;
+    for (std::uint64_t failing = 0; has_failed; ++failing) {
+      TDataFile data(AsBytes(bytes));
+      TZanfoFile file;
+      const heap::TAllocationFault fault(failing);
+      const Status status = file.Load(data, nullptr);
+      has_failed = fault.GetRequestCount() > failing;
+      ASSERT_EQ(status, has_failed ? Status::kFailure : Status::kOk) << failing;
+      EXPECT_TRUE(has_failed || file.IsEqual(whole));
+    }
+  }
 }
 
 }  // namespace
