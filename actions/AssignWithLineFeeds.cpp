@@ -1,6 +1,5 @@
 #include "actions/AssignWithLineFeeds.h"
 
-#include <algorithm>
 #include <bit>
 #include <cstdint>
 

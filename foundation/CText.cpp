@@ -34,39 +34,15 @@ bool EqualViews(std::string_view a, std::string_view b, CaseSensitivity sensitiv
   return sensitivity == CaseSensitivity::kExact ? a == b : EqualsIgnoringCase(a, b);
 }
 
-/// Matches that do not overlap, found from the left: how many there are and where the first ones
-/// begin, which need not be looked for again.
-class TMatches {
- public:
-  /// `find` is not empty.
-  TMatches(std::string_view text, std::string_view find, CaseSensitivity sensitivity)
-      : find_(find), sensitivity_(sensitivity) {
-    for (std::size_t i = 0; (i = Search(text, i)) != std::string_view::npos; i += find.size()) {
-      if (count_ < places_.size()) places_[count_] = static_cast<std::uint32_t>(i);
-      ++count_;
-    }
-  }
-
-  [[nodiscard]] std::uint64_t GetCount() const { return count_; }
-  /// Where the match with this number begins in `text`; `end` is that of the match before.
-  [[nodiscard]] std::size_t Find(std::uint64_t number, std::string_view text,
-                                 std::size_t end) const {
-    return number < places_.size() ? places_[number] : Search(text, end);
-  }
-
- private:
-  [[nodiscard]] std::size_t Search(std::string_view text, std::size_t start) const {
-    const bool is_character = find_.size() == 1 && sensitivity_ == CaseSensitivity::kExact;
-    if (!is_character) return FindForward(text, find_, start, sensitivity_);
-    // Where one follows the other, to set out on a search costs more than the look.
-    return start < text.size() && text[start] == find_[0] ? start : text.find(find_[0], start);
-  }
-
-  std::string_view find_;
-  CaseSensitivity sensitivity_;
-  std::uint64_t count_ = 0;
-  std::array<std::uint32_t, 256> places_;
-};
+/// Matches that do not overlap, found from the left. `find` is not empty.
+std::uint64_t CountMatches(std::string_view text, std::string_view find,
+                           CaseSensitivity sensitivity) {
+  std::uint64_t count = 0;
+  std::size_t match = FindForward(text, find, 0, sensitivity);
+  for (; match != std::string_view::npos; ++count)
+    match = FindForward(text, find, match + find.size(), sensitivity);
+  return count;
+}
 
 std::uint32_t AsIndex(std::size_t place) {
   return place == std::string_view::npos ? kNoIndex : static_cast<std::uint32_t>(place);
@@ -203,8 +179,7 @@ void CText::ReplaceMatches(std::string_view find, std::string_view replacement,
     return;
   }
 
-  const TMatches matches(View(), find, sensitivity);
-  std::uint64_t replaced = matches.GetCount();
+  std::uint64_t replaced = CountMatches(View(), find, sensitivity);
   if (replaced == 0) return;
 
   // A growing text is first moved to the end of its future room; then the result is built from the
@@ -223,8 +198,8 @@ void CText::ReplaceMatches(std::string_view find, std::string_view replacement,
   const std::string_view source(buffer + shift, GetLength() - 1);
   char* target = buffer;
   std::size_t read = 0;
-  for (std::uint64_t i = 0; i < replaced; ++i) {
-    const std::size_t match = matches.Find(i, source, read);
+  for (; replaced > 0; --replaced) {
+    const std::size_t match = FindForward(source, find, read, sensitivity);
     std::memmove(target, source.data() + read, match - read);
     target += match - read;
     target = std::copy(replacement.begin(), replacement.end(), target);
