@@ -7,6 +7,7 @@
 #include <string_view>
 #include <utility>
 
+#include "dom/BlankPieces.h"
 #include "dom/Latin1Decoder.h"
 #include "dom/PagePool.h"
 #include "dom/Tree.h"
@@ -15,11 +16,9 @@
 namespace dom {
 namespace {
 
-constexpr std::string_view kWhiteSpace = " \t\r\n";
-
 // References are left to ExpandReferences: pugixml would make UTF-8 of them. The text beside the
-// root is asked for so that it is seen.
-constexpr unsigned kParseOptions = pugi::parse_cdata | pugi::parse_ws_pcdata | pugi::parse_eol |
+// root is asked for so that it is seen. White space is added to these.
+constexpr unsigned kParseOptions = pugi::parse_cdata | pugi::parse_eol |
                                    pugi::parse_wconv_attribute | pugi::parse_fragment |
                                    pugi::parse_embed_pcdata;
 
@@ -66,7 +65,10 @@ bool Parse(std::span<char> text, Tree& tree) {
     return false;
   PagePool::Install();
   pugi::xml_document document;
-  if (!document.load_buffer_inplace(text.data(), text.size(), kParseOptions, pugi::encoding_utf8))
+  const unsigned white_space =
+      HasBlankPieces(view) ? pugi::parse_ws_pcdata : pugi::parse_ws_pcdata_single;
+  if (!document.load_buffer_inplace(text.data(), text.size(), kParseOptions | white_space,
+                                    pugi::encoding_utf8))
     return false;
   const pugi::xml_node root = FindRoot(document);
   if (!root) return false;

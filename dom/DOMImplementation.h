@@ -26,8 +26,9 @@ class DOMImplementation {
   /// substitution of maximal subparts"), in UTF-16 each lone surrogate, in UTF-32 each number that
   /// is no character, and in both a cut-off last unit.
   ///
-  /// The tree has the elements with their attributes, the texts (also those of white space) and
-  /// the CDATA sections. Comments, instructions, the declaration and the document type are
+  /// The tree has the elements with their attributes, the texts and the CDATA sections. White space
+  /// between tags is a text in an element that holds no elements; in others it is layout, of which
+  /// all or some may be left out. Comments, instructions, the declaration and the document type are
   /// skipped. CR LF and CR become LF; in attribute values tab and line ends become blanks.
   /// `&lt;` `&gt;` `&amp;` `&quot;` `&apos;` and the numeric references `&#65;` and `&#x41;` are
   /// expanded, those above 255 to `?`; anything else that begins with `&` stays as it is written.

@@ -23,7 +23,7 @@ enum class ParsedNodes : bool {
 /// matter. Ends when memory runs out, of which the tree knows.
 ///
 /// pugixml has to have parsed with parse_embed_pcdata: a text at the beginning of an element is
-/// then no node there, which spares a quarter of them.
+/// then no node there, which spares a third of them.
 void MakeTree(pugi::xml_node root, std::string_view buffer, ParsedNodes parsed, Tree& tree);
 
 }  // namespace dom

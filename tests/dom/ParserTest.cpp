@@ -110,9 +110,26 @@ constexpr ParserCase kEncodings[] = {
     {"Utf16WithoutMark",           "<\0a\0/\0>\0"sv,                                                      kRefused                       },
 };
 
+// White space is a text of elements without child elements; in others it is layout.
+constexpr ParserCase kWhiteSpaceInElements[] = {
+    {"Alone",                  "<a>\n <b> </b>\n</a>",                            "<a>\n  <b> </b>\n</a>\n" },
+    {"AroundComment",          "<a>\n <!--c-->\n <b/>\n</a>",                     "<a>\n  <b/>\n</a>\n"     },
+    {"InFrontOfCDATA",         "<a> <![CDATA[x]]></a>",                           "<a> <![CDATA[x]]></a>\n" },
+    {"BehindCDATA",            "<a><![CDATA[x]]>\t</a>",                          "<a><![CDATA[x]]>\t</a>\n"},
+    {"BetweenCDATA",           "<a><![CDATA[x]]><![CDATA[!]]> <![CDATA[y]]></a>",
+     "<a><![CDATA[x]]><![CDATA[!]]> <![CDATA[y]]></a>\n"                                                    },
+    {"InFrontOfComment",       "<a> <!--c--></a>",                                "<a> </a>\n"              },
+    {"BehindComment",          "<a>x<!--c--> </a>",                               "<a>x </a>\n"             },
+    {"BetweenComments",        "<a>x<!--c--> <!--d-->y</a>",                      "<a>x y</a>\n"            },
+    {"BehindCommentsDash",     "<a><!--> <b/>--> </a>",                           "<a> </a>\n"              },
+    {"BesideInstruction",      "<a>x<?p?> <?p?>y</a>",                            "<a>x y</a>\n"            },
+    {"InstructionInFrontOnly", "<?p?> <!--c--> <a>\n<b/>\n</a>",                  "<a>\n  <b/>\n</a>\n"     },
+};
+
 const auto kName = [](const auto& test) { return test.param.name; };
 INSTANTIATE_TEST_SUITE_P(BesideTheRoot, Parser, testing::ValuesIn(kBesideTheRoot), kName);
 INSTANTIATE_TEST_SUITE_P(Tags, Parser, testing::ValuesIn(kTags), kName);
+INSTANTIATE_TEST_SUITE_P(WhiteSpace, Parser, testing::ValuesIn(kWhiteSpaceInElements), kName);
 INSTANTIATE_TEST_SUITE_P(References, Parser, testing::ValuesIn(kReferences), kName);
 INSTANTIATE_TEST_SUITE_P(Encodings, Parser, testing::ValuesIn(kEncodings), kName);
 
