@@ -29,7 +29,7 @@ class TZanfoFile {
   /// document; anything else is a legacy file. XML is parsed in place, so the file's image is of no
   /// further use. `server` makes the actions; null for the usual one. The statuses are those of
   /// ReadLegacyApplication and ReadXmlDocument; kMalformed for a protected document that is
-  /// damaged; kFailure whenever memory ran out. After a failure the object holds what was read
+  /// damaged; kFailure when memory ran out. After a failure the object holds what was read
   /// before.
   virtual Status Load(TDataFile& file, const TQuerySpecificationServer* server,
                       RunOnlyFiles run_only = RunOnlyFiles::kAllowed);

@@ -46,6 +46,7 @@ Status ReadActions(dom::Element actions, const TXmlReadContext& context,
 Status ReadXmlDocument(std::span<std::byte> text, const TQuerySpecificationServer& server,
                        TApplication& application) {
   const dom::Document document = dom::DOMImplementation::createDocument(text);
+  if (!document.IsComplete()) return Status::kFailure;
   const dom::Element root = document.getDocumentElement();
   const std::string_view root_name = root.getTagName();
   if (root_name != "ZAF" && root_name != "ZCF") return Status::kMalformed;

@@ -1,6 +1,9 @@
 #include "dom/BlankPieces.h"
 
+#include <algorithm>
 #include <cstddef>
+
+#include "dom/WhiteSpace.h"
 
 namespace dom {
 namespace {
@@ -15,13 +18,6 @@ bool IsElement(std::string_view markup) {
   const char c = markup[1];
   return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_' || c == ':' ||
          static_cast<unsigned char>(c) >= 0x80;
-}
-
-/// The document from its first element on: what stands in front is no part of an element.
-std::string_view FromRoot(std::string_view document) {
-  std::size_t root = document.find('<');
-  while (root != kNone && !IsElement(document.substr(root))) root = document.find('<', root + 1);
-  return root == kNone ? std::string_view() : document.substr(root);
 }
 
 bool HasInstruction(std::string_view content) {
@@ -42,13 +38,31 @@ bool TakeUpToDeclaration(std::string_view& content, char& before) {
   return false;
 }
 
-/// Takes a construct from `content`, which begins behind its `<!`. False when it is not one that
-/// starts like this. Without an end it is all that there is.
+/// Takes a construct from the front of `content`. False when none that starts like this is there.
+/// Without an end it is all that there is.
 bool Take(std::string_view start, std::string_view end, std::string_view& content) {
   if (!content.starts_with(start)) return false;
   const std::size_t place = content.find(end, start.size());
   content = place == kNone ? std::string_view() : content.substr(place + end.size());
   return true;
+}
+
+/// Takes a document type that is nothing but a name and an identifier: one that can hold no '>'.
+bool TakeDocumentType(std::string_view& content) {
+  const std::string_view type = content.substr(0, content.find('>'));
+  if (!type.starts_with("<!DOCTYPE") || type.find_first_of("['") != kNone) return false;
+  if (std::count(type.begin(), type.end(), '"') % 2 != 0) return false;
+  return Take(type, ">", content);
+}
+
+/// The document from its root on, or from what may stand in front of it and is not looked into.
+std::string_view FromRoot(std::string_view document) {
+  while (true) {
+    document.remove_prefix(std::min(document.find('<'), document.size()));
+    const bool is_taken =
+        Take("<?", "?>", document) || Take("<!--", "-->", document) || TakeDocumentType(document);
+    if (!is_taken) return document;
+  }
 }
 
 }  // namespace

@@ -4,9 +4,6 @@
 
 namespace dom {
 
-/// What white space is to XML.
-inline constexpr std::string_view kWhiteSpace = " \t\r\n";
-
 /// Whether white space may be a piece of its own of the text of an element that holds no elements:
 /// in front of or behind a CDATA section, a comment or an instruction. Hardly any document has
 /// that. In the others white space between tags is layout, but where it is all that an element

@@ -12,6 +12,7 @@
 #include "dom/PagePool.h"
 #include "dom/Tree.h"
 #include "dom/TreeMaker.h"
+#include "dom/WhiteSpace.h"
 
 namespace dom {
 namespace {
@@ -56,6 +57,7 @@ pugi::xml_node FindRoot(const pugi::xml_document& document) {
   return root;
 }
 
+/// Parses into an empty tree. False when the text is refused; when memory runs out the tree knows.
 bool Parse(std::span<char> text, Tree& tree) {
   text = CutToLastTag(DecodeToLatin1(text));
   const std::string_view view(text.data(), text.size());
@@ -67,13 +69,17 @@ bool Parse(std::span<char> text, Tree& tree) {
   pugi::xml_document document;
   const unsigned white_space =
       HasBlankPieces(view) ? pugi::parse_ws_pcdata : pugi::parse_ws_pcdata_single;
-  if (!document.load_buffer_inplace(text.data(), text.size(), kParseOptions | white_space,
-                                    pugi::encoding_utf8))
-    return false;
+  const pugi::xml_parse_result result = document.load_buffer_inplace(
+      text.data(), text.size(), kParseOptions | white_space, pugi::encoding_utf8);
+  if (result.status == pugi::status_out_of_memory) {
+    tree.SetIncomplete();
+    return true;
+  }
+  if (!result) return false;
   const pugi::xml_node root = FindRoot(document);
   if (!root) return false;
   MakeTree(root, view, view.size() < kLarge ? ParsedNodes::kKept : ParsedNodes::kGivenBack, tree);
-  return tree.IsComplete();
+  return true;
 }
 
 }  // namespace

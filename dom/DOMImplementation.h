@@ -28,14 +28,16 @@ class DOMImplementation {
   ///
   /// The tree has the elements with their attributes, the texts and the CDATA sections. White space
   /// between tags is a text in an element that holds no elements; in others it is layout, of which
-  /// all or some may be left out. Comments, instructions, the declaration and the document type are
-  /// skipped. CR LF and CR become LF; in attribute values tab and line ends become blanks.
-  /// `&lt;` `&gt;` `&amp;` `&quot;` `&apos;` and the numeric references `&#65;` and `&#x41;` are
-  /// expanded, those above 255 to `?`; anything else that begins with `&` stays as it is written.
+  /// all or some may be left out. (A `<` in an attribute, which is not well-formed, may make others
+  /// look like that.) Comments, instructions, the declaration and the document type are skipped.
+  /// CR LF and CR become LF; in attribute values tab and line ends become blanks. `&lt;` `&gt;`
+  /// `&amp;` `&quot;` `&apos;` and the numeric references `&#65;` and `&#x41;` are expanded, those
+  /// above 255 to `?`; anything else that begins with `&` stays as it is written.
   ///
   /// Null when the text is no such document: tags that do not match, unfinished constructs, no
-  /// element, a second element, CDATA or text other than white space beside the root; or when
-  /// memory runs out. Whether names and attributes are all well-formed is not checked.
+  /// element, a second element, CDATA or text other than white space beside the root. Whether names
+  /// and attributes are all well-formed is not checked. When memory runs out the document is not
+  /// complete, or null when there was none to begin with.
   [[nodiscard]] static Document createDocument(std::span<char> text);
   [[nodiscard]] static Document createDocument(std::span<std::byte> text);
 };

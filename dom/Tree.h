@@ -100,6 +100,8 @@ class Tree {
   }
   /// Whether everything that was to be made was made.
   [[nodiscard]] bool IsComplete() const { return !arena_.HasFailed(); }
+  /// Says that memory ran out elsewhere.
+  void SetIncomplete() { arena_.SetFailed(); }
 
   // A text whose data is null could not be copied. What is made of it is null and no part of the
   // tree, and so is everything when memory runs out.

@@ -2,6 +2,8 @@
 #include <gtest/gtest.h>
 #include <string>
 
+#include "foundation/Heap.h"
+#include "foundation/TDataFile.h"
 #include "tests/support/Convert.h"
 #include "tests/support/LegacyFile.h"
 
@@ -205,7 +207,7 @@ TEST(XmlDocument, EqualityCountsApplicationActionsAndShape) {
                          .Action("null", "A", "R")));
 }
 
-TEST(ZanfoFile, EachLackOfMemoryIsAFailure) {
+TEST(XmlDocument, LackOfMemoryIsAFailureInEitherForm) {
   const std::string legacy =
       LegacyFile().Action("cntr", "R").Action("mail", "A", "R").Text("body", "x").Bytes();
   const std::string document = ToXml(legacy);

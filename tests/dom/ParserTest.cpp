@@ -112,18 +112,23 @@ constexpr ParserCase kEncodings[] = {
 
 // White space is a text of elements without child elements; in others it is layout.
 constexpr ParserCase kWhiteSpaceInElements[] = {
-    {"Alone",                  "<a>\n <b> </b>\n</a>",                            "<a>\n  <b> </b>\n</a>\n" },
-    {"AroundComment",          "<a>\n <!--c-->\n <b/>\n</a>",                     "<a>\n  <b/>\n</a>\n"     },
-    {"InFrontOfCDATA",         "<a> <![CDATA[x]]></a>",                           "<a> <![CDATA[x]]></a>\n" },
-    {"BehindCDATA",            "<a><![CDATA[x]]>\t</a>",                          "<a><![CDATA[x]]>\t</a>\n"},
-    {"BetweenCDATA",           "<a><![CDATA[x]]><![CDATA[!]]> <![CDATA[y]]></a>",
-     "<a><![CDATA[x]]><![CDATA[!]]> <![CDATA[y]]></a>\n"                                                    },
-    {"InFrontOfComment",       "<a> <!--c--></a>",                                "<a> </a>\n"              },
-    {"BehindComment",          "<a>x<!--c--> </a>",                               "<a>x </a>\n"             },
-    {"BetweenComments",        "<a>x<!--c--> <!--d-->y</a>",                      "<a>x y</a>\n"            },
-    {"BehindCommentsDash",     "<a><!--> <b/>--> </a>",                           "<a> </a>\n"              },
-    {"BesideInstruction",      "<a>x<?p?> <?p?>y</a>",                            "<a>x y</a>\n"            },
-    {"InstructionInFrontOnly", "<?p?> <!--c--> <a>\n<b/>\n</a>",                  "<a>\n  <b/>\n</a>\n"     },
+    {"Alone",                    "<a>\n <b> </b>\n</a>",                                             "<a>\n  <b> </b>\n</a>\n" },
+    {"AroundComment",            "<a>\n <!--c-->\n <b/>\n</a>",                                      "<a>\n  <b/>\n</a>\n"     },
+    {"InFrontOfCDATA",           "<a> <![CDATA[x]]></a>",                                            "<a> <![CDATA[x]]></a>\n" },
+    {"BehindCDATA",              "<a><![CDATA[x]]>\t</a>",                                           "<a><![CDATA[x]]>\t</a>\n"},
+    {"BetweenCDATA",             "<a><![CDATA[x]]><![CDATA[!]]> <![CDATA[y]]></a>",
+     "<a><![CDATA[x]]><![CDATA[!]]> <![CDATA[y]]></a>\n"                                                                       },
+    {"InFrontOfComment",         "<a> <!--c--></a>",                                                 "<a> </a>\n"              },
+    {"BehindComment",            "<a>x<!--c--> </a>",                                                "<a>x </a>\n"             },
+    {"BetweenComments",          "<a>x<!--c--> <!--d-->y</a>",                                       "<a>x y</a>\n"            },
+    {"BehindCommentsDash",       "<a><!--> <b/>--> </a>",                                            "<a> </a>\n"              },
+    {"BesideInstruction",        "<a>x<?p?> <?p?>y</a>",                                             "<a>x y</a>\n"            },
+    {"ElementInACommentInFront", "<!-- <b><![CDATA[ --><a>x<!--c--> <!--d-->y</a>",                  "<a>x y</a>\n"            },
+    {"ElementInADocumentType",
+     "<!DOCTYPE a [<!ENTITY c '<b><![CDATA['>]><a>x<!--c--> <!--d-->y</a>",                          "<a>x y</a>\n"            },
+    {"ElementInAnIdentifier",    "<!DOCTYPE a SYSTEM \"x><b><![CDATA[\"><a>x<!--c--> <!--d-->y</a>",
+     "<a>x y</a>\n"                                                                                                            },
+    {"InstructionInFrontOnly",   "<?p?> <!--c--> <a>\n<b/>\n</a>",                                   "<a>\n  <b/>\n</a>\n"     },
 };
 
 const auto kName = [](const auto& test) { return test.param.name; };
