@@ -2,6 +2,7 @@
 
 #include <bit>
 #include <cstdint>
+#include <cstring>
 
 #include "dom/Blocks.h"
 
@@ -47,17 +48,20 @@ void CopyWithLineFeeds(std::string_view characters, char* target) {
 }  // namespace
 
 bool AssignWithLineFeeds(std::string_view characters, CText& text) {
-  const std::uint64_t returns = CountReturns(characters);
-  if (returns == 0) {
-    text.Assign(characters);
-    return text.GetCharacterCount() == characters.size();
+  if (characters.empty()) {
+    text.Clear();
+    return true;
   }
+  const std::uint64_t returns = CountReturns(characters);
   const std::uint64_t size = characters.size() + returns + 1;
   if (size >= kNoIndex) return false;
   // Without bytes only the room is made.
   const auto length = static_cast<std::uint32_t>(size);
   if (text.CData::Set(nullptr, length) != length) return false;
-  CopyWithLineFeeds(characters, text.GetData());
+  if (returns == 0)
+    std::memcpy(text.GetData(), characters.data(), characters.size());
+  else
+    CopyWithLineFeeds(characters, text.GetData());
   text.GetData()[length - 1] = '\0';
   return true;
 }

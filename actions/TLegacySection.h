@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string_view>
 
 #include "foundation/CText.h"
 #include "foundation/CTextPtrArray.h"
