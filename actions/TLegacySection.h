@@ -3,7 +3,6 @@
 #include <cstdint>
 #include <string_view>
 
-#include "foundation/CText.h"
 #include "foundation/CTextPtrArray.h"
 #include "foundation/FourCharCode.h"
 #include "foundation/Status.h"

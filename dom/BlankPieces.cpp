@@ -76,8 +76,7 @@ bool HasBlankPieces(std::string_view document) {
       if (IsBlank(before) || (!content.empty() && IsBlank(content.front()))) return true;
     } else if (Take("--", "-->", content)) {
       // In front of an element it stands among elements.
-      const std::size_t next = content.find_first_not_of(kWhiteSpace);
-      if (next == kNone || !IsElement(content.substr(next))) return true;
+      if (!IsElement(SkipSpace(content))) return true;
     } else {
       return true;
     }

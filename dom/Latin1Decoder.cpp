@@ -5,6 +5,8 @@
 #include <cstring>
 #include <string_view>
 
+#include "dom/WhiteSpace.h"
+
 namespace dom {
 namespace {
 
@@ -14,11 +16,6 @@ char Lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + '
 
 bool EqualsIgnoringCase(std::string_view text, std::string_view lower_case) {
   return std::ranges::equal(text, lower_case, {}, Lower);
-}
-
-/// Takes white space, and nothing else, from the front.
-std::string_view SkipSpace(std::string_view text) {
-  return text.substr(std::min(text.find_first_not_of(" \t\r\n"), text.size()));
 }
 
 /// The encoding that an XML declaration at the front names; empty without one.
