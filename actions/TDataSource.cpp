@@ -34,7 +34,7 @@ bool WriteEnciphered(TXmlWriteContext& context, dom::Element parent, std::string
     return true;
   }
   heap::TPooledString enciphered;
-  if (!CCipherText::Encipher(text, enciphered)) return false;
+  CCipherText::Encipher(text, enciphered);
   const dom::Element element = parent.appendPlainElement(name, enciphered);
   if (element) context.enciphered_texts.Add(hash, {text, element.getTextContent()});
   return true;
