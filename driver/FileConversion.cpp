@@ -39,7 +39,8 @@ TFileResult WriteOutput(TZanfoFile& document, const TQuerySpecificationServer& s
     return file.HasWriteFailed() ? FileOutcome::kOutputNotWritten : FileOutcome::kOutputNotCreated;
   };
   FileOutcome outcome = Attempt(save, FileOutcome::kOutputNotWritten);
-  if (outcome == FileOutcome::kConverted) outcome = Attempt(publish, FileOutcome::kOutputNotWritten);
+  if (outcome == FileOutcome::kConverted)
+    outcome = Attempt(publish, FileOutcome::kOutputNotWritten);
   file.Close();
   return {outcome, status};
 }
