@@ -50,8 +50,7 @@ function(zaf2xml_library name)
   zaf2xml_configure(${name})
   if(NOT MSVC)
     # All rooms end up in executables. CMake would build them for shared libraries, where a function
-    # that others see may be replaced and so cannot be inlined, not even in its own file. pugixml is
-    # called some 8,000 times for a typical file that is read again, better without a stub between.
+    # that others see may be replaced and so cannot be inlined, not even in its own file.
     target_compile_options(${name} PRIVATE -fPIE -fno-plt)
   endif()
   if(ZAF2XML_LTO)
