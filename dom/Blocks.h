@@ -244,18 +244,52 @@ inline unsigned FindHighInBlock(const char* text, std::size_t count) {
 /// Whether characters that are not ASCII are to be found, too.
 enum class HighCharacters : unsigned { kPassed = 0, kFound = 0xFFFF };
 
+/// FindInBlock, and which are not ASCII if they are to be found.
+template <Search search>
+inline unsigned FindInBlock(const char* text, std::size_t count, HighCharacters high) {
+  return FindInBlock<search>(text, count) |
+         (FindHighInBlock(text, count) & static_cast<unsigned>(high));
+}
+
+/// The same for a text shorter than a block, which only the end of a document has.
+template <Search search>
+const char* FindInRest(const char* text, const char* end, HighCharacters high) {
+  const unsigned found = FindInBlock<search>(text, static_cast<std::size_t>(end - text), high);
+  return found == 0 ? end : text + std::countr_zero(found);
+}
+
 /// The first character that was searched for; `end` when there is none.
 template <Search search>
 inline const char* Find(const char* text, const char* end,
                         HighCharacters high = HighCharacters::kPassed) {
-  while (text != end) {
-    const std::size_t count = std::min(kBlock, static_cast<std::size_t>(end - text));
-    const unsigned found = FindInBlock<search>(text, count) |
-                           (FindHighInBlock(text, count) & static_cast<unsigned>(high));
+  for (; static_cast<std::size_t>(end - text) >= kBlock; text += kBlock) {
+    const unsigned found = FindInBlock<search>(text, kBlock, high);
     if (found != 0) return text + std::countr_zero(found);
-    text += count;
   }
-  return end;
+  return FindInRest<search>(text, end, high);
+}
+
+/// Copies what is before the first character that was searched for, and takes it from `text`.
+/// Returns the end of the copy, after which a block may be written over.
+template <Search search>
+inline char* CopyUpTo(std::string_view& text, char* target,
+                      HighCharacters high = HighCharacters::kPassed) {
+  const char* p = text.data();
+  std::size_t left = text.size();
+  unsigned found = 0;
+  const auto copy = [&](std::size_t count) {
+    found = CopyBlock<search>(p, count, target);
+    if (high == HighCharacters::kFound) found |= FindHighInBlock(p, count);
+    return found == 0;
+  };
+  for (; left > kBlock && copy(kBlock); left -= kBlock) {
+    p += kBlock;
+    target += kBlock;
+  }
+  if (found == 0) copy(left);
+  const std::size_t count = found == 0 ? left : static_cast<std::size_t>(std::countr_zero(found));
+  text = {p + count, left - count};
+  return target + count;
 }
 
 }  // namespace dom

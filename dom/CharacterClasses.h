@@ -12,7 +12,10 @@ constexpr bool IsCharacter(char32_t code) {
 }
 
 /// [3] S.
-constexpr bool IsSpace(char c) { return c == ' ' || c == '\n' || c == '\t' || c == '\r'; }
+constexpr bool IsSpace(char c) {
+  return static_cast<unsigned char>(c) <= ' ' &&
+         (c == ' ' || c == '\n' || c == '\t' || c == '\r');
+}
 
 constexpr bool IsAsciiLetter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
 constexpr bool IsAsciiDigit(char c) { return c >= '0' && c <= '9'; }

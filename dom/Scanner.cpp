@@ -73,26 +73,25 @@ TreeText Scanner::Decode(const char* p, const char* end, Part part) {
   char* const start = tree_.AllocateText(static_cast<std::size_t>(end - p));
   char* target = start;
   while (target != nullptr) {
-    const char* const special = FindSpecial(p, end, part);
-    CopyText({p, static_cast<std::size_t>(special - p)}, target);
-    target += special - p;
-    if (special == end) return InPlace(start, target);
-    p = DecodeSpecial(special, part, target);
+    std::string_view rest = InPlace(p, end).View();
+    target = CopyUpToSpecial(rest, part, target);
+    if (rest.empty()) return InPlace(start, target);
+    p = DecodeSpecial(rest.data(), part, target);
     if (p == nullptr) break;
   }
   return {};
 }
 
-const char* Scanner::FindSpecial(const char* p, const char* end, Part part) const {
+char* Scanner::CopyUpToSpecial(std::string_view& text, Part part, char* target) const {
   switch (part) {
     case Part::kText:
-      return Find<Search::kTextEnd>(p, end, high_);
+      return CopyUpTo<Search::kTextEnd>(text, target, high_);
     case Part::kCData:
-      return Find<Search::kCDataEnd>(p, end, high_);
+      return CopyUpTo<Search::kCDataEnd>(text, target, high_);
     case Part::kValue:
       break;
   }
-  return Find<Search::kValueEnd>(p, end, high_);
+  return CopyUpTo<Search::kValueEnd>(text, target, high_);
 }
 
 /// Takes what the search stops at.

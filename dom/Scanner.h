@@ -54,6 +54,8 @@ class Scanner {
   [[nodiscard]] const char* FindText(const char* p, std::string_view text) const;
 
   [[nodiscard]] const char* SkipSpace(const char* p) const {
+    if (!IsSpace(Peek(p))) return p;
+    ++p;
     return IsSpace(Peek(p)) ? Find<Search::kNotSpace>(p, end_) : p;
   }
   /// [5] Name. Returns `p` when there is none.
@@ -94,7 +96,7 @@ class Scanner {
   }
   const char* SkipOtherName(const char* p);
   const char* SkipOtherName(const char* p, bool (*is_in_name)(char32_t));
-  const char* FindSpecial(const char* p, const char* end, Part part) const;
+  char* CopyUpToSpecial(std::string_view& text, Part part, char* target) const;
   const char* DecodeSpecial(const char* p, Part part, char*& target);
   const char* DecodeReference(const char* p, char*& target);
   const char* DecodeNumber(const char* p, char*& target);
