@@ -7,7 +7,8 @@
 //   ZAF2XML_REPORT=DESCRIPTOR         where to write, at exit, two native 64-bit numbers: how often
 //                                     memory was allocated, and how many blocks were never freed
 //
-// A getppid() call, which the program never makes, marks the start of main() in a system call trace.
+// A getppid() call, which the program never makes, marks the start of main() in a system call
+// trace.
 
 #include <algorithm>
 #include <atomic>
