@@ -18,7 +18,6 @@
 
 #include "tests/support/LegacyFile.h"
 
-#include "bench/SampleApplication.h"
 #include "fuzz/FuzzSupport.h"
 
 namespace zaf::bench {
@@ -37,6 +36,20 @@ std::string Repeat(std::string_view text, std::size_t size) {
   std::string repeated;
   while (repeated.size() < size) repeated += text;
   return repeated;
+}
+
+/// Searches with texts and lists, as applications have them.
+std::string Ordinary(std::size_t size) {
+  LegacyFile file;
+  file.Action("cntr", "Root");
+  for (std::size_t made = 0; made < size; made += 1000) {
+    file.Action("srch", "Find" + std::to_string(made), "Root")
+        .Text("rslt", Repeat("<P>Found <@COLUMN Name='a'> </P>\n", 300))
+        .Block("slct", ListOf(1, std::string(384, 'x')))
+        .Text("cmnt", "finds what is there")
+        .Text("dsrc", "orders");
+  }
+  return file.Bytes();
 }
 
 /// One action with a list of `count` records that share `size` bytes.
@@ -221,7 +234,7 @@ TCost Measure(const std::string& bytes) {
 }
 
 int Run(std::size_t size) {
-  const std::string ordinary = MakeApplication(SampleKind::kTypical, 1, size / 700);
+  const std::string ordinary = Ordinary(size);
   const std::string document = Convert(ordinary);
   const TCost usual[] = {Measure(ordinary), Measure(document)};
   const double usual_size[] = {static_cast<double>(ordinary.size()),
