@@ -257,6 +257,12 @@ void TSampleFields::WriteRows(std::string_view group) {
       file_.Block(field.code, Make(field.form));
 }
 
+std::vector<std::string_view> TSampleFields::Codes() {
+  std::vector<std::string_view> codes;
+  for (const TField& field : Fields()) codes.push_back(field.code);
+  return codes;
+}
+
 std::string TSampleFields::MakeSection(std::string_view code) {
   const auto fields = Fields();
   const auto found = std::ranges::find(fields, code, &TField::code);

@@ -5,6 +5,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "tests/support/LegacyFile.h"
 
@@ -31,6 +32,8 @@ class TSampleFields {
   void WriteApplication();
   /// Writes all sections of the action that was begun last.
   void WriteAction(std::string_view type);
+  /// The codes of the sections of all groups.
+  static std::vector<std::string_view> Codes();
   /// The bytes of a section of any group; empty for a code that no group has.
   std::string MakeSection(std::string_view code);
 

@@ -16,6 +16,7 @@
 
 #include "actions/TSourceSpecification.h"
 #include "driver/Messages.h"
+#include "foundation/TByteReader.h"
 #include "tests/support/LegacyFile.h"
 
 #include "bench/SampleFields.h"
@@ -48,6 +49,12 @@ class TCorpus {
   explicit TCorpus(fs::path directory) : directory_(std::move(directory)) {}
 
   bool Make() {
+    // Some sections are read by hand and have no row.
+    for (const std::string_view code : bench::TSampleFields::Codes()) {
+      std::uint32_t number = 0;
+      if (TByteReader(AsBytes(code)).ReadU32(number) == Status::kOk)
+        codes_.insert(static_cast<FourCharCode>(number));
+    }
     AddCodes(TApplication::Properties());
     AddCodes(TSourceSpecification::Properties());
     AddActions(TAllActions<TClasses>());
