@@ -33,7 +33,7 @@ bool WriteEnciphered(TXmlWriteContext& context, dom::Element parent, std::string
     parent.appendPlainElement(name, found->enciphered);
     return true;
   }
-  heap::TPooledString enciphered;
+  std::string enciphered;
   CCipherText::Encipher(text, enciphered);
   const dom::Element element = parent.appendPlainElement(name, enciphered);
   if (element) context.enciphered_texts.Add(hash, {text, element.getTextContent()});

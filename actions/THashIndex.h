@@ -2,8 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
-
-#include "foundation/Heap.h"
+#include <vector>
 
 namespace zaf {
 
@@ -53,13 +52,13 @@ class THashIndex {
   }
 
   void Grow() {
-    heap::TPooledVector<TPlace> other(places_.empty() ? kFewest : 2 * places_.size());
+    std::vector<TPlace> other(places_.empty() ? kFewest : 2 * places_.size());
     other.swap(places_);
     for (const TPlace& place : other)
       if (place.hash != 0) Put(place);
   }
 
-  heap::TPooledVector<TPlace> places_;  ///< A power of two, at most half of them in use.
+  std::vector<TPlace> places_;  ///< A power of two, at most half of them in use.
   std::size_t count_ = 0;
 };
 

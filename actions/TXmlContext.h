@@ -12,16 +12,13 @@
 #include "actions/THashIndex.h"
 #include "actions/TSeededHash.h"
 #include "dom/dom.h"
-#include "foundation/Heap.h"
 #include "foundation/Status.h"
 
 namespace zaf {
 
 /// A dictionary whose keys are texts that belong to somebody else, who outlives it.
 template <class Value>
-using TTextIndex =
-    std::unordered_map<std::string_view, Value, TSeededHash, std::equal_to<>,
-                       heap::TPooledAllocator<std::pair<const std::string_view, Value>>>;
+using TTextIndex = std::unordered_map<std::string_view, Value, TSeededHash, std::equal_to<>>;
 
 class TDataSourceIndex;
 

@@ -2,14 +2,12 @@
 
 #include <limits>
 #include <memory>
-#include <new>
 #include <pugixml.hpp>
 #include <string_view>
 #include <utility>
 
 #include "dom/BlankPieces.h"
 #include "dom/Latin1Decoder.h"
-#include "dom/PagePool.h"
 #include "dom/Tree.h"
 #include "dom/TreeMaker.h"
 #include "dom/WhiteSpace.h"
@@ -65,7 +63,6 @@ bool Parse(std::span<char> text, Tree& tree) {
   if (view.empty() || view.starts_with("\xEF\xBB\xBF") || view.find('\0') != view.npos ||
       view.size() > std::numeric_limits<std::uint32_t>::max())
     return false;
-  PagePool::Install();
   pugi::xml_document document;
   const unsigned white_space =
       HasBlankPieces(view) ? pugi::parse_ws_pcdata : pugi::parse_ws_pcdata_single;
@@ -84,10 +81,7 @@ bool Parse(std::span<char> text, Tree& tree) {
 
 }  // namespace
 
-Document DOMImplementation::createDocument() {
-  // Not make_unique, which would throw.
-  return Document(std::unique_ptr<Tree>(new (std::nothrow) Tree));
-}
+Document DOMImplementation::createDocument() { return Document(std::make_unique<Tree>()); }
 
 Document DOMImplementation::createDocument(std::span<char> text) {
   Document document = createDocument();

@@ -10,7 +10,7 @@ namespace dom {
 /// Makes documents.
 class DOMImplementation {
  public:
-  /// An empty document; null when memory runs out.
+  /// An empty document. Throws std::bad_alloc when there is no memory even for that.
   [[nodiscard]] static Document createDocument();
 
   /// Parses a document, in place: the bytes of `text` are overwritten and hold the document's
@@ -37,7 +37,7 @@ class DOMImplementation {
   /// Null when the text is no such document: tags that do not match, unfinished constructs, no
   /// element, a second element, CDATA or text other than white space beside the root. Whether names
   /// and attributes are all well-formed is not checked. When memory runs out the document is not
-  /// complete, or null when there was none to begin with.
+  /// complete; throws std::bad_alloc when there is none to begin with.
   [[nodiscard]] static Document createDocument(std::span<char> text);
   [[nodiscard]] static Document createDocument(std::span<std::byte> text);
 };

@@ -10,7 +10,6 @@
 #include "appfile/TQuerySpecificationServer.h"
 #include "appfile/TZanfoFile.h"
 #include "foundation/Attempt.h"
-#include "foundation/LargePages.h"
 #include "foundation/TDataFile.h"
 
 namespace zaf {
@@ -276,7 +275,6 @@ bool ConvertFile(const CText& input_path, bool verify, const CText& output_path,
     report(messages::kCannotOpenInput);
     return false;
   }
-  const TLargePageHeap heap(file.GetSize());
   TZanfoFile document;
   if (IsClassFileName(input_path)) document.SetKind(DocumentKind::kClassFile);
   if (document.Load(file, &server) != Status::kOk) {
