@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <string_view>
 
+#include "foundation/CText.h"
 #include "foundation/CTextPtrArray.h"
 #include "foundation/FourCharCode.h"
 #include "foundation/Status.h"
@@ -13,9 +14,9 @@ namespace zaf {
 
 class TQuerySpecification;
 
-/// One section of a legacy file, not read yet: where it lies and what it is for. It owns nothing;
-/// the file, which is in memory, and the owner outlive it. The read operations return the data
-/// file's status and leave the result as it was when they fail.
+/// A section of a legacy file that was not read yet: its place and its purpose. It owns nothing;
+/// the file and the owner outlive it. The read operations return the data file's status and leave
+/// the result unchanged when they fail.
 struct TLegacySection {
   TDataFile* file = nullptr;             ///< Null: every read returns kNoFile.
   FourCharCode code = kNoCode;           ///< Which property the section holds.
@@ -23,16 +24,16 @@ struct TLegacySection {
   std::uint32_t length = 0;              ///< In bytes.
   TQuerySpecification* owner = nullptr;  ///< Upgrades the records of a list; null for none.
 
-  /// The section's bytes, in place: valid as long as the file stays open.
-  Status View(ByteView& bytes) const {
-    return file == nullptr ? Status::kNoFile : file->ViewBlock(code, offset, length, bytes);
+  /// The section's bytes, in place where possible, else read into `scratch`. Valid until the file
+  /// is closed or `scratch` changes.
+  Status View(CData& scratch, ByteView& bytes) const {
+    return file == nullptr ? Status::kNoFile
+                           : file->ViewBlock(code, offset, length, scratch, bytes);
   }
-  /// A text, in place; one final NUL is no part of it.
-  Status View(std::string_view& text) const {
-    ByteView bytes;
-    const Status status = View(bytes);
-    if (status == Status::kOk) text = TextOfSection(bytes);
-    return status;
+  /// The same for a text. One final NUL is not part of it.
+  Status View(CText& scratch, std::string_view& text) const {
+    return file == nullptr ? Status::kNoFile
+                           : file->ViewText(code, offset, length, scratch, text);
   }
   /// A number; it has 4 bytes whatever the section's length says.
   Status Read(std::int32_t& value) const {

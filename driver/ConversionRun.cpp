@@ -63,7 +63,7 @@ bool WriteOutput(TZanfoFile& document, const TQuerySpecificationServer& server, 
   const Protection protection = document.IsRunOnly() ? Protection::kProtected : Protection::kPlain;
   bool is_created = false;
   const auto save = [&] {
-    is_created = file.Open(path, TOpenMode::kCreateNew) == Status::kOk;
+    is_created = file.OpenNew(path) == Status::kOk;
     return !is_created || document.Save(file, &server, protection) == Status::kOk;
   };
   const auto publish = [&] { return file.Publish() == Status::kOk || !file.HasWriteFailed(); };

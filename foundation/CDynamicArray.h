@@ -33,8 +33,8 @@ class CDynamicArray : public CData {
   ~CDynamicArray() override = default;
 
   /// As in CData. The capacity in elements becomes what the storage holds.
-  std::uint32_t Set(const void* bytes, std::uint32_t count,
-                    std::uint32_t capacity_hint = 0) override;
+  TStoredData Set(const void* bytes, std::uint32_t count,
+                  std::uint32_t capacity_hint = 0) override;
 
   /// Copies the bytes; from an array also its element size and its capacity in elements.
   void Assign(const CData& other) override;
