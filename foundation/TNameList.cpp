@@ -1,6 +1,7 @@
 #include "foundation/TNameList.h"
 
 #include <algorithm>
+#include <cstring>
 #include <limits>
 #include <new>
 
@@ -17,7 +18,7 @@ void TNameList::SortFrom(std::size_t first) {
   const char* const characters = characters_.data();
   std::sort(offsets_.begin() + static_cast<std::ptrdiff_t>(first), offsets_.end(),
             [characters](std::uint32_t a, std::uint32_t b) {
-              return std::string_view(characters + a) < std::string_view(characters + b);
+              return std::strcmp(characters + a, characters + b) < 0;
             });
 }
 
