@@ -211,8 +211,8 @@ class CText : public CData {
   /// Removes both quotes of a quoted text.
   void Unquote();
 
-  /// Breaks lines: where the column reaches `width`, the nearest space or tab before it on that line
-  /// becomes a carriage return. A tab counts 8 columns. A line without one is left long.
+  /// Breaks lines: where the column reaches `width`, the nearest space or tab before it on that
+  /// line becomes a carriage return. A tab counts 8 columns. A line without one is left long.
   void WordWrap(std::uint32_t width);
 
   friend bool operator==(const CText& a, const CText& b) { return a.EqualsData(b); }
@@ -225,8 +225,6 @@ class CText : public CData {
 
   /// Order C strings (the characters up to the first NUL) ignoring case; an empty text is first.
   friend bool operator<(const CText& a, const CText& b) { return a.Compare(b) < 0; }
-  friend bool operator>(const CText& a, const CText& b) { return a.Compare(b) > 0; }
-  friend bool operator<=(const CText& a, const CText& b) { return a.Compare(b) <= 0; }
   friend bool operator>=(const CText& a, const CText& b) { return a.Compare(b) >= 0; }
 
  private:

@@ -15,7 +15,7 @@ namespace zaf {
 /// An array that owns objects of one class `T`: deletes them with their destructor and copies them
 /// with their copy constructor, so `T` is the class of each object, not a base. The address of an
 /// object does not change while the array grows. Holds no null pointers. Remove and RemoveAll
-/// transfer the objects to the caller; DeleteAt and DeleteAll delete them.
+/// transfer the objects to the caller; DeleteAll deletes them.
 template <class T>
 class TOwningArray : public CObjectArray {
  public:
@@ -71,7 +71,8 @@ class TOwningArray : public CObjectArray {
     return position;
   }
 
-  /// Adds an object constructed from the arguments and returns it; null when memory is insufficient.
+  /// Adds an object constructed from the arguments and returns it; null when memory is
+  /// insufficient.
   template <class... Arguments>
   T* Append(Arguments&&... arguments) {
     auto* const object = new (std::nothrow) T(std::forward<Arguments>(arguments)...);

@@ -67,7 +67,7 @@ const TCase kCases[] = {
     {"abc",    0,    [](CData& d) { return d.Set(nullptr, 2).length; },        "2", "ab", 3},
     {"abcdef", 40,   [](CData& d) { d.Assign(Buffer("x")); },                  "", "x", 1},
     {"abcdef", 0,    [](CData& d) { Buffer("xyz").AssignTo(d); },              "", "xyz", 6},
-    {"abcdef", 0,    [](CData& d) { return CopyOut(d, 8, 4, 9); },             "ef......2", "abcdef", 6},
+    {"abcdef", 0, [](CData& d) { return CopyOut(d, 8, 4, 9); }, "ef......2", "abcdef", 6},
     {"abcdef", 0,    [](CData& d) { return CopyOut(d, 2, 1, 9); },             "bc2", "abcdef", 6},
     {"abcdef", 0,    [](CData& d) { return CopyOut(d, 2, 6, 1); },             "..0", "abcdef", 6},
     {"",       0,    [](CData& d) { return CopyOut(d, 2, 0, 2); },             "..0", "", 0},

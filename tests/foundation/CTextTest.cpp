@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cstring>
 #include <gtest/gtest.h>
 #include <string>
@@ -26,15 +27,23 @@ CData Buffer(std::string_view bytes) {
   return data;
 }
 
-/// What is in a destination of `size` bytes after a copy, and the result of the copy.
-template <class Copy>
-std::string Copied(std::uint32_t size, Copy copy) {
+using TCopy = std::uint32_t (CText::*)(void*, std::uint32_t) const;
+using TCopyRange = std::uint32_t (CText::*)(void*, std::uint32_t, std::uint32_t,
+                                            std::uint32_t) const;
+constexpr TCopy kOut = &CText::CopyOut, kPrefixed = &CText::CopyOutPrefixed;
+constexpr TCopyRange kOutRange = &CText::CopyOutRange,
+                     kPrefixedRange = &CText::CopyOutRangePrefixed;
+
+/// The bytes of a destination of `size` bytes after a copy, NULs as "|", and the result.
+template <class Copy, class... Range>
+std::string Copied(const CText& text, Copy copy, std::uint32_t size, Range... range) {
   std::string out(size, '.');
-  const std::uint32_t result = copy(out.data(), size);
-  for (char& character : out)
-    if (character == 0) character = '|';
+  const std::uint32_t result = (text.*copy)(out.data(), size, range...);
+  std::replace(out.begin(), out.end(), '\0', '|');
   return out + std::to_string(result);
 }
+
+std::string Number(const CText& text) { return std::to_string(text.ToNumber()); }
 
 struct TCase {
   std::string_view before;
@@ -81,8 +90,8 @@ const TCase kCases[] = {
     {"abc",    [](CText& t) { return t.PrefixEquals("abd", 3, kExact); },           "0", "abc"},
     {"abc",    [](CText& t) { return t.PrefixEquals(kNull, 3, kExact); },           "0", "abc"},
     {"",       [](CText& t) { return t.PrefixEquals(kNull, 0, kExact); },           "1", ""},
-    {"b\0x"sv, [](CText& t) { return t <= CText("B") && t >= CText("B"); },         "1", "b\0x"sv},
-    {"b",      [](CText& t) { return t > CText("Abc") && CText("\xE9") > t; },      "1", "b"},
+    {"b\0x"sv, [](CText& t) { return t >= CText("B") && CText("B") >= t; },         "1", "b\0x"sv},
+    {"b",      [](CText& t) { return CText("Abc") < t && t < CText("\xE9"); },      "1", "b"},
     {"b",      [](CText& t) { return t < CText() || t < CText("B"); },              "0", "b"},
     {"",       [](CText& t) { return t < CText("a") && t >= CText(""); },           "1", ""},
     // Setting, assigning and appending
@@ -97,32 +106,24 @@ const TCase kCases[] = {
     {"old",    [](CText& t) { t.Assign(kNull); },                                   "", ""},
     {"old",    [](CText& t) { t = 'a'; },                                           "", "a"},
     {"old",    [](CText& t) { t = '\0'; },                                          "", ""},
-    {"old",    [](CText& t) { t = std::int32_t{-2147483647 - 1}; },                 "", "-2147483648"},
-    {"old",    [](CText& t) { t = std::uint32_t{4294967295}; },                     "", "4294967295"},
+    {"old", [](CText& t) { t = std::int32_t{-2147483647 - 1}; }, "", "-2147483648"},
+    {"old", [](CText& t) { t = std::uint32_t{4294967295}; }, "", "4294967295"},
     {"a-77b",  [](CText& t) { t = t.View().substr(1, 3); },                         "", "-77"},
     {"",       [](CText& t) { t.Append("ab"); return t.GetLength(); },              "3", "ab"},
     {"a",      [](CText& t) { t.Append(t); t.Append(CText("b")); },                 "", "aab"},
     {"a",      [](CText& t) { t.Append(kNull); t.Append('\0'); t.Append('b'); },    "", "ab"},
     {"a",      [](CText& t) { t.Append(std::int32_t{-7}); t.Append(7U); },          "", "a-77"},
     // Copying out
-    {"abcdef", [](CText& t) { return Copied(4, [&](auto... to) { return t.CopyOut(to...); }); },
-                                                                       "abc|3", "abcdef"},
-    {"ab",     [](CText& t) { return Copied(4, [&](auto... to) { return t.CopyOut(to...); }); },
-                                                                       "ab|.2", "ab"},
-    {"abcdef", [](CText& t) { return Copied(5, [&](auto... to) { return t.CopyOutRange(to..., 2, 3); }); },
-                                                                       "cde|.3", "abcdef"},
-    {"ab",     [](CText& t) { return Copied(2, [&](auto... to) { return t.CopyOutRange(to..., 2, 3); }); },
-                                                                       "|.0", "ab"},
-    {"ab",     [](CText& t) { return t.CopyOut(nullptr, 9) + t.CopyOutPrefixed(nullptr, 9); },
-                                                                       "0", "ab"},
-    {"abcdef", [](CText& t) { return Copied(5, [&](auto... to) { return t.CopyOutPrefixed(to...); }); },
-                                                                       "\3abc|4", "abcdef"},
-    {"abcdef", [](CText& t) { return Copied(6, [&](auto... to) { return t.CopyOutRangePrefixed(to..., 4, 9); }); },
-                                                                       "\2ef|..3", "abcdef"},
-    {"",       [](CText& t) { return Copied(3, [&](auto... to) { return t.CopyOutPrefixed(to...); }); },
-                                                                       "||.0", ""},
-    {"",       [](CText&) { char out[300]; return CText(std::string(280, 'x')).CopyOutPrefixed(out, 300) +
-                                                  static_cast<unsigned char>(out[0]); },  "511", ""},
+    {"abcdef", [](CText& t) { return Copied(t, kOut, 4); },                   "abc|3", "abcdef"},
+    {"ab",     [](CText& t) { return Copied(t, kOut, 4); },                   "ab|.2", "ab"},
+    {"ab",     [](CText& t) { return Copied(t, kOut, 0); },                   "0", "ab"},
+    {"abcdef", [](CText& t) { return Copied(t, kOutRange, 5, 2U, 3U); },      "cde|.3", "abcdef"},
+    {"ab",     [](CText& t) { return Copied(t, kOutRange, 2, 2U, 3U); },      "|.0", "ab"},
+    {"abcdef", [](CText& t) { return Copied(t, kPrefixed, 5); },              "\3abc|4", "abcdef"},
+    {"abcdef", [](CText& t) { return Copied(t, kPrefixedRange, 6, 4U, 9U); }, "\2ef|..3", "abcdef"},
+    {"",       [](CText& t) { return Copied(t, kPrefixed, 3); },              "||.0", ""},
+    {"ab",     [](CText& t) { return t.CopyOut(nullptr, 9); },                "0", "ab"},
+    {"ab",     [](CText& t) { return t.CopyOutPrefixed(nullptr, 9); },        "0", "ab"},
     {"abcdef", [](CText& t) { t.Extract(t, 2, 9); },                                "", "cdef"},
     {"old",    [](CText& t) { CText("abcdef").Extract(t, 2, 3); },                  "", "cde"},
     {"old",    [](CText& t) { CText("abc").Extract(t, 3, 1); },                     "", ""},
@@ -137,7 +138,7 @@ const TCase kCases[] = {
     {"abc",    [](CText& t) { t.SpliceText(1, 1, "()"); },                          "", "a()c"},
     {"",       [](CText& t) { t.SpliceText(9, 9, "ab"); },                          "", "ab"},
     // Replacing and searching
-    {"banana", [](CText& t) { t.ReplaceAll("a", "aa"); },                           "", "baanaanaa"},
+    {"banana", [](CText& t) { t.ReplaceAll("a", "aa"); }, "", "baanaanaa"},
     {"banana", [](CText& t) { t.ReplaceAll("ana", ""); },                           "", "bna"},
     {"banana", [](CText& t) { t.ReplaceAll("A", "x"); },                            "", "banana"},
     {"banana", [](CText& t) { t.ReplaceAll("", "x"); },                             "", "banana"},
@@ -169,7 +170,7 @@ const TCase kCases[] = {
     {" a\r\n ", [](CText& t) { t.TrimEnd(TrimSet::kSpaces); },                      "", " a\r\n"},
     {" a\r\n ", [](CText& t) { t.TrimEnd(TrimSet::kWhiteSpace); },                  "", " a"},
     {"  ",     [](CText& t) { t.TrimEnd(TrimSet::kSpaces); },                       "", ""},
-    {"a1b\xE9", [](CText& t) { t.FilterCharacters("1\xE9", CharacterFilter::kKeep); },  "", "1\xE9"},
+    {"a1b\xE9", [](CText& t) { t.FilterCharacters("1\xE9", CharacterFilter::kKeep); }, "", "1\xE9"},
     {"a1b2",   [](CText& t) { t.FilterCharacters("12", CharacterFilter::kDrop); },  "", "ab"},
     {"a1b2",   [](CText& t) { t.FilterCharacters(kNull, CharacterFilter::kKeep); }, "", "a1b2"},
     {"abcd",   [](CText& t) { t.SubstringInPlace(1, 2); },                          "", "bc"},
@@ -189,13 +190,13 @@ const TCase kCases[] = {
     {"aa\tb",              [](CText& t) { t.WordWrap(10); },    "", "aa\rb"},
     {"a\tb c",             [](CText& t) { t.WordWrap(11); },    "", "a\tb\rc"},
     // Numbers
-    {"12abc",      [](CText& t) { return std::to_string(t.ToNumber()); },  "12", "12abc"},
-    {" \t\n+7",    [](CText& t) { return std::to_string(t.ToNumber()); },  "7", " \t\n+7"},
-    {"-1",         [](CText& t) { return std::to_string(t.ToNumber()); },  "4294967295", "-1"},
-    {"4294967297", [](CText& t) { return std::to_string(t.ToNumber()); },  "1", "4294967297"},
-    {"- 1",        [](CText& t) { return std::to_string(t.ToNumber()); },  "0", "- 1"},
+    {"12abc",      [](CText& t) { return Number(t); },  "12", "12abc"},
+    {" \t\n+7",    [](CText& t) { return Number(t); },  "7", " \t\n+7"},
+    {"-1",         [](CText& t) { return Number(t); },  "4294967295", "-1"},
+    {"4294967297", [](CText& t) { return Number(t); },  "1", "4294967297"},
+    {"- 1",        [](CText& t) { return Number(t); },  "0", "- 1"},
     {"rslt!",      [](CText& t) { return t.GetFourCharCode() == Code("rslt"); },  "1", "rslt!"},
-    {"ab",         [](CText& t) { return t.GetFourCharCode() == FourCharCode{0x61620000}; },  "1", "ab"},
+    {"ab", [](CText& t) { return t.GetFourCharCode() == FourCharCode{0x61620000}; }, "1", "ab"},
     {"",           [](CText& t) { return t.GetFourCharCode() == kNoCode; },  "1", ""},
 };
 // clang-format on
@@ -258,6 +259,12 @@ TEST(CText, HostilePatternsAndManyMatchesTakeLinearTime) {
   text.ReplaceAll("a", "bc");
   EXPECT_EQ(text.GetCharacterCount(), 2 * kSize);
   EXPECT_TRUE(text.View().ends_with("bcbc"));
+}
+
+TEST(CText, PrefixCountsAtMost255Characters) {
+  char out[300];
+  EXPECT_EQ(CText(std::string(280, 'x')).CopyOutPrefixed(out, sizeof out), 256U);
+  EXPECT_EQ(out[0], '\xFF');
 }
 
 TEST(CText, FailedSetAddsANul) {
