@@ -32,8 +32,7 @@ struct TLegacySection {
   }
   /// The same for a text. One final NUL is not part of it.
   Status View(CText& scratch, std::string_view& text) const {
-    return file == nullptr ? Status::kNoFile
-                           : file->ViewText(code, offset, length, scratch, text);
+    return file == nullptr ? Status::kNoFile : file->ViewText(code, offset, length, scratch, text);
   }
   /// A number; it has 4 bytes whatever the section's length says.
   Status Read(std::int32_t& value) const {

@@ -91,7 +91,7 @@ std::uint32_t CDynamicArray::Insert(std::uint32_t index, const void* source) {
   const std::uint32_t count = GetCount();
   const std::uint32_t position = std::min(index, count);
   if (count == kNoIndex) return kNoIndex;
-  // Reserving may move the storage, so an element of this array is found again by its place.
+  // Reserving may move the storage, so an element of this array is kept by its offset.
   const bool is_own = IsInStorage(source);
   const auto place = is_own ? static_cast<const char*>(source) - Buffer() : 0;
   if (count + 1 > element_capacity_ && !ReserveElements(count + 1)) return kNoIndex;

@@ -27,7 +27,7 @@ enum class TextEnd { kWithNul, kWithoutNul };
 
 /// A file of sections: texts, lists of texts, integers and raw blocks, each at an offset from the
 /// start of the file. Integers are 32 bits, big-endian. The section operations are built on the
-/// primitives that a subclass supplies. The section code is handed through all of them so that a
+/// primitives that a subclass supplies. The section code is passed through all of them so that a
 /// subclass can check or record it.
 ///
 /// Every status is kOk or kFailure unless an operation says more. Results are set on success only,

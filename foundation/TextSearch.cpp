@@ -10,9 +10,10 @@ namespace {
 
 using Index = std::ptrdiff_t;
 
-/// Longest pattern in characters that the standard library searches for: its time can be the product
-/// of both sizes. (For a long one it takes seconds in a text of 100 KB, std::boyer_moore_searcher
-/// too: building its table takes quadratic time for a pattern that repeats itself.)
+/// Longest pattern in characters that the standard library searches for: its time can be the
+/// product of both sizes. (For a long one it takes seconds in a text of 100 KB,
+/// std::boyer_moore_searcher too: building its table takes quadratic time for a pattern that
+/// repeats itself.)
 constexpr std::size_t kShortPattern = 16;
 
 /// The start and the period of the greatest suffix of the pattern in the given order.
