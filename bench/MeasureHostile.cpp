@@ -16,9 +16,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "tests/support/LegacyFile.h"
-
 #include "fuzz/FuzzSupport.h"
+#include "tests/support/LegacyFile.h"
 
 namespace zaf::bench {
 namespace {

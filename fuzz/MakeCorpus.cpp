@@ -16,12 +16,11 @@
 
 #include "actions/AllActions.h"
 #include "actions/database/TSourceSpecification.h"
+#include "bench/SampleFields.h"
 #include "driver/Messages.h"
 #include "foundation/TByteReader.h"
-#include "tests/support/LegacyFile.h"
-
-#include "bench/SampleFields.h"
 #include "fuzz/FuzzSupport.h"
+#include "tests/support/LegacyFile.h"
 
 namespace zaf::fuzz {
 namespace {
