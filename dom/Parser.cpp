@@ -331,8 +331,7 @@ const char* Parser::ReadText(const char* p) {
   p = SkipSpace(p);
   if (Peek(p) == '<') {
     const char after = Peek(p + 1);
-    const bool is_kept =
-        !parent_->holds_elements && (after == '/' || after == '!' || after == '?');
+    const bool is_kept = !parent_->holds_elements && (after == '/' || after == '!' || after == '?');
     if (p == start || !is_kept) return p;
   }
   p = Find<Search::kTextEnd>(start, end_, high_);

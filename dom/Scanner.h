@@ -20,9 +20,9 @@ class Scanner {
  protected:
   /// What a text is part of, which decides how it is decoded.
   enum class Part {
-    kText,    ///< References are replaced, line ends become LF.
-    kCData,   ///< Line ends become LF.
-    kValue,   ///< References are replaced, literal white space becomes blanks.
+    kText,   ///< References are replaced, line ends become LF.
+    kCData,  ///< Line ends become LF.
+    kValue,  ///< References are replaced, literal white space becomes blanks.
   };
 
   Scanner(std::string_view text, Tree& tree)
