@@ -265,14 +265,9 @@ const char* Parser::ReadAttributes(const char* p, TreeElement& element) {
   }
   if (p != nullptr && Peek(p) != '>' && Peek(p) != '/') return FailAt(p, ParseFault::kSpace);
   if (p == nullptr || count < 2) return p;
-  const RepeatedName repeated(element, count);
-  if (repeated.HasFailed()) {
-    tree_.SetIncomplete();
-    return nullptr;
-  }
-  if (repeated.Get() != nullptr)
-    return Fail(repeated.Get()->name.data, ParseFault::kRepeatedAttribute);
-  return p;
+  const TreeAttribute* const repeated = FindRepeatedName(element, count, tree_);
+  if (repeated != nullptr) return Fail(repeated->name.data, ParseFault::kRepeatedAttribute);
+  return tree_.IsComplete() ? p : nullptr;
 }
 
 /// [41] Attribute.
