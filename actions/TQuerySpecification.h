@@ -131,10 +131,10 @@ class TQuerySpecification : public heap::TPooledObject, public TRecordConverter 
   [[nodiscard]] const TActionEntry* GetTreeEntry() const { return tree_entry_; }
 
  protected:
-  /// Adds the rows of this class to the index of `object`'s class.
-  static void AddLegacyRows(TCodeIndex& index, const TQuerySpecification& action,
-                            const void* object) {
-    index.Add(Properties(), &action, object);
+  /// Adds the rows of this class to the index of `Object`, a class derived from this one.
+  template <class Object>
+  static void AddLegacyRows(TCodeIndex& index) {
+    index.Add(Properties(), &LocateBase<Object, TQuerySpecification>);
   }
   void SetTypeCode(FourCharCode code) { type_code_ = code; }
   void SetRecordSize(std::uint32_t size) { record_size_ = size; }

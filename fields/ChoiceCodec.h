@@ -30,7 +30,7 @@ class TChoiceCodec final : public TFieldCodec {
                 const TXmlWriteScope& scope) const override;
   Status ReadXml(const TProperty& row, void* field, const TXmlReadScope& scope) const override;
   bool IsEqual(const void* field, const void* other) const override;
-  std::span<const TProperty> NestedWords() const override { return numbers_; }
+  std::span<const TProperty> NestedNumbers() const override { return numbers_; }
 
   /// The first element of a known kind in `record_element`; null when there is none.
   [[nodiscard]] dom::Element FindKindElement(dom::Element record_element) const;

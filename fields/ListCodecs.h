@@ -48,7 +48,7 @@ enum class Slicing : std::uint8_t {
 struct TRecordType {
   std::size_t size;
   std::span<const TProperty> (*properties)();
-  const TRecordWords& (*words)();
+  const TRecordNumbers& (*numbers)();
   /// Fills and reads a record's element. A record type that is more than its rows brings its own.
   void (*write_xml)(const void* record, const TXmlWriteScope& scope);
   Status (*read_xml)(void* record, const TXmlReadScope& scope);
@@ -79,7 +79,7 @@ class TRecordListCodecBase : public TFieldCodec {
   /// Fills the list, which is empty, with `count` records that need no upgrade, all at once.
   Status TakeRecords(ByteView records, std::uint32_t count, CDynamicArray& list) const;
   /// Turns the numbers of the records from `first` on into the machine's byte order.
-  void SwapByteOrder(CDynamicArray& list, std::uint32_t first) const;
+  void ConvertByteOrder(CDynamicArray& list, std::uint32_t first) const;
   /// Appends what becomes of a slice that is not just a record.
   Status AppendSlice(const TLegacySection& section, ByteView slice, CDynamicArray& list) const;
 
@@ -88,12 +88,9 @@ class TRecordListCodecBase : public TFieldCodec {
 };
 
 template <class Record>
-const TRecordWords& WordsOf() {
-  static const TRecordWords words = [] {
-    const Record record{};
-    return TRecordWords(Record::Properties(), &record);
-  }();
-  return words;
+const TRecordNumbers& NumbersOf() {
+  static const TRecordNumbers numbers(Record::Properties());
+  return numbers;
 }
 
 template <class Record>
@@ -114,9 +111,11 @@ Status ReadRecordXml(void* record, const TXmlReadScope& scope) {
   }
 }
 
+/// Lists keep their records, and sections are composed of them, at multiples of 4 bytes.
 template <class Record>
-inline constexpr TRecordType kRecordType{sizeof(Record), &Record::Properties, &WordsOf<Record>,
-                                         &WriteRecordXml<Record>, &ReadRecordXml<Record>};
+requires(alignof(Record) <= 4 && sizeof(Record) % 4 == 0) inline constexpr TRecordType kRecordType{
+    sizeof(Record), &Record::Properties, &NumbersOf<Record>, &WriteRecordXml<Record>,
+    &ReadRecordXml<Record>};
 
 /// A list of records of one type, `TRecordArray<Record>`. Set when it is not empty. `Record` is a
 /// trivial type whose bytes are those of the legacy record but for the byte order of its numbers.

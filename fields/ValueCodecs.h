@@ -108,7 +108,7 @@ class TRecordSwitchCodec final : public TValueCodec {
   bool IsEqual(const void* field, const void* other) const override {
     return IsSet(field) == IsSet(other);
   }
-  bool IsWord() const override { return sizeof(Number) == sizeof(std::uint32_t); }
+  bool IsNumber32() const override { return sizeof(Number) == sizeof(std::uint32_t); }
 
  protected:
   using TScratch = TValueCodec::TScratch;
@@ -134,7 +134,7 @@ class TNumberCodecBase : public TValueCodec {
                     const TLegacySection& section) const override;
   Status WriteLegacy(const TProperty& row, const void* field, TSectionWriter& out) const override;
   bool IsEqual(const void* field, const void* other) const override;
-  bool IsWord() const override { return true; }
+  bool IsNumber32() const override { return true; }
 
  protected:
   std::string_view Spell(const void* field, TScratch& scratch) const override;
@@ -156,7 +156,7 @@ class TCodeCodec final : public TValueCodec {
                     const TLegacySection& section) const override;
   Status WriteLegacy(const TProperty& row, const void* field, TSectionWriter& out) const override;
   bool IsEqual(const void* field, const void* other) const override;
-  bool IsWord() const override { return true; }
+  bool IsNumber32() const override { return true; }
 
  protected:
   std::string_view Spell(const void* field, TScratch& scratch) const override;
@@ -227,7 +227,7 @@ class TWordCodec final : public TValueCodec {
                     const TLegacySection& section) const override;
   Status WriteLegacy(const TProperty& row, const void* field, TSectionWriter& out) const override;
   bool IsEqual(const void* field, const void* other) const override;
-  bool IsWord() const override { return true; }
+  bool IsNumber32() const override { return true; }
 
  protected:
   std::string_view Spell(const void* field, TScratch& scratch) const override;

@@ -52,7 +52,7 @@ class TFixedInputCodec final : public TFieldCodec {
     return AreRowsEqual(kFixedInputRows, field, other) &&
            (!one.HasText() || one.text.View() == two.text.View());
   }
-  std::span<const TProperty> NestedWords() const override { return kFixedInputRows; }
+  std::span<const TProperty> NestedNumbers() const override { return kFixedInputRows; }
 };
 
 constexpr TFixedInputCodec kFixedInputCodec{};
