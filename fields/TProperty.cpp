@@ -36,28 +36,24 @@ std::span<const TProperty> TFieldCodec::Nested() const { return {}; }
 
 std::span<const TProperty> TFieldCodec::NestedNumbers() const { return Nested(); }
 
-void TCodeIndex::Add(std::span<const TProperty> rows, void* (*locate_base)(void* object)) {
-  if (locate_base == nullptr)
-    AddRows(rows, nullptr);
-  else
-    AddRows(rows, &paths_.emplace_front(TPartPath{locate_base}));
+void TCodeIndex::Add(std::span<const TProperty> rows, TFieldPath::Step locate_base) {
+  TFieldPath base;
+  if (locate_base != nullptr) base.Append(locate_base);
+  AddRows(rows, base);
 }
 
-void TCodeIndex::AddRows(std::span<const TProperty> rows, const TPartPath* part) {
+void TCodeIndex::AddRows(std::span<const TProperty> rows, const TFieldPath& part) {
   for (const TProperty& row : rows) {
     if (row.codec == nullptr) continue;
-    AddField({row.code, &row, part});
-    const std::span<const TProperty> nested = row.codec->Nested();
-    if (nested.empty()) continue;
-    TPartPath& path = paths_.emplace_front();
-    if (part != nullptr) path = *part;
-    path.push_back(row.locate.find);
-    AddRows(nested, &path);
+    TFieldPath path = part;
+    path.Append(row.locate.find);
+    AddField({row.code, path, &row});
+    AddRows(row.codec->Nested(), path);
   }
 }
 
 void TCodeIndex::Exclude(std::span<const FourCharCode> codes) {
-  for (const FourCharCode code : codes) AddField({code, nullptr, nullptr});
+  for (const FourCharCode code : codes) AddField({code, {}, nullptr});
 }
 
 void TCodeIndex::AddField(const TField& field) {
@@ -121,13 +117,13 @@ bool AreRowsEqual(std::span<const TProperty> rows, const void* object, const voi
   });
 }
 
-void TRecordNumbers::Add(std::span<const TProperty> rows, const TPartPath& part) {
+void TRecordNumbers::Add(std::span<const TProperty> rows, const TFieldPath& part) {
   for (const TProperty& row : rows) {
     if (row.codec == nullptr) continue;
-    TPartPath path = part;
-    path.push_back(row.locate.find);
+    TFieldPath path = part;
+    path.Append(row.locate.find);
     Add(row.codec->NestedNumbers(), path);
-    if (row.codec->IsNumber32()) numbers_.push_back(std::move(path));
+    if (row.codec->IsNumber32()) numbers_.push_back(path);
   }
 }
 
@@ -135,10 +131,8 @@ void TRecordNumbers::ConvertByteOrder(void* record) const {
   using std::endian;
   static_assert(endian::native == endian::big || endian::native == endian::little);
   if constexpr (endian::native == endian::little) {
-    for (const TPartPath& path : numbers_) {
-      void* number = record;
-      for (const auto step : path) number = step(number);
-      auto* const bytes = static_cast<std::byte*>(number);
+    for (const TFieldPath& path : numbers_) {
+      auto* const bytes = static_cast<std::byte*>(path.Follow(record));
       std::reverse(bytes, bytes + sizeof(std::uint32_t));
     }
   }

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <array>
+#include <cassert>
+#include <cstddef>
 #include <cstdint>
-#include <forward_list>
 #include <span>
 #include <string_view>
 #include <vector>
@@ -71,8 +73,25 @@ class TFieldCodec {
   ~TFieldCodec() = default;
 };
 
-/// The way from an object to one of its bases or parts: each step finds the next one in the last.
-using TPartPath = std::vector<void* (*)(void*)>;
+/// The way from an object to one of its fields, through a base or parts of it. Each step finds the
+/// next one in the last.
+class TFieldPath {
+ public:
+  using Step = void* (*)(void*);
+
+  void Append(Step step) {
+    assert(count_ < steps_.size());
+    steps_[count_++] = step;
+  }
+  void* Follow(void* object) const {
+    for (std::size_t i = 0; i < count_; ++i) object = steps_[i](object);
+    return object;
+  }
+
+ private:
+  std::array<Step, 4> steps_{};  ///< A base, a part, a part of that and the field are the most.
+  std::uint32_t count_ = 0;
+};
 
 /// A step from an object to its base class.
 template <class Object, class Base>
@@ -87,26 +106,21 @@ class TCodeIndex {
   /// A row and the part of the object that it describes.
   struct TField {
     FourCharCode code = kNoCode;
-    const TProperty* row = nullptr;   ///< Null: the code is unknown or excluded.
-    const TPartPath* part = nullptr;  ///< Null: the row describes the object itself.
+    TFieldPath path;
+    const TProperty* row = nullptr;  ///< Null: the code is unknown or excluded.
 
     /// Reads a section of this code into the field of `object`. The row must not be null.
     Status Read(void* object, const TLegacySection& section) const {
-      if (part != nullptr)
-        for (const auto step : *part) object = step(object);
-      return row->codec->ReadLegacy(*row, row->locate(object), section);
+      return row->codec->ReadLegacy(*row, path.Follow(object), section);
     }
   };
 
   TCodeIndex() { Resize(32); }
   explicit TCodeIndex(std::span<const TProperty> rows) : TCodeIndex() { Add(rows); }
-  TCodeIndex(TCodeIndex&&) = default;
-  TCodeIndex& operator=(TCodeIndex&&) = default;
-  ~TCodeIndex() = default;
 
   /// Adds rows of the class itself or, with `locate_base`, of a base. Of several rows with one code
   /// the first counts.
-  void Add(std::span<const TProperty> rows, void* (*locate_base)(void* object) = nullptr);
+  void Add(std::span<const TProperty> rows, TFieldPath::Step locate_base = nullptr);
   /// Excludes codes that were not added before: rows added later are not found by them.
   void Exclude(std::span<const FourCharCode> codes);
 
@@ -124,12 +138,11 @@ class TCodeIndex {
     return (static_cast<std::uint32_t>(code) * 0x9E3779B1U >> 16) & last_place_;
   }
   [[nodiscard]] std::size_t Next(std::size_t place) const { return (place + 1) & last_place_; }
-  void AddRows(std::span<const TProperty> rows, const TPartPath* part);
+  void AddRows(std::span<const TProperty> rows, const TFieldPath& part);
   void AddField(const TField& field);
   /// Rehashes the fields into `size` places, a power of two.
   void Resize(std::size_t size);
 
-  std::forward_list<TPartPath> paths_;
   std::vector<TField> fields_;  ///< At most half of the places are in use.
   std::size_t last_place_ = 0;
   std::size_t count_ = 0;
@@ -163,9 +176,9 @@ class TRecordNumbers {
   void ConvertByteOrder(void* record) const;
 
  private:
-  void Add(std::span<const TProperty> rows, const TPartPath& part);
+  void Add(std::span<const TProperty> rows, const TFieldPath& part);
 
-  std::vector<TPartPath> numbers_;
+  std::vector<TFieldPath> numbers_;
 };
 
 // Builders of rows. `Member` is a pointer to the field (`&TNote::title_`); its type finds the codec
