@@ -7,7 +7,6 @@
 #include "foundation/Attempt.h"
 #include "foundation/CaseFolding.h"
 #include "foundation/FileSystem.h"
-#include "foundation/LargePages.h"
 #include "foundation/TDataFile.h"
 
 namespace zaf {
@@ -39,7 +38,8 @@ TFileResult WriteOutput(TZanfoFile& document, const TQuerySpecificationServer& s
     return file.HasWriteFailed() ? FileOutcome::kOutputNotWritten : FileOutcome::kOutputNotCreated;
   };
   FileOutcome outcome = Attempt(save, FileOutcome::kOutputNotWritten);
-  if (outcome == FileOutcome::kConverted) outcome = Attempt(publish, FileOutcome::kOutputNotWritten);
+  if (outcome == FileOutcome::kConverted)
+    outcome = Attempt(publish, FileOutcome::kOutputNotWritten);
   file.Close();
   return {outcome, status};
 }
@@ -65,7 +65,6 @@ TFileResult ConvertFile(const CText& input_path, const CText& output_path,
   const TQuerySpecificationServer server;
   if (const Status status = file.Open(input_path, TOpenMode::kRead); status != Status::kOk)
     return {FileOutcome::kInputNotOpened, status};
-  const TLargePageHeap heap(file.GetSize());
   TZanfoFile document;
   if (IsClassFileName(input_path)) document.SetKind(DocumentKind::kClassFile);
   if (const Status status = document.Load(file, &server); status != Status::kOk)

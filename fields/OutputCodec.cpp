@@ -2,7 +2,6 @@
 
 #include "fields/AssignWithLineFeeds.h"
 #include "fields/WriteTextElement.h"
-#include "foundation/Heap.h"
 
 namespace zaf {
 
@@ -18,7 +17,7 @@ void TOutputCodec::WriteXml(const TProperty& row, const void* field,
                             const TXmlWriteScope& scope) const {
   const auto& text = *static_cast<const CText*>(field);
   if (text.IsEmpty()) return;
-  heap::TPooledString id;
+  std::string id;
   id.reserve(scope.action_name.size() + row.detail.size());
   id.append(scope.action_name).append(row.detail);
   // Most of what a document says is in these texts, and the action outlives it.

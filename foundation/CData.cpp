@@ -39,7 +39,7 @@ bool CData::Reserve(std::uint32_t size) {
 }
 
 void CData::Release() {
-  heap::Free(buffer_, capacity_);
+  heap::Free(buffer_);
   buffer_ = nullptr;
   capacity_ = 0;
   length_ = 0;
@@ -159,7 +159,7 @@ void CData::MoveAssign(CData& other) noexcept {
     other.Clear();
     return;
   }
-  heap::Free(buffer_, capacity_);
+  heap::Free(buffer_);
   TakeFrom(other);
 }
 

@@ -23,7 +23,7 @@ inline constexpr std::uint32_t kNoIndex = 0xFFFFFFFFU;
 /// it does behind Set, Assign and Splice.
 ///
 /// The virtual operations stand in a fixed order; derived classes append their own.
-class CData : public heap::TPooledObject {
+class CData {
  public:
   CData() = default;
   /// Reserves `size` bytes; the length is 0.
@@ -40,7 +40,7 @@ class CData : public heap::TPooledObject {
     return *this;
   }
   virtual ~CData() {
-    if (buffer_ != nullptr) heap::Free(buffer_, capacity_);
+    if (buffer_ != nullptr) heap::Free(buffer_);
   }
 
   /// The first byte; null when nothing is allocated.

@@ -23,8 +23,8 @@ class CObjectArray : public CDynamicArray {
   /// alone.
   void Assign(const CData& other) override;
 
-  /// Deletes one object of the kind that the array holds. Here: frees its memory (from
-  /// foundation/Heap.h) without a destructor.
+  /// Deletes one object of the kind that the array holds. Here: frees its memory
+  /// (from foundation/Heap.h) without calling a destructor.
   virtual void DeleteElement(void* element);
 
   [[nodiscard]] std::uint32_t GetCount() const {

@@ -9,7 +9,6 @@
 #include "foundation/CData.h"
 #include "foundation/CText.h"
 #include "foundation/Heap.h"
-#include "foundation/LargePages.h"
 
 namespace zaf {
 namespace {
@@ -32,7 +31,7 @@ class TSpareImage {
   TSpareImage() = default;
   TSpareImage(const TSpareImage&) = delete;
   TSpareImage& operator=(const TSpareImage&) = delete;
-  ~TSpareImage() { heap::Free(bytes_, capacity_); }
+  ~TSpareImage() { heap::Free(bytes_); }
 
   /// Gives the memory away; null when there is none.
   std::byte* Take(std::size_t& capacity) {
@@ -156,10 +155,9 @@ bool TDataFile::AllocateImage(std::uint64_t size) {
   const auto needed = static_cast<std::size_t>(size) + 1;
   image_ = spare_image.Take(image_capacity_);
   if (image_capacity_ >= needed) return true;
-  heap::Free(image_, image_capacity_);
+  heap::Free(image_);
   image_ = static_cast<std::byte*>(heap::Allocate(needed));
   image_capacity_ = image_ != nullptr ? needed : 0;
-  if (image_ != nullptr) AdviseLargePages(image_, needed);
   return image_ != nullptr;
 }
 
@@ -174,7 +172,7 @@ void TDataFile::TakeImage(std::uint32_t size) {
 
 void TDataFile::FreeImage() {
   spare_image.Keep(image_, image_capacity_);
-  heap::Free(image_, image_capacity_);
+  heap::Free(image_);
   image_ = nullptr;
   image_capacity_ = 0;
   is_in_memory_ = false;

@@ -2,7 +2,6 @@
 
 #include <cstring>
 #include <memory>
-#include <new>
 #include <type_traits>
 
 #include "foundation/Heap.h"
@@ -30,7 +29,7 @@ class TLazyRecord {
   /// The record, until the next Set.
   [[nodiscard]] const Record& Get() const { return stored_ == nullptr ? kNew : stored_->record; }
 
-  /// Holds a copy of the record. False when memory could not be had: the old one is then unchanged.
+  /// Holds a copy of the record. False when memory runs out: the old one is then unchanged.
   [[nodiscard]] bool Set(const Record& record) {
     if (std::memcmp(&record, &kNew, sizeof record) == 0) {
       stored_.reset();
@@ -39,12 +38,12 @@ class TLazyRecord {
     if (stored_ != nullptr)
       stored_->record = record;
     else
-      stored_.reset(new (std::nothrow) TStored(record));
+      stored_ = heap::MakeUnique<TStored>(record);
     return stored_ != nullptr;
   }
 
  private:
-  struct TStored : heap::TPooledObject {
+  struct TStored {
     explicit TStored(const Record& initial) : record(initial) {}
 
     Record record;

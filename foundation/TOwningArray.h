@@ -100,7 +100,7 @@ class TOwningArray : public CObjectArray {
     if constexpr (std::is_copy_constructible_v<T>) {
       if (other.GetCount() != 0) ReserveElements(other.GetCount());
       for (const T& object : other)
-        if (Add(std::unique_ptr<T>(new (std::nothrow) T(object))) == kNoIndex) return false;
+        if (Add(heap::MakeUnique<T>(object)) == kNoIndex) return false;
       return true;
     } else {
       assert(false && "objects of this class cannot be copied");

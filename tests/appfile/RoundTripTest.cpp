@@ -24,11 +24,14 @@ std::string ReadFile(const fs::path& path) {
 /// The samples, their sources and the seeds of the fuzz targets.
 std::vector<fs::path> Files() {
   std::vector<fs::path> files;
-  for (const char* const directory : {"", "/../fuzz/corpus/legacy", "/../fuzz/corpus/xml"}) {
-    for (const auto& entry :
-         fs::recursive_directory_iterator(std::string(ZAF2XML_SAMPLES) + directory)) {
+  const std::string samples = ZAF2XML_SAMPLES;
+  const std::string made = ZAF2XML_CORPUS;
+  for (const std::string& directory :
+       {samples, samples + "/../fuzz/corpus/legacy", samples + "/../fuzz/corpus/xml", made}) {
+    for (const auto& entry : fs::recursive_directory_iterator(directory)) {
       const std::string extension = entry.path().extension().string();
-      const bool is_other = extension == ".md" || extension == ".cpp" || extension == ".txt";
+      const bool is_other =
+          extension == ".md" || extension == ".cpp" || extension == ".txt" || extension == ".dict";
       if (entry.is_regular_file() && !is_other) files.push_back(entry.path());
     }
   }

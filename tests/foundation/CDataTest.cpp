@@ -3,6 +3,7 @@
 #include <string_view>
 
 #include "foundation/CData.h"
+#include "tests/support/AllocationFault.h"
 
 namespace zaf {
 namespace {
@@ -108,7 +109,7 @@ TEST(CData, StaysAsItWasWithoutMemory) {
   CData data = Buffer("abc");
   const CData big = Buffer(std::string(100, 'x'));
   const auto expect_failure = [&](auto&& operation) {
-    const heap::TAllocationFault fault(0);
+    const test::TAllocationFault fault(0);
     operation();
     EXPECT_EQ(fault.GetRequestCount(), 1U);
     EXPECT_EQ(Text(data), "abc");

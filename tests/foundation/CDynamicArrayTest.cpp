@@ -8,6 +8,7 @@
 #include "foundation/CTextPtrArray.h"
 #include "foundation/TOwningArray.h"
 #include "foundation/TRecordArray.h"
+#include "tests/support/AllocationFault.h"
 
 namespace zaf {
 namespace {
@@ -35,7 +36,7 @@ TEST(CDynamicArray, ReservesInStepsOfFour) {
   EXPECT_TRUE(numbers.ReserveElements(8));
   EXPECT_TRUE(numbers.ReserveElements(9));
   EXPECT_FALSE(numbers.ReserveElements(8));  // Would shrink by exactly one step: to itself.
-  const heap::TAllocationFault none(1'000'000);
+  const test::TAllocationFault none(1'000'000);
   for (int i = 0; i < 12; ++i) numbers.Add(i);
   EXPECT_EQ(none.GetRequestCount(), 0U);
   EXPECT_TRUE(numbers.ReserveElements(3));
@@ -79,7 +80,7 @@ TEST(CDynamicArray, AssignsElementSizeAndCapacityWithTheBytes) {
 
 TEST(CDynamicArray, StaysAsItWasWithoutMemory) {
   Numbers numbers = MakeNumbers(8);
-  const heap::TAllocationFault fault(0);
+  const test::TAllocationFault fault(0);
   EXPECT_EQ(numbers.Add(8), kNoIndex);
   EXPECT_EQ(numbers.Add(8), 8U);
 }
@@ -127,10 +128,10 @@ TEST(CTextPtrArray, AddsAllOrNothingWithoutMemory) {
   texts.Append("old");
   CTextPtrArray others;
   others.Append("x");
-  const heap::TAllocationFault fault(1);  // The first request is for the pointer.
+  const test::TAllocationFault fault(1);  // The first request is for the pointer.
   texts = others;
   EXPECT_EQ(texts[0].View(), "old");
-  const heap::TAllocationFault next_fault(0);
+  const test::TAllocationFault next_fault(0);
   EXPECT_EQ(texts.Append("z"), nullptr);
 }
 

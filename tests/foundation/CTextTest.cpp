@@ -7,6 +7,7 @@
 #include "foundation/CText.h"
 #include "foundation/CTextLocal.h"
 #include "foundation/TFixedText.h"
+#include "tests/support/AllocationFault.h"
 
 namespace zaf {
 namespace {
@@ -16,7 +17,7 @@ TEST(CText, CountsTheNulAndAllocatesOnlyForCharacters) {
   CText roomy(TTextCapacity{99});
   CText only_nul("x");
   only_nul.FilterCharacters("x", CharacterFilter::kDrop);
-  const heap::TAllocationFault none(1'000'000);
+  const test::TAllocationFault none(1'000'000);
   text = "";
   text = static_cast<const char*>(nullptr);
   text = only_nul;

@@ -10,6 +10,7 @@
 #include "foundation/Heap.h"
 #include "foundation/TDataFile.h"
 #include "tests/foundation/TTestDirectory.h"
+#include "tests/support/AllocationFault.h"
 
 namespace zaf {
 namespace {
@@ -149,7 +150,7 @@ TEST(TDataFile, OnlyRegularFilesThatFitOpenForReading) {
   const CText name = directory.Name("file");
   const TDataFile other(AsBytes("has the memory that was kept"));
   for (const Status expected : {Status::kFailure, Status::kOk}) {
-    const heap::TAllocationFault no_memory(expected == Status::kOk ? 99 : 0);
+    const test::TAllocationFault no_memory(expected == Status::kOk ? 99 : 0);
     EXPECT_EQ(file.Open(name, TOpenMode::kRead), expected);
   }
   EXPECT_EQ(file.DeleteFile(name), 0);

@@ -2,6 +2,7 @@
 
 #include "foundation/TFixedText.h"
 #include "foundation/TLazyRecord.h"
+#include "tests/support/AllocationFault.h"
 
 namespace zaf {
 namespace {
@@ -19,7 +20,7 @@ TPair PairOf(std::string_view second) {
 }
 
 TEST(LazyRecord, TakesMemoryOnlyWhileItDiffersFromANewOne) {
-  const heap::TAllocationFault none(1'000'000);
+  const test::TAllocationFault none(1'000'000);
   TLazyPair pair;
   EXPECT_TRUE(pair.Set(TPair{}));
   EXPECT_EQ(none.GetRequestCount(), 0U);
@@ -48,11 +49,11 @@ TEST(LazyRecord, KeepsWhatItHadWithoutMemory) {
   EXPECT_TRUE(pair.Set(PairOf("b")));
   TLazyPair target;
   const heap::TMemoryWatch memory;
-  const heap::TAllocationFault fault(0);
+  const test::TAllocationFault fault(0);
   target = pair;
   EXPECT_EQ(target.Get().second.View(), "");
   EXPECT_TRUE(memory.HasRunOut());
-  const heap::TAllocationFault next_fault(0);
+  const test::TAllocationFault next_fault(0);
   EXPECT_FALSE(target.Set(PairOf("c")));
   EXPECT_EQ(target.Get().second.View(), "");
 }
