@@ -12,7 +12,7 @@ const CDynamicArray& Records(const void* field) {
   return *static_cast<const CDynamicArray*>(field);
 }
 
-/// Adds a record of zeros; null when memory could not be had.
+/// Appends a record of zeros; null if there is no memory.
 void* AppendRecord(CDynamicArray& list) { return list.ElementAt(list.Add(nullptr)); }
 
 }  // namespace

@@ -13,11 +13,11 @@
 
 namespace zaf {
 
-/// Converts records of older versions of a list section. An action implements it for its lists.
+/// Converts older records of list sections. An action implements it for its lists.
 class TRecordConverter {
  public:
-  /// Fills `record`, which is all zero, from an older record of the list section `code`. Returns
-  /// whether there is a record to keep.
+  /// Fills `record`, which is all zero, from an older record of the list section `code`. False if
+  /// the record is to be dropped.
   virtual bool ConvertLegacyRecord(FourCharCode code, ByteView legacy_record,
                                    std::span<std::byte> record) = 0;
 
@@ -25,32 +25,32 @@ class TRecordConverter {
   ~TRecordConverter() = default;
 };
 
-/// One section of a legacy file, not read yet: where it lies and what it is for. It owns nothing;
-/// the file, which is in memory, and the converter outlive it. The read operations return the data
-/// file's status and leave the result as it was when they fail.
+/// An unread section of a legacy file: its code and its place in the file. Owns nothing; the file,
+/// which must be in memory, and the converter outlive it. The read operations return the data
+/// file's status and leave the result unchanged if they fail.
 struct TLegacySection {
   TDataFile* file = nullptr;              ///< Null: every read returns kNoFile.
-  FourCharCode code = kNoCode;            ///< Which property the section holds.
+  FourCharCode code = kNoCode;            ///< Identifies the property.
   std::uint32_t offset = 0;               ///< From the start of the file, in bytes.
   std::uint32_t length = 0;               ///< In bytes.
-  TRecordConverter* converter = nullptr;  ///< For older records of a list; null: they are dropped.
+  TRecordConverter* converter = nullptr;  ///< Null: older records of lists are dropped.
 
-  /// The section's bytes, in place: valid as long as the file stays open.
+  /// A view of the section's bytes, valid while the file is open.
   Status View(ByteView& bytes) const {
     return file == nullptr ? Status::kNoFile : file->ViewBlock(code, offset, length, bytes);
   }
-  /// A text, in place; one final NUL is no part of it.
+  /// A view of a text, without one final NUL.
   Status View(std::string_view& text) const {
     ByteView bytes;
     const Status status = View(bytes);
     if (status == Status::kOk) text = TextOfSection(bytes);
     return status;
   }
-  /// A number; it has 4 bytes whatever the section's length says.
+  /// A 32-bit number; reads 4 bytes regardless of the section's length.
   Status Read(std::int32_t& value) const {
     return file == nullptr ? Status::kNoFile : file->ReadInteger(code, offset, length, value);
   }
-  /// A counted list of texts, which are appended to `texts`.
+  /// Appends the texts of a counted list to `texts`.
   Status Read(CTextPtrArray& texts) const {
     return file == nullptr ? Status::kNoFile : file->ReadTextList(code, offset, length, texts);
   }

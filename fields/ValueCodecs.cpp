@@ -31,14 +31,15 @@ std::string_view SpellCode(FourCharCode code, std::array<char, 16>& scratch) {
   return UntilNul({scratch.data(), characters.size()});
 }
 
-/// A field with words is a number or a code, and both have 32 bits.
-std::int32_t LoadWord(const void* field) {
+// A field with keywords is a number or a code, both of 32 bits.
+
+std::int32_t LoadNumber32(const void* field) {
   std::int32_t value = 0;
   std::memcpy(&value, field, sizeof value);
   return value;
 }
 
-void StoreWord(void* field, std::int32_t value) { std::memcpy(field, &value, sizeof value); }
+void StoreNumber32(void* field, std::int32_t value) { std::memcpy(field, &value, sizeof value); }
 
 }  // namespace
 
@@ -109,7 +110,7 @@ bool TSwitchCodec::IsEqual(const void* field, const void* other) const {
 }
 
 std::string_view TSwitchCodec::Spell(const void* field, TScratch&) const {
-  return Get<bool>(field) ? on_word_ : "False";
+  return Get<bool>(field) ? on_text_ : "False";
 }
 
 Status TSwitchCodec::Parse(void* field, std::string_view text) const {
@@ -190,20 +191,20 @@ bool TVocabulary::Find(std::string_view word, std::int32_t& value) const {
 Status TWordCodec::ReadLegacy(const TProperty&, void* field, const TLegacySection& section) const {
   std::int32_t value = 0;
   if (const Status status = section.Read(value); status != Status::kOk) return status;
-  StoreWord(field, value);
+  StoreNumber32(field, value);
   return Status::kOk;
 }
 
 Status TWordCodec::WriteLegacy(const TProperty& row, const void* field, TSectionWriter& out) const {
-  return out.Write(row.code, LoadWord(field));
+  return out.Write(row.code, LoadNumber32(field));
 }
 
 bool TWordCodec::IsEqual(const void* field, const void* other) const {
-  return LoadWord(field) == LoadWord(other);
+  return LoadNumber32(field) == LoadNumber32(other);
 }
 
 std::string_view TWordCodec::Spell(const void* field, TScratch& scratch) const {
-  const std::int32_t value = LoadWord(field);
+  const std::int32_t value = LoadNumber32(field);
   const std::string_view word = vocabulary_.WordOf(value);
   if (!word.empty()) return word;
   switch (vocabulary_.fallback) {
@@ -240,12 +241,12 @@ Status TWordCodec::Parse(void* field, std::string_view text) const {
         break;
     }
   }
-  StoreWord(field, value);
+  StoreNumber32(field, value);
   return Status::kOk;
 }
 
 bool TWordCodec::IsSet(const void* field) const {
-  return !vocabulary_.WordOf(LoadWord(field)).empty();
+  return !vocabulary_.WordOf(LoadNumber32(field)).empty();
 }
 
 std::int32_t ParseNumber(std::string_view text) {
