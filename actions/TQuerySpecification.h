@@ -107,8 +107,8 @@ class TQuerySpecification : public TRecordConverter {
   /// null the class appends its own.
   virtual Status WriteXml(TXmlWriteContext& context, dom::Element element,
                           dom::Element parent) const;
-  /// Reads the action back. kMalformed when a derived class finds a word that it cannot take; what
-  /// was read before stays.
+  /// Reads the action back. kMalformed when a derived class finds a keyword that it cannot take;
+  /// what was read before stays.
   virtual Status ReadXml(const TXmlReadContext& context, dom::Element element);
 
   static constexpr std::int32_t kNoMoreProperties = -1;
@@ -151,7 +151,7 @@ class TQuerySpecification : public TRecordConverter {
   CText error_;
   CText comments_;
   CGlobalAssignmentArray assignments_;
-  std::uint32_t format_ = 0;  ///< Format word of the record that the action was loaded from.
+  std::uint32_t format_ = 0;  ///< Format number of the record that the action was loaded from.
   std::uint32_t record_size_ = 168;
   CText name_;
   FourCharCode type_code_ = kTypeCode;

@@ -191,35 +191,35 @@ class TFixedTextCodec final : public TValueCodec {
 };
 
 /// A number and its keyword.
-struct TWord {
+struct TKeyword {
   std::int32_t value;
-  std::string_view word;
+  std::string_view keyword;
 };
 
 /// The keywords of a number. The fallback decides how a value without a keyword is written and how
 /// an unknown keyword is read. The empty text is an unknown keyword, too.
 struct TVocabulary {
   enum class Fallback : std::uint8_t {
-    kNumber,      ///< The number in decimal, both ways.
-    kFirstWord,   ///< The first keyword, both ways.
-    kZero,        ///< Written as the empty text; an unknown keyword is read as 0.
+    kNumber,        ///< The number in decimal, both ways.
+    kFirstKeyword,  ///< The first keyword, both ways.
+    kZero,          ///< Written as the empty text; an unknown keyword is read as 0.
     kRefuse,      ///< Written as the first keyword, as is the empty text read; others: kMalformed.
     kCharacters,  ///< The four characters of a code, both ways.
   };
 
-  std::span<const TWord> words;
+  std::span<const TKeyword> keywords;
   Fallback fallback;
 
   /// The keyword of `value`; empty if it has none.
-  [[nodiscard]] std::string_view WordOf(std::int32_t value) const;
+  [[nodiscard]] std::string_view KeywordOf(std::int32_t value) const;
   /// Sets `value` to the keyword's number; false if the keyword is unknown.
-  bool Find(std::string_view word, std::int32_t& value) const;
+  bool Find(std::string_view keyword, std::int32_t& value) const;
 };
 
 /// A number or code spelled by its keyword. Set if it has one.
-class TWordCodec final : public TValueCodec {
+class TKeywordCodec final : public TValueCodec {
  public:
-  constexpr explicit TWordCodec(const TVocabulary& vocabulary) : vocabulary_(vocabulary) {}
+  constexpr explicit TKeywordCodec(const TVocabulary& vocabulary) : vocabulary_(vocabulary) {}
 
   Status ReadLegacy(const TProperty& row, void* field,
                     const TLegacySection& section) const override;
