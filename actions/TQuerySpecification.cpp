@@ -52,8 +52,7 @@ std::array<char, 8> Sign(FourCharCode type_code, std::string_view name) {
 Status WriteInOrder(std::span<const FourCharCode> order, const TQuerySpecification& action,
                     TSectionWriter& out) {
   for (const FourCharCode code : order) {
-    Status status = Status::kOk;
-    WriteLegacyRow(TQuerySpecification::Properties(), &action, code, out, status);
+    const Status status = WriteLegacyRow(TQuerySpecification::Properties(), &action, code, out);
     if (status != Status::kOk) return status;
   }
   return Status::kOk;
@@ -121,7 +120,7 @@ Status TQuerySpecification::ReadLegacyProperty(const TLegacySection& section) {
     default:
       break;
   }
-  static const TCodeIndex index(Properties(), this);
+  static const TCodeIndex index(Properties());
   const TCodeIndex::TField& field = index.Find(section.code);
   return field.row != nullptr ? field.Read(this, section) : Status::kOk;
 }

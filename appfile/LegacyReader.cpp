@@ -45,7 +45,7 @@ Status ReadLegacyApplication(TDataFile& file, const TQuerySpecificationServer& s
   TSectionMap map;
   if (const Status status = map.Open(file, header); status != Status::kOk) return status;
   if (!map.IsComplete()) return Status::kMalformed;
-  static const TCodeIndex index(TApplication::Properties(), &application);
+  static const TCodeIndex index(TApplication::Properties());
   TSectionMapEntry entry;
   bool is_too_new = false;
   while (!is_too_new && map.Next(entry)) {
