@@ -70,6 +70,7 @@ class TFileConversion {
   TFileResult Run() {
     if (request_.place == OutputPlace::kFile && !FindPresence())
       return Failed(FileOutcome::kSkipped, Status::kOk);
+    if (request_.is_dry_run) return PlanOutput();
     if (const Status status = file_.Open(request_.input, TOpenMode::kRead); status != Status::kOk)
       return Failed(FileOutcome::kInputNotOpened, status);
     result_.bytes_in = file_.GetSize();
@@ -107,6 +108,13 @@ class TFileConversion {
     return request_.existing == ExistingOutput::kOverwrite ||
            (request_.existing == ExistingOutput::kNewer &&
             IsNewer(request_.input.View(), request_.output.View()));
+  }
+
+  TFileResult PlanOutput() {
+    const bool exists = request_.place == OutputPlace::kFile && !is_replaced_ &&
+                        ProbeFile(request_.output) != TPresence::kAbsent;
+    if (exists) return Failed(FileOutcome::kOutputExists, Status::kFailure);
+    return std::move(result_);
   }
 
   [[nodiscard]] Status SaveTo(TDataFile& file) {

@@ -48,6 +48,7 @@ struct TFileRequest {
   TargetForm target = TargetForm::kXml;
   ExistingOutput existing = ExistingOutput::kFail;
   Verification verification = Verification::kOff;
+  bool is_dry_run = false;            ///< Only looks whether the output exists; reads nothing.
   bool keep_time = false;             ///< Gives the output file the time stamp of the input.
   bool is_only_job = true;            ///< No other thread converts meanwhile.
   TLossObserver* observer = nullptr;  ///< Of the losses; null: nobody looks for them.

@@ -1,0 +1,64 @@
+#include <map>
+#include <memory>
+
+#include "tool/Commands.h"
+#include "tool/FileOptions.h"
+#include "tool/FileRun.h"
+
+namespace zaf {
+namespace {
+
+const std::map<std::string, TargetForm> kTargetWords{
+    {"xml",    TargetForm::kXml   },
+    {"legacy", TargetForm::kLegacy}
+};
+const std::map<std::string, ExistingOutput> kExistingWords{
+    {"fail",      ExistingOutput::kFail     },
+    {"skip",      ExistingOutput::kSkip     },
+    {"overwrite", ExistingOutput::kOverwrite},
+    {"newer",     ExistingOutput::kNewer    }
+};
+
+void Finish(const CLI::App& command, TRunOptions& options) {
+  FinishFileOptions(command, options);
+  const auto usage = [](const char* what) { return TToolError(ExitStatus::kUsage, what); };
+  if (options.output.empty()) throw usage("The OUTPUT cannot be empty");
+  const bool writes_standard_output = options.output == "-" || options.dry_run;
+  if (writes_standard_output && options.report == "-")
+    throw usage("The report cannot go to standard output together with other data");
+  if (options.suffix.starts_with('.')) options.suffix.erase(0, 1);
+  if (command.count("--suffix") == 0)
+    options.suffix = options.target == TargetForm::kLegacy ? "zaf" : "xzf";
+  else if (options.suffix.empty())
+    throw usage("The suffix cannot be empty");
+}
+
+}  // namespace
+
+void AddConvertCommand(CLI::App& program, CommandAction& action) {
+  CLI::App* const command = program.add_subcommand("convert", "Convert files and whole trees");
+  const auto options = std::make_shared<TRunOptions>();
+  AddFileOptions(*command, *options);
+  command
+      ->add_option("-o,--output", options->output,
+                   "The output file of one input file, else a directory; - is standard output")
+      ->required()
+      ->type_name("OUTPUT");
+  command->add_option("--to", options->target, "The form of the outputs")
+      ->transform(CLI::Transformer(kTargetWords))
+      ->type_name("xml|legacy");
+  command->add_option("-s,--suffix", options->suffix, "Extension of the outputs: xzf, legacy zaf")
+      ->type_name("EXT");
+  command->add_option("--existing", options->existing, "What happens to an existing output")
+      ->transform(CLI::Transformer(kExistingWords))
+      ->type_name("fail|skip|overwrite|newer");
+  command->add_flag("--verify", options->verify, "Read each output back and compare");
+  command->add_flag("--keep-time", options->keep_time, "Give outputs the times of their inputs");
+  command->add_flag("-n,--dry-run", options->dry_run, "Print what would be written to where");
+  command->callback([command, options, &action] {
+    Finish(*command, *options);
+    action = [options] { return RunFiles(*options); };
+  });
+}
+
+}  // namespace zaf
