@@ -1,4 +1,3 @@
-#include <map>
 #include <memory>
 
 #include "tool/Commands.h"
@@ -8,11 +7,11 @@
 namespace zaf {
 namespace {
 
-const std::map<std::string, TargetForm> kTargetWords{
+const TWords<TargetForm> kTargetWords{
     {"xml",    TargetForm::kXml   },
     {"legacy", TargetForm::kLegacy}
 };
-const std::map<std::string, ExistingOutput> kExistingWords{
+const TWords<ExistingOutput> kExistingWords{
     {"fail",      ExistingOutput::kFail     },
     {"skip",      ExistingOutput::kSkip     },
     {"overwrite", ExistingOutput::kOverwrite},
@@ -44,14 +43,11 @@ void AddConvertCommand(CLI::App& program, CommandAction& action) {
                    "The output file of one input file, else a directory; - is standard output")
       ->required()
       ->type_name("OUTPUT");
-  command->add_option("--to", options->target, "The form of the outputs")
-      ->transform(CLI::Transformer(kTargetWords))
-      ->type_name("xml|legacy");
+  AddWord(*command, "--to", options->target, kTargetWords, "The form of the outputs");
   command->add_option("-s,--suffix", options->suffix, "Extension of the outputs: xzf, legacy zaf")
       ->type_name("EXT");
-  command->add_option("--existing", options->existing, "What happens to an existing output")
-      ->transform(CLI::Transformer(kExistingWords))
-      ->type_name("fail|skip|overwrite|newer");
+  AddWord(*command, "--existing", options->existing, kExistingWords,
+          "What happens to an existing output");
   command->add_flag("--verify", options->verify, "Read each output back and compare");
   command->add_flag("--keep-time", options->keep_time, "Give outputs the times of their inputs");
   command->add_flag("-n,--dry-run", options->dry_run, "Print what would be written to where");

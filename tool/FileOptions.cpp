@@ -14,17 +14,11 @@ constexpr unsigned kMostJobs = 1024;
 constexpr const char* kInclude = "--include";
 constexpr const char* kExclude = "--exclude";
 
-const std::map<std::string, When> kWhenWords{
+const TWords<When> kWhenWords{
     {"auto",   When::kAuto  },
     {"always", When::kAlways},
     {"never",  When::kNever }
 };
-
-void AddWhen(CLI::App& command, const std::string& name, When& when, const std::string& what) {
-  command.add_option(name, when, what)
-      ->transform(CLI::Transformer(kWhenWords))
-      ->type_name("auto|always|never");
-}
 
 /// "K/N" with 1 <= K <= N; empty when the text is not.
 std::optional<TShard> ParseShard(std::string_view text) {
@@ -53,7 +47,8 @@ void TakeGlobs(const CLI::App& command, TPathFilter& filter) {
 
 void AddFileOptions(CLI::App& command, TRunOptions& options) {
   command.add_option("INPUT", options.inputs, "Files, and directories with all below them");
-  command.add_flag("!--no-recurse", options.recurse, "Do not go below the directories");
+  command.add_flag_callback(
+      "--no-recurse", [&options] { options.recurse = false; }, "Do not go below the directories");
   AddRepeatable(command, "-e,--extension", options.extensions,
                 "Extension of the files of directories, instead of zaf and zcf")
       ->type_name("EXT");
@@ -81,12 +76,12 @@ void AddFileOptions(CLI::App& command, TRunOptions& options) {
       ->type_name("FILE");
   command.add_option("-j,--jobs", options.jobs, "Convert as many files at a time")
       ->default_val(GetProcessorCount())
-      ->check(CLI::Range(1U, kMostJobs))
+      ->check(CLI::Range(1U, kMostJobs).description({}))
       ->type_name("N");
   auto* const quiet = command.add_flag("-q,--quiet")->description("Print nothing but errors");
   command.add_flag("-v,--verbose")->description("Print each input and loss")->excludes(quiet);
-  AddWhen(command, "--progress", options.progress, "Show the progress");
-  AddWhen(command, "--color", options.color, "Colour the messages");
+  AddWord(command, "--progress", options.progress, kWhenWords, "Show the progress");
+  AddWord(command, "--color", options.color, kWhenWords, "Colour the messages");
 }
 
 void FinishFileOptions(const CLI::App& command, TRunOptions& options) {
