@@ -56,7 +56,8 @@ Status ReadXmlDocument(std::span<std::byte> text, const TQuerySpecificationServe
   const dom::Element root = document.getDocumentElement();
   const std::string_view root_name = root.getTagName();
   if (root_name != "ZAF" && root_name != "ZCF") {
-    place.reason = "The root element is neither ZAF nor ZCF";
+    place.reason = root ? "The root element is neither ZAF nor ZCF"
+                        : "The document is not well-formed, or its encoding is not supported";
     return Status::kMalformed;
   }
   if (root_name == "ZCF") application.kind = DocumentKind::kClassFile;

@@ -53,6 +53,8 @@ class TReportFile {
     std::error_code error;
     if (fs::is_regular_file(path, error) && !IsReport(path))
       throw TToolError(ExitStatus::kUsage, path + " exists and is no report; it is left as it is");
+    if (const fs::path directory = fs::path(path).parent_path(); !directory.empty())
+      fs::create_directories(directory, error);
     file_ = std::fopen(path.c_str(), "wb");
     if (file_ == nullptr) throw TToolError(ExitStatus::kCannotWrite, Failure());
   }

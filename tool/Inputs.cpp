@@ -88,8 +88,10 @@ std::vector<TInputRoot> GatherRoots(const TRunOptions& options) {
     if (std::string absolute = MakeAbsolute(root.path); absolute != root.path)
       root.absolute = std::move(absolute);
   std::ranges::stable_sort(roots, {}, &TInputRoot::GetAbsolute);
-  const auto repeated = std::ranges::unique(roots, {}, &TInputRoot::GetAbsolute);
-  roots.erase(repeated.begin(), repeated.end());
+  const auto is_same = [](const TInputRoot& a, const TInputRoot& b) {
+    return a.GetAbsolute() == b.GetAbsolute();
+  };
+  roots.erase(std::unique(roots.begin(), roots.end(), is_same), roots.end());
   if (!options.output.empty()) FindRivals(options, roots);
   return roots;
 }

@@ -170,7 +170,7 @@ class CommandTest(unittest.TestCase):
         self.make_tree()
         Path("file").write_bytes(b"x")
         self.assertEqual(run("convert", "in", "-o", "file/out").returncode, 4)
-        self.assertEqual(run("convert", "in", "-o", "out", "--report", "none/r").returncode, 4)
+        self.assertEqual(run("convert", "in", "-o", "out", "--report", "file/r").returncode, 4)
         self.assertFalse(Path("out").exists())
         limit = lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (1000, 1000))
         result = run("convert", "in/d1-", "-o", "out", preexec_fn=limit)
