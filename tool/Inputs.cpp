@@ -209,7 +209,7 @@ class TInputWalk::TRootWalk {
       if (other.back() == kPathSeparator ||
           OutputName(other, options_) != OutputName(name, options_))
         continue;
-      const std::string path = path_.substr(0, level.path_size).append(other);
+      std::string path = path_.substr(0, level.path_size).append(other);
       if (options_.filter.Takes(PathBelow(path, root_.base))) return path;
     }
     return {};
