@@ -104,7 +104,10 @@ Status TQuerySpecification::ReadLegacy(TDataFile* file, const TRecordHeader& hea
   TSectionMapEntry entry;
   while (map.Next(entry)) {
     const Status status = ReadLegacyProperty({file, entry.code, entry.offset, entry.length, this});
-    if (status != Status::kOk) return status;
+    if (status != Status::kOk) {
+      file->NoteFailure({entry.code, entry.offset});
+      return status;
+    }
     record_size_ += entry.length;
   }
   return Status::kOk;
