@@ -51,13 +51,20 @@ Status ReadActions(dom::Element actions, const TXmlReadContext& context,
 
 Status ReadXmlDocument(std::span<std::byte> text, const TQuerySpecificationServer& server,
                        TApplication& application, TErrorPlace& place) {
-  const dom::Document document = dom::DOMImplementation::createDocument(text);
+  dom::ParseReport report;
+  const dom::Document document = dom::DOMImplementation::createDocument(text, &report);
+  if (report.fault != dom::ParseFault::kNone) {
+    place.reason = report.GetReason();
+    place.reason.remove_suffix(1);  // The full stop.
+    place.line = static_cast<std::uint32_t>(report.line);
+    place.column = static_cast<std::uint32_t>(report.column);
+    return Status::kMalformed;
+  }
   if (!document.IsComplete()) return Status::kFailure;
   const dom::Element root = document.getDocumentElement();
   const std::string_view root_name = root.getTagName();
   if (root_name != "ZAF" && root_name != "ZCF") {
-    place.reason = root ? "The root element is neither ZAF nor ZCF"
-                        : "The document is not well-formed, or its encoding is not supported";
+    place.reason = "The root element is neither ZAF nor ZCF";
     return Status::kMalformed;
   }
   if (root_name == "ZCF") application.kind = DocumentKind::kClassFile;
