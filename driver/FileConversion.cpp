@@ -27,7 +27,7 @@ TFileResult WriteOutput(TZanfoFile& document, const TQuerySpecificationServer& s
   const Protection protection = document.IsRunOnly() ? Protection::kProtected : Protection::kPlain;
   Status status = Status::kFailure;
   const auto save = [&] {
-    status = file.Open(path, TOpenMode::kCreateNew);
+    status = file.OpenNew(path);
     if (status != Status::kOk) return FileOutcome::kOutputNotCreated;
     status = document.Save(file, &server, protection);
     return status == Status::kOk ? FileOutcome::kConverted : FileOutcome::kOutputNotWritten;

@@ -29,7 +29,7 @@ bool AssignWithLineFeeds(std::string_view characters, CText& text) {
   const std::uint64_t size = characters.size() + pieces;
   if (size >= kNoIndex) return false;
   const auto length = static_cast<std::uint32_t>(size);
-  if (text.CData::Set(nullptr, length) != length) return false;  // Sets the size only.
+  if (text.CData::Set(nullptr, length).length != length) return false;  // Sets the size only.
   char* target = text.GetData();
   ForEachPiece(characters, [&](std::string_view piece) {
     target = std::copy(piece.begin(), piece.end(), target);

@@ -5,6 +5,7 @@
 #include <span>
 #include <string_view>
 
+#include "foundation/CText.h"
 #include "foundation/CTextPtrArray.h"
 #include "foundation/FourCharCode.h"
 #include "foundation/Status.h"
@@ -25,8 +26,8 @@ class TRecordConverter {
   ~TRecordConverter() = default;
 };
 
-/// An unread section of a legacy file: its code and its place in the file. Owns nothing; the file,
-/// which must be in memory, and the converter outlive it. The read operations return the data
+/// An unread section of a legacy file: its code and its place in the file. Owns nothing; the file
+/// and the converter outlive it. The read operations return the data
 /// file's status and leave the result unchanged if they fail.
 struct TLegacySection {
   TDataFile* file = nullptr;              ///< Null: every read returns kNoFile.
@@ -35,16 +36,15 @@ struct TLegacySection {
   std::uint32_t length = 0;               ///< In bytes.
   TRecordConverter* converter = nullptr;  ///< Null: older records of lists are dropped.
 
-  /// A view of the section's bytes, valid while the file is open.
-  Status View(ByteView& bytes) const {
-    return file == nullptr ? Status::kNoFile : file->ViewBlock(code, offset, length, bytes);
+  /// The section's bytes, in place where possible, else read into `scratch`. Valid until the file
+  /// is closed or `scratch` changes.
+  Status View(CData& scratch, ByteView& bytes) const {
+    return file == nullptr ? Status::kNoFile
+                           : file->ViewBlock(code, offset, length, scratch, bytes);
   }
-  /// A view of a text, without one final NUL.
-  Status View(std::string_view& text) const {
-    ByteView bytes;
-    const Status status = View(bytes);
-    if (status == Status::kOk) text = TextOfSection(bytes);
-    return status;
+  /// The same for a text, without one final NUL.
+  Status View(CText& scratch, std::string_view& text) const {
+    return file == nullptr ? Status::kNoFile : file->ViewText(code, offset, length, scratch, text);
   }
   /// A 32-bit number; reads 4 bytes regardless of the section's length.
   Status Read(std::int32_t& value) const {

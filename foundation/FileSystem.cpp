@@ -15,7 +15,7 @@ TDirectoryListing TDirectoryListing::Begin() {
 
 void TDirectoryListing::Sort() {
   names.SortFrom(2);
-  // std::string compares its characters as unsigned bytes, as the other list does.
+  // Both lists compare characters as unsigned bytes.
   std::sort(subdirectories.begin(), subdirectories.end(),
             [](const TSubdirectory& a, const TSubdirectory& b) { return a.name < b.name; });
 }
@@ -24,8 +24,8 @@ bool MatchesPattern(std::string_view name, std::string_view pattern) {
   if (pattern == "*.*") return true;
   constexpr std::size_t kNone = std::string_view::npos;
   std::size_t at_name = 0, at_pattern = 0;
-  std::size_t star = kNone;  // The last `*` that was passed,
-  std::size_t star_end = 0;  // and where in the name what it stands for ends so far.
+  std::size_t star = kNone;  // The last `*` passed.
+  std::size_t star_end = 0;  // The end of the characters that it matches so far.
   while (at_name < name.size()) {
     const char wanted = at_pattern < pattern.size() ? pattern[at_pattern] : '\0';
     if (at_pattern < pattern.size() && wanted == '*') {

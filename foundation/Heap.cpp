@@ -9,17 +9,16 @@ namespace {
 
 thread_local constinit std::uint64_t failure_count = 0;
 
-/// `size` rounded up to the next size of a block. With sanitizers it is exact, so that they see
-/// every access beyond it.
+/// `size` rounded up to the next size of a block. With sanitizers up to 64 KiB are exact, so that
+/// they see every access beyond.
 std::size_t BlockSize(std::size_t size) {
 #ifdef ZAF2XML_SANITIZED
-  return size;
-#else
+  if (size <= std::size_t{64} << 10) return size;
+#endif
   constexpr std::size_t kLeastStep = 16;
   constexpr std::size_t kStepsPerPower = 8;
   const std::size_t step = std::max(kLeastStep, std::bit_floor(size) / kStepsPerPower);
   return (size + step - 1) & ~(step - 1);  // A step is a power of two.
-#endif
 }
 
 }  // namespace

@@ -38,6 +38,32 @@ std::vector<fs::path> Files() {
   return files;
 }
 
+/// A file whose sections are all read by virtual operations: it could override some.
+class TDerivedFile final : public TDataFile {
+ public:
+  using TDataFile::TDataFile;
+};
+
+TEST(RoundTrip, LegacyFilesLoadAlikeFromMemoryStreamsAndSubclasses) {
+  int legacy_files = 0;
+  for (const fs::path& path : Files()) {
+    SCOPED_TRACE(path);
+    std::string bytes = ReadFile(path);
+    TZanfoFile usual;
+    const Status status = test::LoadBytes(bytes, usual);
+    if (bytes.empty() || !usual.GetApplication().is_legacy) continue;
+    ++legacy_files;
+    TDerivedFile derived(AsBytes(bytes));
+    TDataFile stream(fmemopen(bytes.data(), bytes.size(), "rb"));
+    for (TDataFile* const file : {static_cast<TDataFile*>(&derived), &stream}) {
+      TZanfoFile other;
+      EXPECT_EQ(other.Load(*file, nullptr), status);
+      EXPECT_EQ(test::SaveToXml(other), test::SaveToXml(usual));
+    }
+  }
+  EXPECT_GT(legacy_files, 20);
+}
+
 TEST(RoundTrip, DocumentsStayButForWhatChangesByDesign) {
   std::map<std::string_view, int> changed;
   int unchanged = 0;
