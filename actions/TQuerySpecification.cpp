@@ -21,9 +21,6 @@ constexpr FourCharCode kParent = Code("pare");
 constexpr FourCharCode kOrderBeforeAssignments[] = {Code("none"), Code("rslt"), Code("err ")};
 constexpr FourCharCode kOrderBehindAssignments[] = {Code("cmnt"), Code("push"), Code("expd")};
 
-constexpr std::int32_t kFirstPropertyId = 1;
-constexpr std::int32_t kLastPropertyId = 5;
-
 /// 32-bit FNV-1a.
 class TSignature {
  public:
@@ -60,6 +57,12 @@ Status WriteInOrder(std::span<const FourCharCode> order, const TQuerySpecificati
 
 }  // namespace
 
+CText TQuerySpecification::*const TQuerySpecification::kPropertyTexts[] = {
+    &TQuerySpecification::name_,    &TQuerySpecification::comments_,
+    &TQuerySpecification::results_, &TQuerySpecification::no_results_,
+    &TQuerySpecification::error_,
+};
+
 std::span<const TProperty> TQuerySpecification::Properties() {
   using Action = TQuerySpecification;
   static constexpr TProperty kRows[] = {
@@ -87,6 +90,10 @@ std::unique_ptr<TQuerySpecification> TQuerySpecification::Clone(TQuerySpecificat
 std::uint32_t TQuerySpecification::GetRecordSize() const { return record_size_; }
 
 bool TQuerySpecification::IsEqual(const TQuerySpecification& other) const {
+  return HasEqualCommonContent(other);
+}
+
+bool TQuerySpecification::HasEqualCommonContent(const TQuerySpecification& other) const {
   const auto same = [](const CText& one, const CText& two) { return one.View() == two.View(); };
   return type_code_ == other.type_code_ && GetRunDifference(other) == 0 &&
          same(results_, other.results_) && same(error_, other.error_) &&
@@ -232,35 +239,36 @@ bool TQuerySpecification::IsProperty(std::int32_t id) const {
   return id >= kFirstPropertyId && id <= kLastPropertyId;
 }
 
-const CText* TQuerySpecification::FindProperty(std::int32_t id) const {
-  const CText* const texts[] = {&name_, &comments_, &results_, &no_results_, &error_};
-  return TQuerySpecification::IsProperty(id) ? texts[id - kFirstPropertyId] : nullptr;
-}
-
 std::int32_t TQuerySpecification::GetProperty(CText& text, std::int32_t id) const {
-  const CText* const property = FindProperty(id);
-  if (property == nullptr) return kUnknownProperty;
-  text = *property;
+  if (!TQuerySpecification::IsProperty(id)) return kUnknownProperty;
+  text = this->*kPropertyTexts[id - kFirstPropertyId];
   return 0;
 }
 
 std::int32_t TQuerySpecification::SetProperty(const char* text, std::int32_t id) {
-  if (const CText* const property = FindProperty(id); property != nullptr && text != nullptr)
-    *const_cast<CText*>(property) = text;
+  if (TQuerySpecification::IsProperty(id) && text != nullptr)
+    this->*kPropertyTexts[id - kFirstPropertyId] = text;
   return kUnknownProperty;
 }
 
 Status TQuerySpecification::WriteXml(TXmlWriteContext& context, dom::Element element,
                                      dom::Element parent) const {
-  if (!element) element = parent.appendElement(kElement);
+  WriteCommonXml(context, element ? element : parent.appendElement(kElement));
+  return Status::kOk;
+}
+
+void TQuerySpecification::WriteCommonXml(TXmlWriteContext& context, dom::Element element) const {
   const std::array<char, 8> signature = Sign(type_code_, name_.View());
   element.appendAttribute("ID", name_.View());
   element.appendAttribute("Sig", {signature.data(), signature.size()});
   WriteXmlRows(Properties(), this, {context, element, name_.View()});
-  return Status::kOk;
 }
 
 Status TQuerySpecification::ReadXml(const TXmlReadContext& context, dom::Element element) {
+  return ReadCommonXml(context, element);
+}
+
+Status TQuerySpecification::ReadCommonXml(const TXmlReadContext& context, dom::Element element) {
   name_ = element.getAttribute("ID");
   return ReadXmlRows(Properties(), this, {context, element});
 }

@@ -131,6 +131,11 @@ class TQuerySpecification : public TRecordConverter {
   [[nodiscard]] const TActionEntry* GetTreeEntry() const { return tree_entry_; }
 
  protected:
+  // The content that every action has, for classes that leave out a part of their bases'.
+  void WriteCommonXml(TXmlWriteContext& context, dom::Element element) const;
+  Status ReadCommonXml(const TXmlReadContext& context, dom::Element element);
+  [[nodiscard]] bool HasEqualCommonContent(const TQuerySpecification& other) const;
+
   /// Adds the rows of this class to the index of `Object`, a class derived from this one.
   template <class Object>
   static void AddLegacyRows(TCodeIndex& index) {
@@ -143,8 +148,11 @@ class TQuerySpecification : public TRecordConverter {
  private:
   Status ReadAssignments(const TLegacySection& section, std::size_t value_width);
   Status WriteAssignments(FourCharCode code, std::size_t value_width, TSectionWriter& out) const;
-  /// The text behind a property number; null for an unknown one.
-  [[nodiscard]] const CText* FindProperty(std::int32_t id) const;
+
+  static constexpr std::int32_t kFirstPropertyId = 1;
+  static constexpr std::int32_t kLastPropertyId = 5;
+  /// The properties' texts, in the order of their numbers.
+  static CText TQuerySpecification::*const kPropertyTexts[kLastPropertyId];
 
   CText results_;
   CText no_results_;

@@ -39,9 +39,8 @@ Status TSourceSpecification::WriteXml(TXmlWriteContext& context, dom::Element el
   data_source_.WriteXml(context, development, deployment);
   element.appendAttribute(kDevelopmentAttribute, TDataSourceId(development).View());
   element.appendAttribute(kDeploymentAttribute, TDataSourceId(deployment).View());
-  // The table's own operation would write the rows a second time.
-  // NOLINTNEXTLINE(bugprone-parent-virtual-call)
-  return TQuerySpecification::WriteXml(context, element, parent);
+  WriteCommonXml(context, element);
+  return Status::kOk;
 }
 
 Status TSourceSpecification::ReadXml(const TXmlReadContext& context, dom::Element element) {

@@ -43,15 +43,14 @@ Status TTransCloseSpecification::WriteXml(TXmlWriteContext& context, dom::Elemen
                                           dom::Element parent) const {
   if (!element) element = parent.appendElement(kElement);
   WriteXmlRows(Properties(), this, {context, element, GetName().View()});
-  // The part of the data source is left out, as in reading.
-  // NOLINTNEXTLINE(bugprone-parent-virtual-call)
-  return TQuerySpecification::WriteXml(context, element, parent);
+  // Without the data source, as in reading.
+  WriteCommonXml(context, element);
+  return Status::kOk;
 }
 
 Status TTransCloseSpecification::ReadXml(const TXmlReadContext& context, dom::Element element) {
   const Status status = ReadXmlRows(Properties(), this, {context, element});
-  // NOLINTNEXTLINE(bugprone-parent-virtual-call)
-  return status == Status::kOk ? TQuerySpecification::ReadXml(context, element) : status;
+  return status == Status::kOk ? ReadCommonXml(context, element) : status;
 }
 
 }  // namespace zaf

@@ -168,9 +168,8 @@ Status TAssignSpecification::ReadXml(const TXmlReadContext& context, dom::Elemen
   CText tags;
   for (const TAssignItem& item : items_) AppendAssignTag(item, tags);
   SetResultsText(tags.View());
-  // The items are read; a results text of the element's own has to come last.
-  // NOLINTNEXTLINE(bugprone-parent-virtual-call)
-  return TQuerySpecification::ReadXml(context, element);
+  // Last, since the element may have a results text of its own.
+  return ReadCommonXml(context, element);
 }
 
 }  // namespace zaf

@@ -16,8 +16,7 @@ class TNullSpecification final
 
   /// The type code is that of the results action and tells all: the class does not count.
   [[nodiscard]] bool IsEqual(const TQuerySpecification& other) const override {
-    // NOLINTNEXTLINE(bugprone-parent-virtual-call)
-    return TQuerySpecification::IsEqual(other);
+    return HasEqualCommonContent(other);
   }
 };
 
