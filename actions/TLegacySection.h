@@ -3,7 +3,6 @@
 #include <cstdint>
 #include <string_view>
 
-#include "foundation/CText.h"
 #include "foundation/CTextPtrArray.h"
 #include "foundation/FourCharCode.h"
 #include "foundation/Status.h"
@@ -24,15 +23,13 @@ struct TLegacySection {
   std::uint32_t length = 0;              ///< In bytes.
   TQuerySpecification* owner = nullptr;  ///< Upgrades the records of a list; null for none.
 
-  /// The section's bytes, in place where possible, else read into `scratch`. Valid until the file
-  /// is closed or `scratch` changes.
-  Status View(CData& scratch, ByteView& bytes) const {
-    return file == nullptr ? Status::kNoFile
-                           : file->ViewBlock(code, offset, length, scratch, bytes);
+  /// The section's bytes, valid until another section is read or the file is closed.
+  Status View(ByteView& bytes) const {
+    return file == nullptr ? Status::kNoFile : file->ViewBlock(code, offset, length, bytes);
   }
   /// The same for a text. One final NUL is not part of it.
-  Status View(CText& scratch, std::string_view& text) const {
-    return file == nullptr ? Status::kNoFile : file->ViewText(code, offset, length, scratch, text);
+  Status View(std::string_view& text) const {
+    return file == nullptr ? Status::kNoFile : file->ViewText(code, offset, length, text);
   }
   /// A number; it has 4 bytes whatever the section's length says.
   Status Read(std::int32_t& value) const {
