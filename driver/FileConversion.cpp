@@ -149,6 +149,7 @@ class TFileConversion {
   /// Writes the document to a new file at the path. What was written is removed when it is not
   /// whole.
   void WriteOutput(const CText& path) {
+    TCountingFile output;
     Status status = Status::kFailure;
     const auto save = [&] {
       TMemoryFile image;  // The legacy form is not written from start to end.
@@ -156,21 +157,21 @@ class TFileConversion {
         status = SaveTo(image);
         if (status != Status::kOk) return FileOutcome::kOutputNotWritten;
       }
-      status = file_.OpenNew(path);
+      status = output.OpenNew(path);
       if (status != Status::kOk) return FileOutcome::kOutputNotCreated;
       if (request_.target == TargetForm::kLegacy) {
-        file_.SetScrambled(false);
+        output.SetScrambled(false);
         const std::span<std::byte> bytes = image.GetBytes();
-        status = file_.Write(static_cast<std::uint32_t>(bytes.size()), bytes.data());
+        status = output.Write(static_cast<std::uint32_t>(bytes.size()), bytes.data());
       } else {
-        status = SaveTo(file_);
+        status = SaveTo(output);
       }
       return status == Status::kOk ? FileOutcome::kConverted : FileOutcome::kOutputNotWritten;
     };
     const auto publish = [&] {
-      status = file_.Publish();
+      status = output.Publish();
       if (status == Status::kOk) return FileOutcome::kConverted;
-      return file_.HasWriteFailed() ? FileOutcome::kOutputNotWritten
+      return output.HasWriteFailed() ? FileOutcome::kOutputNotWritten
                                     : FileOutcome::kOutputNotCreated;
     };
     FileOutcome outcome = Attempt(save, FileOutcome::kOutputNotWritten);
@@ -178,10 +179,10 @@ class TFileConversion {
       outcome = Attempt(publish, FileOutcome::kOutputNotWritten);
     result_.outcome = outcome;
     result_.status = status;
-    if (outcome == FileOutcome::kOutputNotWritten) result_.is_disk_failure = file_.HasWriteFailed();
-    file_.Close();
+    if (outcome == FileOutcome::kOutputNotWritten) result_.is_disk_failure = output.HasWriteFailed();
+    output.Close();
     if (outcome != FileOutcome::kConverted) return;
-    result_.bytes_out = file_.GetWritten();
+    result_.bytes_out = output.GetWritten();
     if (request_.keep_time && !CopyTime(request_.input.View(), path.View()))
       result_.outcome = FileOutcome::kTimeNotKept;
   }
@@ -232,7 +233,7 @@ class TFileConversion {
 
   const TFileRequest& request_;
   const TQuerySpecificationServer server_{};
-  TCountingFile file_;
+  TDataFile file_;  ///< The input, and the output that is read back.
   TZanfoFile* document_ = nullptr;
   bool is_replaced_ = false;  ///< The output takes the place of something.
   TFileResult result_;

@@ -4,6 +4,7 @@
 #include <cstring>
 #include <limits>
 #include <mutex>
+#include <typeinfo>
 #include <utility>
 
 #include "foundation/CData.h"
@@ -201,7 +202,7 @@ void TDataFile::FreeImage() {
   heap::Free(image_);
   image_ = nullptr;
   image_capacity_ = 0;
-  is_in_memory_ = false;
+  is_in_memory_ = is_plain_image_ = false;
   size_ = position_ = 0;
 }
 
@@ -234,11 +235,16 @@ std::uint32_t TDataFile::GetSize() {
   return static_cast<std::uint32_t>(std::min(size, kMost));
 }
 
+bool TDataFile::FindPlainImage() {
+  is_plain_image_ = is_in_memory_ && typeid(*this) == typeid(TDataFile);
+  return is_plain_image_;
+}
+
 Status TDataFile::ViewText(FourCharCode code, std::uint32_t offset, std::uint32_t length,
-                           CText& scratch, std::string_view& text) {
+                           std::string_view& text) {
   if (!IsPlainImage()) {
-    const Status status = ReadText(code, offset, length, scratch);
-    if (status == Status::kOk) text = scratch.View();
+    const Status status = ReadText(code, offset, length, text_);
+    if (status == Status::kOk) text = text_.View();
     return status;
   }
   ByteView block;

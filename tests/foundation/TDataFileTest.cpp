@@ -75,9 +75,8 @@ INSTANTIATE_TEST_SUITE_P(TDataFile, Scrambling, testing::Bool());
 TEST(TDataFile, ScramblesItsImageInPlaceAndTheCallersBufferForAWriteOnly) {
   TDataFile file(AsBytes("\x08"));
   file.SetScrambled(true);
-  CData scratch;
   ByteView view;
-  EXPECT_EQ(file.ViewBlock(kCode, 0, 1, scratch, view), Status::kOk);
+  EXPECT_EQ(file.ViewBlock(kCode, 0, 1, view), Status::kOk);
   EXPECT_EQ(AsText(view), "\x01");
   file.SetScrambled(false);
   EXPECT_EQ(AsText(view), "\x08");
@@ -190,10 +189,9 @@ TEST(TDataFile, BoundsTheWorkOfAFile) {
     TDataFile file(AsBytes(content).first(size));
     const std::size_t limit = size == content.size() ? 8 * size : 16U << 20;
     const auto count = static_cast<std::uint32_t>(size / 2);
-    CData scratch;
     ByteView view;
     for (std::size_t done = 0; done < limit; done += count) {
-      ASSERT_EQ(file.ViewBlock(kCode, 0, count, scratch, view), Status::kOk);
+      ASSERT_EQ(file.ViewBlock(kCode, 0, count, view), Status::kOk);
       ASSERT_EQ(file.ReadAt(kCode, count, count + 1, nullptr), Status::kFailure) << "no work";
     }
     std::int32_t number = 0;
@@ -237,7 +235,6 @@ class TRecordingFile : public TDataFile {
 TEST(TDataFile, SubclassSeesTheCodeOfEverySection) {
   TRecordingFile file(AsBytes("\0\0\0\1x\0"sv));
   std::int32_t number = 0;
-  CText text;
   CData scratch;
   CTextPtrArray list;
   ByteView block;
@@ -245,7 +242,7 @@ TEST(TDataFile, SubclassSeesTheCodeOfEverySection) {
   EXPECT_EQ(file.ReadInteger(Code("numb"), 0, 4, number), Status::kOk);
   EXPECT_EQ(file.ReadTextList(Code("list"), 0, 6, list), Status::kOk);
   EXPECT_EQ(file.ViewBlock(Code("blok"), 4, 2, scratch, block), Status::kOk);
-  EXPECT_EQ(file.ViewText(Code("text"), 4, 2, text, view), Status::kOk);
+  EXPECT_EQ(file.ViewText(Code("text"), 4, 2, view), Status::kOk);
   EXPECT_EQ(std::to_string(number) + list[0].GetCString() + std::string(view), "1xx");
   EXPECT_EQ(file.log,
             "anumb 0numb 1 blist alist 0list 1 bblok ablok 0blok 1 "
