@@ -130,7 +130,7 @@ Status TDataFile::Open(const CText& name, TOpenMode mode) {
   Close();
   if (mode == TOpenMode::kRead) return OpenImage(name);
   if (mode == TOpenMode::kCreateNew) return Result(new_file_.Open(name));
-  stream_ = std::fopen(name.GetCString(), StreamMode(mode));
+  stream_ = OpenStream(name, StreamMode(mode));
   return Result(stream_ != nullptr);
 }
 
@@ -194,7 +194,7 @@ int TDataFile::Close() {
 }
 
 int TDataFile::DeleteFile(const CText& name) {
-  return std::remove(name.GetCString()) == 0 ? 0 : -1;
+  return RemoveFile(name) ? 0 : -1;
 }
 
 std::uint32_t TDataFile::GetSize() {
