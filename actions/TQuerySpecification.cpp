@@ -4,9 +4,9 @@
 #include <array>
 #include <string>
 
-#include "actions/OutputCodec.h"
-#include "actions/SectionMap.h"
-#include "actions/ValueCodecs.h"
+#include "fields/OutputCodec.h"
+#include "fields/SectionMap.h"
+#include "fields/ValueCodecs.h"
 
 namespace zaf {
 namespace {

@@ -7,11 +7,11 @@
 #include <string_view>
 
 #include "actions/TActionEntry.h"
-#include "actions/TLegacySection.h"
-#include "actions/TProperty.h"
-#include "actions/TRecordHeader.h"
-#include "actions/TSectionWriter.h"
-#include "actions/TXmlContext.h"
+#include "fields/TLegacySection.h"
+#include "fields/TProperty.h"
+#include "fields/TRecordHeader.h"
+#include "fields/TSectionWriter.h"
+#include "fields/TXmlContext.h"
 #include "foundation/CText.h"
 #include "foundation/FourCharCode.h"
 #include "foundation/Status.h"
@@ -33,7 +33,7 @@ using CGlobalAssignmentArray = TOwningArray<TGlobalAssignment>;
 ///
 /// An action owns its texts and lists. The nesting of actions is kept in the application's tree, to
 /// which an action has a link that it does not own; the tree outlives its use.
-class TQuerySpecification : public heap::TPooledObject {
+class TQuerySpecification : public heap::TPooledObject, public TRecordConverter {
  public:
   static constexpr FourCharCode kTypeCode = Code("null");
   static constexpr std::string_view kElement = "ResultAction";
@@ -44,10 +44,9 @@ class TQuerySpecification : public heap::TPooledObject {
   TQuerySpecification(const TQuerySpecification&) = default;
   TQuerySpecification& operator=(const TQuerySpecification&) = default;
 
-  /// Fills `record`, which is all zero, from an older record of the list section `code`. Returns
-  /// whether there is a record to keep; the base class knows no lists.
-  virtual bool ConvertLegacyRecord(FourCharCode code, ByteView legacy_record,
-                                   std::span<std::byte> record);
+  /// The base class has no lists and keeps no record.
+  bool ConvertLegacyRecord(FourCharCode code, ByteView legacy_record,
+                           std::span<std::byte> record) override;
   virtual ~TQuerySpecification() = default;
   /// Copies every field into `target`, which is of the same class, and returns null; without a
   /// target the copy is a new action, which is returned.

@@ -5,10 +5,10 @@
 #include <span>
 #include <type_traits>
 
-#include "actions/ListCodecs.h"
-#include "actions/TProperty.h"
 #include "actions/TQuerySpecification.h"
-#include "actions/ValueCodecs.h"
+#include "fields/ListCodecs.h"
+#include "fields/TProperty.h"
+#include "fields/ValueCodecs.h"
 
 namespace zaf {
 
@@ -16,6 +16,7 @@ namespace zaf {
 ///
 /// - `kTypeCode`, `kElement`, `kLabel`: its type code, XML element and the label of its display
 ///   name; an empty element is one that the class or its base makes itself;
+/// - `kElements`, optional: the elements that it is made for, where that is not just `kElement`;
 /// - `Properties()`: the rows of its own fields, in the order of the XML element; the `BasePart()`
 ///   row says where the part of `Base` goes. Every class declares it, if only to return no rows.
 /// - `LegacyOrder()`, optional: the order of its legacy sections where that differs; kNoCode stands

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "actions/SectionMap.h"
+#include "fields/SectionMap.h"
 
 namespace zaf {
 namespace {

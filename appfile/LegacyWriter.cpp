@@ -1,6 +1,6 @@
 #include "appfile/LegacyWriter.h"
 
-#include "actions/SectionMap.h"
+#include "fields/SectionMap.h"
 
 namespace zaf {
 namespace {

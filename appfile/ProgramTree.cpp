@@ -47,7 +47,6 @@ class TActionIndex {
   void IndexRest() {
     is_indexed_ = true;
     next_of_same_id_.assign(entries_.size(), kNone);
-    first_of_id_.reserve(entries_.size() - in_order_);
     for (std::size_t i = entries_.size(); i-- > in_order_;) {
       const auto [place, is_new] =
           first_of_id_.try_emplace(entries_[i]->action->GetName().View(), i);

@@ -2,9 +2,9 @@
 
 #include <span>
 
-#include "actions/TXmlContext.h"
 #include "appfile/TActionTree.h"
 #include "dom/dom.h"
+#include "fields/TXmlContext.h"
 #include "foundation/Status.h"
 
 namespace zaf {

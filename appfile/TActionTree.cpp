@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "actions/TContainerSpecification.h"
+#include "actions/flow/TContainerSpecification.h"
 #include "foundation/CaseFolding.h"
 
 namespace zaf {

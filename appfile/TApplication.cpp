@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "actions/DataSourceKinds.h"
-#include "actions/ValueCodecs.h"
+#include "actions/database/DataSourceKinds.h"
+#include "fields/ValueCodecs.h"
 #include "foundation/CCipherText.h"
 
 namespace zaf {

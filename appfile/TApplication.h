@@ -4,8 +4,8 @@
 #include <span>
 #include <string_view>
 
-#include "actions/TProperty.h"
 #include "appfile/TActionTree.h"
+#include "fields/TProperty.h"
 #include "foundation/CText.h"
 #include "foundation/FourCharCode.h"
 

@@ -3,10 +3,10 @@
 #include <utility>
 #include <vector>
 
-#include "actions/TDataSourceIndex.h"
-#include "actions/TXmlContext.h"
+#include "actions/database/TDataSourceIndex.h"
 #include "appfile/ProgramTree.h"
 #include "dom/dom.h"
+#include "fields/TXmlContext.h"
 
 namespace zaf {
 namespace {

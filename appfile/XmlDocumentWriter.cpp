@@ -2,8 +2,9 @@
 
 #include <string_view>
 
-#include "actions/TXmlContext.h"
+#include "actions/database/TDataSourceWriter.h"
 #include "appfile/ProgramTree.h"
+#include "fields/TXmlContext.h"
 
 namespace zaf {
 namespace {
@@ -45,7 +46,7 @@ TContainers MakeFrame(const TApplication& application, RunOnlyMark mark, TXmlWri
 
 void WriteDefaultDataSource(const TApplication& application, TXmlWriteContext& context) {
   if (!application.HasDataSource()) return;
-  const dom::Element source = AppendDataSource(context);
+  const dom::Element source = context.data_sources.Append();
   WriteXmlRows(TApplication::DataSourceProperties(), &application, {context, source, {}});
   const dom::Element info = source.appendElement("DataSourceInfo");
   WriteXmlRows(TApplication::DataSourceInfoProperties(), &application, {context, info, {}});
@@ -55,11 +56,12 @@ void WriteDefaultDataSource(const TApplication& application, TXmlWriteContext& c
 
 Status WriteXmlDocument(const TApplication& application, RunOnlyMark mark,
                         const dom::Document& document) {
-  TXmlWriteContext context;
+  TDataSourceWriter data_sources;
+  TXmlWriteContext context{{}, {}, data_sources};
   const TContainers containers = MakeFrame(application, mark, context, document);
   if (!containers.outputs) return Status::kFailure;
   context.actions = containers.actions;
-  context.data_sources = containers.data_sources;
+  data_sources.SetList(containers.data_sources);
   context.outputs = containers.outputs;
   WriteDefaultDataSource(application, context);
   return WriteProgram(application.actions, containers.program, context);

@@ -9,9 +9,8 @@
 #include "appfile/TZanfoFile.h"
 #include "appfile/XmlDocumentReader.h"
 #include "appfile/XmlDocumentWriter.h"
-#include "dom/Serializer.h"
-
 #include "bench/SampleApplication.h"
+#include "dom/Serializer.h"
 
 namespace {
 

@@ -6,9 +6,8 @@
 #include <string>
 #include <string_view>
 
-#include "tests/support/LegacyFile.h"
-
 #include "bench/SampleText.h"
+#include "tests/support/LegacyFile.h"
 
 namespace zaf::bench {
 

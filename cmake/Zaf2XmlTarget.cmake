@@ -10,7 +10,6 @@ function(zaf2xml_configure target)
     target_compile_definitions(${target} PRIVATE _WIN32_WINNT=0x0A00 NOMINMAX WIN32_LEAN_AND_MEAN)
   endif()
   set_target_properties(${target} PROPERTIES CXX_EXTENSIONS OFF)
-  target_include_directories(${target} PUBLIC ${PROJECT_SOURCE_DIR})
   if(MSVC)
     target_compile_options(${target} PRIVATE /W4 /permissive- /utf-8 $<$<BOOL:${ZAF2XML_WERROR}>:/WX>)
     target_compile_definitions(${target} PRIVATE _CRT_SECURE_NO_WARNINGS)
@@ -41,34 +40,69 @@ function(zaf2xml_configure target)
 endfunction()
 
 # The program is optimised across its files: 3 % fewer instructions. Tests and tools link the same
-# rooms as they were compiled one by one, which takes less time.
-# MinGW's linker loses symbols then.
+# modules as they were compiled one by one, which takes less time. MinGW's linker loses symbols then.
 if(NOT CMAKE_CXX_COMPILER_ID STREQUAL GNU OR MINGW OR ZAF2XML_SANITIZE OR ZAF2XML_COVERAGE)
   set(ZAF2XML_LTO OFF)
 endif()
 
-# zaf2xml_library(NAME SOURCES... LINK LIBRARIES...): one room of the house.
+# zaf2xml_library(NAME SOURCES... LINK LIBRARIES...): a static library of tests or tools, which may
+# include every header.
 function(zaf2xml_library name)
   cmake_parse_arguments(ARG "" "" "SOURCES;LINK;PRIVATE_LINK" ${ARGN})
   add_library(${name} STATIC ${ARG_SOURCES})
   zaf2xml_configure(${name})
-  if(NOT WIN32)
-    # All rooms end up in executables. CMake would build them for shared libraries, where a function
-    # that others see may be replaced and so cannot be inlined, not even in its own file. pugixml is
-    # called some 8,000 times for a typical file that is read again, better without a stub between.
-    target_compile_options(${name} PRIVATE -fPIE -fno-plt)
-  endif()
-  if(ZAF2XML_LTO)
-    target_compile_options(${name} PRIVATE $<$<CONFIG:Release>:-flto=auto -ffat-lto-objects>)
-  endif()
+  target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR})
   target_link_libraries(${name} PUBLIC ${ARG_LINK} PRIVATE ${ARG_PRIVATE_LINK})
 endfunction()
 
-# zaf2xml_executable(NAME [SHIPPED] SOURCES... LINK LIBRARIES...)
+# zaf2xml_module(NAME SOURCES... [HEADERS...] LINK LIBRARIES...): a part of the product, made of the
+# current folder. It can include the headers of this folder (or only HEADERS) and of the modules that
+# it links, and no others: its include path is a folder of links to just its headers.
+function(zaf2xml_module name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;HEADERS;LINK;PRIVATE_LINK" ${ARGN})
+  if(NOT ARG_HEADERS)
+    file(GLOB ARG_HEADERS CONFIGURE_DEPENDS RELATIVE ${CMAKE_CURRENT_SOURCE_DIR} *.h)
+  endif()
+  file(RELATIVE_PATH folder ${PROJECT_SOURCE_DIR} ${CMAKE_CURRENT_SOURCE_DIR})
+  set(view ${PROJECT_BINARY_DIR}/include/${name})
+  if(CMAKE_HOST_WIN32)  # Links take a privilege there.
+    set(view ${PROJECT_SOURCE_DIR})
+  else()
+    file(REMOVE_RECURSE ${view})
+    file(MAKE_DIRECTORY ${view}/${folder})
+    foreach(header IN LISTS ARG_HEADERS)
+      file(CREATE_LINK ${CMAKE_CURRENT_SOURCE_DIR}/${header} ${view}/${folder}/${header} SYMBOLIC)
+    endforeach()
+  endif()
+  if(ARG_SOURCES)
+    add_library(${name} STATIC ${ARG_SOURCES})
+    zaf2xml_configure(${name})
+    target_include_directories(${name} PUBLIC ${view})
+    target_link_libraries(${name} PUBLIC ${ARG_LINK} PRIVATE ${ARG_PRIVATE_LINK})
+    if(NOT WIN32)
+      # All modules end up in executables. CMake would build them for shared libraries, where a
+      # function that others see may be replaced and so cannot be inlined, not even in its own file.
+      target_compile_options(${name} PRIVATE -fPIE -fno-plt)
+    endif()
+    if(ZAF2XML_LTO)
+      target_compile_options(${name} PRIVATE $<$<CONFIG:Release>:-flto=auto -ffat-lto-objects>)
+    endif()
+  else()
+    add_library(${name} INTERFACE)
+    target_include_directories(${name} INTERFACE ${view})
+    target_link_libraries(${name} INTERFACE ${ARG_LINK})
+  endif()
+endfunction()
+
+# zaf2xml_executable(NAME [SHIPPED] SOURCES... LINK LIBRARIES...): a program. Those that are not
+# shipped (tests, tools) may include every header.
 function(zaf2xml_executable name)
   cmake_parse_arguments(ARG "SHIPPED" "" "SOURCES;LINK" ${ARGN})
   add_executable(${name} ${ARG_SOURCES})
   zaf2xml_configure(${name})
+  if(NOT ARG_SHIPPED)
+    target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR})
+  endif()
   set_target_properties(${name} PROPERTIES POSITION_INDEPENDENT_CODE ON)
   target_link_libraries(${name} PRIVATE ${ARG_LINK})
   if(MSVC)

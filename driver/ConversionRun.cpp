@@ -7,32 +7,12 @@
 #include <utility>
 #include <vector>
 
-#include "appfile/TQuerySpecificationServer.h"
-#include "appfile/TZanfoFile.h"
+#include "driver/FileConversion.h"
+#include "driver/OutputNames.h"
 #include "foundation/Attempt.h"
-#include "foundation/LargePages.h"
-#include "foundation/TDataFile.h"
 
 namespace zaf {
 namespace {
-
-/// Inputs whose names end so, case ignored, are class files.
-constexpr std::string_view kClassFileExtension = ".zcf";
-
-/// Where the dotted extension stands last in a name, ignoring case; npos when it does not.
-std::size_t FindExtension(std::string_view name, std::string_view dotted_extension) {
-  const auto place =
-      std::find_end(name.begin(), name.end(), dotted_extension.begin(), dotted_extension.end(),
-                    [](char a, char b) { return ToLower(a) == ToLower(b); });
-  return place == name.end() ? std::string_view::npos
-                             : static_cast<std::size_t>(place - name.begin());
-}
-
-/// Whether a name ends with the dotted extension, ignoring case.
-bool HasExtension(std::string_view name, std::string_view dotted_extension) {
-  const std::size_t position = FindExtension(name, dotted_extension);
-  return position != std::string_view::npos && name.size() - position == dotted_extension.size();
-}
 
 /// The pieces as one path. One that memory did not suffice for would name another file or
 /// directory: std::bad_alloc.
@@ -49,61 +29,43 @@ CText JoinPath(std::string_view directory, std::string_view name) {
   return MakePath({directory, std::string_view(&kPathSeparator, 1), name});
 }
 
-/// Whether the name is that of a class file.
-bool IsClassFileName(std::string_view name) {
-  return name.size() >= kClassFileExtension.size() &&
-         EqualsIgnoringCase(name.substr(name.size() - kClassFileExtension.size()),
-                            kClassFileExtension);
-}
-
-/// Writes the document to a new file at the path. False when it could not be stored. A file that
-/// cannot be created is none, and that is fine.
-bool WriteOutput(TZanfoFile& document, const TQuerySpecificationServer& server, const CText& path,
-                 TDataFile& file) {
-  const Protection protection = document.IsRunOnly() ? Protection::kProtected : Protection::kPlain;
-  bool is_created = false;
-  const auto save = [&] {
-    is_created = file.Open(path, TOpenMode::kCreateNew) == Status::kOk;
-    return !is_created || document.Save(file, &server, protection) == Status::kOk;
-  };
-  const auto publish = [&] { return file.Publish() == Status::kOk || !file.HasWriteFailed(); };
-  const bool is_stored = Attempt(save, false) && (!is_created || Attempt(publish, false));
-  file.Close();
-  return is_stored;
-}
-
-/// Reads the output again. False, with a message, when that cannot be done.
-bool VerifyOutput(const TZanfoFile& document, const CText& path, TDataFile& file,
-                  const MessageSink& report) {
-  if (file.Open(path, TOpenMode::kRead) != Status::kOk) {
-    report(messages::kCannotReopen);
-    return false;
-  }
-  TZanfoFile written;
-  if (written.Load(file, nullptr) != Status::kOk) {
-    report(messages::kCannotRead);
-    return false;
-  }
-  file.Close();
-  // The outcome does not count: verification finds files that cannot be read.
-  static_cast<void>(Attempt([&] { return document.IsEqual(written); }, false));
-  return true;
-}
-
 struct TFilePaths {
   CText input;
   CText output;
 };
 
-/// Converts the file whose paths `make_paths` gives.
+/// The message for an outcome; empty for those that are silent.
+std::string_view MessageOf(FileOutcome outcome) {
+  switch (outcome) {
+    case FileOutcome::kConverted:
+    case FileOutcome::kOutputNotCreated:
+      return {};
+    case FileOutcome::kInputNotOpened:
+      return messages::kCannotOpenInput;
+    case FileOutcome::kInputNotRead:
+    case FileOutcome::kOutputNotRead:
+      return messages::kCannotRead;
+    case FileOutcome::kOutputExists:
+      return messages::kOutputExists;
+    case FileOutcome::kOutputNotWritten:
+      return messages::kCannotWrite;
+    case FileOutcome::kOutputNotOpened:
+      return messages::kCannotReopen;
+  }
+  return {};
+}
+
+/// Converts the file whose paths `make_paths` gives. False, with a message, when it failed.
 template <class MakePaths>
 bool ConvertFileOf(MakePaths make_paths, bool verify, const MessageSink& report) {
   const auto paths = Attempt([&] { return std::optional<TFilePaths>(make_paths()); }, {});
-  if (!paths) {
-    report(messages::kCannotOpenInput);
-    return false;
-  }
-  return ConvertFile(paths->input, verify, paths->output, report);
+  const FileOutcome outcome = paths ? ConvertFile(paths->input, paths->output,
+                                                  verify ? Verification::kOn : Verification::kOff)
+                                          .outcome
+                                    : FileOutcome::kInputNotOpened;
+  const std::string_view message = MessageOf(outcome);
+  if (!message.empty()) report(message);
+  return message.empty();
 }
 
 /// Walks an input directory, depth first, without recursion and with nothing open: directories can
@@ -250,51 +212,6 @@ class TDirectoryWalk {
 };
 
 }  // namespace
-
-std::optional<std::string> OutputNameInDirectory(std::string_view name,
-                                                 std::string_view dotted_extension,
-                                                 std::string_view dotted_suffix) {
-  if (!HasExtension(name, dotted_extension)) return std::nullopt;
-  name.remove_suffix(dotted_extension.size());
-  return std::string(name).append(dotted_suffix);
-}
-
-std::string OutputNameOfSingleFile(std::string_view name, std::string_view dotted_extension,
-                                   std::string_view dotted_suffix) {
-  std::string result(name);
-  if (const std::size_t position = FindExtension(name, dotted_extension);
-      position != std::string::npos)
-    result.erase(position, dotted_extension.size());
-  return result.append(dotted_suffix);
-}
-
-bool ConvertFile(const CText& input_path, bool verify, const CText& output_path,
-                 const MessageSink& report) {
-  TDataFile file;
-  const TQuerySpecificationServer server;
-  if (file.Open(input_path, TOpenMode::kRead) != Status::kOk) {
-    report(messages::kCannotOpenInput);
-    return false;
-  }
-  const TLargePageHeap heap(file.GetSize());
-  TZanfoFile document;
-  if (IsClassFileName(input_path)) document.SetKind(DocumentKind::kClassFile);
-  if (document.Load(file, &server) != Status::kOk) {
-    report(messages::kCannotRead);
-    return false;
-  }
-  file.Close();
-  const TPresence presence = ProbeFile(output_path);
-  if (presence == TPresence::kFile) {
-    report(messages::kOutputExists);
-    return false;
-  }
-  if (presence == TPresence::kAbsent && !WriteOutput(document, server, output_path, file)) {
-    report(messages::kCannotWrite);
-    return false;
-  }
-  return !verify || VerifyOutput(document, output_path, file, report);
-}
 
 bool ConvertDirectory(const ConversionOptions& options, const MessageSink& report) {
   return TDirectoryWalk(options, report).Run();

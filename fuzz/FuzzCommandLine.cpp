@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "driver/CommandLine.h"
-
 #include "fuzz/FuzzSupport.h"
 
 namespace {

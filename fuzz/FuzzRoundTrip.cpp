@@ -4,7 +4,6 @@
 #include <algorithm>
 
 #include "foundation/CCipherText.h"
-
 #include "fuzz/RoundTrip.h"
 
 namespace zaf::fuzz {

@@ -8,9 +8,8 @@
 #include <string>
 #include <vector>
 
-#include "tests/support/LegacyFile.h"
-
 #include "fuzz/LegacyParts.h"
+#include "tests/support/LegacyFile.h"
 
 extern "C" std::size_t LLVMFuzzerMutate(std::uint8_t* data, std::size_t size, std::size_t max_size);
 

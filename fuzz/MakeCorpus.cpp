@@ -15,13 +15,12 @@
 #include <set>
 #include <string>
 
-#include "actions/TSourceSpecification.h"
+#include "actions/AllActions.h"
+#include "actions/database/TSourceSpecification.h"
 #include "driver/Messages.h"
-#include "tests/support/LegacyFile.h"
-
-#include "fuzz/AllActions.h"
 #include "fuzz/FuzzSupport.h"
 #include "fuzz/SectionSamples.h"
+#include "tests/support/LegacyFile.h"
 
 namespace zaf::fuzz {
 namespace {

@@ -18,9 +18,8 @@
 #include <unistd.h>
 #include <vector>
 
-#include "tests/support/LegacyFile.h"
-
 #include "fuzz/FuzzSupport.h"
+#include "tests/support/LegacyFile.h"
 
 namespace zaf::fuzz {
 namespace {

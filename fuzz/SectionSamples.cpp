@@ -4,7 +4,7 @@
 #include <initializer_list>
 #include <utility>
 
-#include "actions/ValueCodecs.h"
+#include "fields/ValueCodecs.h"
 #include "tests/support/LegacyFile.h"
 
 namespace zaf::fuzz {

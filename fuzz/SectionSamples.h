@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "actions/TProperty.h"
+#include "fields/TProperty.h"
 #include "foundation/FourCharCode.h"
 
 namespace zaf::fuzz {

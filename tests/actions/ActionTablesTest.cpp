@@ -4,11 +4,10 @@
 #include <set>
 #include <string>
 
+#include "actions/AllActions.h"
 #include "appfile/TQuerySpecificationServer.h"
 #include "tests/support/Convert.h"
 #include "tests/support/LegacyFile.h"
-
-#include "fuzz/AllActions.h"
 
 namespace zaf {
 namespace {

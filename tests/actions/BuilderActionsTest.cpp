@@ -6,8 +6,8 @@
 #include <utility>
 #include <vector>
 
-#include "actions/TAssignItem.h"
-#include "actions/TInsertGroupSpecification.h"
+#include "actions/builders/TInsertGroupSpecification.h"
+#include "actions/flow/TAssignItem.h"
 #include "foundation/Heap.h"
 #include "tests/support/Convert.h"
 #include "tests/support/LegacyFile.h"

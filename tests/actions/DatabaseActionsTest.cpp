@@ -2,10 +2,10 @@
 #include <initializer_list>
 #include <string>
 
-#include "actions/TDataSource.h"
-#include "actions/TDataSourceIndex.h"
-#include "actions/TTransCloseSpecification.h"
-#include "actions/TUpdateSpecification.h"
+#include "actions/database/TDataSource.h"
+#include "actions/database/TDataSourceIndex.h"
+#include "actions/database/TTransCloseSpecification.h"
+#include "actions/database/TUpdateSpecification.h"
 #include "foundation/CCipherText.h"
 #include "tests/support/Convert.h"
 #include "tests/support/LegacyFile.h"

@@ -1,10 +1,10 @@
 #include <gtest/gtest.h>
 #include <string>
 
-#include "actions/TContainerSpecification.h"
 #include "actions/TQuerySpecification.h"
-#include "actions/WriteTextElement.h"
+#include "actions/flow/TContainerSpecification.h"
 #include "dom/Serializer.h"
+#include "fields/WriteTextElement.h"
 #include "tests/support/Convert.h"
 #include "tests/support/LegacyFile.h"
 

@@ -15,9 +15,8 @@
 
 #include "appfile/XmlDocumentWriter.h"
 #include "dom/Serializer.h"
-#include "tests/support/Convert.h"
-
 #include "fuzz/WellFormed.h"
+#include "tests/support/Convert.h"
 
 namespace zaf {
 namespace {

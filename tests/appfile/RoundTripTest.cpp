@@ -7,10 +7,9 @@
 #include <string>
 #include <vector>
 
-#include "tests/support/Convert.h"
-
 #include "fuzz/NamedChanges.h"
 #include "fuzz/WellFormed.h"
+#include "tests/support/Convert.h"
 
 namespace zaf {
 namespace {

@@ -1,0 +1,75 @@
+#include "actions/builders/InputColumnsCodec.h"
+
+namespace zaf {
+namespace {
+
+constexpr std::string_view kListItemElement = "InputListItem";
+
+/// The element of the first column of a list; the others follow it.
+dom::Element FirstColumnElement(const TProperty& row, dom::Element parent) {
+  return parent.getFirstChildElement(row.name).getFirstChildElement(row.detail);
+}
+
+/// The element of a column's input, which holds the list items.
+dom::Element InputElement(dom::Element column) {
+  return kInputOptionsCodec.FindKindElement(column.getFirstChildElement(kInputOptionsElement));
+}
+
+}  // namespace
+
+void TInputColumnsCodecBase::WriteXml(const TProperty& row, const void* field,
+                                      const TXmlWriteScope& scope) const {
+  TRecordListCodecBase::WriteXml(row, field, scope);
+  const auto& columns = *static_cast<const CInputColumnArray*>(field);
+  dom::Element column = FirstColumnElement(row, scope.element);
+  for (std::uint32_t i = 0; i < columns.GetCount(); ++i) {
+    const std::span<const TListItem> items = columns.GetItems(i);
+    const dom::Element list = items.empty() ? dom::Element() : InputElement(column);
+    for (const TListItem& item : items)
+      WriteXmlRows(TListItem::Properties(), &item,
+                   {scope.context, list.appendElement(kListItemElement), scope.action_name});
+    column = column.getNextSiblingElement(row.detail);
+  }
+}
+
+Status TInputColumnsCodecBase::ReadXml(const TProperty& row, void* field,
+                                       const TXmlReadScope& scope) const {
+  auto& columns = *static_cast<CInputColumnArray*>(field);
+  std::uint32_t i = columns.GetCount();
+  const Status status = TRecordListCodecBase::ReadXml(row, field, scope);
+  if (status != Status::kOk) return status;
+  for (dom::Element column = FirstColumnElement(row, scope.element); column;
+       column = column.getNextSiblingElement(row.detail), ++i) {
+    if (!columns.GetColumn(i).input.HasList()) continue;
+    for (dom::Element element = InputElement(column).getFirstChildElement(kListItemElement);
+         element; element = element.getNextSiblingElement(kListItemElement)) {
+      TListItem* const item = columns.AppendItem(i);
+      if (item == nullptr) return Status::kFailure;
+      const Status read = ReadXmlRows(TListItem::Properties(), item, {scope.context, element});
+      if (read != Status::kOk) return read;
+    }
+  }
+  return Status::kOk;
+}
+
+Status TListItemsCodec::ReadLegacy(const TProperty& row, void* field,
+                                   const TLegacySection& section) const {
+  return records_.ReadLegacy(row, &static_cast<CInputColumnArray*>(field)->GetUnassigned(),
+                             section);
+}
+
+Status TListItemsCodec::WriteLegacy(const TProperty& row, const void* field,
+                                    TSectionWriter& out) const {
+  const auto& columns = *static_cast<const CInputColumnArray*>(field);
+  CDynamicArray records = columns.GetUnassigned();
+  if (!columns.AppendLegacyItems(records)) return Status::kFailure;
+  return records_.WriteLegacy(row, &records, out);
+}
+
+bool TListItemsCodec::IsEqual(const void* field, const void* other) const {
+  const auto& one = *static_cast<const CInputColumnArray*>(field);
+  const auto& two = *static_cast<const CInputColumnArray*>(other);
+  return records_.IsEqual(&one.GetUnassigned(), &two.GetUnassigned()) && one.HasEqualItems(two);
+}
+
+}  // namespace zaf

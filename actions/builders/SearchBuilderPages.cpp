@@ -1,0 +1,87 @@
+#include "actions/builders/SearchBuilderPages.h"
+
+#include "actions/builders/InputColumnsCodec.h"
+#include "fields/ListCodecs.h"
+#include "fields/OutputCodec.h"
+#include "fields/PartCodec.h"
+#include "fields/ValueCodecs.h"
+
+namespace zaf {
+
+std::span<const TProperty> TSearchColumnInfo::Properties() {
+  using Column = TSearchColumnInfo;
+  static constexpr TProperty kRows[] = {
+      InlinePart<&Column::input>(),
+      Attribute<&Column::comparison>(kNoCode, "Operator"),
+  };
+  return kRows;
+}
+
+std::span<const TProperty> TSearchPage::Properties() {
+  using Page = TSearchPage;
+  static constexpr TProperty kRows[] = {
+      InputColumns<&Page::columns>(Code("scit"), "SearchPageColumns", "SearchPageColumn"),
+      ListItems<&Page::columns>(Code("sfvt")),
+      PageFormat<&Page::format>(Code("spgf")),
+      Output<&Page::header>(Code("schd"), "HeaderOutput", ".SearchHeader"),
+      Output<&Page::footer>(Code("scft"), "FooterOutput", ".SearchFooter"),
+      Child<&Page::find_title>(Code("fbtn"), "FindButtonTitle"),
+      Child<&Page::reset_title>(Code("srbn"), "ResetButtonTitle"),
+  };
+  return kRows;
+}
+
+std::span<const TProperty> TListColumnInfo::Properties() {
+  using Column = TListColumnInfo;
+  static constexpr TProperty kRows[] = {
+      InlinePart<&Column::column>(),
+      DisplayOptions<&Column::display>(),
+  };
+  return kRows;
+}
+
+std::span<const TProperty> TListPage::Properties() {
+  using Page = TListPage;
+  static constexpr TProperty kRows[] = {
+      Attribute<&Page::max_rows>(Code("mrow"), "MaxRows"),
+      Attribute<&Page::has_pages>(Code("mpgs"), "MultiPage"),
+      List<&Page::columns>(Code("lcit"), "ListPageColumns", "ListPageColumn"),
+      List<&Page::order>(Code("lsrt"), "OrderColumns", "OrderColumn"),
+      List<&Page::joins>(Code("join"), "JoinCriteria", "JoinItem"),
+      PageFormat<&Page::format>(Code("lpgf")),
+      Output<&Page::header>(Code("lchd"), "HeaderOutput", ".ListHeader"),
+      Output<&Page::footer>(Code("lcft"), "FooterOutput", ".ListFooter"),
+      Output<&Page::no_results>(Code("snre"), "NoResultsOutput", ".ListNoResults"),
+  };
+  return kRows;
+}
+
+std::span<const TProperty> TDetailColumnInfo::Properties() {
+  using Column = TDetailColumnInfo;
+  static constexpr TProperty kRows[] = {
+      InlinePart<&Column::input>(),
+      DisplayOptions<&Column::display>(),
+  };
+  return kRows;
+}
+
+std::span<const TProperty> TDetailsPage::Properties() {
+  using Page = TDetailsPage;
+  static constexpr TProperty kRows[] = {
+      InputColumns<&Page::columns>(Code("dcit"), "DetailsPageColumns", "DetailsPageColumn"),
+      ListItems<&Page::columns>(Code("dfvt")),
+      List<&Page::joins>(Code("dltj"), "JoinCriteria", "JoinItem"),
+      PageFormat<&Page::format>(Code("dpgf")),
+      Output<&Page::header>(Code("dchd"), "HeaderOutput", ".DetailsHeader"),
+      Output<&Page::footer>(Code("dcft"), "FooterOutput", ".DetailsFooter"),
+      Output<&Page::delete_response>(Code("delh"), "DeleteResponse", ".DetailsDelete"),
+      Output<&Page::update_response>(Code("updh"), "UpdateResponse", ".DetailsUpdate"),
+      Child<&Page::save_title>(Code("sbtn"), "SaveButtonTitle"),
+      Child<&Page::reset_title>(Code("drbn"), "ResetButtonTitle"),
+      Child<&Page::delete_title>(Code("dbtn"), "DeleteButtonTitle"),
+      Child<&Page::delete_from>(Code("dtbl"), "DeleteFromTable"),
+  };
+  return kRows;
+}
+
+}  // namespace zaf

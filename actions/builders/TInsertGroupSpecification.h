@@ -1,0 +1,42 @@
+#pragma once
+
+#include "actions/builders/CInputColumnArray.h"
+#include "actions/builders/TPageFormat.h"
+#include "actions/database/TSourceSpecification.h"
+#include "foundation/TLazyRecord.h"
+
+namespace zaf {
+
+using TInsertColumnInfo = TInputColumn;
+using TInsertColumnInfoArray = TInputColumnArray<TInsertColumnInfo, 1>;
+
+/// The new record builder action: a form that adds a row to a table, and the page that answers. It
+/// owns its texts and lists.
+class TInsertGroupSpecification
+    : public TTableSpecification<TInsertGroupSpecification, TSourceSpecification> {
+ public:
+  static constexpr FourCharCode kTypeCode = Code("igrp");
+  static constexpr std::string_view kElement = "NewRecordBuilderAction";
+  static constexpr std::string_view kLabel = "[New Record Builder Action] ";
+  static std::span<const TProperty> Properties();
+
+  /// Records of the builder's own lists are copied as far as they fit.
+  bool ConvertLegacyRecord(FourCharCode code, ByteView legacy_record,
+                           std::span<std::byte> record) override;
+  /// Also gives the list items to their columns; kMalformed when columns of the same name share
+  /// more items than the file's size allows.
+  Status ReadLegacy(TDataFile* file, const TRecordHeader& header) override;
+
+ private:
+  using Table = TTableSpecification<TInsertGroupSpecification, TSourceSpecification>;
+
+  TInsertColumnInfoArray columns_;
+  CText header_;
+  CText footer_;
+  CText response_;
+  CText save_title_;
+  CText reset_title_;
+  TLazyRecord<TPageFormat> format_;
+};
+
+}  // namespace zaf

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <cstddef>
+#include <span>
+
+#include "fields/PartCodec.h"
+#include "fields/TProperty.h"
+#include "foundation/TFixedText.h"
+#include "foundation/TLazyRecord.h"
+
+namespace zaf {
+
+/// How the table of a builder action's page looks. In a legacy file it is a section of its own: a
+/// longer one is cut, what a shorter one lacks is empty.
+struct TPageFormat {
+  TFixedText<128> border{};
+  TFixedText<128> border_color{};
+  TFixedText<128> background_color{};
+  TFixedText<128> cell_padding{};
+  TFixedText<128> cell_spacing{};
+
+  static std::span<const TProperty> Properties();
+};
+
+static_assert(sizeof(TPageFormat) == 640);
+
+/// A page keeps its format as a part whose legacy section is one block.
+class TPageFormatCodec final : public TLazyPartCodecBase<TPageFormat> {
+ public:
+  /// kFailure when there is no memory for the format.
+  Status ReadLegacy(const TProperty& row, void* field,
+                    const TLegacySection& section) const override;
+  Status WriteLegacy(const TProperty& row, const void* field, TSectionWriter& out) const override;
+};
+
+inline constexpr TPageFormatCodec kPageFormatCodec{};
+
+template <>
+struct TCodecOf<TLazyRecord<TPageFormat>> {
+  static constexpr const TFieldCodec& kCodec = kPageFormatCodec;
+};
+
+/// The page format of a page.
+template <auto Member>
+constexpr TProperty PageFormat(FourCharCode code) {
+  return Child<Member>(code, "PageFormat");
+}
+
+}  // namespace zaf

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "actions/builders/SearchBuilderPages.h"
+#include "actions/database/TSourceSpecification.h"
+
+namespace zaf {
+
+/// The search builder action: a search application of three pages over one data source. A form
+/// asks what to search for, a list shows the rows found, and a page of details changes one of them.
+/// It owns its pages.
+class TSearchGroupSpecification
+    : public TTableSpecification<TSearchGroupSpecification, TSourceSpecification> {
+ public:
+  static constexpr FourCharCode kTypeCode = Code("sgrp");
+  static constexpr std::string_view kElement = "SearchBuilderAction";
+  static constexpr std::string_view kLabel = "[Search Builder Action] ";
+  static std::span<const TProperty> Properties();
+
+  /// Records of the builder's own lists are copied as far as they fit; joins are upgraded as in a
+  /// search action.
+  bool ConvertLegacyRecord(FourCharCode code, ByteView legacy_record,
+                           std::span<std::byte> record) override;
+  /// Also gives the list items to their columns; kMalformed when columns of the same names share
+  /// more items than the file's size allows.
+  Status ReadLegacy(TDataFile* file, const TRecordHeader& header) override;
+
+ private:
+  using Table = TTableSpecification<TSearchGroupSpecification, TSourceSpecification>;
+
+  TSearchPage search_page_;
+  TListPage list_page_;
+  TDetailsPage details_page_;
+  std::int32_t adel_ = 0;  ///< Of unknown use; kept for the legacy file.
+};
+
+}  // namespace zaf

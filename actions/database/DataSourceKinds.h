@@ -1,0 +1,29 @@
+#pragma once
+
+#include <span>
+
+#include "fields/ValueCodecs.h"
+
+namespace zaf {
+
+/// The word of a host type that is no kind of data source.
+inline constexpr TWord kDefaultDataSourceKind{0, "Default"};
+
+/// The kinds of data source, by their host types. The first stands for every other host type.
+inline constexpr TWord kDataSourceKindsAndDefault[] = {
+    kDefaultDataSourceKind,
+    {static_cast<std::int32_t>(Code("odbc")), "ODBC"      },
+    {static_cast<std::int32_t>(Code("psql")), "Halvex.SQL"},
+    {static_cast<std::int32_t>(Code("oci ")), "Oracle"    },
+    {static_cast<std::int32_t>(Code("FMPm")), "FileMaker" },
+    {static_cast<std::int32_t>(Code("dam ")), "DAM"       },
+};
+
+/// The same without the word for the others.
+inline constexpr std::span<const TWord> kDataSourceKinds =
+    std::span<const TWord>(kDataSourceKindsAndDefault).subspan(1);
+
+/// Those whose word is the type name of an action's data source, too.
+inline constexpr std::span<const TWord> kNamedDataSourceKinds = kDataSourceKinds.first(4);
+
+}  // namespace zaf

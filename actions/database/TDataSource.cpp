@@ -1,0 +1,104 @@
+#include "actions/database/TDataSource.h"
+
+#include "actions/database/DataSourceKinds.h"
+#include "actions/database/TDataSourceIndex.h"
+#include "actions/database/TDataSourceWriter.h"
+
+namespace zaf {
+namespace {
+
+constexpr TVocabulary kKinds{kDataSourceKindsAndDefault, TVocabulary::Fallback::kFirstWord};
+constexpr TWordCodec kKindCodec{kKinds};
+
+/// The host types that have a type name.
+constexpr TVocabulary kTypeNames{kNamedDataSourceKinds, TVocabulary::Fallback::kZero};
+
+std::string_view KindWord(FourCharCode host_type) {
+  const std::string_view word = kKinds.WordOf(static_cast<std::int32_t>(host_type));
+  return word.empty() ? kDefaultDataSourceKind.word : word;
+}
+
+}  // namespace
+
+std::span<const TProperty> TDataSource::Properties() {
+  using Source = TDataSource;
+  static constexpr TProperty kRows[] = {
+      Child<&Source::host_type>(Code("htyp"), "DSType", kKindCodec),
+      Child<&Source::data_source>(Code("dsrc"), "DSN", kPlainTextCodec),
+      Child<&Source::dbms>(Code("dbms"), "DBMS", kPlainTextCodec),
+      Child<&Source::host>(Code("host"), "Host", kPlainTextCodec),
+      Child<&Source::database>(Code("data"), "Database", kPlainTextCodec),
+      Carried<&Source::user_name>(Code("user"), kPlainTextCodec),
+      Carried<&Source::password>(Code("pass"), kPlainTextCodec),
+      Carried<&Source::deployment_user_name>(Code("dusr"), kPlainTextCodec),
+      Carried<&Source::deployment_password>(Code("dpas"), kPlainTextCodec),
+      Carried<&Source::type_name>(kNoCode),
+  };
+  return kRows;
+}
+
+void TDataSource::UpdateTypeName() {
+  const std::string_view name = kTypeNames.WordOf(static_cast<std::int32_t>(host_type));
+  if (!name.empty()) type_name = name;
+}
+
+Status TDataSource::WriteXml(TXmlWriteContext& context, std::uint32_t& development,
+                             std::uint32_t& deployment) const {
+  const Status status = WriteElement(context, user_name, password, development);
+  return status == Status::kOk
+             ? WriteElement(context, deployment_user_name, deployment_password, deployment)
+             : status;
+}
+
+Status TDataSource::ReadXml(const TXmlReadContext& context, std::string_view development,
+                            std::string_view deployment) {
+  context.data_sources.Read(context, development, *this);
+  if (deployment == development) {
+    deployment_user_name = user_name;
+    deployment_password = password;
+  } else {
+    context.data_sources.ReadLogin(context, deployment, deployment_user_name, deployment_password);
+  }
+  std::size_t size = 0;
+  for (const CText* text : {&data_source, &host, &database, &dbms, &user_name, &password,
+                            &deployment_user_name, &deployment_password})
+    size += text->GetCharacterCount();
+  return context.references.Charge(size);
+}
+
+void TDataSource::ReadElement(const TXmlReadContext& context, dom::Element element) {
+  // The rows are texts and a kind that has a word for every text: none refuses anything.
+  static_cast<void>(ReadXmlRows(Properties(), this, {context, element}));
+  UpdateTypeName();
+  ReadLogin(context, element, user_name, password);
+}
+
+void TDataSource::ReadLogin(const TXmlReadContext& context, dom::Element element, CText& user_name,
+                            CText& password) {
+  const dom::Element info = element.getFirstChildElement("UserInfo");
+  const bool is_enciphered = info.getAttribute("Encrypted") == "True";
+  const auto read = [&](std::string_view name, CText& field) {
+    const std::string_view text = info.getFirstChildElement(name).getTextContent();
+    field = is_enciphered ? context.data_sources.Decipher(text) : text;
+  };
+  read("UserName", user_name);
+  read("Password", password);
+}
+
+Status TDataSource::WriteElement(TXmlWriteContext& context, const CText& login_name,
+                                 const CText& login_password, std::uint32_t& number) const {
+  const dom::Element element = context.data_sources.FindOrAppend(
+      {KindWord(host_type), data_source.View(), dbms.View(), host.View(), database.View(),
+       login_name.View(), login_password.View()},
+      number);
+  if (!element) return Status::kOk;
+  WriteXmlRows(Properties(), this, {context, element, {}});
+  const dom::Element info = element.appendElement("UserInfo");
+  info.appendAttribute("Encrypted", "True");
+  const bool is_written =
+      context.data_sources.WriteEnciphered(info, "UserName", login_name.View()) &&
+      context.data_sources.WriteEnciphered(info, "Password", login_password.View());
+  return is_written ? Status::kOk : Status::kFailure;
+}
+
+}  // namespace zaf

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string_view>
+
+#include "fields/TProperty.h"
+#include "foundation/CText.h"
+
+namespace zaf {
+
+/// The data source of an action: which kind of database it is and where it lies, and the users and
+/// passwords that open it, in clear, while an application is developed and when it is deployed.
+/// Owns its texts.
+///
+/// In a document it stands in two `DataSource` elements of the document's list, which differ in the
+/// user and password. Actions whose elements would be equal share one.
+struct TDataSource {
+  FourCharCode host_type = kNoCode;
+  CText type_name;  ///< Of the last host type that had one.
+  CText data_source;
+  CText host;
+  CText database;
+  CText user_name;
+  CText password;
+  CText dbms;
+  CText deployment_user_name;
+  CText deployment_password;
+
+  /// The legacy sections and, in the order of the element, its children before `UserInfo`.
+  static std::span<const TProperty> Properties();
+
+  /// Sets the type name from the host type; one that has no name leaves it as it was.
+  void UpdateTypeName();
+
+  /// Gives the numbers of the two elements of this data source, which are appended to the
+  /// document's list unless another action's with equal content are there. kFailure: the users and
+  /// passwords cannot be enciphered.
+  Status WriteXml(TXmlWriteContext& context, std::uint32_t& development,
+                  std::uint32_t& deployment) const;
+
+  /// Takes everything from the element with the ID `development` but the user and password of the
+  /// deployment, which are those of the element `deployment`. An ID that is not there leaves its
+  /// fields empty. kMalformed when all references together take too much.
+  Status ReadXml(const TXmlReadContext& context, std::string_view development,
+                 std::string_view deployment);
+
+ private:
+  friend class TDataSourceIndex;
+
+  /// Gives the number of the element that has this login. kFailure: it cannot be enciphered.
+  Status WriteElement(TXmlWriteContext& context, const CText& login_name,
+                      const CText& login_password, std::uint32_t& number) const;
+
+  /// Takes from one element what that has: all but the deployment user and password. A null element
+  /// leaves it empty.
+  void ReadElement(const TXmlReadContext& context, dom::Element element);
+  static void ReadLogin(const TXmlReadContext& context, dom::Element element, CText& user_name,
+                        CText& password);
+};
+
+}  // namespace zaf

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <map>
+#include <string_view>
+
+#include "dom/dom.h"
+#include "fields/TXmlContext.h"
+#include "foundation/Status.h"
+
+namespace zaf {
+
+/// The ID of a `DataSource` element: "DataSource." and the number of those before it.
+class TDataSourceId {
+ public:
+  explicit TDataSourceId(std::uint32_t number);
+
+  [[nodiscard]] std::string_view View() const { return {text_.data(), size_}; }
+
+ private:
+  std::array<char, 24> text_;
+  std::size_t size_;
+};
+
+/// Writes the data sources of an application and of its actions into the `DataSources` element of a
+/// document. Data sources of actions with equal content share one element, and equal texts are
+/// enciphered once. Refers to the document and to the texts of the actions, which outlive it.
+class TDataSourceWriter {
+ public:
+  /// What an element says: the texts of the data source, the keyword of its kind first, then the
+  /// user and the password in clear.
+  using TContent = std::array<std::string_view, 7>;
+
+  /// Sets the element that holds the others, before the first one is appended.
+  void SetList(dom::Element list) { list_ = list; }
+
+  /// Appends an element, with its ID. It is never shared.
+  dom::Element Append();
+
+  /// Returns the element to fill for this content, a null one when an equal one is there already.
+  /// `number` is that of either.
+  dom::Element FindOrAppend(const TContent& content, std::uint32_t& number);
+
+  /// Appends an element `name` with the enciphered form of `text` to `parent`. False when the text
+  /// cannot be enciphered for lack of memory.
+  bool WriteEnciphered(dom::Element parent, std::string_view name, std::string_view text);
+
+ private:
+  dom::Element list_;
+  std::uint32_t count_ = 0;  ///< Elements in the list.
+  std::map<TContent, std::uint32_t> numbers_;
+  std::map<std::string_view, std::string_view> enciphered_;  ///< By the texts in clear.
+};
+
+}  // namespace zaf

@@ -1,0 +1,47 @@
+#include "actions/database/TOrderInfo.h"
+
+#include <string>
+
+#include "fields/ValueCodecs.h"
+#include "fields/WriteTextElement.h"
+#include "foundation/CaseFolding.h"
+
+namespace zaf {
+namespace {
+
+constexpr std::string_view kAscendingElement = "Ascending";
+constexpr std::string_view kOwnerElement = "TableOwner";
+
+}  // namespace
+
+std::span<const TProperty> TOrderInfo::Properties() {
+  using Order = TOrderInfo;
+  static constexpr TProperty kRows[] = {
+      Child<&Order::table>(kNoCode, "TableName"),
+      Child<&Order::column>(kNoCode, "ColumnName"),
+      Carried<&Order::ascending>(kNoCode),
+  };
+  return kRows;
+}
+
+/// The owner stays inside the table's name: its own element is always empty.
+void TOrderInfo::WriteXml(const TXmlWriteScope& scope) const {
+  if (EqualsIgnoringCase(ascending.View(), "true"))
+    WriteTextElement(scope.element, kAscendingElement, "True");
+  WriteTextElement(scope.element, kOwnerElement, {});
+  WriteXmlRows(Properties(), this, scope);
+}
+
+Status TOrderInfo::ReadXml(const TXmlReadScope& scope) {
+  const dom::Element direction = scope.FindChild(kAscendingElement);
+  const dom::Element owner_element = scope.FindChild(kOwnerElement);
+  const Status status = ReadXmlRows(Properties(), this, scope);
+  if (status != Status::kOk) return status;
+  std::string joined;
+  ascending.Set(direction ? direction.getTextContent(joined) : "false");
+  const std::string_view owner = owner_element.getTextContent(joined);
+  if (!owner.empty()) table.Set(std::string(owner).append(1, '.').append(table.View()));
+  return Status::kOk;
+}
+
+}  // namespace zaf

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "actions/database/TColumnInfo.h"
+#include "actions/database/TColumnReference.h"
+#include "actions/database/TCriteriaItem.h"
+#include "actions/database/TGroupInfo.h"
+#include "actions/database/TJoinItem.h"
+#include "actions/database/TOrderInfo.h"
+#include "actions/database/TSourceSpecification.h"
+#include "foundation/CTextPtrArray.h"
+
+namespace zaf {
+
+/// The search action: one SELECT. It owns its lists.
+class TSearchSpecification
+    : public TTableSpecification<TSearchSpecification, TSourceSpecification> {
+ public:
+  static constexpr FourCharCode kTypeCode = Code("srch");
+  static constexpr std::string_view kElement = "SearchAction";
+  static constexpr std::string_view kLabel = "[Search Action] ";
+  static std::span<const TProperty> Properties();
+
+  /// Outer joins of older records change their direction. A join of an unknown size is kept, empty;
+  /// a criterion of an unknown size is not.
+  bool ConvertLegacyRecord(FourCharCode code, ByteView legacy_record,
+                           std::span<std::byte> record) override;
+
+ private:
+  CTextPtrArray tables_;
+  CColumnInfoArray dictionary_;
+  CColumnReferenceArray columns_;
+  COrderInfoArray order_;
+  CGroupInfoArray groups_;
+  CCriteriaArray criteria_;
+  CCriteriaArray having_criteria_;
+  CJoinCriteriaArray joins_;
+  CText start_row_;  ///< An expression or a number, as is the row limit.
+  CText max_rows_;
+  bool counts_rows_ = false;
+  bool is_distinct_ = false;
+};
+
+}  // namespace zaf

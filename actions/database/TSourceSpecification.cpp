@@ -1,0 +1,54 @@
+#include "actions/database/TSourceSpecification.h"
+
+#include "actions/database/TDataSourceWriter.h"
+#include "fields/PartCodec.h"
+
+namespace zaf {
+namespace {
+
+constexpr std::string_view kDevelopmentAttribute = "DSID";
+constexpr std::string_view kDeploymentAttribute = "DeploymentDSID";
+
+/// Written in upper case but read as every other switch: documents of both spellings are about.
+constexpr TSwitchCodec kUsesDefaultCodec{SwitchRule::kPositive, "TRUE"};
+
+}  // namespace
+
+std::span<const TProperty> TSourceSpecification::Properties() {
+  using Source = TSourceSpecification;
+  static constexpr TProperty kRows[] = {
+      AttributeIfSet<&Source::uses_default_>(Code("dflt"), "UseDevelopmentDataSource",
+                                             kUsesDefaultCodec),
+      Row<&Source::data_source_>(kNoCode, {}, XmlForm::kNone, kPartCodec<TDataSource>),
+  };
+  return kRows;
+}
+
+Status TSourceSpecification::ReadLegacyProperty(const TLegacySection& section) {
+  const Status status = Table::ReadLegacyProperty(section);
+  if (status == Status::kOk && section.code == Code("htyp")) data_source_.UpdateTypeName();
+  return status;
+}
+
+Status TSourceSpecification::WriteXml(TXmlWriteContext& context, dom::Element element,
+                                      dom::Element parent) const {
+  if (!element) element = parent.appendElement(kElement);
+  WriteXmlRows(Properties(), this, {context, element, GetName().View()});
+  std::uint32_t development = 0;
+  std::uint32_t deployment = 0;
+  const Status status = data_source_.WriteXml(context, development, deployment);
+  if (status != Status::kOk) return status;
+  element.appendAttribute(kDevelopmentAttribute, TDataSourceId(development).View());
+  element.appendAttribute(kDeploymentAttribute, TDataSourceId(deployment).View());
+  // The table's own operation would write the rows a second time.
+  // NOLINTNEXTLINE(bugprone-parent-virtual-call)
+  return TQuerySpecification::WriteXml(context, element, parent);
+}
+
+Status TSourceSpecification::ReadXml(const TXmlReadContext& context, dom::Element element) {
+  const Status status = data_source_.ReadXml(context, element.getAttribute(kDevelopmentAttribute),
+                                             element.getAttribute(kDeploymentAttribute));
+  return status == Status::kOk ? Table::ReadXml(context, element) : status;
+}
+
+}  // namespace zaf

@@ -1,0 +1,57 @@
+#include "actions/database/TTransCloseSpecification.h"
+
+namespace zaf {
+namespace {
+
+constexpr std::int32_t kCommit = 1;
+constexpr std::int32_t kRollback = 2;
+
+constexpr TWord kEndWords[] = {
+    {kCommit,   "Commit"  },
+    {kRollback, "Rollback"},
+};
+constexpr TVocabulary kEndTypes{kEndWords, TVocabulary::Fallback::kRefuse};
+constexpr TWordCodec kEndTypeCodec{kEndTypes};
+
+}  // namespace
+
+std::span<const TProperty> TTransCloseSpecification::Properties() {
+  static constexpr TProperty kRows[] = {
+      Child<&TTransCloseSpecification::end_type_>(Code("eact"), "EndType", kEndTypeCodec),
+  };
+  return kRows;
+}
+
+bool TTransCloseSpecification::IsCommit() const { return end_type_ != kRollback; }
+
+Status TTransCloseSpecification::ReadLegacyProperty(const TLegacySection& section) {
+  if (section.code != Code("plat")) return TTableSpecification::ReadLegacyProperty(section);
+  std::int32_t platform = 0;
+  const Status status = section.Read(platform);
+  if (status != Status::kOk) return status;
+  end_type_ = platform == static_cast<std::int32_t>(Code("mac ")) ? kCommit : kRollback;
+  return Status::kOk;
+}
+
+void TTransCloseSpecification::GetDisplayName(CText& name) const {
+  name = kLabel;
+  name.Append(IsCommit() ? " with commit " : " with rollback ");
+  name.Append(GetName().View());
+}
+
+Status TTransCloseSpecification::WriteXml(TXmlWriteContext& context, dom::Element element,
+                                          dom::Element parent) const {
+  if (!element) element = parent.appendElement(kElement);
+  WriteXmlRows(Properties(), this, {context, element, GetName().View()});
+  // The part of the data source is left out, as in reading.
+  // NOLINTNEXTLINE(bugprone-parent-virtual-call)
+  return TQuerySpecification::WriteXml(context, element, parent);
+}
+
+Status TTransCloseSpecification::ReadXml(const TXmlReadContext& context, dom::Element element) {
+  const Status status = ReadXmlRows(Properties(), this, {context, element});
+  // NOLINTNEXTLINE(bugprone-parent-virtual-call)
+  return status == Status::kOk ? TQuerySpecification::ReadXml(context, element) : status;
+}
+
+}  // namespace zaf

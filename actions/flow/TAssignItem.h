@@ -1,0 +1,47 @@
+#pragma once
+
+#include <cstdint>
+#include <span>
+
+#include "fields/TProperty.h"
+#include "foundation/CText.h"
+#include "foundation/TFixedText.h"
+#include "foundation/TLazyRecord.h"
+#include "foundation/TOwningArray.h"
+
+namespace zaf {
+
+/// What an assignment says when it is one of a cookie.
+struct TCookie {
+  TFixedText<128> expiry{};  ///< In minutes, in decimal; empty: with the session.
+  TFixedText<256> path{};
+  TFixedText<256> domain{};
+  std::int32_t is_secure = 0;  ///< Not zero: the cookie is sent over secure connections only.
+
+  static std::span<const TProperty> Properties();
+};
+
+/// An assignment: a variable, or with the scope "cookie" (case ignored) a cookie, and its value.
+/// Owns its value.
+struct TAssignItem : heap::TPooledObject {
+  TFixedText<256> name{};
+  CText value;
+  TFixedText<128> scope{};
+  TLazyRecord<TCookie> cookie;
+
+  [[nodiscard]] bool IsCookie() const;
+
+  /// The rows of an item's element: as a cookie, and as any other assignment but for its scope.
+  static std::span<const TProperty> CookieProperties();
+  static std::span<const TProperty> VariableProperties();
+
+  friend bool operator==(const TAssignItem& one, const TAssignItem& two);
+};
+
+using TAssignItemArray = TOwningArray<TAssignItem>;
+
+/// Appends the item as a server tag that does the same assignment; nothing for an item without
+/// name.
+void AppendAssignTag(const TAssignItem& item, CText& text);
+
+}  // namespace zaf

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "actions/TTableSpecification.h"
+#include "actions/flow/TIfSpecification.h"
+
+namespace zaf {
+
+/// A condition that counts when none before it holds; written as an if under its own element.
+class TElseifSpecification final
+    : public TTableSpecification<TElseifSpecification, TIfSpecification> {
+ public:
+  static constexpr FourCharCode kTypeCode = Code("elif");
+  static constexpr std::string_view kElement = "ElseIfAction";
+  static constexpr std::string_view kLabel = "[ElseIf Action] ";
+  static std::span<const TProperty> Properties() { return {}; }
+};
+
+}  // namespace zaf

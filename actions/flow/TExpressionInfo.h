@@ -1,0 +1,40 @@
+#pragma once
+
+#include <span>
+
+#include "fields/ListCodecs.h"
+#include "fields/TProperty.h"
+#include "foundation/TFixedText.h"
+#include "foundation/TRecordArray.h"
+
+namespace zaf {
+
+/// One comparison of a condition, as it lies in a legacy file. Of the operator only the first four
+/// characters tell two comparisons apart.
+struct TExpressionInfo {
+  TFixedText<128> conjunction;  ///< How it joins the comparison before it; empty in the first.
+  TFixedText<128> left;
+  TFixedText<128> comparison;  ///< The operator.
+  TFixedText<128> right;
+};
+static_assert(sizeof(TExpressionInfo) == 512);
+
+/// A comparison of an if or else-if: all four are child elements, and the operator is cut to its
+/// four characters.
+struct TIfExpressionInfo : TExpressionInfo {
+  static std::span<const TProperty> Properties();
+};
+
+/// A comparison of a while: conjunction and operator are attributes, always written and whole.
+struct TWhileExpressionInfo : TExpressionInfo {
+  static std::span<const TProperty> Properties();
+};
+
+/// The comparisons of a condition. Their payload may hold any count, whatever its size.
+template <class Record>
+using TExpressionInfoArray = TRecordArray<Record>;
+
+template <class Record>
+inline constexpr TRecordListCodec<Record> kExpressionListCodec{Slicing::kOverlap};
+
+}  // namespace zaf

@@ -1,0 +1,15 @@
+#include "actions/flow/TIfSpecification.h"
+
+namespace zaf {
+
+std::span<const TProperty> TIfSpecification::Properties() {
+  using If = TIfSpecification;
+  static constexpr TProperty kRows[] = {
+      ChildIfSet<&If::expression_>(Code("ifex"), "Expression"),
+      Items<&If::comparisons_>(Code("ieei"), "ExpressionInfo",
+                               kExpressionListCodec<TIfExpressionInfo>),
+  };
+  return kRows;
+}
+
+}  // namespace zaf

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "actions/TTableSpecification.h"
+#include "actions/flow/TExpressionInfo.h"
+
+namespace zaf {
+
+/// Repeats the actions beneath it as long as its condition holds. Owns the condition.
+class TWhileSpecification final
+    : public TTableSpecification<TWhileSpecification, TQuerySpecification> {
+ public:
+  static constexpr FourCharCode kTypeCode = Code("whil");
+  static constexpr std::string_view kElement = "WhileAction";
+  static constexpr std::string_view kLabel = "[While Loop Action] ";
+  static std::span<const TProperty> Properties();
+
+ private:
+  CText expression_;                                        ///< The condition as one expression.
+  TExpressionInfoArray<TWhileExpressionInfo> comparisons_;  ///< The same, taken apart.
+};
+
+}  // namespace zaf

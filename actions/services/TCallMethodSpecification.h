@@ -1,0 +1,17 @@
+#pragma once
+
+#include "actions/TTableSpecification.h"
+#include "actions/services/TObjectSpecification.h"
+
+namespace zaf {
+
+/// Calls a method of an object; what is specific to it is not carried.
+class TCallMethodSpecification final
+    : public TTableSpecification<TCallMethodSpecification, TObjectSpecification> {
+ public:
+  static constexpr FourCharCode kTypeCode = Code("calm");
+  static constexpr std::string_view kElement = "CallMethodAction";
+  static std::span<const TProperty> Properties() { return {}; }
+};
+
+}  // namespace zaf

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "actions/TTableSpecification.h"
+#include "actions/services/TObjectSpecification.h"
+
+namespace zaf {
+
+/// Creates an object; what is specific to it is not carried.
+class TCreateObjectSpecification final
+    : public TTableSpecification<TCreateObjectSpecification, TObjectSpecification> {
+ public:
+  static constexpr FourCharCode kTypeCode = Code("cobj");
+  static constexpr std::string_view kElement = "CreateObjectAction";
+  static std::span<const TProperty> Properties() { return {}; }
+};
+
+}  // namespace zaf

@@ -1,0 +1,163 @@
+#include "actions/services/TExternalQuerySpecification.h"
+
+#include <algorithm>
+#include <string>
+
+#include "fields/WriteTextElement.h"
+
+namespace zaf {
+namespace {
+
+/// What an event that is not told is read as.
+constexpr FourCharCode kBlankEvent = Code("    ");
+
+std::string_view GetText(dom::Element element, std::string_view name, std::string& joined) {
+  return element.getFirstChildElement(name).getTextContent(joined);
+}
+
+FourCharCode ReadEvent(dom::Element element, std::string_view name) {
+  std::string joined;
+  const std::string_view text = GetText(element, name, joined);
+  return text.empty() ? kBlankEvent : CodeOfText(text);
+}
+
+void AppendTerminated(const CText& text, std::string& bytes) {
+  bytes.append(UntilNul(text.View())).append(1, '\0');
+}
+
+}  // namespace
+
+std::span<const TProperty> TExternalQuerySpecification::Properties() {
+  using External = TExternalQuerySpecification;
+  static constexpr TProperty kRows[] = {
+      Carried<&External::platform_>(Code("plat")),
+      Carried<&External::event_class_>(kNoCode),
+      Carried<&External::event_code_>(kNoCode),
+      Carried<&External::target_>(kNoCode),
+  };
+  return kRows;
+}
+
+bool TExternalQuerySpecification::HasEvent() const {
+  return platform_ == kEventPlatform || platform_ == kOldEventPlatform;
+}
+
+Status TExternalQuerySpecification::ReadLegacyProperty(const TLegacySection& section) {
+  switch (section.code) {
+    case kLibraryPlatform:
+    case kEventPlatform:
+    case kCommandPlatform:
+      return ReadParameters(section);
+    default:
+      return TTableSpecification::ReadLegacyProperty(section);
+  }
+}
+
+Status TExternalQuerySpecification::ReadParameters(const TLegacySection& section) {
+  ByteView bytes;
+  if (const Status status = section.View(bytes); status != Status::kOk) return status;
+  target_.Clear();
+  parameters_.DeleteAll();
+  TByteReader reader(bytes);
+  if (section.code == kEventPlatform) {
+    for (FourCharCode* const event : {&event_class_, &event_code_}) {
+      std::uint32_t code = 0;
+      if (reader.ReadU32(code) != Status::kOk) return Status::kOk;
+      *event = FourCharCode{code};
+    }
+  }
+  std::string_view text;
+  if (reader.ReadTerminated(text) != Status::kOk) return Status::kOk;
+  target_ = text;
+  std::uint32_t count = 0;
+  if (reader.ReadU32(count) != Status::kOk) return Status::kOk;
+  std::string_view value;
+  for (; count > 0 && reader.ReadTerminated(text) == Status::kOk &&
+         reader.ReadTerminated(value) == Status::kOk;
+       --count) {
+    TExternalParameter& parameter = parameters_.Append();
+    parameter.name = text;
+    parameter.value = value;
+  }
+  return Status::kOk;
+}
+
+Status TExternalQuerySpecification::WriteLegacyProperties(TSectionWriter& out) const {
+  for (const FourCharCode code : {kLibraryPlatform, kCommandPlatform, kEventPlatform})
+    if (const Status status = WriteParameters(code, out); status != Status::kOk) return status;
+  return TTableSpecification::WriteLegacyProperties(out);
+}
+
+Status TExternalQuerySpecification::WriteParameters(FourCharCode code, TSectionWriter& out) const {
+  std::string bytes;
+  if (code == kEventPlatform) {
+    AppendU32(static_cast<std::uint32_t>(event_class_), bytes);
+    AppendU32(static_cast<std::uint32_t>(event_code_), bytes);
+  }
+  AppendTerminated(target_, bytes);
+  AppendU32(parameters_.GetCount(), bytes);
+  for (const TExternalParameter& parameter : parameters_) {
+    AppendTerminated(parameter.name, bytes);
+    AppendTerminated(parameter.value, bytes);
+  }
+  return out.Write(code, AsBytes(bytes));
+}
+
+bool TExternalQuerySpecification::IsEqual(const TQuerySpecification& other) const {
+  const auto* const that = dynamic_cast<const TExternalQuerySpecification*>(&other);
+  return TTableSpecification::IsEqual(other) && that != nullptr && parameters_ == that->parameters_;
+}
+
+Status TExternalQuerySpecification::WriteXml(TXmlWriteContext& context, dom::Element,
+                                             dom::Element parent) const {
+  const bool is_command = platform_ == kCommandPlatform;
+  const bool is_library = platform_ == kLibraryPlatform;
+  const dom::Element element = parent.appendElement(is_command   ? kCommandElement
+                                                    : is_library ? kLibraryElement
+                                                                 : kEventElement);
+  const TXmlWriteScope scope{context, element, GetName().View()};
+  static constexpr TProperty kEventRows[] = {
+      ChildIfSet<&TExternalQuerySpecification::event_class_>(kNoCode, "EventClass"),
+      ChildIfSet<&TExternalQuerySpecification::event_code_>(kNoCode, "EventCode"),
+  };
+  WriteTextElement(element, is_command ? "Command" : "Target", target_.View());
+  if (HasEvent()) WriteXmlRows(kEventRows, this, scope);
+  const dom::Element list = element.appendElement(is_library ? "ParameterList" : "VariableList");
+  for (const TExternalParameter& parameter : parameters_) {
+    if (is_library) {
+      WriteTextElement(list, "ParameterItem", parameter.value.View());
+      continue;
+    }
+    const dom::Element item = list.appendElement("VariableItem");
+    WriteTextElement(item, "Name", parameter.name.View());
+    WriteTextElement(item, "Value", parameter.value.View());
+  }
+  return TTableSpecification::WriteXml(context, element, parent);
+}
+
+Status TExternalQuerySpecification::ReadXml(const TXmlReadContext& context, dom::Element element) {
+  const std::string_view name = element.getTagName();
+  platform_ = name == kLibraryElement ? kLibraryPlatform
+              : name == kEventElement ? kEventPlatform
+                                      : kCommandPlatform;
+  const std::string_view target = element.getFirstChildElement("Target") ? "Target" : "Command";
+  std::string joined;
+  target_ = GetText(element, target, joined);
+  if (platform_ == kEventPlatform) {
+    event_class_ = ReadEvent(element, "EventClass");
+    event_code_ = ReadEvent(element, "EventCode");
+  }
+  const bool is_library = platform_ == kLibraryPlatform;
+  const std::string_view item_name = is_library ? "ParameterItem" : "VariableItem";
+  const dom::Element list =
+      element.getFirstChildElement(is_library ? "ParameterList" : "VariableList");
+  for (dom::Element item = list.getFirstChildElement(item_name); item;
+       item = item.getNextSiblingElement(item_name)) {
+    TExternalParameter& parameter = parameters_.Append();
+    if (!is_library) parameter.name = GetText(item, "Name", joined);
+    parameter.value = is_library ? item.getTextContent(joined) : GetText(item, "Value", joined);
+  }
+  return TTableSpecification::ReadXml(context, element);
+}
+
+}  // namespace zaf

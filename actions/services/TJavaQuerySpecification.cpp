@@ -1,0 +1,27 @@
+#include "actions/services/TJavaQuerySpecification.h"
+
+namespace zaf {
+namespace {
+
+constexpr TWord kKindWords[] = {
+    {0,                                       "Class"},
+    {static_cast<std::int32_t>(Code("bean")), "Bean" },
+};
+constexpr TVocabulary kKinds{kKindWords, TVocabulary::Fallback::kFirstWord};
+constexpr TWordCodec kKindCodec{kKinds};
+
+}  // namespace
+
+std::span<const TProperty> TJavaQuerySpecification::Properties() {
+  using Java = TJavaQuerySpecification;
+  static constexpr TProperty kRows[] = {
+      Attribute<&Java::kind_>(Code("type"), "Type", kKindCodec),
+      Child<&Java::class_name_>(Code("name"), "Class"),
+      Child<&Java::server_>(Code("host"), "JavaServer"),
+      Child<&Java::port_>(Code("port"), "JavaServerPort"),
+      List<&Java::arguments_>(Code("argu"), "ParameterList", "ParameterItem"),
+  };
+  return kRows;
+}
+
+}  // namespace zaf

@@ -1,0 +1,50 @@
+#include "actions/services/TScriptSpecification.h"
+
+#include "foundation/CaseFolding.h"
+
+namespace zaf {
+namespace {
+
+constexpr TWord kLanguageWords[] = {
+    {static_cast<std::int32_t>(Code("jscr")), "JavaScript" },
+    {static_cast<std::int32_t>(Code("vscr")), "VBScript"   },
+    {static_cast<std::int32_t>(Code("ascr")), "AppleScript"},
+};
+constexpr TVocabulary kLanguages{kLanguageWords, TVocabulary::Fallback::kCharacters};
+constexpr TWordCodec kLanguageCodec{kLanguages};
+
+constexpr std::string_view kLanguageAttribute = "Type";
+constexpr std::string_view kDefaultScope = "Default";
+
+/// A scope: a text whose default, in any case, is written as the empty text.
+class TScopeCodec final : public TTextCodecBase {
+ protected:
+  std::string_view Spell(const void* field, TScratch&) const override {
+    const std::string_view scope = static_cast<const CText*>(field)->View();
+    return EqualsIgnoringCase(scope, kDefaultScope) ? std::string_view() : scope;
+  }
+};
+
+constexpr TScopeCodec kScopeCodec;
+
+}  // namespace
+
+std::span<const TProperty> TScriptSpecification::Properties() {
+  using Script = TScriptSpecification;
+  static constexpr TProperty kRows[] = {
+      Attribute<&Script::language_>(Code("flav"), kLanguageAttribute, kLanguageCodec),
+      AttributeIfSet<&Script::is_block_>(Code("blok"), "Block"),
+      Child<&Script::script_>(Code("scrp"), "Script"),
+      Child<&Script::scope_>(Code("scop"), "Scope", kScopeCodec),
+  };
+  return kRows;
+}
+
+/// An empty language is a code of its own; only a missing one is the usual language.
+Status TScriptSpecification::ReadXml(const TXmlReadContext& context, dom::Element element) {
+  const Status status = TTableSpecification::ReadXml(context, element);
+  if (!element.hasAttribute(kLanguageAttribute)) language_ = Code("jscr");
+  return status;
+}
+
+}  // namespace zaf

@@ -1,0 +1,43 @@
+#include "fields/OutputCodec.h"
+
+#include "fields/AssignWithLineFeeds.h"
+#include "fields/WriteTextElement.h"
+#include "foundation/Heap.h"
+
+namespace zaf {
+
+Status TOutputCodec::ReadLegacy(const TProperty& row, void* field,
+                                const TLegacySection& section) const {
+  if (line_feeds_ == LineFeeds::kNotAdded) return TTextCodecBase::ReadLegacy(row, field, section);
+  std::string_view text;
+  if (const Status status = section.View(text); status != Status::kOk) return status;
+  return AssignWithLineFeeds(text, *static_cast<CText*>(field)) ? Status::kOk : Status::kFailure;
+}
+
+void TOutputCodec::WriteXml(const TProperty& row, const void* field,
+                            const TXmlWriteScope& scope) const {
+  const auto& text = *static_cast<const CText*>(field);
+  if (text.IsEmpty()) return;
+  heap::TPooledString id;
+  id.reserve(scope.action_name.size() + row.detail.size());
+  id.append(scope.action_name).append(row.detail);
+  // Most of what a document says is in these texts, and the action outlives it.
+  const dom::Element output = scope.context.outputs.appendElement("Output");
+  AppendText(output, text.View(), dom::TextOwner::kCaller);
+  output.appendAttribute("ID", id);
+  output.appendAttribute("Type", "HTML");
+  scope.element.appendElement(row.name).appendAttribute("Ref", id);
+}
+
+Status TOutputCodec::ReadXml(const TProperty& row, void* field, const TXmlReadScope& scope) const {
+  const dom::Element reference = scope.FindChild(row.name);
+  if (!reference) return Status::kOk;
+  const std::string_view* const text = scope.context.outputs.Find(reference.getAttribute("Ref"));
+  if (text == nullptr) return Status::kOk;
+  if (const Status status = scope.context.references.Charge(text->size()); status != Status::kOk)
+    return status;
+  *static_cast<CText*>(field) = *text;
+  return Status::kOk;
+}
+
+}  // namespace zaf

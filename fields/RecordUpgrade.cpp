@@ -1,0 +1,63 @@
+#include "fields/RecordUpgrade.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace zaf {
+namespace {
+
+/// The bytes [offset, offset + width) of `bytes`, as far as they are there.
+template <class Byte>
+std::span<Byte> Clip(std::span<Byte> bytes, std::size_t offset, std::size_t width) {
+  const std::size_t begin = std::min(offset, bytes.size());
+  return {bytes.data() + begin, std::min(width, bytes.size() - begin)};
+}
+
+/// Stores a text in a slot that is all zero.
+void StoreText(std::string_view text, std::span<std::byte> slot) {
+  if (!slot.empty()) std::memcpy(slot.data(), text.data(), std::min(text.size(), slot.size() - 1));
+}
+
+}  // namespace
+
+const TRecordUpgrade* FindUpgrade(std::span<const TRecordUpgrade> upgrades, FourCharCode code,
+                                  std::size_t legacy_size) {
+  const auto found =
+      std::find_if(upgrades.begin(), upgrades.end(), [&](const TRecordUpgrade& upgrade) {
+        return upgrade.code == code &&
+               (upgrade.legacy_size == kAnySize || upgrade.legacy_size == legacy_size);
+      });
+  return found == upgrades.end() ? nullptr : &*found;
+}
+
+void ApplyUpgrade(const TRecordUpgrade& upgrade, ByteView legacy_record,
+                  std::span<std::byte> record) {
+  for (const TUpgradeStep& step : upgrade.steps) {
+    const ByteView source = Clip(legacy_record, step.from, step.from_width);
+    const std::span<std::byte> slot = Clip(record, step.to, step.to_width);
+    switch (step.kind) {
+      case TUpgradeStep::Kind::kText:
+        StoreText(UntilNul(AsText(source)), slot);
+        break;
+      case TUpgradeStep::Kind::kNumber:
+        if (source.size() == step.from_width && source.size() <= slot.size())
+          std::copy(source.begin(), source.end(), slot.begin());
+        break;
+      case TUpgradeStep::Kind::kBytes:
+        std::copy_n(source.begin(), std::min(source.size(), slot.size()), slot.begin());
+        break;
+      case TUpgradeStep::Kind::kConstant:
+        StoreText(step.constant, slot);
+        break;
+    }
+  }
+}
+
+bool UpgradeRecord(std::span<const TRecordUpgrade> upgrades, FourCharCode code,
+                   ByteView legacy_record, std::span<std::byte> record) {
+  const TRecordUpgrade* const upgrade = FindUpgrade(upgrades, code, legacy_record.size());
+  if (upgrade != nullptr) ApplyUpgrade(*upgrade, legacy_record, record);
+  return upgrade != nullptr;
+}
+
+}  // namespace zaf

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+#include "fields/TRecordHeader.h"
+#include "fields/TSectionWriter.h"
+#include "foundation/Status.h"
+#include "foundation/TByteReader.h"
+#include "foundation/TDataFile.h"
+
+namespace zaf {
+
+/// Reads the record header at `offset`. Fails when the file does not hold it whole; kMalformed
+/// when the file's work is used up.
+Status ReadRecordHeader(TDataFile& file, std::uint32_t offset, TRecordHeader& header);
+
+/// Writes the record header at `offset`.
+Status WriteRecordHeader(TDataFile& file, std::uint32_t offset, const TRecordHeader& header);
+
+/// The section map of a record, in place: valid as long as the file stays open. Nothing is
+/// allocated for it, whatever its header says.
+class TSectionMap {
+ public:
+  /// Finds the entries that the file holds whole; they may be fewer than the header says.
+  /// kMalformed when the file's work is used up.
+  Status Open(TDataFile& file, const TRecordHeader& header);
+
+  /// Whether the file holds all entries that the header says.
+  [[nodiscard]] bool IsComplete() const { return is_complete_; }
+
+  /// Takes the next entry; false at the end.
+  bool Next(TSectionMapEntry& entry) {
+    std::array<std::uint32_t, 3> words;
+    if (entries_.ReadU32(words) != Status::kOk) return false;
+    entry = {FourCharCode{words[0]}, words[1], words[2]};
+    return true;
+  }
+
+ private:
+  TByteReader entries_{ByteView()};
+  bool is_complete_ = false;
+};
+
+}  // namespace zaf

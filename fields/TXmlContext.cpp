@@ -1,0 +1,38 @@
+#include "fields/TXmlContext.h"
+
+#include <algorithm>
+
+namespace zaf {
+namespace {
+
+constexpr std::uint64_t kReferencedPerByte = 32;
+constexpr std::uint64_t kLeastReferenced = 4 << 20;
+
+}  // namespace
+
+TOutputIndex::TOutputIndex(dom::Element outputs) {
+  for (dom::Element output = outputs.getFirstChildElement("Output"); output;
+       output = output.getNextSiblingElement("Output")) {
+    const auto [place, is_new] = texts_.try_emplace(output.getAttribute("ID"));
+    if (is_new) place->second = output.getTextContent();
+  }
+}
+
+const std::string_view* TOutputIndex::Find(std::string_view id) const {
+  const auto found = texts_.find(id);
+  return found == texts_.end() ? nullptr : &found->second;
+}
+
+TReferenceBudget::TReferenceBudget(std::size_t document_size)
+    : left_(std::max(kReferencedPerByte * document_size, kLeastReferenced)) {}
+
+Status TReferenceBudget::Charge(std::size_t bytes) {
+  if (bytes > left_) {
+    left_ = 0;
+    return Status::kMalformed;
+  }
+  left_ -= bytes;
+  return Status::kOk;
+}
+
+}  // namespace zaf

@@ -1,0 +1,262 @@
+#include "fields/ValueCodecs.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cstring>
+
+#include "fields/WriteTextElement.h"
+
+namespace zaf {
+namespace {
+
+template <class Field>
+const Field& Get(const void* field) {
+  return *static_cast<const Field*>(field);
+}
+
+template <class Field>
+Field& Get(void* field) {
+  return *static_cast<Field*>(field);
+}
+
+std::string_view SpellNumber(std::int32_t value, std::array<char, 16>& scratch) {
+  char* const begin = scratch.data();
+  const auto result = std::to_chars(begin, begin + scratch.size(), value);
+  return {begin, static_cast<std::size_t>(result.ptr - begin)};
+}
+
+std::string_view SpellCode(FourCharCode code, std::array<char, 16>& scratch) {
+  const std::array<char, 4> characters = Characters(code);
+  std::copy(characters.begin(), characters.end(), scratch.begin());
+  return UntilNul({scratch.data(), characters.size()});
+}
+
+/// A field with words is a number or a code, and both have 32 bits.
+std::int32_t LoadWord(const void* field) {
+  std::int32_t value = 0;
+  std::memcpy(&value, field, sizeof value);
+  return value;
+}
+
+void StoreWord(void* field, std::int32_t value) { std::memcpy(field, &value, sizeof value); }
+
+}  // namespace
+
+void TValueCodec::WriteXml(const TProperty& row, const void* field,
+                           const TXmlWriteScope& scope) const {
+  const bool if_set = row.form == XmlForm::kChildIfSet || row.form == XmlForm::kAttributeIfSet;
+  if (if_set && !IsSet(field)) return;
+  const std::string_view text = Spell(field, scope.context.scratch);
+  if (row.form == XmlForm::kAttribute || row.form == XmlForm::kAttributeIfSet) {
+    scope.element.appendAttribute(row.name, text);
+  } else {
+    WriteTextElement(scope.element, row.name, text);
+  }
+}
+
+Status TValueCodec::ReadXml(const TProperty& row, void* field, const TXmlReadScope& scope) const {
+  const bool is_attribute = row.form == XmlForm::kAttribute || row.form == XmlForm::kAttributeIfSet;
+  return Parse(field,
+               is_attribute ? scope.element.getAttribute(row.name) : scope.FindText(row.name));
+}
+
+Status TTextCodecBase::ReadLegacy(const TProperty&, void* field,
+                                  const TLegacySection& section) const {
+  std::string_view text;
+  if (const Status status = section.View(text); status != Status::kOk) return status;
+  if (inner_nul_ == InnerNul::kEndsText) text = UntilNul(text);
+  Get<CText>(field) = text;
+  return Get<CText>(field).GetCharacterCount() == text.size() ? Status::kOk : Status::kFailure;
+}
+
+Status TTextCodecBase::WriteLegacy(const TProperty& row, const void* field,
+                                   TSectionWriter& out) const {
+  const auto& text = Get<CText>(field);
+  if (text.IsEmpty() && legacy_ == LegacyText::kIfNotEmpty) return Status::kOk;
+  return out.Write(row.code, text);
+}
+
+bool TTextCodecBase::IsEqual(const void* field, const void* other) const {
+  return Get<CText>(field).View() == Get<CText>(other).View();
+}
+
+std::string_view TTextCodecBase::Spell(const void* field, TScratch&) const {
+  return Get<CText>(field).View();
+}
+
+Status TTextCodecBase::Parse(void* field, std::string_view text) const {
+  Get<CText>(field) = text;
+  return Status::kOk;
+}
+
+bool TTextCodecBase::IsSet(const void* field) const { return !Get<CText>(field).IsEmpty(); }
+
+Status TSwitchCodec::ReadLegacy(const TProperty&, void* field,
+                                const TLegacySection& section) const {
+  std::int32_t value = 0;
+  if (const Status status = section.Read(value); status != Status::kOk) return status;
+  Get<bool>(field) = rule_ == SwitchRule::kPositive ? value > 0 : value != 0;
+  return Status::kOk;
+}
+
+Status TSwitchCodec::WriteLegacy(const TProperty& row, const void* field,
+                                 TSectionWriter& out) const {
+  return out.Write(row.code, std::int32_t{Get<bool>(field)});
+}
+
+bool TSwitchCodec::IsEqual(const void* field, const void* other) const {
+  return Get<bool>(field) == Get<bool>(other);
+}
+
+std::string_view TSwitchCodec::Spell(const void* field, TScratch&) const {
+  return Get<bool>(field) ? on_word_ : "False";
+}
+
+Status TSwitchCodec::Parse(void* field, std::string_view text) const {
+  Get<bool>(field) = text == "True";
+  return Status::kOk;
+}
+
+bool TSwitchCodec::IsSet(const void* field) const { return Get<bool>(field); }
+
+Status TNumberCodecBase::ReadLegacy(const TProperty&, void* field,
+                                    const TLegacySection& section) const {
+  return section.Read(Get<std::int32_t>(field));
+}
+
+Status TNumberCodecBase::WriteLegacy(const TProperty& row, const void* field,
+                                     TSectionWriter& out) const {
+  return out.Write(row.code, Get<std::int32_t>(field));
+}
+
+bool TNumberCodecBase::IsEqual(const void* field, const void* other) const {
+  return Get<std::int32_t>(field) == Get<std::int32_t>(other);
+}
+
+std::string_view TNumberCodecBase::Spell(const void* field, TScratch& scratch) const {
+  return SpellNumber(Get<std::int32_t>(field), scratch);
+}
+
+Status TNumberCodecBase::Parse(void* field, std::string_view text) const {
+  Get<std::int32_t>(field) = ParseNumber(text);
+  return Status::kOk;
+}
+
+bool TNumberCodecBase::IsSet(const void* field) const { return Get<std::int32_t>(field) != 0; }
+
+Status TCodeCodec::ReadLegacy(const TProperty&, void* field, const TLegacySection& section) const {
+  std::int32_t value = 0;
+  if (const Status status = section.Read(value); status != Status::kOk) return status;
+  Get<FourCharCode>(field) = FourCharCode{static_cast<std::uint32_t>(value)};
+  return Status::kOk;
+}
+
+Status TCodeCodec::WriteLegacy(const TProperty& row, const void* field, TSectionWriter& out) const {
+  return out.Write(row.code, static_cast<std::int32_t>(Get<FourCharCode>(field)));
+}
+
+bool TCodeCodec::IsEqual(const void* field, const void* other) const {
+  return Get<FourCharCode>(field) == Get<FourCharCode>(other);
+}
+
+std::string_view TCodeCodec::Spell(const void* field, TScratch& scratch) const {
+  return SpellCode(Get<FourCharCode>(field), scratch);
+}
+
+Status TCodeCodec::Parse(void* field, std::string_view text) const {
+  Get<FourCharCode>(field) = CodeOfText(text);
+  return Status::kOk;
+}
+
+bool TCodeCodec::IsSet(const void* field) const {
+  TScratch scratch;
+  return !Spell(field, scratch).empty();
+}
+
+std::string_view TVocabulary::WordOf(std::int32_t value) const {
+  const auto found = std::find_if(words.begin(), words.end(),
+                                  [&](const TWord& word) { return word.value == value; });
+  return found == words.end() ? std::string_view() : found->word;
+}
+
+bool TVocabulary::Find(std::string_view word, std::int32_t& value) const {
+  const auto found = std::find_if(words.begin(), words.end(),
+                                  [&](const TWord& known) { return known.word == word; });
+  if (found == words.end()) return false;
+  value = found->value;
+  return true;
+}
+
+Status TWordCodec::ReadLegacy(const TProperty&, void* field, const TLegacySection& section) const {
+  std::int32_t value = 0;
+  if (const Status status = section.Read(value); status != Status::kOk) return status;
+  StoreWord(field, value);
+  return Status::kOk;
+}
+
+Status TWordCodec::WriteLegacy(const TProperty& row, const void* field, TSectionWriter& out) const {
+  return out.Write(row.code, LoadWord(field));
+}
+
+bool TWordCodec::IsEqual(const void* field, const void* other) const {
+  return LoadWord(field) == LoadWord(other);
+}
+
+std::string_view TWordCodec::Spell(const void* field, TScratch& scratch) const {
+  const std::int32_t value = LoadWord(field);
+  const std::string_view word = vocabulary_.WordOf(value);
+  if (!word.empty()) return word;
+  switch (vocabulary_.fallback) {
+    case TVocabulary::Fallback::kNumber:
+      return SpellNumber(value, scratch);
+    case TVocabulary::Fallback::kCharacters:
+      return SpellCode(FourCharCode{static_cast<std::uint32_t>(value)}, scratch);
+    case TVocabulary::Fallback::kZero:
+      return {};
+    case TVocabulary::Fallback::kFirstWord:
+    case TVocabulary::Fallback::kRefuse:
+      break;
+  }
+  return vocabulary_.words.front().word;
+}
+
+Status TWordCodec::Parse(void* field, std::string_view text) const {
+  std::int32_t value = vocabulary_.words.front().value;
+  if (!vocabulary_.Find(text, value)) {
+    switch (vocabulary_.fallback) {
+      case TVocabulary::Fallback::kNumber:
+        value = ParseNumber(text);
+        break;
+      case TVocabulary::Fallback::kCharacters:
+        value = static_cast<std::int32_t>(CodeOfText(text));
+        break;
+      case TVocabulary::Fallback::kRefuse:
+        if (!text.empty()) return Status::kMalformed;
+        break;
+      case TVocabulary::Fallback::kZero:
+        value = 0;
+        break;
+      case TVocabulary::Fallback::kFirstWord:
+        break;
+    }
+  }
+  StoreWord(field, value);
+  return Status::kOk;
+}
+
+bool TWordCodec::IsSet(const void* field) const {
+  return !vocabulary_.WordOf(LoadWord(field)).empty();
+}
+
+std::int32_t ParseNumber(std::string_view text) {
+  std::size_t at = text.find_first_not_of(" \t\n\v\f\r");
+  if (at == std::string_view::npos) return 0;
+  const bool is_negative = text[at] == '-';
+  if (is_negative || text[at] == '+') ++at;
+  std::uint32_t value = 0;
+  for (; at < text.size() && text[at] >= '0' && text[at] <= '9'; ++at)
+    value = value * 10 + static_cast<std::uint32_t>(text[at] - '0');
+  return static_cast<std::int32_t>(is_negative ? 0 - value : value);
+}
+
+}  // namespace zaf

@@ -1,0 +1,64 @@
+#include "fields/WriteTextElement.h"
+
+#include <cstddef>
+#include <string>
+
+#include "fields/TextTraits.h"
+
+namespace zaf {
+namespace {
+
+/// Whether nothing but spaces is in the text: readers would take it for layout.
+bool IsBlank(std::string_view text) {
+  return text.find_first_not_of(' ') == std::string_view::npos;
+}
+
+/// Appends `kept`, which holds no character that is dropped.
+void AppendKept(dom::Element element, std::string_view kept, bool needs_cdata,
+                dom::TextOwner owner) {
+  if (!needs_cdata && !IsBlank(kept)) {
+    element.appendText(kept, owner);
+    return;
+  }
+  constexpr std::string_view kSectionEnd = "]]>";
+  for (std::size_t end = kept.find(kSectionEnd); end != std::string_view::npos;
+       end = kept.find(kSectionEnd)) {
+    element.appendCDATASection(kept.substr(0, end + 2), owner);
+    kept.remove_prefix(end + 2);
+  }
+  element.appendCDATASection(kept, owner);
+}
+
+void AppendExamined(dom::Element element, std::string_view text, TTextTraits traits,
+                    dom::TextOwner owner) {
+  if (!traits.has_dropped) {
+    AppendKept(element, text, traits.needs_cdata, owner);
+    return;
+  }
+  std::string kept(text);
+  std::erase_if(kept, IsDroppedCharacter);
+  AppendKept(element, kept, traits.needs_cdata, dom::TextOwner::kDocument);
+}
+
+}  // namespace
+
+dom::Element WriteTextElement(dom::Element parent, std::string_view name, std::string_view text) {
+  if (text.empty()) return parent.appendElement(name);
+  // Most are short and simple. One that begins with a blank may be blank altogether.
+  if (text.size() <= dom::kBlock && text.front() != ' ') {
+    dom::ShortText copy;
+    if (CopySimple(text, copy)) return parent.appendPlainElement(name, copy);
+  }
+  const TTextTraits traits = ExamineText(text);
+  if (!traits.has_dropped && !traits.needs_cdata && !IsBlank(text))
+    return parent.appendPlainElement(name, text);
+  const dom::Element element = parent.appendElement(name);
+  AppendExamined(element, text, traits, dom::TextOwner::kDocument);
+  return element;
+}
+
+void AppendText(dom::Element element, std::string_view text, dom::TextOwner owner) {
+  if (!text.empty()) AppendExamined(element, text, ExamineText(text), owner);
+}
+
+}  // namespace zaf
