@@ -27,19 +27,22 @@ TFileResult WriteOutput(TZanfoFile& document, const TQuerySpecificationServer& s
                         const CText& path, TDataFile& file) {
   const Protection protection = document.IsRunOnly() ? Protection::kProtected : Protection::kPlain;
   Status status = Status::kFailure;
+  const auto failure = [&] {
+    return file.HasWriteFailed() ? FileOutcome::kOutputNotWritten : FileOutcome::kOutputNotCreated;
+  };
   const auto save = [&] {
     status = file.Open(path, TOpenMode::kCreateNew);
-    if (status != Status::kOk) return FileOutcome::kOutputNotCreated;
+    if (status != Status::kOk) return failure();
     status = document.Save(file, &server, protection);
     return status == Status::kOk ? FileOutcome::kConverted : FileOutcome::kOutputNotWritten;
   };
   const auto publish = [&] {
     status = file.Publish();
-    if (status == Status::kOk) return FileOutcome::kConverted;
-    return file.HasWriteFailed() ? FileOutcome::kOutputNotWritten : FileOutcome::kOutputNotCreated;
+    return status == Status::kOk ? FileOutcome::kConverted : failure();
   };
   FileOutcome outcome = Attempt(save, FileOutcome::kOutputNotWritten);
-  if (outcome == FileOutcome::kConverted) outcome = Attempt(publish, FileOutcome::kOutputNotWritten);
+  if (outcome == FileOutcome::kConverted)
+    outcome = Attempt(publish, FileOutcome::kOutputNotWritten);
   file.Close();
   return {outcome, status};
 }

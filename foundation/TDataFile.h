@@ -70,7 +70,8 @@ class TDataFile : public TDiskFile {
   /// already or when the file could not be stored; it is gone then.
   Status Publish();
   /// Whether a file opened with kCreateNew could not be stored: Write failed, or Publish did for
-  /// want of room. When Publish fails and this is false, the name could not be created.
+  /// want of space, or no file can have that name on this system. When Open or Publish fails and
+  /// this is false, the name could not be created.
   [[nodiscard]] bool HasWriteFailed() const { return new_file_.HasWriteFailed(); }
 
  protected:

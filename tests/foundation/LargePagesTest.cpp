@@ -2,10 +2,13 @@
 #include <fstream>
 #include <gtest/gtest.h>
 #include <memory>
-#include <unistd.h>
 #include <vector>
 
 #include "foundation/LargePages.h"
+
+#ifdef __linux__
+#include <unistd.h>
+#endif
 
 namespace zaf {
 namespace {
