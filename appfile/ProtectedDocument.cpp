@@ -11,7 +11,11 @@ namespace {
 constexpr std::string_view kKeyText =
     "Zaf2Xml keeps a run-only application from being read by chance";
 static_assert(kKeyText.size() == 62);
-constexpr std::string_view kInitial("\0\0\0\0\0\0\0\0", kCipherBlockSize);
+
+const TCipher& DocumentCipher() {
+  static const TCipher cipher(kKeyText, TCipherBlock{});
+  return cipher;
+}
 
 }  // namespace
 
@@ -25,21 +29,17 @@ Status WriteProtected(const dom::Document& document, dom::OutputBuffer& output) 
   if (excess != 0) output.Append(kCipherBlockSize - excess, '\n');
   if (output.HasFailed()) return Status::kFailure;
   const std::span<std::byte> bytes = std::as_writable_bytes(output.Bytes().subspan(begin));
-  TDigest digest;
-  if (!ComputeDigest(bytes.subspan(kDigestSize), digest)) return Status::kFailure;
-  std::copy(digest.begin(), digest.end(), bytes.begin());
-  return TCipher(kKeyText).Encipher(kInitial, bytes) ? Status::kOk : Status::kFailure;
+  std::ranges::copy(ComputeDigest(bytes.subspan(kDigestSize)), bytes.begin());
+  DocumentCipher().Encipher(bytes);
+  return Status::kOk;
 }
 
 Status ReadProtected(std::span<std::byte> bytes, std::span<std::byte>& text) {
-  if (bytes.size() < kDigestSize || !TCipher(kKeyText).Decipher(kInitial, bytes))
-    return Status::kMalformed;
-  TDigest digest;
-  if (!ComputeDigest(bytes.subspan(kDigestSize), digest) ||
-      !std::equal(digest.begin(), digest.end(), bytes.begin()))
-    return Status::kMalformed;
+  if (bytes.size() < kDigestSize || bytes.size() % kCipherBlockSize != 0) return Status::kMalformed;
+  DocumentCipher().Decipher(bytes);
   text = bytes.subspan(kDigestSize);
-  return Status::kOk;
+  return std::ranges::equal(ComputeDigest(text), bytes.first(kDigestSize)) ? Status::kOk
+                                                                           : Status::kMalformed;
 }
 
 }  // namespace zaf

@@ -24,7 +24,8 @@ class TCipheredTextCodec final : public TTextCodecBase {
 
   Status WriteLegacy(const TProperty& row, const void* field, TSectionWriter& out) const override {
     CCipherText text(static_cast<const CText*>(field)->View());
-    return text.Encipher() ? TTextCodecBase::WriteLegacy(row, &text, out) : Status::kFailure;
+    text.Encipher();
+    return TTextCodecBase::WriteLegacy(row, &text, out);
   }
 };
 

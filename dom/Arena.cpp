@@ -3,14 +3,14 @@
 #include <limits>
 
 #include "dom/Blocks.h"
-#include "dom/PagePool.h"
+#include "dom/Heap.h"
 
 namespace dom {
 namespace {
 
 /// What a page holds besides: the link to the one before, and the room behind its end.
 constexpr std::size_t kExtra = 2 * sizeof(void*) + kBlock;
-/// As much as pugixml takes at a time, all in all, so that one can use the pages of the other.
+/// With what the page holds besides, a power of two.
 constexpr std::size_t kPageSize = (std::size_t{32} << 10) - kExtra;
 /// What needs more has a page of its own, so that little of a page is ever lost.
 constexpr std::size_t kLargest = kPageSize / 8;
@@ -21,7 +21,7 @@ void Arena::Clear() {
   while (last_page_ != nullptr) {
     Page* const page = last_page_;
     last_page_ = page->before;
-    PagePool::Return(page);
+    Free(page);
   }
   next_ = nullptr;
   end_ = nullptr;
@@ -41,7 +41,7 @@ void* Arena::AllocateElsewhere(std::size_t size) {
 char* Arena::AddPage(std::size_t size) {
   static_assert(kExtra == sizeof(Page) + alignof(Page) + kBlock);
   void* const memory = size <= std::numeric_limits<std::size_t>::max() - kExtra
-                           ? PagePool::Take(kExtra + size)
+                           ? dom::Allocate(kExtra + size)
                            : nullptr;
   if (memory == nullptr) {
     has_failed_ = true;

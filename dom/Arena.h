@@ -5,8 +5,7 @@
 namespace dom {
 
 /// The memory of one tree: pages that are filled from front to back and given up all at once. Not
-/// for others than the classes of this folder. The pages are the PagePool's, so the next tree has
-/// those of the last.
+/// for others than the classes of this folder.
 class Arena {
  public:
   Arena() = default;

@@ -1,10 +1,14 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <string_view>
+
+#include "dom/CharacterClasses.h"
 
 #if defined(__SSE2__) || defined(_M_X64)
 #include <emmintrin.h>
@@ -13,8 +17,8 @@
 #define ZAF2XML_SSE2 0
 #endif
 
-/// Characters taken 16 at a time, with SSE2 where the processor has it: for those who write and
-/// read documents.
+/// Characters taken 16 at a time, with SSE2 where the processor has it: what the parser and the
+/// serialiser do for every character.
 namespace dom {
 
 inline constexpr std::size_t kBlock = 16;
@@ -24,6 +28,12 @@ enum class Search {
   kControls,       ///< Below 0x20.
   kTextSpecials,   ///< `&` `<` `>` `"`
   kValueSpecials,  ///< Both.
+  // Where a parser stops. Controls are here those that XML does not allow, and CR.
+  kNotSpace,   ///< All but blank, tab, LF and CR.
+  kNotName,    ///< All but ASCII letters and digits and `-` `.` `:` `_`.
+  kTextEnd,    ///< `<` `&` `]` and controls.
+  kCDataEnd,   ///< `]` and controls.
+  kValueEnd,   ///< `<` `&` `"` `'`, controls, tab and LF.
 };
 
 /// A text of up to a block. What stands behind it does not matter.
@@ -105,9 +115,69 @@ inline __m128i LoadBlock(const char* text, std::size_t count) {
   return _mm_set_epi64x(static_cast<std::int64_t>(high), static_cast<std::int64_t>(low));
 }
 
+/// 0xFF in each place of a block that has this character.
+inline __m128i EqualTo(__m128i block, char character) {
+  return _mm_cmpeq_epi8(block, _mm_set1_epi8(character));
+}
+
 /// A bit for each place in a block that has this character.
 inline unsigned FindInBlock(__m128i block, char character) {
-  return static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(block, _mm_set1_epi8(character))));
+  return static_cast<unsigned>(_mm_movemask_epi8(EqualTo(block, character)));
+}
+
+/// 0xFF in each place of a block that has a character from `first` to `first + count`.
+inline __m128i InRange(__m128i block, char first, char count) {
+  const __m128i distance = _mm_sub_epi8(block, _mm_set1_epi8(first));
+  return _mm_cmpeq_epi8(_mm_min_epu8(distance, _mm_set1_epi8(count)), distance);
+}
+
+inline __m128i AnyOf(__m128i one) { return one; }
+template <class... Others>
+__m128i AnyOf(__m128i one, Others... others) {
+  return _mm_or_si128(one, AnyOf(others...));
+}
+
+/// A bit for each place of a block where what is searched for was found.
+template <Search search>
+inline unsigned FoundIn(__m128i block) {
+  const auto bits = [](__m128i found) { return static_cast<unsigned>(_mm_movemask_epi8(found)); };
+  const auto equal = [=](char character) { return EqualTo(block, character); };
+  // '"' and '&' differ in one bit, and so do '<' and '>'.
+  const auto specials = [=] {
+    return AnyOf(EqualTo(_mm_or_si128(block, _mm_set1_epi8('"' ^ '&')), '&'),
+                 EqualTo(_mm_or_si128(block, _mm_set1_epi8('<' ^ '>')), '>'));
+  };
+  const __m128i below_blank = InRange(block, 0, 0x1F);
+  const auto controls = [=] {
+    return _mm_andnot_si128(AnyOf(equal('\t'), equal('\n')), below_blank);
+  };
+  switch (search) {
+    case Search::kControls:
+      return bits(below_blank);
+    case Search::kTextSpecials:
+      return bits(specials());
+    case Search::kValueSpecials:
+      return bits(AnyOf(specials(), below_blank));
+    case Search::kNotSpace:
+      return bits(AnyOf(equal(' '), equal('\n'), equal('\t'), equal('\r'))) ^ 0xFFFF;
+    case Search::kNotName:
+      return bits(AnyOf(InRange(_mm_or_si128(block, _mm_set1_epi8(0x20)), 'a', 25),
+                        InRange(block, '0', 10), InRange(block, '-', 1), equal('_'))) ^
+             0xFFFF;
+    case Search::kTextEnd:
+      return bits(AnyOf(equal('<'), equal('&'), equal(']'), controls()));
+    case Search::kCDataEnd:
+      return bits(AnyOf(equal(']'), controls()));
+    case Search::kValueEnd:
+      return bits(AnyOf(equal('<'), equal('&'), equal('"'), equal('\''), below_blank));
+  }
+  return 0;
+}
+
+/// The same for the first `count` characters of a text, at most 16. Reads nothing beyond them.
+template <Search search>
+inline unsigned FindInBlock(const char* text, std::size_t count) {
+  return FoundIn<search>(LoadBlock(text, count)) & ((1U << count) - 1);
 }
 
 /// Copies up to 16 characters, but writes all 16. A bit of the result for each that was found.
@@ -115,37 +185,111 @@ template <Search search>
 inline unsigned CopyBlock(const char* text, std::size_t count, char* target) {
   const __m128i characters = LoadBlock(text, count);
   _mm_storeu_si128(reinterpret_cast<__m128i*>(target), characters);
-  __m128i found = _mm_setzero_si128();
-  if constexpr (search == Search::kTextSpecials || search == Search::kValueSpecials) {
-    // '"' and '&' differ in one bit, and so do '<' and '>'.
-    found = _mm_or_si128(
-        _mm_cmpeq_epi8(_mm_or_si128(characters, _mm_set1_epi8('"' ^ '&')), _mm_set1_epi8('&')),
-        _mm_cmpeq_epi8(_mm_or_si128(characters, _mm_set1_epi8('<' ^ '>')), _mm_set1_epi8('>')));
-  }
-  if constexpr (search == Search::kControls || search == Search::kValueSpecials) {
-    const __m128i control = _mm_min_epu8(characters, _mm_set1_epi8(0x1F));
-    found = _mm_or_si128(found, _mm_cmpeq_epi8(control, characters));
-  }
-  return static_cast<unsigned>(_mm_movemask_epi8(found)) & ((1U << count) - 1);
+  return FoundIn<search>(characters) & ((1U << count) - 1);
+}
+
+inline unsigned FindHighInBlock(const char* text, std::size_t count) {
+  return static_cast<unsigned>(_mm_movemask_epi8(LoadBlock(text, count)));
 }
 
 #else
 
 template <Search search>
-inline unsigned CopyBlock(const char* text, std::size_t count, char* target) {
-  unsigned found = 0;
-  for (std::size_t i = 0; i < count; ++i) {
-    const char c = text[i];
-    target[i] = c;
-    const bool is_special = c == '&' || c == '<' || c == '>' || c == '"';
-    const bool is_control = static_cast<unsigned char>(c) < 0x20;
-    if ((is_special && (search == Search::kTextSpecials || search == Search::kValueSpecials)) ||
-        (is_control && (search == Search::kControls || search == Search::kValueSpecials)))
-      found |= 1U << i;
+constexpr bool IsFound(char c) {
+  const bool is_below_blank = static_cast<unsigned char>(c) < 0x20;
+  const bool is_control = is_below_blank && c != '\t' && c != '\n';
+  const bool is_special = c == '&' || c == '<' || c == '>' || c == '"';
+  switch (search) {
+    case Search::kControls:
+      return is_below_blank;
+    case Search::kTextSpecials:
+      return is_special;
+    case Search::kValueSpecials:
+      return is_special || is_below_blank;
+    case Search::kNotSpace:
+      return !IsSpace(c);
+    case Search::kNotName:
+      return !IsAsciiLetter(c) && (c < '-' || c > ':' || c == '/') && c != '_';
+    case Search::kTextEnd:
+      return c == '<' || c == '&' || c == ']' || is_control;
+    case Search::kCDataEnd:
+      return c == ']' || is_control;
+    case Search::kValueEnd:
+      return c == '<' || c == '&' || c == '"' || c == '\'' || is_below_blank;
   }
+  return false;
+}
+
+template <Search search>
+inline unsigned FindInBlock(const char* text, std::size_t count) {
+  unsigned found = 0;
+  for (std::size_t i = 0; i < count; ++i) found |= (IsFound<search>(text[i]) ? 1U : 0U) << i;
+  return found;
+}
+
+template <Search search>
+inline unsigned CopyBlock(const char* text, std::size_t count, char* target) {
+  std::memcpy(target, text, count);
+  return FindInBlock<search>(text, count);
+}
+
+inline unsigned FindHighInBlock(const char* text, std::size_t count) {
+  unsigned found = 0;
+  for (std::size_t i = 0; i < count; ++i) found |= (IsHigh(text[i]) ? 1U : 0U) << i;
   return found;
 }
 
 #endif
+
+/// Whether characters that are not ASCII are to be found, too.
+enum class HighCharacters : unsigned { kPassed = 0, kFound = 0xFFFF };
+
+/// FindInBlock, and which are not ASCII if they are to be found.
+template <Search search>
+inline unsigned FindInBlock(const char* text, std::size_t count, HighCharacters high) {
+  return FindInBlock<search>(text, count) |
+         (FindHighInBlock(text, count) & static_cast<unsigned>(high));
+}
+
+/// The same for a text shorter than a block, which only the end of a document has.
+template <Search search>
+const char* FindInRest(const char* text, const char* end, HighCharacters high) {
+  const unsigned found = FindInBlock<search>(text, static_cast<std::size_t>(end - text), high);
+  return found == 0 ? end : text + std::countr_zero(found);
+}
+
+/// The first character that was searched for; `end` when there is none.
+template <Search search>
+inline const char* Find(const char* text, const char* end,
+                        HighCharacters high = HighCharacters::kPassed) {
+  for (; static_cast<std::size_t>(end - text) >= kBlock; text += kBlock) {
+    const unsigned found = FindInBlock<search>(text, kBlock, high);
+    if (found != 0) return text + std::countr_zero(found);
+  }
+  return FindInRest<search>(text, end, high);
+}
+
+/// Copies what is before the first character that was searched for, and takes it from `text`.
+/// Returns the end of the copy, after which a block may be written over.
+template <Search search>
+inline char* CopyUpTo(std::string_view& text, char* target,
+                      HighCharacters high = HighCharacters::kPassed) {
+  const char* p = text.data();
+  std::size_t left = text.size();
+  unsigned found = 0;
+  const auto copy = [&](std::size_t count) {
+    found = CopyBlock<search>(p, count, target);
+    if (high == HighCharacters::kFound) found |= FindHighInBlock(p, count);
+    return found == 0;
+  };
+  for (; left > kBlock && copy(kBlock); left -= kBlock) {
+    p += kBlock;
+    target += kBlock;
+  }
+  if (found == 0) copy(left);
+  const std::size_t count = found == 0 ? left : static_cast<std::size_t>(std::countr_zero(found));
+  text = {p + count, left - count};
+  return target + count;
+}
 
 }  // namespace dom

@@ -4,6 +4,7 @@
 #include <span>
 
 #include "dom/Document.h"
+#include "dom/ParseReport.h"
 
 namespace dom {
 
@@ -13,33 +14,27 @@ class DOMImplementation {
   /// An empty document; null when memory runs out.
   [[nodiscard]] static Document createDocument();
 
-  /// Parses a document, in place: the bytes of `text` are overwritten and hold the document's
-  /// texts from then on, so they belong to the caller and have to live as long as the document
-  /// does or until it is cleared. Takes time and memory linear in the size, whatever the bytes,
-  /// and never fetches anything.
+  /// Parses a document of XML 1.0 (fifth edition). It refers to the bytes of `text`, which have to
+  /// stay as they are as long as the document lives or until it is cleared. Takes time and memory
+  /// linear in the size, whatever the bytes, and never fetches anything. `report` may be null.
   ///
-  /// The encoding: bytes that are declared ISO-8859-1 (or latin1, case ignored) are taken as they
-  /// are, even if a mark of UTF-8, which is skipped, stands in front. Others are UTF-16 or UTF-32
-  /// when a byte order mark says so, else UTF-8, and are turned into ISO-8859-1 in place. A
-  /// character that ISO-8859-1 lacks becomes one `?`, and so does each ill-formed sequence: in
-  /// UTF-8 each maximal subpart of one, as the Unicode Standard recommends (chapter 3, "U+FFFD
-  /// substitution of maximal subparts"), in UTF-16 each lone surrogate, in UTF-32 each number that
-  /// is no character, and in both a cut-off last unit.
+  /// The encoding is UTF-16 when a byte order mark says so, else the declared one of ISO-8859-1 (or
+  /// latin1), US-ASCII and UTF-8 (case ignored), else UTF-8. A mark of UTF-8 is skipped. In texts,
+  /// attribute values and names a character above U+00FF becomes `?`.
   ///
   /// The tree has the elements with their attributes, the texts and the CDATA sections. White space
-  /// between tags is a text in an element that holds no elements; in others it is layout, of which
-  /// all or some may be left out. (A `<` in an attribute, which is not well-formed, may make others
-  /// look like that.) Comments, instructions, the declaration and the document type are skipped.
-  /// CR LF and CR become LF; in attribute values tab and line ends become blanks. `&lt;` `&gt;`
-  /// `&amp;` `&quot;` `&apos;` and the numeric references `&#65;` and `&#x41;` are expanded, those
-  /// above 255 to `?`; anything else that begins with `&` stays as it is written.
+  /// between tags is a text in an element that holds no elements; in others it is layout and left
+  /// out. Comments, instructions, the declaration and the document type are skipped. A reference to
+  /// an entity that is not predefined stays as it is written if the document type has an external
+  /// identifier, under which it might be declared, and the document is not declared standalone.
   ///
-  /// Null when the text is no such document: tags that do not match, unfinished constructs, no
-  /// element, a second element, CDATA or text other than white space beside the root. Whether names
-  /// and attributes are all well-formed is not checked. When memory runs out the document is not
-  /// complete, or null when there was none to begin with.
-  [[nodiscard]] static Document createDocument(std::span<char> text);
-  [[nodiscard]] static Document createDocument(std::span<std::byte> text);
+  /// Null when the text is refused: it is not well-formed, has an internal document type subset,
+  /// another encoding or bytes that are ill-formed in it, or is larger than 4 GiB. When memory runs
+  /// out the document is not complete, or null when there was none to begin with.
+  [[nodiscard]] static Document createDocument(std::span<const char> text,
+                                               ParseReport* report = nullptr);
+  [[nodiscard]] static Document createDocument(std::span<const std::byte> text,
+                                               ParseReport* report = nullptr);
 };
 
 }  // namespace dom

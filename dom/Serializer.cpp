@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <bit>
 #include <cstring>
 #include <string_view>
 
@@ -61,23 +60,6 @@ inline char* Copy(std::string_view text, char* out) {
   return out + text.size();
 }
 
-/// Copies what stands in front of the first character that may have to be escaped, and takes it
-/// from `text`.
-template <Search search>
-char* CopyPlain(std::string_view& text, char* out) {
-  const char* p = text.data();
-  std::size_t left = text.size();
-  unsigned found = 0;
-  for (; left > kBlock; p += kBlock, out += kBlock, left -= kBlock) {
-    found = CopyBlock<search>(p, kBlock, out);
-    if (found != 0) break;
-  }
-  if (found == 0) found = CopyBlock<search>(p, left, out);
-  const std::size_t count = found == 0 ? left : static_cast<std::size_t>(std::countr_zero(found));
-  text = {p + count, left - count};
-  return out + count;
-}
-
 /// Writes into the room of an OutputBuffer. Once that has failed nothing more is written.
 class Writer {
  public:
@@ -132,7 +114,7 @@ class Writer {
   void PutEscaped(std::string_view text) {
     if (text.size() > kPiece) return PutPieces(text, &Writer::PutEscaped<search>);
     while (Reserve(text.size())) {
-      out_ = CopyPlain<search>(text, out_);
+      out_ = CopyUpTo<search>(text, out_);
       if (text.empty()) return;
       const std::string_view escape = EscapeOf<search>(text.front());
       if (!Reserve(kBlock)) return;

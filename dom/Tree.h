@@ -12,9 +12,8 @@
 
 /// The tree behind the handles. Not for others than the classes of this folder.
 ///
-/// pugixml parses, but the nodes are ours: most documents are built and written, never parsed, and
-/// what a node costs decides how fast that is. A node here is a cache line in an arena, and no call
-/// into a library stands between a handle and its node.
+/// What a node costs decides how fast documents are built, written and parsed. A node is a cache
+/// line in an arena.
 namespace dom {
 
 struct TreeElement;
@@ -44,6 +43,7 @@ struct TreeNode {
   bool is_plain;  ///< As in TreeText.
   /// Of an element: whether it may have other children than elements and comments.
   bool may_hold_text;
+  bool holds_elements;  ///< Of an element: whether the parser found an element in it.
   TreeElement* parent;
   TreeNode* next;
   TreeNode* previous;  ///< Of a first child: the last one.
@@ -117,6 +117,8 @@ class Tree {
   }
   /// Whether the text has characters, and not too many.
   static bool CanStay(std::string_view text) { return !text.empty() && text.size() <= kMostText; }
+  /// Memory for the characters of a text; null when memory runs out.
+  char* AllocateText(std::size_t size) { return static_cast<char*>(arena_.Allocate(size)); }
   /// A copy that obeys the rule.
   TreeText CopyLegal(std::string_view text, TextRule rule);
 
@@ -194,7 +196,7 @@ class Tree {
   // Nodes that are detached and have nothing in them.
 
   static constexpr TreeNode EmptyNode(NodeType type, TreeText text) {
-    return {text.data, text.size, type, text.is_plain, false, nullptr, nullptr, nullptr};
+    return {text.data, text.size, type, text.is_plain, false, false, nullptr, nullptr, nullptr};
   }
   static constexpr TreeElement EmptyElement(NodeType type, TreeText name) {
     return {EmptyNode(type, name), nullptr, nullptr, nullptr};

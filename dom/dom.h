@@ -11,5 +11,6 @@
 #include "dom/Node.h"
 #include "dom/NodeList.h"
 #include "dom/OutputBuffer.h"
+#include "dom/ParseReport.h"
 #include "dom/ProcessingInstruction.h"
 #include "dom/Serializer.h"

@@ -27,10 +27,10 @@ struct TFileResult {
 
 enum class Verification : std::uint8_t { kOff, kOn };
 
-/// Converts one file to an XML document. The verification reads what was written and compares it with
-/// the original; the result of the comparison does not count. With verification an output that could
-/// not be created is kOutputNotOpened. An existing output is never changed. Throws std::bad_alloc when
-/// there is no memory for the document objects themselves.
+/// Converts one file to an XML document. The verification reads what was written and compares it
+/// with the original; the result of the comparison does not count. With verification an output that
+/// could not be created is kOutputNotOpened. An existing output is never changed. Throws
+/// std::bad_alloc when there is no memory for the document objects themselves.
 TFileResult ConvertFile(const CText& input_path, const CText& output_path,
                         Verification verification);
 

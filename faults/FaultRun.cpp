@@ -19,13 +19,13 @@ using namespace zaf::faults;
 namespace fs = std::filesystem;
 
 void PrintRows(const std::vector<TRow>& rows) {
-  std::printf("\n%-42s %7s %10s %9s %7s %6s %11s\n", "fault", "points", "converted", "reported",
-              "silent", "ended", "violations");
+  std::printf("\n%-42s %7s %10s %9s %7s %11s\n", "fault", "points", "converted", "reported",
+              "silent", "violations");
   TRow total{"all"};
   const auto print = [](const TRow& row) {
-    std::printf("%-42s %7zu %10zu %9zu %7zu %6zu %11zu\n", row.kind.c_str(), row.point_count,
+    std::printf("%-42s %7zu %10zu %9zu %7zu %11zu\n", row.kind.c_str(), row.point_count,
                 row.outcome_counts[0], row.outcome_counts[1], row.outcome_counts[2],
-                row.outcome_counts[3], row.outcome_counts[4]);
+                row.outcome_counts[3]);
   };
   for (const TRow& row : rows) {
     print(row);

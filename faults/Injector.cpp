@@ -36,8 +36,6 @@ using namespace zaf::faults;
 TPage page_of_nobody;
 TPage* page = &page_of_nobody;
 bool is_armed = false;
-/// Who asked for memory last.
-const void* caller = nullptr;
 /// The destruction of an object of static storage is being registered.
 bool is_registering = false;
 
@@ -72,12 +70,6 @@ void TellPlace() {
   is_armed = true;
 }
 
-bool IsOfCiphers() {
-  Dl_info info{};
-  return dladdr(caller, &info) != 0 && info.dli_fname != nullptr &&
-         std::strstr(info.dli_fname, "/libgcrypt.so") != nullptr;
-}
-
 /// Counts one call and says what is to become of it.
 Action Strike(Call call, bool is_creation) {
   if (!is_armed) return Action::kNone;
@@ -91,7 +83,6 @@ Action Strike(Call call, bool is_creation) {
   if (page->plan.is_traced) TellPlace();
   page->report.has_struck = true;
   page->report.is_creation = is_creation;
-  page->report.is_of_ciphers = call == Call::kAllocation && IsOfCiphers();
   page->report.is_of_registration |= call == Call::kAllocation && is_registering;
   page->report.struck_call = call;
   return page->plan.action;
@@ -285,10 +276,7 @@ int __cxa_atexit(void (*destroy)(void*), void* object, void* library) {
   return result;
 }
 
-void* malloc(std::size_t size) {
-  caller = __builtin_return_address(0);
-  return Allocate(kUsualAlignment, size);
-}
+void* malloc(std::size_t size) { return Allocate(kUsualAlignment, size); }
 
 void free(void* block) {
   const int error = errno;
@@ -297,7 +285,6 @@ void free(void* block) {
 }
 
 void* calloc(std::size_t count, std::size_t size) {
-  caller = __builtin_return_address(0);
   std::size_t total = 0;
   if (__builtin_mul_overflow(count, size, &total)) {
     errno = ENOMEM;
@@ -310,7 +297,6 @@ void* calloc(std::size_t count, std::size_t size) {
 
 // The block always moves: whoever keeps an address of the old one is found out.
 void* realloc(void* block, std::size_t size) {
-  caller = __builtin_return_address(0);
   if (block == nullptr) return Allocate(kUsualAlignment, size);
   if (size == 0) {
     free(block);

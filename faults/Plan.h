@@ -82,7 +82,6 @@ struct TReport {
   std::int64_t live_blocks = 0;  ///< Blocks not freed, and what was live in front of main.
   bool has_reached_main = false;
   bool has_struck = false;
-  bool is_of_ciphers = false;       ///< The disturbed call was made by the library of ciphers.
   bool is_of_registration = false;  ///< It was to have a static object destroyed at the end.
   bool has_strayed = false;         ///< Something was to be made outside the output directory.
   bool is_creation = false;         ///< The disturbed call was to create or name a file.

@@ -129,8 +129,6 @@ TVerdict JudgeSingleFault(const TExpectation& expected, const TRun& run,
     return Violation(std::to_string(missing.size()) + " files are missing and " +
                      std::to_string(lost.size()) + " messages, and nothing says why");
   }
-  // Without ciphers all files fail that need them, each with its messages.
-  if (run.report.is_of_ciphers && gained.size() == missing.size()) return {Outcome::kReported, {}};
   // A level that ends early counts as one without attempts, whose directory is not wanted.
   if (gained == std::vector{Event::kNoDirectory, Event::kCannotCleanUp})
     return {Outcome::kReported, {}};
@@ -164,19 +162,6 @@ TVerdict JudgeLastingFault(const TExpectation& expected, const TPlan& plan,
   if (plan.call != Call::kAllocation) return {Outcome::kSilent, {}};
   return Violation(std::to_string(missing.size()) + " files are missing, and there are only " +
                    std::to_string(gained.size()) + " messages");
-}
-
-/// What libgcrypt says when it ends the program because it finds no memory to set itself up, or
-/// cannot find out, for want of memory or descriptors, whether the system wants certified
-/// algorithms. Nobody can ask it not to.
-constexpr std::string_view kCannotSetUp = "\nFatal error: Cannot allocate memory\n";
-constexpr std::string_view kCannotLookUp =
-    "FATAL: error reading `/proc/sys/crypto/fips_enabled' in libgcrypt: ";
-
-bool WasEndedByLibrary(const TRun& run) {
-  if (!WIFSIGNALED(run.status) || WTERMSIG(run.status) != SIGABRT) return false;
-  const bool is_of_setup = run.report.is_of_ciphers && run.messages.ends_with(kCannotSetUp);
-  return is_of_setup || run.messages.find(kCannotLookUp) != std::string::npos;
 }
 
 /// What is wrong with how the program ended.
@@ -215,12 +200,6 @@ bool ReadEvents(std::string_view messages, std::vector<Event>& events) {
 
 TVerdict JudgeRun(const TExpectation& expected, const TPlan& plan, const TRun& run,
                   const TFindings& found) {
-  if (WasEndedByLibrary(run)) {
-    TPlan end = plan;
-    end.action = Action::kKill;
-    TVerdict verdict = JudgeKilled(expected, end, found);
-    return verdict.outcome == Outcome::kViolation ? verdict : TVerdict{Outcome::kEnded, {}};
-  }
   if (std::string complaint = CheckEnd(run); !complaint.empty())
     return Violation(std::move(complaint));
   if (run.report.has_strayed) return Violation("it wrote outside the output directory");

@@ -40,7 +40,6 @@ enum class Outcome {
   kUnharmed,  ///< Everything was converted.
   kReported,  ///< Something was not, and a message says so.
   kSilent,    ///< A file could not be created, of which the program says nothing.
-  kEnded,     ///< A library ended the program, which left everything as it should be.
   kViolation,
 };
 inline constexpr std::size_t kOutcomeCount = static_cast<std::size_t>(Outcome::kViolation) + 1;

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <mutex>
 #include <span>
 #include <string_view>
 
@@ -14,8 +13,8 @@ namespace {
 
 constexpr std::string_view kMark = "ZC1:";
 constexpr std::string_view kKeyText = "Zaf2Xml keeps user names and passwords unread";
-constexpr std::string_view kInitial = "Zaf2Text";
-static_assert(kMark.size() == 4 && kKeyText.size() == 45 && kInitial.size() == kCipherBlockSize);
+constexpr TCipherBlock kInitialVector{'Z', 'a', 'f', '2', 'T', 'e', 'x', 't'};
+static_assert(kMark.size() == 4 && kKeyText.size() == 45);
 
 constexpr char kDigits[] = "0123456789abcdef";
 constexpr unsigned kNoDigit = 16;
@@ -30,26 +29,13 @@ std::span<std::byte> WritableBytes(char* bytes, std::size_t size) {
   return std::as_writable_bytes(std::span(bytes, size));
 }
 
-/// The one cipher of all texts: setting up its key costs far more than a text does.
-class TTextCipher {
- public:
-  bool Encipher(char* bytes, std::size_t size) {
-    const std::lock_guard lock(mutex_);
-    return cipher_.Encipher(kInitial, WritableBytes(bytes, size));
-  }
-  bool Decipher(char* bytes, std::size_t size) {
-    const std::lock_guard lock(mutex_);
-    return cipher_.Decipher(kInitial, WritableBytes(bytes, size));
-  }
+/// The cipher of all texts, keyed when the first of them is transformed.
+const TCipher& TextCipher() {
+  static const TCipher cipher(kKeyText, kInitialVector);
+  return cipher;
+}
 
- private:
-  std::mutex mutex_;
-  TCipher cipher_{kKeyText};
-};
-
-TTextCipher text_cipher;
-
-/// The bytes that pairs of lower-case hexadecimal digits spell; false when they spell none.
+/// Decodes pairs of lower-case hexadecimal digits; false when `digits` are anything else.
 bool DecodeHex(std::string_view digits, heap::TPooledString& bytes) {
   if (digits.size() % 2 != 0) return false;
   bytes.resize(digits.size() / 2);
@@ -63,7 +49,7 @@ bool DecodeHex(std::string_view digits, heap::TPooledString& bytes) {
   return true;
 }
 
-/// Removes PKCS#7 padding; false when the end is none.
+/// Removes PKCS#7 padding; false when there is none.
 bool RemovePadding(heap::TPooledString& bytes) {
   if (bytes.empty()) return false;
   const char last = bytes.back();
@@ -77,41 +63,40 @@ bool RemovePadding(heap::TPooledString& bytes) {
 
 }  // namespace
 
-bool CCipherText::Encipher() {
-  if (IsEmpty()) return true;
+void CCipherText::Encipher() {
+  if (IsEmpty()) return;
   heap::TPooledString enciphered;
-  if (!Encipher(View(), enciphered)) return false;
+  Encipher(View(), enciphered);
   Assign(std::string_view(enciphered));
-  return true;
 }
 
-bool CCipherText::Encipher(std::string_view text, heap::TPooledString& enciphered) {
+void CCipherText::Encipher(std::string_view text, heap::TPooledString& enciphered) {
   enciphered.clear();
-  if (text.empty()) return true;
+  if (text.empty()) return;
   const std::size_t padding = kCipherBlockSize - text.size() % kCipherBlockSize;
   const std::size_t size = text.size() + padding;
   enciphered.reserve(kMark.size() + 2 * size);
-  // The bytes stand in the second half of the place for their digits, so that none is overwritten
-  // before it is read.
+  // The bytes are in the second half of the space for their digits: each is read before a digit
+  // overwrites it.
   enciphered.append(kMark).append(size, '\0');
   enciphered.append(text).append(padding, static_cast<char>(padding));
   char* digit = enciphered.data() + kMark.size();
   char* const bytes = digit + size;
-  if (!text_cipher.Encipher(bytes, size)) return false;
+  TextCipher().Encipher(WritableBytes(bytes, size));
   for (std::size_t i = 0; i < size; ++i) {
     const auto byte = static_cast<unsigned char>(bytes[i]);
     *digit++ = kDigits[byte >> 4];
     *digit++ = kDigits[byte & 0xF];
   }
-  return true;
 }
 
 void CCipherText::Decipher() {
   const std::string_view text = View();
   heap::TPooledString bytes;
   if (!text.starts_with(kMark) || !DecodeHex(text.substr(kMark.size()), bytes)) return;
-  if (!text_cipher.Decipher(bytes.data(), bytes.size()) || !RemovePadding(bytes)) return;
-  Assign(std::string_view(bytes));
+  if (bytes.size() % kCipherBlockSize != 0) return;
+  TextCipher().Decipher(WritableBytes(bytes.data(), bytes.size()));
+  if (RemovePadding(bytes)) Assign(std::string_view(bytes));
 }
 
 }  // namespace zaf

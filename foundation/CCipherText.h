@@ -16,15 +16,14 @@ class CCipherText : public CText {
   using CText::CText;
   using CText::operator=;
 
-  /// Turns the text into its enciphered form; an empty text stays empty. False, and the text
-  /// unchanged, when the cipher cannot be had.
-  bool Encipher();
+  /// Replaces the text by its enciphered form; an empty text stays empty.
+  void Encipher();
 
-  /// Sets `enciphered` to the enciphered form of `text`. False when the cipher cannot be had.
-  [[nodiscard]] static bool Encipher(std::string_view text, heap::TPooledString& enciphered);
+  /// Sets `enciphered` to the enciphered form of `text`.
+  static void Encipher(std::string_view text, heap::TPooledString& enciphered);
 
-  /// Turns an enciphered text back. A text without the mark, or one that cannot be deciphered,
-  /// stays as it is.
+  /// Replaces an enciphered text by the clear one. A text without the mark, or one that does not
+  /// decipher, stays as it is.
   void Decipher();
 };
 

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstddef>
+#include <nettle/blowfish.h>
 #include <span>
 #include <string_view>
 
@@ -10,38 +11,31 @@
 namespace zaf {
 
 /// Bytes of a block of the cipher.
-inline constexpr std::size_t kCipherBlockSize = 8;
+inline constexpr std::size_t kCipherBlockSize = BLOWFISH_BLOCK_SIZE;
 /// Bytes of a digest.
 inline constexpr std::size_t kDigestSize = 16;
 
+using TCipherBlock = std::array<unsigned char, kCipherBlockSize>;
 using TDigest = std::array<std::byte, kDigestSize>;
 
-/// Blowfish (B. Schneier, 1993) in CBC mode. The key is the first 16 bytes of the SHA-256 digest
-/// (FIPS 180-4) of a text. Keys that are part of a program hide a text; they do not protect it.
-/// The library behind it is initialised when the first cipher is used, not before. One object
-/// serves one thread at a time.
+/// The first 16 bytes of the SHA-256 digest (FIPS 180-4) of `bytes`.
+[[nodiscard]] TDigest ComputeDigest(ByteView bytes);
+
+/// Blowfish (B. Schneier, 1993) in CBC mode, keyed by the digest of a text. Keys that are part of a
+/// program hide a text; they do not protect it. The key schedule takes as long as 4 KB of text, so
+/// an object is made once for each key; it is constant and can be used by any number of threads.
 class TCipher {
  public:
-  explicit TCipher(std::string_view key_text) : key_text_(key_text) {}
-  TCipher(const TCipher&) = delete;
-  TCipher& operator=(const TCipher&) = delete;
-  ~TCipher();
+  /// Every text is enciphered with the same initial vector.
+  TCipher(std::string_view key_text, const TCipherBlock& initial_vector);
 
-  /// Transforms `bytes`, whole blocks, in place. `initial` has the size of a block. False, with
-  /// the bytes undefined, when the cipher cannot be had, which counts as memory that ran out, or
-  /// when the sizes are not as said.
-  [[nodiscard]] bool Encipher(std::string_view initial, std::span<std::byte> bytes);
-  [[nodiscard]] bool Decipher(std::string_view initial, std::span<std::byte> bytes);
+  /// Transforms `bytes`, whole blocks, in place.
+  void Encipher(std::span<std::byte> bytes) const;
+  void Decipher(std::span<std::byte> bytes) const;
 
  private:
-  bool Open();
-  bool Prepare(std::string_view initial, std::size_t size);
-
-  std::string_view key_text_;
-  void* handle_ = nullptr;
+  blowfish_ctx context_;
+  TCipherBlock initial_vector_;
 };
-
-/// The 16-byte BLAKE2s digest (RFC 7693) of `bytes`, without a key. False when it cannot be had.
-[[nodiscard]] bool ComputeDigest(ByteView bytes, TDigest& digest);
 
 }  // namespace zaf

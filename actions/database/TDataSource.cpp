@@ -42,12 +42,10 @@ void TDataSource::UpdateTypeName() {
   if (!name.empty()) type_name = name;
 }
 
-Status TDataSource::WriteXml(TXmlWriteContext& context, std::uint32_t& development,
-                             std::uint32_t& deployment) const {
-  const Status status = WriteElement(context, user_name, password, development);
-  return status == Status::kOk
-             ? WriteElement(context, deployment_user_name, deployment_password, deployment)
-             : status;
+void TDataSource::WriteXml(TXmlWriteContext& context, std::uint32_t& development,
+                           std::uint32_t& deployment) const {
+  development = WriteElement(context, user_name, password);
+  deployment = WriteElement(context, deployment_user_name, deployment_password);
 }
 
 Status TDataSource::ReadXml(const TXmlReadContext& context, std::string_view development,
@@ -85,20 +83,20 @@ void TDataSource::ReadLogin(const TXmlReadContext& context, dom::Element element
   read("Password", password);
 }
 
-Status TDataSource::WriteElement(TXmlWriteContext& context, const CText& login_name,
-                                 const CText& login_password, std::uint32_t& number) const {
+std::uint32_t TDataSource::WriteElement(TXmlWriteContext& context, const CText& login_name,
+                                        const CText& login_password) const {
+  std::uint32_t number = 0;
   const dom::Element element = context.data_sources.FindOrAppend(
       {KindWord(host_type), data_source.View(), dbms.View(), host.View(), database.View(),
        login_name.View(), login_password.View()},
       number);
-  if (!element) return Status::kOk;
+  if (!element) return number;
   WriteXmlRows(Properties(), this, {context, element, {}});
   const dom::Element info = element.appendElement("UserInfo");
   info.appendAttribute("Encrypted", "True");
-  const bool is_written =
-      context.data_sources.WriteEnciphered(info, "UserName", login_name.View()) &&
-      context.data_sources.WriteEnciphered(info, "Password", login_password.View());
-  return is_written ? Status::kOk : Status::kFailure;
+  context.data_sources.WriteEnciphered(info, "UserName", login_name.View());
+  context.data_sources.WriteEnciphered(info, "Password", login_password.View());
+  return number;
 }
 
 }  // namespace zaf

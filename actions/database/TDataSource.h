@@ -34,10 +34,9 @@ struct TDataSource {
   void UpdateTypeName();
 
   /// Gives the numbers of the two elements of this data source, which are appended to the
-  /// document's list unless another action's with equal content are there. kFailure: the users and
-  /// passwords cannot be enciphered.
-  Status WriteXml(TXmlWriteContext& context, std::uint32_t& development,
-                  std::uint32_t& deployment) const;
+  /// document's list unless another action's elements have equal content.
+  void WriteXml(TXmlWriteContext& context, std::uint32_t& development,
+                std::uint32_t& deployment) const;
 
   /// Takes everything from the element with the ID `development` but the user and password of the
   /// deployment, which are those of the element `deployment`. An ID that is not there leaves its
@@ -48,9 +47,9 @@ struct TDataSource {
  private:
   friend class TDataSourceIndex;
 
-  /// Gives the number of the element that has this login. kFailure: it cannot be enciphered.
-  Status WriteElement(TXmlWriteContext& context, const CText& login_name,
-                      const CText& login_password, std::uint32_t& number) const;
+  /// Returns the number of the element that has this login.
+  std::uint32_t WriteElement(TXmlWriteContext& context, const CText& login_name,
+                             const CText& login_password) const;
 
   /// Takes from one element what that has: all but the deployment user and password. A null element
   /// leaves it empty.

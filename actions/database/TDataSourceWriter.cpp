@@ -30,21 +30,20 @@ dom::Element TDataSourceWriter::FindOrAppend(const TContent& content, std::uint3
   return is_new ? Append() : dom::Element();
 }
 
-bool TDataSourceWriter::WriteEnciphered(dom::Element parent, std::string_view name,
+void TDataSourceWriter::WriteEnciphered(dom::Element parent, std::string_view name,
                                         std::string_view text) {
   if (text.empty()) {
     parent.appendElement(name);
-    return true;
+    return;
   }
   if (const auto known = enciphered_.find(text); known != enciphered_.end()) {
     parent.appendPlainElement(name, known->second);
-    return true;
+    return;
   }
   heap::TPooledString enciphered;
-  if (!CCipherText::Encipher(text, enciphered)) return false;
+  CCipherText::Encipher(text, enciphered);
   const dom::Element element = parent.appendPlainElement(name, enciphered);
   if (element) enciphered_.emplace(text, element.getTextContent());
-  return true;
 }
 
 }  // namespace zaf

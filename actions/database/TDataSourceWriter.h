@@ -42,9 +42,8 @@ class TDataSourceWriter {
   /// `number` is that of either.
   dom::Element FindOrAppend(const TContent& content, std::uint32_t& number);
 
-  /// Appends an element `name` with the enciphered form of `text` to `parent`. False when the text
-  /// cannot be enciphered for lack of memory.
-  bool WriteEnciphered(dom::Element parent, std::string_view name, std::string_view text);
+  /// Appends an element `name` with the enciphered form of `text` to `parent`.
+  void WriteEnciphered(dom::Element parent, std::string_view name, std::string_view text);
 
  private:
   dom::Element list_;

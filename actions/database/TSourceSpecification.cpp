@@ -36,8 +36,7 @@ Status TSourceSpecification::WriteXml(TXmlWriteContext& context, dom::Element el
   WriteXmlRows(Properties(), this, {context, element, GetName().View()});
   std::uint32_t development = 0;
   std::uint32_t deployment = 0;
-  const Status status = data_source_.WriteXml(context, development, deployment);
-  if (status != Status::kOk) return status;
+  data_source_.WriteXml(context, development, deployment);
   element.appendAttribute(kDevelopmentAttribute, TDataSourceId(development).View());
   element.appendAttribute(kDeploymentAttribute, TDataSourceId(deployment).View());
   // The table's own operation would write the rows a second time.

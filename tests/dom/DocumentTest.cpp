@@ -1,10 +1,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <thread>
 #include <utility>
 
 #include "dom/Document.h"
-#include "dom/PagePool.h"
 #include "tests/dom/ParsedText.h"
 
 namespace dom {
@@ -256,35 +254,6 @@ TEST(Document, SaysThatMemoryRanOut) {
   EXPECT_FALSE(Serialize(document, failed));
   failed.Clear();
   EXPECT_TRUE(Serialize(document, failed));
-}
-
-TEST(PagePool, KeepsNoMoreThanWasInUse) {
-  std::thread([] {
-    const std::string page(20'000, 'x');
-    const auto build = [&page](std::size_t count, std::size_t size) {
-      const Document document = DOMImplementation::createDocument();
-      for (std::size_t i = 0; i < count; ++i)
-        static_cast<void>(document.createTextNode(std::string_view(page).substr(0, size)));
-      return PagePool::GetKeptSize();
-    };
-    EXPECT_EQ(build(1, 10), 0U);
-    const std::size_t small = PagePool::GetKeptSize();
-    EXPECT_GT(small, 32'000U);
-    EXPECT_EQ(build(1, 10), 0U);  // The page that was kept is in use again.
-    EXPECT_EQ(PagePool::GetKeptSize(), small);
-
-    build(100, 20'000);
-    const std::size_t most = PagePool::GetKeptSize();
-    EXPECT_GT(most, 2'000'000U);
-    // Pages of another size take the place of those.
-    EXPECT_LE(build(150, 10'000), most - 150 * 10'000);
-    EXPECT_LE(PagePool::GetKeptSize(), most);
-    build(2'000, 20'000);
-    EXPECT_LE(PagePool::GetKeptSize(), std::size_t{32} << 20);
-    const Document document = DOMImplementation::createDocument();
-    const std::string long_text(std::size_t{33} << 20, 'x');
-    EXPECT_EQ(document.createTextNode(long_text).getData().size(), long_text.size());
-  }).join();
 }
 
 #endif
