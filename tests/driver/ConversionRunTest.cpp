@@ -181,6 +181,7 @@ TEST_F(ConversionRun, ReportsEveryFailureOfMemoryAndMistakesNothing) {
   const std::string content = directory_.Read("out/a.xzf");
   bool has_struck = true;
   for (std::uint64_t failing = 0; has_struck; ++failing) {
+    std::filesystem::current_path(directory_.Path());
     std::filesystem::remove_all(directory_.Path("out"));
     directory_.Make("out");
     const heap::TAllocationFault fault(failing);
