@@ -2,15 +2,13 @@
 
 #include <memory>
 
-#include "foundation/Heap.h"
-
 namespace zaf {
 
 class TQuerySpecification;
 
 /// An action's place in the tree of its application. The tree owns the entries and keeps the links;
 /// an entry owns its action.
-struct TActionEntry : heap::TPooledObject {
+struct TActionEntry {
   TActionEntry* parent = nullptr;  ///< The root's parent is the root itself.
   TActionEntry* next_sibling = nullptr;
   TActionEntry* first_child = nullptr;

@@ -130,8 +130,9 @@ Status TQuerySpecification::ReadLegacyProperty(const TLegacySection& section) {
 /// has them keeps no others, in whatever order the sections stand.
 Status TQuerySpecification::ReadAssignments(const TLegacySection& section,
                                             std::size_t value_width) {
+  CData scratch;
   ByteView records;
-  if (const Status status = section.View(records); status != Status::kOk) return status;
+  if (const Status status = section.View(scratch, records); status != Status::kOk) return status;
   const bool is_long = value_width == kLongAssignmentValueWidth;
   if (!is_long && has_long_assignments_) return Status::kOk;
   if (is_long && !has_long_assignments_) assignments_.DeleteAll();
@@ -139,9 +140,10 @@ Status TQuerySpecification::ReadAssignments(const TLegacySection& section,
   const std::size_t record_size = kAssignmentNameWidth + value_width;
   for (; records.size() >= record_size; records = records.subspan(record_size)) {
     const std::string_view record = AsText(records.first(record_size));
-    TGlobalAssignment& assignment = assignments_.Append();
-    assignment.name = UntilNul(record.substr(0, kAssignmentNameWidth));
-    assignment.value = UntilNul(record.substr(kAssignmentNameWidth));
+    TGlobalAssignment* const assignment = assignments_.Append();
+    if (assignment == nullptr) return Status::kFailure;
+    assignment->name = UntilNul(record.substr(0, kAssignmentNameWidth));
+    assignment->value = UntilNul(record.substr(kAssignmentNameWidth));
   }
   return Status::kOk;
 }

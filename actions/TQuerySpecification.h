@@ -20,7 +20,7 @@
 namespace zaf {
 
 /// An assignment of an action: a variable and its value.
-struct TGlobalAssignment : heap::TPooledObject {
+struct TGlobalAssignment {
   CText name;
   CText value;
 };
@@ -33,7 +33,7 @@ using CGlobalAssignmentArray = TOwningArray<TGlobalAssignment>;
 ///
 /// An action owns its texts and lists. The nesting of actions is kept in the application's tree, to
 /// which an action has a link that it does not own; the tree outlives its use.
-class TQuerySpecification : public heap::TPooledObject, public TRecordConverter {
+class TQuerySpecification : public TRecordConverter {
  public:
   static constexpr FourCharCode kTypeCode = Code("null");
   static constexpr std::string_view kElement = "ResultAction";

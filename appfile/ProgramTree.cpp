@@ -2,8 +2,7 @@
 
 #include <cstddef>
 #include <string_view>
-
-#include "foundation/Heap.h"
+#include <vector>
 
 namespace zaf {
 namespace {
@@ -60,7 +59,7 @@ class TActionIndex {
   std::size_t in_order_ = 0;  ///< How many of them were given out in their order.
   bool is_indexed_ = false;
   TTextIndex<std::size_t> first_of_id_;
-  heap::TPooledVector<std::size_t> next_of_same_id_;
+  std::vector<std::size_t> next_of_same_id_;
 };
 
 /// One level of the walk through the references: whose children are being read, and the one of
@@ -77,8 +76,8 @@ Status WriteProgram(const TActionTree& tree, dom::Element program, TXmlWriteCont
   if (root == nullptr) return Status::kOk;
   // The references of the entries from the root down to the current one; the program stands for
   // the root.
-  heap::TPooledVector<dom::Element> path{program};
-  heap::TPooledVector<const TActionEntry*> path_entries{root};
+  std::vector<dom::Element> path{program};
+  std::vector<const TActionEntry*> path_entries{root};
   for (const TActionEntry* entry = TActionTree::GetNext(*root); entry != nullptr;
        entry = TActionTree::GetNext(*entry)) {
     while (path_entries.back() != entry->parent) {
@@ -105,7 +104,7 @@ Status ReadProgram(dom::Element program, std::span<TActionEntry* const> entries,
     return program.getFirstChildElement(kReference) ? Status::kMalformed : Status::kOk;
   TActionEntry& root = tree.EnsureRoot();
   TActionIndex index(entries);
-  heap::TPooledVector<TLevel> levels{{&root}};
+  std::vector<TLevel> levels{{&root}};
   dom::Element reference = program.getFirstChildElement(kReference);
   while (reference) {
     TActionEntry* const entry = index.Take(reference.getAttribute("Ref"));

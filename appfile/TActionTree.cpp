@@ -1,5 +1,6 @@
 #include "appfile/TActionTree.h"
 
+#include <new>
 #include <utility>
 
 #include "actions/flow/TContainerSpecification.h"
@@ -46,10 +47,11 @@ Status TActionTree::Place(std::unique_ptr<TQuerySpecification> action) {
 }
 
 TActionEntry& TActionTree::Adopt(std::unique_ptr<TQuerySpecification> action) {
-  TActionEntry& entry = entries_.Append();
-  entry.action = std::move(action);
-  entry.action->SetTreeEntry(&entry);
-  return entry;
+  TActionEntry* const entry = entries_.Append();
+  if (entry == nullptr) throw std::bad_alloc();
+  entry->action = std::move(action);
+  entry->action->SetTreeEntry(entry);
+  return *entry;
 }
 
 void TActionTree::Hang(TActionEntry& entry, TActionEntry& parent) {

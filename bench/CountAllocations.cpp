@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <new>
 #include <sys/mman.h>
 #include <unistd.h>
 
@@ -31,33 +32,48 @@ __attribute__((constructor)) void MapCount() {
   count->store(early_count.load());
 }
 
+/// The next definition of a function: that of the heap that the program uses.
+template <class Function>
+Function* Next(Function* /*replaced*/, const char* name) {
+  return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
+}
+
 }  // namespace
 
-// glibc gives its own allocator under these names, too, which saves looking it up with dlsym, which
-// allocates itself.
 extern "C" {
-void* __libc_malloc(std::size_t size);
-void* __libc_calloc(std::size_t number, std::size_t size);
-void* __libc_realloc(void* block, std::size_t size);
-void* __libc_memalign(std::size_t alignment, std::size_t size);
 
 void* malloc(std::size_t size) {
+  static const auto next = Next(malloc, "malloc");
   Count();
-  return __libc_malloc(size);
+  return next(size);
 }
 
 void* calloc(std::size_t number, std::size_t size) {
+  static const auto next = Next(calloc, "calloc");
   Count();
-  return __libc_calloc(number, size);
+  return next(number, size);
 }
 
 void* realloc(void* block, std::size_t size) {
+  static const auto next = Next(realloc, "realloc");
   Count();
-  return __libc_realloc(block, size);
+  return next(block, size);
 }
 
 void* aligned_alloc(std::size_t alignment, std::size_t size) {
+  static const auto next = Next(aligned_alloc, "aligned_alloc");
   Count();
-  return __libc_memalign(alignment, size);
+  return next(alignment, size);
 }
+}
+
+// A heap of its own need not call malloc for these.
+void* operator new(std::size_t size, const std::nothrow_t& /*unused*/) noexcept {
+  return malloc(size);
+}
+
+void* operator new(std::size_t size) {
+  void* const block = malloc(size);
+  if (block == nullptr) throw std::bad_alloc();
+  return block;
 }

@@ -1,5 +1,6 @@
 #include "bench/SampleFields.h"
 
+#include <algorithm>
 #include <initializer_list>
 #include <iterator>
 
@@ -241,7 +242,7 @@ void TSampleFields::WriteAction(std::string_view type) {
   if (Has(kSearchKinds, type)) WriteRows("search");
   WriteRows(type);
   if (Has(kResultKinds, type) && random_.Chance(style_.results_chance))
-    Write("rslt", Form::kResults);
+    file_.Block("rslt", Make(Form::kResults));
   WriteRows("any");
 }
 
@@ -252,15 +253,24 @@ void TSampleFields::WriteRows(std::string_view group) {
     return field.chance == kUsual ? style_.field_chance : factor * field.chance;
   };
   for (const TField& field : Fields())
-    if (field.group == group && random_.Chance(chance(field))) Write(field.code, field.form);
+    if (field.group == group && random_.Chance(chance(field)))
+      file_.Block(field.code, Make(field.form));
 }
 
-void TSampleFields::Write(std::string_view code, Form form) {
-  if (form <= Form::kMode) {
-    file_.Text(code, MakeText(form));
-  } else {
-    file_.Block(code, MakeBlock(form));
-  }
+std::vector<std::string_view> TSampleFields::Codes() {
+  std::vector<std::string_view> codes;
+  for (const TField& field : Fields()) codes.push_back(field.code);
+  return codes;
+}
+
+std::string TSampleFields::MakeSection(std::string_view code) {
+  const auto fields = Fields();
+  const auto found = std::ranges::find(fields, code, &TField::code);
+  return found == fields.end() ? std::string() : Make(found->form);
+}
+
+std::string TSampleFields::Make(Form form) {
+  return form <= Form::kMode ? MakeText(form) + '\0' : MakeBlock(form);
 }
 
 std::string TSampleFields::MakeText(Form form) {

@@ -5,6 +5,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "bench/SampleText.h"
 #include "tests/support/LegacyFile.h"
@@ -30,6 +31,10 @@ class TSampleFields {
   void WriteApplication();
   /// Writes all sections of the action that was begun last.
   void WriteAction(std::string_view type);
+  /// The codes of the sections of all groups.
+  static std::vector<std::string_view> Codes();
+  /// The bytes of a section of any group; empty for a code that no group has.
+  std::string MakeSection(std::string_view code);
 
  private:
   enum class Form : std::uint8_t;
@@ -37,7 +42,7 @@ class TSampleFields {
 
   static std::span<const TField> Fields();
   void WriteRows(std::string_view group);
-  void Write(std::string_view code, Form form);
+  std::string Make(Form form);
   std::string MakeText(Form form);
   std::string MakeBlock(Form form);
   std::string MakeList(Form form);

@@ -45,6 +45,13 @@ if(NOT CMAKE_CXX_COMPILER_ID STREQUAL GNU OR MINGW OR ZAF2XML_SANITIZE OR ZAF2XM
   set(ZAF2XML_LTO OFF)
 endif()
 
+# The programs that are shipped take their memory from mimalloc, which replaces malloc and operator
+# new. Tests and tools use the C library's heap. So do all programs that are built for sanitizers or
+# for fault injection, which replace malloc themselves.
+if(ZAF2XML_MIMALLOC AND NOT ZAF2XML_SANITIZE AND NOT ZAF2XML_FAULTS)
+  find_package(mimalloc QUIET)
+endif()
+
 # zaf2xml_library(NAME SOURCES... LINK LIBRARIES...): a static library of tests or tools, which may
 # include every header.
 function(zaf2xml_library name)
@@ -105,6 +112,9 @@ function(zaf2xml_executable name)
   endif()
   set_target_properties(${name} PROPERTIES POSITION_INDEPENDENT_CODE ON)
   target_link_libraries(${name} PRIVATE ${ARG_LINK})
+  if(ARG_SHIPPED AND mimalloc_FOUND)
+    target_link_libraries(${name} PRIVATE $<IF:$<TARGET_EXISTS:mimalloc-static>,mimalloc-static,mimalloc>)
+  endif()
   if(MSVC)
     target_sources(${name} PRIVATE ${PROJECT_SOURCE_DIR}/cmake/windows.manifest)
   elseif(MINGW)

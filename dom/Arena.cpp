@@ -10,7 +10,6 @@ namespace {
 
 /// What a page holds besides: the link to the one before, and the room behind its end.
 constexpr std::size_t kExtra = 2 * sizeof(void*) + kBlock;
-/// With what the page holds besides, a power of two.
 constexpr std::size_t kPageSize = (std::size_t{32} << 10) - kExtra;
 /// What needs more has a page of its own, so that little of a page is ever lost.
 constexpr std::size_t kLargest = kPageSize / 8;

@@ -4,8 +4,8 @@
 
 namespace dom {
 
-/// The memory of one tree: pages that are filled from front to back and given up all at once. Not
-/// for others than the classes of this folder.
+/// The memory of one tree: pages that are filled from front to back and freed all at once. Only for
+/// the classes of this folder.
 class Arena {
  public:
   Arena() = default;

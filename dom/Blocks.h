@@ -29,11 +29,11 @@ enum class Search {
   kTextSpecials,   ///< `&` `<` `>` `"`
   kValueSpecials,  ///< Both.
   // Where a parser stops. Controls are here those that XML does not allow, and CR.
-  kNotSpace,   ///< All but blank, tab, LF and CR.
-  kNotName,    ///< All but ASCII letters and digits and `-` `.` `:` `_`.
-  kTextEnd,    ///< `<` `&` `]` and controls.
-  kCDataEnd,   ///< `]` and controls.
-  kValueEnd,   ///< `<` `&` `"` `'`, controls, tab and LF.
+  kNotSpace,  ///< All but blank, tab, LF and CR.
+  kNotName,   ///< All but ASCII letters and digits and `-` `.` `:` `_`.
+  kTextEnd,   ///< `<` `&` `]` and controls.
+  kCDataEnd,  ///< `]` and controls.
+  kValueEnd,  ///< `<` `&` `"` `'`, controls, tab and LF.
 };
 
 /// A text of up to a block. What stands behind it does not matter.

@@ -13,8 +13,7 @@ constexpr bool IsCharacter(char32_t code) {
 
 /// [3] S.
 constexpr bool IsSpace(char c) {
-  return static_cast<unsigned char>(c) <= ' ' &&
-         (c == ' ' || c == '\n' || c == '\t' || c == '\r');
+  return static_cast<unsigned char>(c) <= ' ' && (c == ' ' || c == '\n' || c == '\t' || c == '\r');
 }
 
 constexpr bool IsAsciiLetter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }

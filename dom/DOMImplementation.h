@@ -11,7 +11,7 @@ namespace dom {
 /// Makes documents.
 class DOMImplementation {
  public:
-  /// An empty document; null when memory runs out.
+  /// An empty document. Throws std::bad_alloc when there is no memory even for that.
   [[nodiscard]] static Document createDocument();
 
   /// Parses a document of XML 1.0 (fifth edition). It refers to the bytes of `text`, which have to
@@ -30,7 +30,7 @@ class DOMImplementation {
   ///
   /// Null when the text is refused: it is not well-formed, has an internal document type subset,
   /// another encoding or bytes that are ill-formed in it, or is larger than 4 GiB. When memory runs
-  /// out the document is not complete, or null when there was none to begin with.
+  /// out the document is not complete; throws std::bad_alloc when there is none to begin with.
   [[nodiscard]] static Document createDocument(std::span<const char> text,
                                                ParseReport* report = nullptr);
   [[nodiscard]] static Document createDocument(std::span<const std::byte> text,

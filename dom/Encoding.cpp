@@ -86,9 +86,11 @@ bool HasUtf16Mark(std::string_view bytes) {
 
 char* WriteUtf16AsUtf8(std::string_view bytes, char* target) {
   const std::size_t high = bytes.starts_with(kBigEndianMark) ? 0 : 1;
-  const auto unit_at = [&](std::size_t at) -> char32_t {
-    return static_cast<unsigned char>(bytes[at + high]) << 8U |
-           static_cast<unsigned char>(bytes[at + 1 - high]);
+  const auto byte_at = [&](std::size_t at) -> char32_t {
+    return static_cast<unsigned char>(bytes[at]);
+  };
+  const auto unit_at = [&](std::size_t at) {
+    return byte_at(at + high) << 8 | byte_at(at + 1 - high);
   };
   std::size_t at = 2;
   while (bytes.size() - at >= 2) {

@@ -43,9 +43,11 @@ bool OutputBuffer::Grow(std::size_t count) {
   if (count > kMost - size_) return false;
   const std::size_t usual = std::min(sink_ ? kMostHeld : kMost, capacity_ + capacity_ / 2);
   const std::size_t capacity = std::max({size_ + count, usual, kFirstCapacity});
-  void* const data = Reallocate(data_, capacity);
+  auto* const data = static_cast<char*>(Allocate(capacity));
   if (!data) return false;
-  data_ = static_cast<char*>(data);
+  if (size_ != 0) std::memcpy(data, data_, size_);
+  Free(data_);
+  data_ = data;
   capacity_ = capacity;
   has_failed_ = false;
   return true;

@@ -1,7 +1,6 @@
 #include "dom/Parser.h"
 
 #include <algorithm>
-#include <cstring>
 #include <limits>
 #include <optional>
 
@@ -12,7 +11,7 @@ namespace {
 
 constexpr std::size_t kMostSize = std::numeric_limits<std::uint32_t>::max();
 constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
-constexpr std::string_view kCDataStart = "<![CDATA[";
+constexpr char kCDataStart[] = "<![CDATA[";
 
 bool IsBlank(const TreeNode& node) {
   return node.type == NodeType::kText && std::ranges::all_of(node.Text(), IsSpace);
@@ -123,7 +122,7 @@ const char* Parser::ReadDeclaration(const char* p, Encoding source) {
 /// then nothing is taken.
 bool Parser::TakeAssignment(const char*& p, std::string_view name, std::string_view& value) {
   const char* at = SkipSpace(p);
-  if (at == p || !StartsWith(at, name)) return false;
+  if (at == p || !InPlace(at, end_).View().starts_with(name)) return false;
   at = SkipSpace(at + name.size());
   if (Peek(at) != '=') return false;
   at = SkipSpace(at + 1);
@@ -148,9 +147,9 @@ bool Parser::AcceptEncoding(const char* place, std::string_view name, Encoding s
 
 /// [28] doctypedecl, without an internal subset.
 const char* Parser::ReadDocumentType(const char* p) {
-  constexpr std::string_view kStart = "<!DOCTYPE";
+  constexpr char kStart[] = "<!DOCTYPE";
   if (!StartsWith(p, kStart)) return Fail(p, ParseFault::kDocumentType);
-  p += kStart.size();
+  p += sizeof kStart - 1;
   const char* next = SkipSpace(p);
   if (next == p) return FailAt(p, ParseFault::kSpace);
   p = SkipName(next);
@@ -265,14 +264,9 @@ const char* Parser::ReadAttributes(const char* p, TreeElement& element) {
   }
   if (p != nullptr && Peek(p) != '>' && Peek(p) != '/') return FailAt(p, ParseFault::kSpace);
   if (p == nullptr || count < 2) return p;
-  const RepeatedName repeated(element, count);
-  if (repeated.HasFailed()) {
-    tree_.SetIncomplete();
-    return nullptr;
-  }
-  if (repeated.Get() != nullptr)
-    return Fail(repeated.Get()->name.data, ParseFault::kRepeatedAttribute);
-  return p;
+  const TreeAttribute* const repeated = FindRepeatedName(element, count, tree_);
+  if (repeated != nullptr) return Fail(repeated->name.data, ParseFault::kRepeatedAttribute);
+  return tree_.IsComplete() ? p : nullptr;
 }
 
 /// [41] Attribute.
@@ -331,8 +325,7 @@ const char* Parser::ReadText(const char* p) {
   p = SkipSpace(p);
   if (Peek(p) == '<') {
     const char after = Peek(p + 1);
-    const bool is_kept =
-        !parent_->holds_elements && (after == '/' || after == '!' || after == '?');
+    const bool is_kept = !parent_->holds_elements && (after == '/' || after == '!' || after == '?');
     if (p == start || !is_kept) return p;
   }
   p = Find<Search::kTextEnd>(start, end_, high_);
@@ -346,7 +339,7 @@ const char* Parser::ReadText(const char* p) {
 /// [18] CDSect.
 const char* Parser::ReadCData(const char* p) {
   if (!StartsWith(p, kCDataStart)) return FailAt(p + 2, ParseFault::kMarkup);
-  const char* const start = p + kCDataStart.size();
+  const char* const start = p + sizeof kCDataStart - 1;
   p = Find<Search::kCDataEnd>(start, end_, high_);
   while (Peek(p) == ']' && !StartsWith(p, "]]>")) p = Find<Search::kCDataEnd>(p + 1, end_, high_);
   if (Peek(p) == ']') return AppendText(NodeType::kCDATASection, InPlace(start, p), p + 3);

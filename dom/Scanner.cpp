@@ -1,7 +1,6 @@
 #include "dom/Scanner.h"
 
 #include <algorithm>
-#include <cstring>
 
 namespace dom {
 namespace {
@@ -119,7 +118,7 @@ const char* Scanner::DecodeReference(const char* p, char*& target) {
   const char* const end = SkipName(name);
   if (end == name || Peek(end) != ';') return Fail(p, ParseFault::kReference);
   for (const Entity& entity : kEntities) {
-    if (InPlace(name, end).View() != entity.name) continue;
+    if (!AreEqualNames(InPlace(name, end).View(), entity.name)) continue;
     *target++ = entity.character;
     return end + 1;
   }

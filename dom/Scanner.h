@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstring>
 #include <string_view>
 
 #include "dom/Blocks.h"
@@ -20,9 +21,9 @@ class Scanner {
  protected:
   /// What a text is part of, which decides how it is decoded.
   enum class Part {
-    kText,    ///< References are replaced, line ends become LF.
-    kCData,   ///< Line ends become LF.
-    kValue,   ///< References are replaced, literal white space becomes blanks.
+    kText,   ///< References are replaced, line ends become LF.
+    kCData,  ///< Line ends become LF.
+    kValue,  ///< References are replaced, literal white space becomes blanks.
   };
 
   Scanner(std::string_view text, Tree& tree)
@@ -47,8 +48,10 @@ class Scanner {
 
   /// The character at a place; NUL, which no document may hold, at the end.
   [[nodiscard]] char Peek(const char* p) const { return p == end_ ? '\0' : *p; }
-  [[nodiscard]] bool StartsWith(const char* p, std::string_view text) const {
-    return std::string_view(p, static_cast<std::size_t>(end_ - p)).starts_with(text);
+  template <std::size_t kSize>
+  [[nodiscard]] bool StartsWith(const char* p, const char (&literal)[kSize]) const {
+    return static_cast<std::size_t>(end_ - p) >= kSize - 1 &&
+           std::memcmp(p, literal, kSize - 1) == 0;
   }
   /// The first place of `text` from `p` on; null when it is not there.
   [[nodiscard]] const char* FindText(const char* p, std::string_view text) const;

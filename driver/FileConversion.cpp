@@ -7,7 +7,6 @@
 #include "foundation/Attempt.h"
 #include "foundation/CaseFolding.h"
 #include "foundation/FileSystem.h"
-#include "foundation/LargePages.h"
 #include "foundation/TDataFile.h"
 
 namespace zaf {
@@ -31,7 +30,7 @@ TFileResult WriteOutput(TZanfoFile& document, const TQuerySpecificationServer& s
     return file.HasWriteFailed() ? FileOutcome::kOutputNotWritten : FileOutcome::kOutputNotCreated;
   };
   const auto save = [&] {
-    status = file.Open(path, TOpenMode::kCreateNew);
+    status = file.OpenNew(path);
     if (status != Status::kOk) return failure();
     status = document.Save(file, &server, protection);
     return status == Status::kOk ? FileOutcome::kConverted : FileOutcome::kOutputNotWritten;
@@ -68,7 +67,6 @@ TFileResult ConvertFile(const CText& input_path, const CText& output_path,
   const TQuerySpecificationServer server;
   if (const Status status = file.Open(input_path, TOpenMode::kRead); status != Status::kOk)
     return {FileOutcome::kInputNotOpened, status};
-  const TLargePageHeap heap(file.GetSize());
   TZanfoFile document;
   if (IsClassFileName(input_path)) document.SetKind(DocumentKind::kClassFile);
   if (const Status status = document.Load(file, &server); status != Status::kOk)

@@ -57,7 +57,7 @@ bool AssignWithLineFeeds(std::string_view characters, CText& text) {
   if (size >= kNoIndex) return false;
   // Without bytes only the room is made.
   const auto length = static_cast<std::uint32_t>(size);
-  if (text.CData::Set(nullptr, length) != length) return false;
+  if (text.CData::Set(nullptr, length).length != length) return false;
   if (returns == 0)
     std::memcpy(text.GetData(), characters.data(), characters.size());
   else

@@ -3,11 +3,12 @@
 namespace zaf {
 
 Status TBlockCodec::ReadLegacy(const TProperty&, void* field, const TLegacySection& section) const {
+  CData scratch;
   ByteView bytes;
-  if (const Status status = section.View(bytes); status != Status::kOk) return status;
+  if (const Status status = section.View(scratch, bytes); status != Status::kOk) return status;
   auto& block = *static_cast<CData*>(field);
   const auto size = static_cast<std::uint32_t>(bytes.size());
-  return block.Set(bytes.data(), size) == size ? Status::kOk : Status::kFailure;
+  return block.Set(bytes.data(), size).length == size ? Status::kOk : Status::kFailure;
 }
 
 Status TBlockCodec::WriteLegacy(const TProperty& row, const void* field,

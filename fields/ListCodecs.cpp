@@ -60,8 +60,9 @@ bool TTextListCodec::IsEqual(const void* field, const void* other) const {
 
 Status TRecordListCodecBase::ReadLegacy(const TProperty&, void* field,
                                         const TLegacySection& section) const {
+  CData scratch;
   ByteView payload;
-  if (const Status status = section.View(payload); status != Status::kOk) return status;
+  if (const Status status = section.View(scratch, payload); status != Status::kOk) return status;
   if (payload.empty()) return Status::kOk;
   TByteReader reader(payload);
   std::uint32_t count = 0;
@@ -97,7 +98,7 @@ Status TRecordListCodecBase::AppendSlices(const TLegacySection& section, ByteVie
 Status TRecordListCodecBase::TakeRecords(ByteView records, std::uint32_t count,
                                          CDynamicArray& list) const {
   const auto size = static_cast<std::uint32_t>(count * type_.size);
-  if (list.Set(records.data(), size) != size) return Status::kFailure;
+  if (list.Set(records.data(), size).length != size) return Status::kFailure;
   SwapByteOrder(list, 0);
   return Status::kOk;
 }

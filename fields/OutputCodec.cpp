@@ -2,15 +2,15 @@
 
 #include "fields/AssignWithLineFeeds.h"
 #include "fields/WriteTextElement.h"
-#include "foundation/Heap.h"
 
 namespace zaf {
 
 Status TOutputCodec::ReadLegacy(const TProperty& row, void* field,
                                 const TLegacySection& section) const {
   if (line_feeds_ == LineFeeds::kNotAdded) return TTextCodecBase::ReadLegacy(row, field, section);
+  CText scratch;
   std::string_view text;
-  if (const Status status = section.View(text); status != Status::kOk) return status;
+  if (const Status status = section.View(scratch, text); status != Status::kOk) return status;
   return AssignWithLineFeeds(text, *static_cast<CText*>(field)) ? Status::kOk : Status::kFailure;
 }
 
@@ -18,7 +18,7 @@ void TOutputCodec::WriteXml(const TProperty& row, const void* field,
                             const TXmlWriteScope& scope) const {
   const auto& text = *static_cast<const CText*>(field);
   if (text.IsEmpty()) return;
-  heap::TPooledString id;
+  std::string id;
   id.reserve(scope.action_name.size() + row.detail.size());
   id.append(scope.action_name).append(row.detail);
   // Most of what a document says is in these texts, and the action outlives it.

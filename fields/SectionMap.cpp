@@ -6,8 +6,9 @@
 namespace zaf {
 
 Status ReadRecordHeader(TDataFile& file, std::uint32_t offset, TRecordHeader& header) {
+  CData scratch;
   ByteView bytes;
-  const Status status = file.ViewBlock(Code("head"), offset, kRecordHeaderSize, bytes);
+  const Status status = file.ViewBlock(Code("head"), offset, kRecordHeaderSize, scratch, bytes);
   if (status != Status::kOk) return status;
   TByteReader reader(bytes);
   std::array<std::uint32_t, 4> words;
@@ -44,8 +45,8 @@ Status TSectionMap::Open(TDataFile& file, const TRecordHeader& header) {
   is_complete_ = count == header.map_count;
   if (count == 0) return Status::kOk;
   ByteView bytes;
-  const Status status =
-      file.ViewBlock(Code("smap"), header.map_offset, count * kSectionMapEntrySize, bytes);
+  const Status status = file.ViewBlock(Code("smap"), header.map_offset,
+                                       count * kSectionMapEntrySize, scratch_, bytes);
   if (status == Status::kOk) entries_ = TByteReader(bytes);
   return status;
 }

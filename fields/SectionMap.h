@@ -5,6 +5,7 @@
 
 #include "fields/TRecordHeader.h"
 #include "fields/TSectionWriter.h"
+#include "foundation/CData.h"
 #include "foundation/Status.h"
 #include "foundation/TByteReader.h"
 #include "foundation/TDataFile.h"
@@ -18,8 +19,8 @@ Status ReadRecordHeader(TDataFile& file, std::uint32_t offset, TRecordHeader& he
 /// Writes the record header at `offset`.
 Status WriteRecordHeader(TDataFile& file, std::uint32_t offset, const TRecordHeader& header);
 
-/// The section map of a record, in place: valid as long as the file stays open. Nothing is
-/// allocated for it, whatever its header says.
+/// The section map of a record. Refers to the bytes of a file in memory, otherwise owns a copy of
+/// the entries that the file holds: the count in a header alone allocates nothing.
 class TSectionMap {
  public:
   /// Finds the entries that the file holds whole; they may be fewer than the header says.
@@ -38,6 +39,7 @@ class TSectionMap {
   }
 
  private:
+  CData scratch_;
   TByteReader entries_{ByteView()};
   bool is_complete_ = false;
 };

@@ -5,6 +5,7 @@
 #include <span>
 #include <string_view>
 
+#include "foundation/CText.h"
 #include "foundation/CTextPtrArray.h"
 #include "foundation/FourCharCode.h"
 #include "foundation/Status.h"
@@ -25,9 +26,9 @@ class TRecordConverter {
   ~TRecordConverter() = default;
 };
 
-/// One section of a legacy file, not read yet: where it lies and what it is for. It owns nothing;
-/// the file, which is in memory, and the converter outlive it. The read operations return the data
-/// file's status and leave the result as it was when they fail.
+/// A section of a legacy file that was not read yet: its place and its purpose. It owns nothing;
+/// the file and the converter outlive it. The read operations return the data file's status and
+/// leave the result unchanged when they fail.
 struct TLegacySection {
   TDataFile* file = nullptr;              ///< Null: every read returns kNoFile.
   FourCharCode code = kNoCode;            ///< Which property the section holds.
@@ -35,16 +36,15 @@ struct TLegacySection {
   std::uint32_t length = 0;               ///< In bytes.
   TRecordConverter* converter = nullptr;  ///< For older records of a list; null: they are dropped.
 
-  /// The section's bytes, in place: valid as long as the file stays open.
-  Status View(ByteView& bytes) const {
-    return file == nullptr ? Status::kNoFile : file->ViewBlock(code, offset, length, bytes);
+  /// The section's bytes, in place where possible, else read into `scratch`. Valid until the file
+  /// is closed or `scratch` changes.
+  Status View(CData& scratch, ByteView& bytes) const {
+    return file == nullptr ? Status::kNoFile
+                           : file->ViewBlock(code, offset, length, scratch, bytes);
   }
-  /// A text, in place; one final NUL is no part of it.
-  Status View(std::string_view& text) const {
-    ByteView bytes;
-    const Status status = View(bytes);
-    if (status == Status::kOk) text = TextOfSection(bytes);
-    return status;
+  /// The same for a text. One final NUL is not part of it.
+  Status View(CText& scratch, std::string_view& text) const {
+    return file == nullptr ? Status::kNoFile : file->ViewText(code, offset, length, scratch, text);
   }
   /// A number; it has 4 bytes whatever the section's length says.
   Status Read(std::int32_t& value) const {

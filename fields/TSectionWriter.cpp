@@ -25,7 +25,7 @@ Status TSectionWriter::Write(FourCharCode code, const CTextPtrArray& texts) {
 Status TSectionWriter::Write(FourCharCode code, ByteView block) {
   CData data;
   const auto length = static_cast<std::uint32_t>(block.size());
-  if (data.Set(block.data(), length) != length) return Status::kFailure;
+  if (data.Set(block.data(), length).length != length) return Status::kFailure;
   std::uint32_t written = 0;
   const Status status = file_.WriteBlock(code, offset_, written, data);
   return Advance(code, written, status);

@@ -6,7 +6,6 @@
 #include <string_view>
 
 #include "foundation/Cipher.h"
-#include "foundation/Heap.h"
 
 namespace zaf {
 namespace {
@@ -36,7 +35,7 @@ const TCipher& TextCipher() {
 }
 
 /// Decodes pairs of lower-case hexadecimal digits; false when `digits` are anything else.
-bool DecodeHex(std::string_view digits, heap::TPooledString& bytes) {
+bool DecodeHex(std::string_view digits, std::string& bytes) {
   if (digits.size() % 2 != 0) return false;
   bytes.resize(digits.size() / 2);
   const char* digit = digits.data();
@@ -50,7 +49,7 @@ bool DecodeHex(std::string_view digits, heap::TPooledString& bytes) {
 }
 
 /// Removes PKCS#7 padding; false when there is none.
-bool RemovePadding(heap::TPooledString& bytes) {
+bool RemovePadding(std::string& bytes) {
   if (bytes.empty()) return false;
   const char last = bytes.back();
   const auto count = static_cast<unsigned char>(last);
@@ -65,12 +64,12 @@ bool RemovePadding(heap::TPooledString& bytes) {
 
 void CCipherText::Encipher() {
   if (IsEmpty()) return;
-  heap::TPooledString enciphered;
+  std::string enciphered;
   Encipher(View(), enciphered);
   Assign(std::string_view(enciphered));
 }
 
-void CCipherText::Encipher(std::string_view text, heap::TPooledString& enciphered) {
+void CCipherText::Encipher(std::string_view text, std::string& enciphered) {
   enciphered.clear();
   if (text.empty()) return;
   const std::size_t padding = kCipherBlockSize - text.size() % kCipherBlockSize;
@@ -92,7 +91,7 @@ void CCipherText::Encipher(std::string_view text, heap::TPooledString& enciphere
 
 void CCipherText::Decipher() {
   const std::string_view text = View();
-  heap::TPooledString bytes;
+  std::string bytes;
   if (!text.starts_with(kMark) || !DecodeHex(text.substr(kMark.size()), bytes)) return;
   if (bytes.size() % kCipherBlockSize != 0) return;
   TextCipher().Decipher(WritableBytes(bytes.data(), bytes.size()));

@@ -1,9 +1,9 @@
 #pragma once
 
+#include <string>
 #include <string_view>
 
 #include "foundation/CText.h"
-#include "foundation/Heap.h"
 
 namespace zaf {
 
@@ -20,7 +20,7 @@ class CCipherText : public CText {
   void Encipher();
 
   /// Sets `enciphered` to the enciphered form of `text`.
-  static void Encipher(std::string_view text, heap::TPooledString& enciphered);
+  static void Encipher(std::string_view text, std::string& enciphered);
 
   /// Replaces an enciphered text by the clear one. A text without the mark, or one that does not
   /// decipher, stays as it is.

@@ -10,10 +10,10 @@ namespace {
 
 constexpr std::uint64_t kGreatestSize = std::numeric_limits<std::uint32_t>::max();
 
-/// A buffer that holds less than this much more than it is asked for does not shrink.
+/// A buffer whose capacity exceeds a request by less than this does not shrink.
 constexpr std::uint32_t kSlack = 32;
 
-/// What a buffer of `capacity` bytes grows to when asked for `size`.
+/// The new capacity of a buffer of `capacity` bytes that has to grow to `size`.
 std::uint64_t GrownCapacity(std::uint32_t capacity, std::uint32_t size) {
   const std::uint64_t step = capacity <= 4096 ? 16 : 4096;
   return size / step * step + step;
@@ -39,7 +39,7 @@ bool CData::Reserve(std::uint32_t size) {
 }
 
 void CData::Release() {
-  heap::Free(buffer_, capacity_);
+  heap::Free(buffer_);
   buffer_ = nullptr;
   capacity_ = 0;
   length_ = 0;
@@ -59,16 +59,18 @@ bool CData::EqualsData(const CData& other) const {
   return CData::EqualsBytes(other.buffer_, other.length_);
 }
 
-std::uint32_t CData::Set(const void* bytes, std::uint32_t count, std::uint32_t capacity_hint) {
-  std::uint32_t available = count;
-  if (IsInStorage(bytes))
-    available = capacity_ - static_cast<std::uint32_t>(static_cast<const char*>(bytes) - buffer_);
-  else if (!Reserve(std::max(count, capacity_hint)))
-    return length_;
-  const std::uint32_t length = std::min({capacity_, count, available});
-  if (bytes != nullptr && bytes != buffer_ && length != 0) std::memmove(buffer_, bytes, length);
-  length_ = length;
-  return length;
+TStoredData CData::Set(const void* bytes, std::uint32_t count, std::uint32_t capacity_hint) {
+  if (IsInStorage(bytes)) {
+    const auto offset = static_cast<std::uint32_t>(static_cast<const char*>(bytes) - buffer_);
+    length_ = std::min(count, capacity_);
+    const std::uint32_t held = std::min(length_, capacity_ - offset);
+    std::memmove(buffer_, bytes, held);
+    std::memset(buffer_ + held, 0, length_ - held);
+  } else if (Reserve(std::max(count, capacity_hint))) {
+    length_ = std::min(count, capacity_);
+    if (bytes != nullptr && length_ != 0) std::memcpy(buffer_, bytes, length_);
+  }
+  return {buffer_, length_};
 }
 
 void CData::Assign(const CData& other) {
@@ -113,11 +115,11 @@ std::uint32_t CData::SpliceByte(std::uint32_t position, std::uint32_t remove_cou
 
 std::uint32_t CData::Splice(std::uint32_t position, std::uint32_t remove_count, const void* bytes,
                             std::uint32_t insert_count) {
-  if (length_ == 0) return Set(bytes, insert_count);
+  if (length_ == 0) return Set(bytes, insert_count).length;
   if (insert_count != 0 && IsInStorage(bytes)) {
-    // The bytes are about to move.
+    // The bytes move before they are copied.
     CData copy;
-    if (copy.CData::Set(bytes, insert_count) != insert_count) return length_;
+    if (copy.CData::Set(bytes, insert_count).length != insert_count) return length_;
     return CData::Splice(position, remove_count, copy.buffer_, insert_count);
   }
   position = std::min(position, length_);
@@ -159,7 +161,7 @@ void CData::MoveAssign(CData& other) noexcept {
     other.Clear();
     return;
   }
-  heap::Free(buffer_, capacity_);
+  heap::Free(buffer_);
   TakeFrom(other);
 }
 

@@ -12,24 +12,30 @@ namespace zaf {
 /// "No index": the -1 of the operations that give an index or a position.
 inline constexpr std::uint32_t kNoIndex = 0xFFFFFFFFU;
 
-/// A growable buffer of bytes: raw sections of files, and the root of texts and arrays. Owns its
+/// The result of Set: where the data is and how long it is now, in bytes (of a text with its NUL).
+struct TStoredData {
+  char* data;
+  std::uint32_t length;
+};
+
+/// A growable buffer of bytes: raw sections of files, and the base of texts and arrays. Owns its
 /// storage. All sizes, offsets and counts are in bytes.
 ///
-/// Capacity follows fixed rules. A first reservation and a shrinking one are taken exactly; a
-/// growing one goes to the next multiple of 16 above the request (of 4096 when the capacity was
-/// above 4096). A buffer shrinks when asked for at least 32 bytes less than it holds.
+/// Capacity follows fixed rules. The first reservation and a shrinking one are exact; a growing one
+/// is rounded to the next multiple of 16 above the request (of 4096 when the capacity was above
+/// 4096). A buffer shrinks when asked for at least 32 bytes less than its capacity.
 ///
-/// Nothing throws. When memory cannot be had, Reserve is false and the buffer stays as it was; so
-/// it does behind Set, Assign and Splice.
+/// Nothing throws. When memory is insufficient, Reserve returns false and the buffer is unchanged,
+/// also after Set, Assign and Splice.
 ///
-/// The virtual operations stand in a fixed order; derived classes append their own.
-class CData : public heap::TPooledObject {
+/// The order of the virtual operations is fixed; derived classes append their own.
+class CData {
  public:
   CData() = default;
   /// Reserves `size` bytes; the length is 0.
   explicit CData(std::uint32_t size) { CData::Reserve(size); }
   CData(const CData& other) { CopyFrom(other); }
-  /// Takes the storage over and leaves `other` empty (storage inside `other` itself is copied).
+  /// Takes the storage of `other` and leaves it empty (storage inside `other` itself is copied).
   CData(CData&& other) noexcept { TakeFrom(other); }
   CData& operator=(const CData& other) {
     if (this != &other) Assign(other);
@@ -40,13 +46,14 @@ class CData : public heap::TPooledObject {
     return *this;
   }
   virtual ~CData() {
-    if (buffer_ != nullptr) heap::Free(buffer_, capacity_);
+    if (buffer_ != nullptr) heap::Free(buffer_);
   }
 
   /// The first byte; null when nothing is allocated.
   virtual char* GetData() { return buffer_; }
 
-  /// Brings the capacity to `size` by the rules above and cuts the length to it.
+  /// Changes the capacity to `size` by the rules above and cuts the length to it. A request of 0
+  /// always succeeds.
   virtual bool Reserve(std::uint32_t size);
 
   /// Frees the storage: capacity and length 0.
@@ -58,12 +65,13 @@ class CData : public heap::TPooledObject {
   [[nodiscard]] virtual bool EqualsBytes(const void* bytes, std::uint32_t count) const;
   [[nodiscard]] virtual bool EqualsData(const CData& other) const;
 
-  /// Holds a copy of the bytes, which may lie in this buffer. Reserves the greater of `count` and
-  /// `capacity_hint` before (not for its own bytes). Null `bytes` only set the length; the bytes
-  /// are then unspecified, to be filled through GetData. Returns the new length; it is not `count`
-  /// when memory could not be had: the buffer is then unchanged.
-  virtual std::uint32_t Set(const void* bytes, std::uint32_t count,
-                            std::uint32_t capacity_hint = 0);
+  /// Replaces the content by a copy of the bytes, after reserving the greater of `count` and
+  /// `capacity_hint`. When that fails, the buffer and its length are unchanged. Null `bytes` only
+  /// set the length; the content is then unspecified, to be filled through GetData.
+  ///
+  /// The bytes may be part of this buffer's storage: nothing is reserved then, `count` is cut to
+  /// the capacity, and what would lie after the storage is 0.
+  virtual TStoredData Set(const void* bytes, std::uint32_t count, std::uint32_t capacity_hint = 0);
 
   virtual void Assign(const CData& other);
 
@@ -80,13 +88,13 @@ class CData : public heap::TPooledObject {
   virtual void AssignTo(CData& target) const;
 
   /// The Splice operations replace `remove_count` bytes at `position` by others and return the new
-  /// length. In a buffer of length 0 they set, whatever the position. This one splices the decimal
-  /// digits of `value`, with "-" when it is negative.
+  /// length. On a buffer of length 0 they set, whatever the position. SpliceDecimal inserts the
+  /// decimal digits of `value`, with "-" when it is negative.
   virtual std::uint32_t SpliceDecimal(std::uint32_t position, std::uint32_t remove_count,
                                       std::int32_t value);
   virtual std::uint32_t SpliceByte(std::uint32_t position, std::uint32_t remove_count, char byte);
-  /// The bytes may lie in this buffer; null leaves a gap of unspecified bytes. A range that leaves
-  /// the buffer is cut to it. On failure the buffer and its length are unchanged.
+  /// The bytes may be part of this buffer; null inserts unspecified bytes. The removed range is cut
+  /// to the buffer. On failure the buffer and its length are unchanged.
   virtual std::uint32_t Splice(std::uint32_t position, std::uint32_t remove_count,
                                const void* bytes, std::uint32_t insert_count);
   virtual std::uint32_t SpliceData(std::uint32_t position, std::uint32_t remove_count,
@@ -99,7 +107,7 @@ class CData : public heap::TPooledObject {
   /// The bytes in use; valid until the buffer changes.
   [[nodiscard]] ByteView Bytes() const { return std::as_bytes(std::span(buffer_, length_)); }
 
-  /// The byte at `index`; one that is always 0 for an index outside the bytes in use.
+  /// The byte at `index`; a shared byte that is always 0 for an index outside the bytes in use.
   [[nodiscard]] const char& ByteAt(std::uint32_t index) const {
     return index < length_ ? buffer_[index] : kZeroByte;
   }
@@ -107,7 +115,7 @@ class CData : public heap::TPooledObject {
  protected:
   static constexpr char kZeroByte = 0;
 
-  /// For a derived class whose storage is an array right behind this base: uses that array and
+  /// For a derived class whose storage is an array directly after this base: uses that array and
   /// never frees it. The derived class overrides Reserve and Release, copies instead of moving, and
   /// calls DropStorage in its destructor.
   void UseInnerStorage(char* bytes, std::uint32_t size) {
@@ -120,7 +128,7 @@ class CData : public heap::TPooledObject {
   /// Not greater than the capacity.
   void SetLength(std::uint32_t length) { length_ = length; }
 
-  /// Whether `bytes` points into this buffer's storage; no for null.
+  /// Whether `bytes` points into this buffer's storage; false for null.
   [[nodiscard]] bool IsInStorage(const void* bytes) const {
     const auto address = reinterpret_cast<std::uintptr_t>(bytes);
     const auto first = reinterpret_cast<std::uintptr_t>(buffer_);
@@ -137,8 +145,8 @@ class CData : public heap::TPooledObject {
   }
 
  private:
-  /// Whether the storage may be right behind this base. A block of the heap that happens to begin
-  /// there is taken for inner storage too; it is then copied where it could have been moved.
+  /// Whether the storage may be directly after this base. A heap block that happens to begin there
+  /// counts too; it is then copied where it could have been moved.
   [[nodiscard]] bool MayUseInnerStorage() const {
     return reinterpret_cast<std::uintptr_t>(buffer_) ==
            reinterpret_cast<std::uintptr_t>(this) + sizeof(CData);

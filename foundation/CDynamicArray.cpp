@@ -26,17 +26,19 @@ CDynamicArray::CDynamicArray(CDynamicArray&& other) noexcept
 
 CDynamicArray& CDynamicArray::operator=(CDynamicArray&& other) noexcept {
   if (this == &other) return *this;
+  // A typed array keeps its element size: its own Assign decides.
+  if (element_size_ != other.element_size_) return Assign(other), *this;
   CData::operator=(static_cast<CData&&>(other));
   element_capacity_ = std::exchange(other.element_capacity_, 0);
   element_size_ = other.element_size_;
   return *this;
 }
 
-std::uint32_t CDynamicArray::Set(const void* bytes, std::uint32_t count,
-                                 std::uint32_t capacity_hint) {
-  CData::Set(bytes, count, capacity_hint);
+TStoredData CDynamicArray::Set(const void* bytes, std::uint32_t count,
+                               std::uint32_t capacity_hint) {
+  const TStoredData stored = CData::Set(bytes, count, capacity_hint);
   element_capacity_ = GetCapacity() / element_size_;
-  return GetLength();
+  return stored;
 }
 
 void CDynamicArray::Assign(const CData& other) {
@@ -89,21 +91,20 @@ std::uint32_t CDynamicArray::Insert(std::uint32_t index, const void* source) {
   const std::uint32_t count = GetCount();
   const std::uint32_t position = std::min(index, count);
   if (count == kNoIndex) return kNoIndex;
-  // Reserving may move the storage, so an element of this array is found again by its place.
+  // Reserving may move the storage, so an element of this array is kept by its offset.
   const bool is_own = IsInStorage(source);
   const auto place = is_own ? static_cast<const char*>(source) - Buffer() : 0;
   if (count + 1 > element_capacity_ && !ReserveElements(count + 1)) return kNoIndex;
   const std::uint32_t length = count * element_size_;
-  SetLength(length);  // Bytes that make no whole element do not count.
-  if (!is_own && position == count && element_size_ <= GetCapacity() - length) {
+  SetLength(length);  // Drops bytes after the last whole element.
+  if (!is_own && count != 0 && position == count && element_size_ <= GetCapacity() - length) {
     StoreElement(position, source);
     SetLength(length + element_size_);
     return position;
   }
   const void* bytes = is_own ? Buffer() + place : source;
-  // The first element must not shrink the room that was reserved for all of them.
   const std::uint32_t new_length =
-      length == 0 ? CData::Set(bytes, element_size_, GetCapacity())
+      length == 0 ? CData::Set(bytes, element_size_).length
                   : CData::Splice(position * element_size_, 0, bytes, element_size_);
   if (new_length != length + element_size_) return kNoIndex;
   if (source == nullptr) StoreElement(position, nullptr);

@@ -18,11 +18,4 @@ std::uint32_t CObjectArray::DeleteAll() {
   return count;
 }
 
-std::uint32_t CObjectArray::DeleteAt(std::uint32_t index) {
-  void* element = Get(index);
-  if (Remove(index) == kNoIndex) return kNoIndex;
-  if (element != nullptr) DeleteElement(element);
-  return index;
-}
-
 }  // namespace zaf

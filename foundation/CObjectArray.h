@@ -9,7 +9,8 @@
 
 namespace zaf {
 
-/// An array of pointers to objects. Does not own them: who does calls DeleteAll first.
+/// An array of pointers to objects. Does not own them: an owner calls DeleteAll before the array is
+/// destroyed.
 class CObjectArray : public CDynamicArray {
  public:
   CObjectArray() : CDynamicArray(sizeof(void*)) {}
@@ -19,19 +20,18 @@ class CObjectArray : public CDynamicArray {
   CObjectArray& operator=(CObjectArray&& other) noexcept = default;
   ~CObjectArray() override = default;
 
-  /// Takes only arrays of pointers: the pointers are copied, not the objects. Anything else is left
-  /// alone.
+  /// Copies the pointers of an array of pointers; does nothing for any other argument.
   void Assign(const CData& other) override;
 
-  /// Deletes one object of the kind that the array holds. Here: frees its memory (from
-  /// foundation/Heap.h) without a destructor.
+  /// Deletes one object. This class frees its memory (from foundation/Heap.h) without calling a
+  /// destructor; derived classes delete an object of their type.
   virtual void DeleteElement(void* element);
 
   [[nodiscard]] std::uint32_t GetCount() const {
     return GetLength() / static_cast<std::uint32_t>(sizeof(void*));
   }
 
-  /// The pointer, or null when there is none.
+  /// The pointer, or null when the index is out of range.
   [[nodiscard]] void* Get(std::uint32_t index) const {
     return index < GetCount() ? Pointers()[index] : nullptr;
   }
@@ -42,11 +42,8 @@ class CObjectArray : public CDynamicArray {
   }
   std::uint32_t InsertFirst(void* element) { return Insert(0, element); }
 
-  /// Deletes every object that is not null, then forgets all. Returns the old count.
+  /// Deletes every object that is not null, then removes all pointers. Returns the old count.
   std::uint32_t DeleteAll();
-
-  /// Deletes one object and removes its pointer. Returns the index, or kNoIndex.
-  std::uint32_t DeleteAt(std::uint32_t index);
 
  protected:
   [[nodiscard]] void* const* Pointers() const {
@@ -54,7 +51,7 @@ class CObjectArray : public CDynamicArray {
   }
 };
 
-/// Walks an array of pointers and gives the objects (`Object` may be const). None may be null.
+/// Iterates over the objects of an array of pointers (`Object` may be const). None may be null.
 template <class Object>
 class TPointerIterator {
  public:

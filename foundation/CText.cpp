@@ -34,7 +34,7 @@ bool EqualViews(std::string_view a, std::string_view b, CaseSensitivity sensitiv
   return sensitivity == CaseSensitivity::kExact ? a == b : EqualsIgnoringCase(a, b);
 }
 
-/// Matches that do not overlap, found from the left. `find` is not empty.
+/// The number of matches that do not overlap, found from the left. `find` is not empty.
 std::uint64_t CountMatches(std::string_view text, std::string_view find,
                            CaseSensitivity sensitivity) {
   std::uint64_t count = 0;
@@ -50,8 +50,8 @@ std::uint32_t AsIndex(std::size_t place) {
 
 }  // namespace
 
-CText::CText(TTextCapacity room) {
-  if (room.characters < kNoIndex) AllocateExactly(room.characters + 1);
+CText::CText(TTextCapacity capacity) {
+  if (capacity.characters < kNoIndex) AllocateExactly(capacity.characters + 1);
 }
 
 void CText::AssignToNew(std::string_view text) {
@@ -77,34 +77,31 @@ bool CText::EqualsBytes(const void* characters, std::uint32_t count) const {
 }
 
 bool CText::EqualsData(const CData& other) const {
-  // The other one may be a plain buffer, whose last byte need not be a NUL.
+  // A plain buffer need not end with a NUL.
   std::string_view characters = AsText(other.Bytes());
   if (characters.ends_with('\0')) characters.remove_suffix(1);
   return EqualsIgnoringCase(View(), characters);
 }
 
-std::uint32_t CText::Set(const void* characters, std::uint32_t count, std::uint32_t capacity_hint) {
-  if (count == 0) {
-    Clear();
-    return 0;
-  }
-  if (characters == nullptr) return 0;
+TStoredData CText::Set(const void* characters, std::uint32_t count, std::uint32_t capacity_hint) {
+  if (count == 0) Clear();
+  if (count == 0 || characters == nullptr) return {Buffer(), 0};
   if (IsInStorage(characters)) {
     CData::Set(characters, count, capacity_hint);
     if (GetLength() == GetCapacity() && !Reserve(GetLength() + 1)) SetLength(GetLength() - 1);
   } else if (count == kNoIndex || !Reserve(std::max(count + 1, capacity_hint))) {
-    if (GetLength() <= 1 || GetLength() == GetCapacity()) return GetLength();
+    if (GetLength() <= 1 || GetLength() == GetCapacity()) return {Buffer(), GetLength()};
   } else {
     std::memcpy(Buffer(), characters, count);
     SetLength(count);
   }
   Buffer()[GetLength()] = 0;
   SetLength(GetLength() + 1);
-  return GetLength();
+  return {Buffer(), GetLength()};
 }
 
 void CText::Assign(const CData& other) {
-  if (other.GetLength() == 1 && GetCapacity() == 0) return;  // Only a NUL: nothing to store.
+  if (other.GetLength() == 1 && GetCapacity() == 0) return;  // Only a NUL: an empty text.
   CData::Assign(other);
   if (GetLength() != 0) Buffer()[GetLength() - 1] = 0;
 }
@@ -182,8 +179,8 @@ void CText::ReplaceMatches(std::string_view find, std::string_view replacement,
   std::uint64_t replaced = CountMatches(View(), find, sensitivity);
   if (replaced == 0) return;
 
-  // A growing text is first moved to the end of its future room; then the result is built from the
-  // front and never catches up with what is still to be read.
+  // A growing text is first moved to the end of its future storage. The result is then built from
+  // the front and never overtakes the read position.
   std::uint64_t shift = 0;
   if (replacement.size() > find.size()) {
     const std::uint64_t growth = replacement.size() - find.size();
@@ -223,7 +220,7 @@ void CText::ReplaceOccurrence(const CText& find, const CText& replacement, std::
 
 bool CText::EqualsCharacters(const char* characters, std::uint32_t count,
                              CaseSensitivity sensitivity) const {
-  if (characters == nullptr) return count == 0 && IsEmpty();
+  if (characters == nullptr) return IsEmpty();
   if (count != GetCharacterCount()) return false;
   return EqualViews(View(), {characters, count}, sensitivity) &&
          (sensitivity == CaseSensitivity::kIgnore || characters[count] == 0);
@@ -235,7 +232,8 @@ bool CText::Equals(const CText& other, CaseSensitivity sensitivity) const {
 
 bool CText::PrefixEquals(const char* characters, std::uint32_t count,
                          CaseSensitivity sensitivity) const {
-  const std::uint32_t compared = characters == nullptr ? 0 : std::min(GetCharacterCount(), count);
+  if (characters == nullptr) return IsEmpty();
+  const std::uint32_t compared = std::min(GetCharacterCount(), count);
   return EqualViews(View().substr(0, compared), {characters, compared}, sensitivity);
 }
 
@@ -257,10 +255,7 @@ void CText::Append(std::uint32_t value) { Append(TDigits(value).View()); }
 
 void CText::Append(std::string_view text) {
   if (text.empty()) return;
-  if (IsEmpty()) {
-    Set(text.data(), Length32(text), GetCapacity());  // Room reserved ahead is kept.
-    return;
-  }
+  if (IsEmpty()) return Assign(text);
   const std::uint32_t count = GetCharacterCount();
   if (text.size() < GetCapacity() - count && !IsInStorage(text.data())) {
     std::memcpy(Buffer() + count, text.data(), text.size());
@@ -329,8 +324,8 @@ void CText::Unquote() {
 void CText::WordWrap(std::uint32_t width) {
   constexpr std::uint64_t kTabColumns = 8;
   std::uint64_t column = 0;
-  char* blank = nullptr;           // The last one on this line,
-  std::uint64_t blank_column = 0;  // and the column behind it.
+  char* blank = nullptr;           // The last one on this line.
+  std::uint64_t blank_column = 0;  // The column after it.
   char* const last = Buffer() + GetCharacterCount();
   for (char* next = Buffer(); next != last; ++next) {
     if (*next == '\n' || *next == '\r') {
@@ -355,7 +350,7 @@ int CText::Compare(const CText& other) const {
   return CompareIgnoringCase(UntilNul(View()), UntilNul(other.View()));
 }
 
-/// Keeps the first `characters` ones.
+/// Keeps the first `characters` characters.
 void CText::CutTo(std::uint32_t characters) {
   if (characters == GetCharacterCount()) return;
   Buffer()[characters] = 0;

@@ -15,21 +15,22 @@ enum class SearchDirection { kForward, kBackward };
 enum class TrimSet { kSpaces, kWhiteSpace };  ///< White space: space, tab, line feed, return.
 enum class CharacterFilter { kKeep, kDrop };
 
-/// Room to reserve when a text is constructed, in characters (the NUL comes on top).
+/// The number of characters to reserve for when a text is constructed, without the NUL.
 struct TTextCapacity {
   std::uint32_t characters;
 };
 
 /// An 8-bit, NUL-terminated text. Owns its characters. The stored length (GetLength) counts the
 /// NUL; positions and counts of the operations of this class are in characters, without it. An
-/// empty text has length 0 (nothing stored) or 1 (only the NUL). Inner NULs are characters like
-/// others, save where C strings are compared. A new text and one assigned something empty never
-/// allocate.
+/// empty text has length 0 (nothing stored) or 1 (only the NUL). Inner NULs are ordinary
+/// characters, except where C strings are compared. Neither a new text nor an empty assignment
+/// allocates.
 ///
 /// `==` and `!=` ignore case. Compare exactly with Equals, or compare views.
 ///
-/// Nothing throws. When memory (or the room of a fixed buffer) does not suffice, the characters
-/// stay as they were; null pointers do nothing.
+/// Nothing throws. When memory (or the space of a fixed buffer) is insufficient, the characters are
+/// unchanged. A null pointer is no text: searches do not find it, it equals only an empty text, and
+/// changes do nothing.
 class CText : public CData {
  public:
   CText() = default;
@@ -37,11 +38,11 @@ class CText : public CData {
   CText(const char* text) {                            // NOLINT(google-explicit-constructor)
     if (text != nullptr) AssignToNew(text);
   }
-  /// A text of one character; of none when it is 0.
+  /// A text of one character; empty when it is 0.
   explicit CText(char character) {
     if (character != 0) AssignToNew({&character, 1});
   }
-  explicit CText(TTextCapacity room);
+  explicit CText(TTextCapacity capacity);
   CText(const CText& other) : CText(other.View()) {}
   CText(CText&& other) noexcept = default;
   ~CText() override = default;
@@ -54,22 +55,22 @@ class CText : public CData {
   CText& operator=(std::int32_t value) { return Assign(value), *this; }
   CText& operator=(std::uint32_t value) { return Assign(value), *this; }
 
-  // --- The operations of CData, as texts do them.
+  // --- Operations of CData with text semantics.
 
-  /// Where the length is cut, the last byte kept becomes the NUL.
+  /// When the length is cut, the last byte kept becomes the NUL.
   bool Reserve(std::uint32_t size) override;
 
   /// Ignore case.
   [[nodiscard]] bool EqualsBytes(const void* characters, std::uint32_t count) const override;
   [[nodiscard]] bool EqualsData(const CData& other) const override;
 
-  /// `count` characters; the NUL is added. Returns the new length (with the NUL). When there is no
-  /// room for them, the old characters stay, but a text that was not empty gets one more NUL behind
-  /// its own, counted in its length, if that fits the storage (kept on purpose).
-  std::uint32_t Set(const void* characters, std::uint32_t count,
-                    std::uint32_t capacity_hint = 0) override;
+  /// Sets `count` characters and adds the NUL; 0 clears. When reserving fails, the old characters
+  /// remain, but a text that was not empty gets a second NUL, counted in its length, if the storage
+  /// has space for it (kept deliberately).
+  TStoredData Set(const void* characters, std::uint32_t count,
+                  std::uint32_t capacity_hint = 0) override;
 
-  /// Takes over the bytes of a text or buffer; the last byte becomes the NUL, whatever it was.
+  /// Copies the bytes of a text or buffer; the last byte is overwritten by the NUL.
   void Assign(const CData& other) override;
 
   /// Copy out as a C string: as many characters as fit with their NUL. Return the number of
@@ -81,24 +82,25 @@ class CText : public CData {
   /// The range is of characters; a target that is a text adds its own NUL.
   void Extract(CData& target, std::uint32_t offset, std::uint32_t count) const override;
 
-  /// As in CData. Bytes put behind the NUL get a NUL of their own.
+  /// As in CData. Bytes inserted after the NUL are followed by another NUL.
   std::uint32_t Splice(std::uint32_t position, std::uint32_t remove_count, const void* bytes,
                        std::uint32_t insert_count) override;
 
-  // --- The virtual operations that texts add, in their order.
+  // --- Further virtual operations, in slot order.
 
-  /// Copy out with the number of characters in front, in one byte, as legacy files hold names: as
-  /// many characters (at most 255) as fit with that byte and a NUL. Return the bytes copied behind
-  /// the first one, the NUL among them; 0 for an empty text, whose first byte is 0.
+  /// Copy out as a length-prefixed string: one byte with the number of characters (at most 255),
+  /// then as many of them as fit, then a NUL. Return the bytes copied after the first one, the NUL
+  /// included; 0 for an empty text, whose first byte is 0.
   virtual std::uint32_t CopyOutRangePrefixed(void* destination, std::uint32_t size,
                                              std::uint32_t offset, std::uint32_t count) const;
   virtual std::uint32_t CopyOutPrefixed(void* destination, std::uint32_t size) const;
 
-  /// Splices the characters of `other`; an empty text is assigned them.
+  /// Splices the characters of `other`; an empty text is assigned `other`.
   virtual void SpliceText(std::uint32_t position, std::uint32_t remove_count, const CText& other);
 
-  /// Replace every occurrence, found from the left; the search goes on behind what was inserted.
-  /// An empty `find` does nothing. As many are replaced as there is room for.
+  /// Replace every occurrence, found from the left; the search continues after the inserted text.
+  /// An empty `find` does nothing. When memory is insufficient, only the first ones that fit are
+  /// replaced.
   virtual void ReplaceAllIgnoringCase(const CText& find, const CText& replacement);
   virtual void ReplaceAll(const CText& find, const CText& replacement);
   void ReplaceAll(const char* find, const char* replacement) {
@@ -106,18 +108,17 @@ class CText : public CData {
       ReplaceMatches(find, replacement, CaseSensitivity::kExact);
   }
 
-  /// Replaces the occurrence with that number, from 1, if there are as many; occurrences do not
+  /// Replaces the occurrence with that number, counted from 1, if there is one; occurrences do not
   /// overlap.
   virtual void ReplaceOccurrence(const CText& find, const CText& replacement,
                                  std::uint32_t occurrence, CaseSensitivity sensitivity);
 
-  /// For kExact the characters must have a NUL at `count`: it is compared, too.
+  /// For kExact the characters must be terminated: the NUL at `count` is compared, too.
   [[nodiscard]] virtual bool EqualsCharacters(const char* characters, std::uint32_t count,
                                               CaseSensitivity sensitivity) const;
   [[nodiscard]] virtual bool Equals(const CText& other, CaseSensitivity sensitivity) const;
 
-  /// Whether this text and the characters begin alike: they are compared as far as the shorter one
-  /// goes ("abc" and "abcdef" begin alike, either way).
+  /// Compares up to the shorter length: true when either is a prefix of the other.
   [[nodiscard]] virtual bool PrefixEquals(const char* characters, std::uint32_t count,
                                           CaseSensitivity sensitivity) const;
 
@@ -143,11 +144,12 @@ class CText : public CData {
   /// The first four characters as a code; missing ones are 0.
   [[nodiscard]] FourCharCode GetFourCharCode() const { return CodeOfText(View()); }
 
-  /// The decimal number at the beginning, modulo 2^32: white space is skipped, a sign is taken, the
-  /// rest is ignored. 0 without digits. Converted to std::int32_t it is the signed number.
+  /// The decimal number at the start, modulo 2^32, after white space and an optional sign; the rest
+  /// is ignored. 0 without digits. Converted to std::int32_t it is the signed number.
   [[nodiscard]] std::uint32_t ToNumber() const;
 
-  // --- Assigning and appending. A character 0 is no character. The texts may be parts of this one.
+  // --- Assigning and appending. The character 0 counts as none. Arguments may be parts of this
+  // text. Appending to an empty text assigns.
 
   void Assign(std::string_view text) {
     if (GetCapacity() == 0)
@@ -171,13 +173,20 @@ class CText : public CData {
   void Append(std::int32_t value);
   void Append(std::uint32_t value);
 
-  // --- Searching. The result is a position or kNoIndex. An empty pattern is found at once.
+  // --- Searching. Returns a position or kNoIndex. An empty pattern matches at the start position.
 
-  /// Forward: the first match at `start` or behind it. Backward: the last match that ends at
-  /// `start` (its last character stands before that position) or before it.
+  /// Forward: the first match at or after `start`. Backward: the last match that ends at or before
+  /// `start` (its last character is before that position).
   [[nodiscard]] std::uint32_t Find(std::string_view pattern, std::uint32_t start = 0,
                                    SearchDirection direction = SearchDirection::kForward) const;
+  [[nodiscard]] std::uint32_t Find(const char* pattern, std::uint32_t start = 0,
+                                   SearchDirection direction = SearchDirection::kForward) const {
+    return pattern == nullptr ? kNoIndex : Find(std::string_view(pattern), start, direction);
+  }
   [[nodiscard]] std::uint32_t FindIgnoringCase(std::string_view pattern) const;
+  [[nodiscard]] std::uint32_t FindIgnoringCase(const char* pattern) const {
+    return pattern == nullptr ? kNoIndex : FindIgnoringCase(std::string_view(pattern));
+  }
 
   // --- Changing
 
@@ -186,21 +195,24 @@ class CText : public CData {
   void TrimStart(TrimSet set);
   void TrimEnd(TrimSet set);
   void FilterCharacters(std::string_view set, CharacterFilter filter);
+  void FilterCharacters(const char* set, CharacterFilter filter) {
+    if (set != nullptr) FilterCharacters(std::string_view(set), filter);
+  }
 
-  /// Leaves the `count` characters from `start` on, or fewer at the end. Does nothing when `start`
-  /// or `count` is greater than the number of characters.
+  /// Keeps only the `count` characters from `start` on, or fewer at the end. Does nothing when
+  /// `start` or `count` is greater than the number of characters.
   void SubstringInPlace(std::uint32_t start, std::uint32_t count);
 
-  /// A new text of the first `count` characters, or of all.
+  /// A new text of the first `count` characters, or of all when there are fewer.
   [[nodiscard]] CText Left(std::uint32_t count) const;
 
-  /// At least two characters, the first `'` or `"`, the last the same.
+  /// Whether there are at least two characters, the first is `'` or `"` and the last is the same.
   [[nodiscard]] bool IsQuoted() const;
   /// Removes both quotes of a quoted text.
   void Unquote();
 
-  /// Breaks lines: where the column reaches `width`, the nearest blank (space or tab) up to there
-  /// on that line becomes a return. A tab counts as 8 columns; a word that is too long stays whole.
+  /// Breaks lines: where the column reaches `width`, the nearest space or tab before it on that
+  /// line becomes a carriage return. A tab counts 8 columns. A line without one is left long.
   void WordWrap(std::uint32_t width);
 
   friend bool operator==(const CText& a, const CText& b) { return a.EqualsData(b); }
@@ -211,19 +223,17 @@ class CText : public CData {
     return a == (b == nullptr ? std::string_view{} : std::string_view(b));
   }
 
-  /// Orders C strings (the characters up to the first NUL), ignoring case; an empty text is first.
+  /// Order C strings (the characters up to the first NUL) ignoring case; an empty text is first.
   friend bool operator<(const CText& a, const CText& b) { return a.Compare(b) < 0; }
-  friend bool operator>(const CText& a, const CText& b) { return a.Compare(b) > 0; }
-  friend bool operator<=(const CText& a, const CText& b) { return a.Compare(b) <= 0; }
   friend bool operator>=(const CText& a, const CText& b) { return a.Compare(b) >= 0; }
 
  private:
-  /// The size as a count; one that no text can hold stays one (kNoIndex).
+  /// The size as a count; kNoIndex, which no text can hold, when it is too large.
   static std::uint32_t Length32(std::string_view text) {
     return text.size() < kNoIndex ? static_cast<std::uint32_t>(text.size()) : kNoIndex;
   }
 
-  /// What a text without storage is assigned.
+  /// Assigns to a text without storage.
   void AssignToNew(std::string_view text);
   [[nodiscard]] int Compare(const CText& other) const;
   void CutTo(std::uint32_t characters);

@@ -8,8 +8,8 @@
 
 namespace zaf {
 
-/// An array of pointers to texts that were made with `new`. Does not own them: who does calls
-/// DeleteAll. Iteration gives the texts; none may be null then.
+/// An array of pointers to texts. Does not own them: an owner, who made them with `new`, calls
+/// DeleteAll. Iteration yields the texts; none may be null then.
 class CTextArray : public CObjectArray {
  public:
   CTextArray() = default;

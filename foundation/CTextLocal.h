@@ -8,12 +8,12 @@
 
 namespace zaf {
 
-/// A text over a fixed buffer of N bytes inside the object (at most N - 1 characters), for texts
-/// whose greatest length is part of the data. Never allocates; its capacity is always N. A text
-/// that does not fit is refused and the old characters stay; assigned as characters (Set) it leaves
-/// one more NUL, counted in the length, behind an old text that was not empty.
+/// A text in a fixed buffer of N bytes inside the object (at most N - 1 characters), for texts
+/// whose maximum length is part of the data. Never allocates; its capacity is always N. A text that
+/// does not fit is refused and the old characters remain; Set then appends a NUL, counted in the
+/// length, to an old text that was not empty.
 ///
-/// Points into itself: never move its bytes, so never make it an element of a CDynamicArray.
+/// Points into itself, so its bytes must not be moved: it cannot be an element of a CDynamicArray.
 template <std::uint32_t N>
 class CTextLocal final : public CText {
  public:
@@ -41,7 +41,7 @@ class CTextLocal final : public CText {
   char* GetData() override { return inner_; }
   using CData::GetData;
 
-  /// False for more than N bytes; a smaller size than the length cuts the text.
+  /// False for more than N bytes; a size below the length cuts the text.
   bool Reserve(std::uint32_t size) override {
     if (size > N) return false;
     if (size < GetLength()) {
@@ -51,7 +51,7 @@ class CTextLocal final : public CText {
     return true;
   }
 
-  /// Clears; the storage stays.
+  /// Clears; the storage is part of the object.
   void Release() override { Clear(); }
 
  private:

@@ -46,11 +46,10 @@ std::uint32_t CTextPtrArray::Insert(std::uint32_t index, CText* text) {
 }
 
 CText* CTextPtrArray::Append(std::string_view characters) {
-  auto* text = new (std::nothrow) CText(characters);
-  if (text == nullptr) return nullptr;
-  if (text->GetCharacterCount() == characters.size()) return Add(text) == kNoIndex ? nullptr : text;
-  delete text;
-  return nullptr;
+  auto text = heap::MakeUnique<CText>(characters);
+  if (text == nullptr || text->GetCharacterCount() != characters.size()) return nullptr;
+  CText* const appended = text.release();
+  return Add(appended) == kNoIndex ? nullptr : appended;
 }
 
 bool CTextPtrArray::IsSame(const CTextPtrArray& other) const {

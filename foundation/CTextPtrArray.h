@@ -9,9 +9,8 @@
 
 namespace zaf {
 
-/// A list of texts. Owns them: they are deleted with it, and a copy has copies of them. Holds no
-/// null pointers. Remove and RemoveAll only forget texts, which are then the caller's; DeleteAt and
-/// DeleteAll delete them.
+/// An array of texts that it owns: they are deleted with it, and a copy has copies of them. Holds
+/// no null pointers. Remove and RemoveAll transfer texts to the caller; DeleteAll deletes them.
 class CTextPtrArray : public CObjectArray {
  public:
   CTextPtrArray() = default;
@@ -24,8 +23,8 @@ class CTextPtrArray : public CObjectArray {
   CTextPtrArray& operator=(CTextPtrArray&& other) noexcept;
   ~CTextPtrArray() override;
 
-  /// Takes copies of the texts of a CTextPtrArray or CTextArray; leaves anything else alone. When
-  /// memory could not be had, the old texts stay.
+  /// Copies the texts of a CTextPtrArray or CTextArray; does nothing for any other argument. When
+  /// memory is insufficient, the array is unchanged.
   void Assign(const CData& other) override;
 
   /// Deletes a text with its destructor.
@@ -38,12 +37,12 @@ class CTextPtrArray : public CObjectArray {
   [[nodiscard]] const CText& operator[](std::uint32_t index) const { return *TextAt(index); }
 
   /// Takes ownership of a text made with `new`. Returns its index; kNoIndex for null and when
-  /// memory could not be had: the text is then deleted.
+  /// memory is insufficient: the text is then deleted.
   std::uint32_t Add(CText* text) { return Insert(GetCount(), text); }
   std::uint32_t Insert(std::uint32_t index, CText* text);
   std::uint32_t InsertFirst(CText* text) { return Insert(0, text); }
 
-  /// Adds a new text; null when memory could not be had.
+  /// Adds a new text and returns it; null when memory is insufficient.
   CText* Append(std::string_view characters);
 
   [[nodiscard]] TPointerIterator<CText> begin() { return TPointerIterator<CText>(Pointers()); }
@@ -57,7 +56,7 @@ class CTextPtrArray : public CObjectArray {
     return TPointerIterator<const CText>(Pointers() + GetCount());
   }
 
-  /// The same texts in the same order; case counts.
+  /// Whether both have the same texts in the same order; case counts.
   friend bool operator==(const CTextPtrArray& a, const CTextPtrArray& b) { return a.IsSame(b); }
 
  private:

@@ -6,7 +6,7 @@ namespace zaf {
 
 bool EqualsIgnoringCase(std::string_view a, std::string_view b) {
   if (a.size() != b.size()) return false;
-  if (a == b) return true;  // Nearly all that are equal are so to the letter.
+  if (a == b) return true;  // Most equal texts are identical.
   for (std::size_t i = 0; i < a.size(); ++i)
     if (a[i] != b[i] && ToUpper(a[i]) != ToUpper(b[i])) return false;
   return true;

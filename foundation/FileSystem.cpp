@@ -27,8 +27,8 @@ bool MatchesPattern(std::string_view name, std::string_view pattern) {
   if (pattern == "*.*") return true;
   constexpr std::size_t kNone = std::string_view::npos;
   std::size_t at_name = 0, at_pattern = 0;
-  std::size_t star = kNone;  // The last `*` that was passed,
-  std::size_t star_end = 0;  // and where in the name what it stands for ends so far.
+  std::size_t star = kNone;  // The last `*` passed.
+  std::size_t star_end = 0;  // The end of the characters that it matches so far.
   while (at_name < name.size()) {
     const char wanted = at_pattern < pattern.size() ? pattern[at_pattern] : '\0';
     if (at_pattern < pattern.size() && wanted == '*') {

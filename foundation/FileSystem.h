@@ -12,8 +12,8 @@
 #include "foundation/Status.h"
 #include "foundation/TNameList.h"
 
-/// What the program needs of the platform's file system. FileSystemPosix.cpp and
-/// FileSystemWindows.cpp implement it, each on its own system, FileSystem.cpp what they share.
+/// The file system operations that the program uses. FileSystemPosix.cpp and FileSystemWindows.cpp
+/// implement them, each on its own system, FileSystem.cpp what they share.
 ///
 /// On Windows paths are UTF-8 and may be as long as the system allows (some 32,000 characters),
 /// the working directory's included. Paths that Windows would take for something else fail there:
@@ -46,25 +46,25 @@ class TArguments {
   std::vector<const char*> values_;
 };
 
-/// Makes the process robust before it touches files: a write that cannot be done is an error of
-/// that write and never a signal that ends the process, and no file that is opened later can take
-/// the place of a standard stream that the caller had closed.
+/// Prepares the process for file access, to be called first: a write that fails is an error and
+/// never a signal that ends the process, and a file opened later never gets the descriptor of a
+/// standard stream that the caller had closed. On Windows an error is no dialog.
 void PrepareProcess();
 
 /// Makes `path` the working directory.
 [[nodiscard]] bool EnterDirectory(const CText& path);
 
-/// Creates the directory `path`; false when anything has that name.
+/// Creates the directory `path`; false when anything of that name exists.
 [[nodiscard]] bool MakeDirectory(const CText& path);
 
-/// Removes the directory `path`, which has to be empty.
+/// Removes the directory `path`, which must be empty.
 [[nodiscard]] bool DeleteDirectory(const CText& path);
 
-/// Bytes of the buffer that GetWorkingDirectory fills, the NUL included.
+/// Size in bytes of the buffer for the working directory's path, with its NUL.
 inline constexpr std::size_t kWorkingDirectorySize = 260;
 
-/// Gives the path of the working directory. False, and `path` unchanged, when there is none or
-/// when it does not fit kWorkingDirectorySize.
+/// Assigns the path of the working directory. False, and `path` unchanged, when it is unavailable
+/// or does not fit kWorkingDirectorySize.
 [[nodiscard]] bool GetWorkingDirectory(CText& path);
 
 /// Opens a stream of the C library; null when that fails.
@@ -73,55 +73,56 @@ inline constexpr std::size_t kWorkingDirectorySize = 260;
 /// Removes the file `path`.
 [[nodiscard]] bool RemoveFile(const CText& path);
 
-/// Distinguishes a file or directory from every other one, whatever names it has.
+/// Identifies a file or directory independently of its names.
 struct TFileIdentity {
   std::uint64_t volume = 0;
   std::array<std::uint64_t, 2> file{};  ///< All zero: not known.
   bool operator==(const TFileIdentity&) const = default;
 };
 
-/// The identity of the working directory; none where the volume knows no identities.
+/// The identity of the working directory, if the volume has identities.
 [[nodiscard]] std::optional<TFileIdentity> GetWorkingDirectoryIdentity();
 
-/// Whether `name` matches `pattern`, in which `*` stands for any characters and `?` for one. Case
-/// does not count. The pattern `*.*` matches every name, also one without a full stop.
+/// Whether `name` matches `pattern`, in which `*` matches any characters and `?` one. Case is
+/// ignored. The pattern `*.*` matches every name, also one without a full stop.
 [[nodiscard]] bool MatchesPattern(std::string_view name, std::string_view pattern);
 
-/// Whether a listing looks up the identity of each directory in it (one system call each).
+/// Whether a listing includes the identity of each directory (one system call each).
 enum class Identities { kOmitted, kWanted };
 
-/// One directory in another.
+/// An entry of a listing that is a directory.
 struct TSubdirectory {
   std::string name;
-  TFileIdentity identity;  ///< When the listing was asked for identities.
+  TFileIdentity identity;  ///< Set when the listing includes identities.
 };
 
-/// What is in a directory.
+/// The content of a directory.
 struct TDirectoryListing {
   TNameList names;  ///< ".", "..", then every other name in ascending byte order.
-  /// Those of the others that are directories, in the same order. A symbolic link is none.
+  /// The other names that are directories, in the same order. Symbolic links are not included.
   std::vector<TSubdirectory> subdirectories;
 
-  /// Appends the entries of the working directory, but for "." and "..", in any order.
+  /// Appends the entries of the working directory, except "." and "..", in any order.
   [[nodiscard]] bool ReadEntries(Identities identities);
 };
 
-/// Lists the working directory. The listing is a copy; nothing stays open and later changes of the
-/// directory do not show. False, and `listing` unchanged, when the directory cannot be read.
+/// Lists the working directory. The listing is a snapshot and nothing remains open. False, and
+/// `listing` unchanged, when the directory cannot be read. Throws std::bad_alloc when memory is
+/// insufficient.
 [[nodiscard]] bool ListWorkingDirectory(Identities identities, TDirectoryListing& listing);
 
-/// What stands at a path, as far as a new file of that name is concerned.
+/// What exists at a path, as far as a new file of that name is concerned.
 enum class TPresence {
-  kAbsent,   ///< Nothing that can be opened: a dangling symbolic link looks like this, too.
+  kAbsent,   ///< Nothing that can be opened; also a dangling symbolic link.
   kFile,     ///< A regular file that opens for reading and is not empty.
   kBlocked,  ///< Anything else: no file can be created there.
 };
 
-/// Looks at a path without reading what is there.
+/// Examines a path without reading its content.
 [[nodiscard]] TPresence ProbeFile(const CText& path);
 
-/// A regular file that is read from its start. A directory, FIFO, socket or device fails to open,
-/// at once and without waiting for anybody. Owns the open file.
+/// A regular file that is read from its start. A directory, FIFO, socket or device fails to open
+/// without blocking. Owns the open file.
 class TInputFile {
  public:
   TInputFile() = default;
@@ -131,11 +132,11 @@ class TInputFile {
 
   [[nodiscard]] bool Open(const CText& path);
 
-  /// Bytes that the file had when it was opened.
+  /// The file's size in bytes when it was opened.
   [[nodiscard]] std::uint64_t GetSize() const { return size_; }
 
-  /// Reads up to `count` bytes and gives in `count_read` how many it took: fewer only when the
-  /// file ends before. False when reading failed; nothing is to be taken from `buffer` then.
+  /// Reads up to `count` bytes and sets `count_read` to their number, which is smaller only at the
+  /// end of the file. False when reading failed; the content of `buffer` is then unspecified.
   [[nodiscard]] bool Read(void* buffer, std::size_t count, std::size_t& count_read);
 
  private:
@@ -146,10 +147,10 @@ class TInputFile {
   std::uint64_t size_ = 0;
 };
 
-/// A file that gets its name only when it is complete, and never takes the place of another one.
-/// Until then it is unnamed where the file system knows unnamed files, else it has a temporary
-/// name, on Windows that of a file that the system deletes when the process ends, however it ends.
-/// Owns the open file; what was not published is gone when the object is.
+/// A file that gets its name only when it is complete, and never replaces another one. Until then
+/// it is unnamed where the file system supports that, else it has a temporary name; on Windows the
+/// system deletes it however the process ends. Owns the open file; the destructor discards it
+/// unless it was published.
 class TNewFile {
  public:
   TNewFile() = default;
@@ -157,31 +158,31 @@ class TNewFile {
   TNewFile& operator=(const TNewFile&) = delete;
   ~TNewFile() { Discard(); }
 
-  /// Starts a file that is to be named `path`, in the directory of that name. Whether the name is
-  /// free shows only when it is published. Fails when a file is open already. A name that no file
-  /// can have on this system counts as a failed write.
+  /// Creates a file, to be named `path`, in the directory of that path. Whether the name is free is
+  /// known only when the file is published. Fails when a file is open already. A name that no file
+  /// of this system can have counts as a failed write.
   [[nodiscard]] bool Open(const CText& path);
   [[nodiscard]] bool IsOpen() const { return handle_ != -1; }
 
-  /// Writes all of the bytes at the current position; false when that failed, also in part.
+  /// Writes all bytes at the current position; false when any of them was not written.
   [[nodiscard]] bool Write(const void* bytes, std::size_t count);
 
   /// Moves to `offset`, counted from the start.
   [[nodiscard]] bool Seek(std::uint64_t offset);
 
-  /// Bytes written; 0 when that cannot be had.
+  /// The file's size in bytes; 0 when it is unavailable.
   [[nodiscard]] std::uint64_t GetSize() const;
 
-  /// Gives the file its name and closes it. False when that failed, and then the file is
-  /// discarded; HasWriteFailed() tells a full or failing disk from a name that is taken or that
-  /// the directory refuses. A file with a failed write is never published.
+  /// Gives the file its name and closes it. False when that failed; the file is then discarded, and
+  /// HasWriteFailed() distinguishes a full or failing disk from a name that exists or is refused. A
+  /// file with a failed write is never published.
   [[nodiscard]] bool Publish();
 
-  /// Closes and forgets what was not published.
+  /// Closes and removes a file that was not published.
   void Discard();
 
-  /// Whether content could not be stored since the file was opened (also when that showed only at
-  /// Publish). Stays until the next Open.
+  /// Whether content could not be stored since the file was opened, which may be detected only by
+  /// Publish. Keeps its value until the next Open.
   [[nodiscard]] bool HasWriteFailed() const { return write_failed_; }
 
  private:
@@ -201,7 +202,7 @@ class TNewFile {
 
   std::intptr_t handle_ = -1;
   bool write_failed_ = false;
-  std::string path_;       ///< The name to be.
+  std::string path_;       ///< The final name.
   std::string temporary_;  ///< The temporary name; empty while the file is unnamed.
 };
 

@@ -11,7 +11,7 @@ namespace zaf {
 /// Action types, section codes and data-source kinds are such codes.
 enum class FourCharCode : std::uint32_t {};
 
-/// The code of something that has none.
+/// Denotes the absence of a code.
 inline constexpr FourCharCode kNoCode{};
 
 /// The code spelled by a literal of exactly four characters.

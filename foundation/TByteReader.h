@@ -11,41 +11,41 @@
 
 namespace zaf {
 
-/// Bytes that belong to somebody else.
+/// Bytes owned by another object.
 using ByteView = std::span<const std::byte>;
 
-/// The same bytes as 8-bit text.
+/// The bytes as 8-bit text.
 inline std::string_view AsText(ByteView bytes) {
   return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
 }
 
-/// The text of a text section: one final NUL is no part of it.
+/// The text of a text section: its bytes without one final NUL.
 inline std::string_view TextOfSection(ByteView section) {
   std::string_view text = AsText(section);
   if (text.ends_with('\0')) text.remove_suffix(1);
   return text;
 }
 
-/// The same text as bytes.
+/// The characters as bytes.
 inline ByteView AsBytes(std::string_view text) {
   return std::as_bytes(std::span(text.data(), text.size()));
 }
 
-/// `text` up to its first NUL; all of it when it has none.
+/// `text` up to its first NUL; all of it without one.
 inline std::string_view UntilNul(std::string_view text) { return text.substr(0, text.find('\0')); }
 
-/// Takes numbers, texts and blocks from the front of a range of bytes that it does not own and
-/// never reads beyond. It is the one place that turns the bytes of a file into numbers: they are
-/// big-endian there. An operation that finds too few bytes returns kFailure, takes nothing and
-/// leaves its result as it was.
+/// Reads numbers, texts and blocks from the front of a range of bytes, which it does not own and
+/// never exceeds. The only code that converts bytes of a file to numbers, which are big-endian
+/// there. An operation that finds too few bytes returns kFailure, consumes nothing and leaves its
+/// result unchanged.
 class TByteReader {
  public:
   explicit TByteReader(ByteView bytes) : bytes_(bytes) {}
 
-  /// Bytes that are left.
+  /// The number of bytes not read yet.
   [[nodiscard]] std::size_t Remaining() const { return bytes_.size(); }
 
-  /// Takes a 32-bit number, signed or not.
+  /// Read a 32-bit number.
   Status ReadU32(std::uint32_t& value) {
     ByteView word;
     if (const Status status = ReadBytes(4, word); status != Status::kOk) return status;
@@ -59,7 +59,7 @@ class TByteReader {
     return Status::kOk;
   }
 
-  /// Takes several 32-bit numbers.
+  /// Reads several 32-bit numbers.
   template <std::size_t kCount>
   Status ReadU32(std::array<std::uint32_t, kCount>& values) {
     ByteView words;
@@ -68,7 +68,7 @@ class TByteReader {
     return Status::kOk;
   }
 
-  /// Takes `count` bytes; `bytes` then refers to them, in place.
+  /// Reads `count` bytes; `bytes` then refers to them in place.
   Status ReadBytes(std::size_t count, ByteView& bytes) {
     if (count > bytes_.size()) return Status::kFailure;
     bytes = bytes_.first(count);
@@ -76,8 +76,7 @@ class TByteReader {
     return Status::kOk;
   }
 
-  /// Takes a text up to its NUL, which is taken but is no part of `text`; without a NUL there is
-  /// no text to take.
+  /// Reads a text and its NUL, which is not part of `text`. Fails without a NUL.
   Status ReadTerminated(std::string_view& text) {
     const std::size_t end = AsText(bytes_).find('\0');
     if (end == std::string_view::npos) return Status::kFailure;
@@ -96,7 +95,7 @@ class TByteReader {
   ByteView bytes_;
 };
 
-/// Writes a number the way TByteReader reads it.
+/// Stores a number as TByteReader reads it.
 inline void StoreU32(std::uint32_t value, std::span<std::byte, 4> bytes) {
   bytes[0] = std::byte(value >> 24 & 0xFF);
   bytes[1] = std::byte(value >> 16 & 0xFF);
@@ -104,7 +103,7 @@ inline void StoreU32(std::uint32_t value, std::span<std::byte, 4> bytes) {
   bytes[3] = std::byte(value & 0xFF);
 }
 
-/// Appends it to `bytes`, a string of any allocator.
+/// Appends the same bytes to a string with any allocator.
 template <class String>
 void AppendU32(std::uint32_t value, String& bytes) {
   std::byte word[4];

@@ -9,38 +9,38 @@
 #include "foundation/CData.h"
 #include "foundation/CText.h"
 #include "foundation/Heap.h"
-#include "foundation/LargePages.h"
 
 namespace zaf {
 namespace {
 
-/// The work that a file may ask for: its size times this, and never less than the other.
+/// A limit of the work that a file can cause: its size times the first, at least the second.
 constexpr std::uint64_t kWorkPerByte = 8;
 constexpr std::uint64_t kLeastWork = std::uint64_t{16} << 20;
 
-/// Memory of up to this size is kept when a file is closed and is the next file's image: on memory
-/// that was never touched a page fault costs more than reading the page does. The sanitizers are to
-/// see an image of exactly the file's size.
+/// Largest image in bytes whose memory is kept for the next file when a file is closed: the first
+/// access to a new page costs more than reading the page from the file. Nothing is kept under
+/// sanitizers, which then see an image of exactly the file's size.
 #ifdef ZAF2XML_SANITIZED
 constexpr std::size_t kMostKept = 0;
 #else
 constexpr std::size_t kMostKept = std::size_t{4} << 20;
 #endif
 
+/// The memory of one image, shared by all files. Owns it.
 class TSpareImage {
  public:
   TSpareImage() = default;
   TSpareImage(const TSpareImage&) = delete;
   TSpareImage& operator=(const TSpareImage&) = delete;
-  ~TSpareImage() { heap::Free(bytes_, capacity_); }
+  ~TSpareImage() { heap::Free(bytes_); }
 
-  /// Gives the memory away; null when there is none.
+  /// Releases the memory to the caller; null when there is none.
   std::byte* Take(std::size_t& capacity) {
     const std::lock_guard lock(mutex_);
     capacity = std::exchange(capacity_, 0);
     return std::exchange(bytes_, nullptr);
   }
-  /// Takes memory over, or leaves the smaller one of the two to the caller.
+  /// Exchanges the caller's block for the kept one when it is larger and not above kMostKept.
   void Keep(std::byte*& bytes, std::size_t& capacity) {
     const std::lock_guard lock(mutex_);
     if (capacity > kMostKept || capacity <= capacity_) return;
@@ -56,7 +56,7 @@ class TSpareImage {
 
 TSpareImage spare_image;
 
-/// The C library's name of a mode; kRead and kCreateNew are not opened there.
+/// The C library's name of a mode other than kRead.
 const char* StreamMode(TOpenMode mode) {
   switch (mode) {
     case TOpenMode::kWrite:
@@ -97,17 +97,31 @@ Status TDataFile::Seek(FourCharCode /*code*/, std::uint32_t offset) {
 }
 
 Status TDataFile::Read(std::uint32_t count, void* buffer) {
-  if (is_in_memory_) {
-    if (count > size_ - position_) return Status::kFailure;
-    if (const Status status = ChargeRead(count); status != Status::kOk) return status;
-    if (count != 0) std::memcpy(buffer, image_ + position_, count);
-    position_ += count;
-    return Status::kOk;
-  }
+  if (count != 0 && buffer == nullptr) return Status::kFailure;
+  if (!is_in_memory_) return ReadStream(count, buffer);
+  if (count > size_ - position_) return Status::kFailure;
+  if (const Status status = ChargeRead(count); status != Status::kOk) return status;
+  if (count != 0) std::memcpy(buffer, image_ + position_, count);
+  position_ += count;
+  return Status::kOk;
+}
+
+Status TDataFile::ReadStream(std::uint32_t count, void* buffer) {
   if (stream_ == nullptr) return Status::kFailure;
+  // A stream that cannot seek is read without knowing what is left.
+  if (const long position = std::ftell(stream_); position >= 0) {
+    const std::uint32_t size = TDataFile::GetSize();
+    if (std::fseek(stream_, position, SEEK_SET) != 0) return Status::kFailure;
+    if (!has_limits_) SetLimits(size);
+    const auto passed = static_cast<std::uint64_t>(position);
+    if (count != 0 && (passed > size || count > size - passed)) return Status::kFailure;
+  }
+  if (!has_limits_) SetLimits(0);
+  if (const Status status = ChargeRead(count); status != Status::kOk) return status;
   const std::size_t taken = count == 0 ? 0 : std::fread(buffer, 1, count, stream_);
   if (IsScrambled()) Descramble(static_cast<std::uint32_t>(taken), buffer);
-  return static_cast<Status>(std::ferror(stream_));
+  const auto status = static_cast<Status>(std::ferror(stream_));
+  return status == Status::kOk && taken < count ? Status::kFailure : status;
 }
 
 Status TDataFile::Write(std::uint32_t count, void* buffer) {
@@ -116,6 +130,7 @@ Status TDataFile::Write(std::uint32_t count, void* buffer) {
   if (IsScrambled()) Scramble(count, buffer);
   Status status = Status::kOk;
   if (stream_ != nullptr) {
+    has_limits_ = false;
     static_cast<void>(std::fwrite(buffer, 1, count, stream_));
     status = static_cast<Status>(std::ferror(stream_));
   } else {
@@ -129,16 +144,21 @@ Status TDataFile::Open(const CText& name, TOpenMode mode) {
   if (is_in_memory_) return Status::kFailure;
   Close();
   if (mode == TOpenMode::kRead) return OpenImage(name);
-  if (mode == TOpenMode::kCreateNew) return Result(new_file_.Open(name));
   stream_ = OpenStream(name, StreamMode(mode));
   return Result(stream_ != nullptr);
+}
+
+Status TDataFile::OpenNew(const CText& name) {
+  if (is_in_memory_) return Status::kFailure;
+  Close();
+  return Result(new_file_.Open(name));
 }
 
 Status TDataFile::OpenImage(const CText& name) {
   TInputFile file;
   if (!file.Open(name) || file.GetSize() == 0) return Status::kFailure;
   if (!AllocateImage(file.GetSize())) return Status::kFailure;
-  // The file can have become shorter meanwhile, even empty.
+  // The file can have become shorter since it was opened, even empty.
   std::size_t count = 0;
   if (!file.Read(image_, static_cast<std::size_t>(file.GetSize()), count) || count == 0) {
     FreeImage();
@@ -149,17 +169,16 @@ Status TDataFile::OpenImage(const CText& name) {
 }
 
 bool TDataFile::AllocateImage(std::uint64_t size) {
-  // One byte more has to fit the address space, too.
+  // The spare byte must fit the address space, too.
   constexpr std::uint64_t kMost = std::min<std::uint64_t>(
       std::numeric_limits<std::uint32_t>::max(), std::numeric_limits<std::size_t>::max() - 1);
   if (size > kMost) return false;
   const auto needed = static_cast<std::size_t>(size) + 1;
   image_ = spare_image.Take(image_capacity_);
   if (image_capacity_ >= needed) return true;
-  heap::Free(image_, image_capacity_);
+  heap::Free(image_);
   image_ = static_cast<std::byte*>(heap::Allocate(needed));
   image_capacity_ = image_ != nullptr ? needed : 0;
-  if (image_ != nullptr) AdviseLargePages(image_, needed);
   return image_ != nullptr;
 }
 
@@ -169,12 +188,17 @@ void TDataFile::TakeImage(std::uint32_t size) {
   position_ = 0;
   image_[size] = std::byte{0};
   if (IsScrambled()) Descramble(size, image_);
+  SetLimits(size);
+}
+
+void TDataFile::SetLimits(std::uint32_t size) {
   readable_bytes_ = record_bytes_ = std::max(kWorkPerByte * size, kLeastWork);
+  has_limits_ = true;
 }
 
 void TDataFile::FreeImage() {
   spare_image.Keep(image_, image_capacity_);
-  heap::Free(image_, image_capacity_);
+  heap::Free(image_);
   image_ = nullptr;
   image_capacity_ = 0;
   is_in_memory_ = false;
@@ -190,6 +214,7 @@ int TDataFile::Close() {
   FreeImage();
   if (stream_ != nullptr) std::fclose(std::exchange(stream_, nullptr));
   new_file_.Discard();
+  has_limits_ = false;
   return 0;
 }
 
@@ -209,20 +234,27 @@ std::uint32_t TDataFile::GetSize() {
   return static_cast<std::uint32_t>(std::min(size, kMost));
 }
 
-Status TDataFile::ViewBlock(FourCharCode /*code*/, std::uint32_t offset, std::uint32_t length,
-                            ByteView& view) {
-  return is_in_memory_ ? TakeBlock(offset, length, view) : Status::kFailure;
+Status TDataFile::ViewText(FourCharCode code, std::uint32_t offset, std::uint32_t length,
+                           CText& scratch, std::string_view& text) {
+  if (!IsPlainImage()) {
+    const Status status = ReadText(code, offset, length, scratch);
+    if (status == Status::kOk) text = scratch.View();
+    return status;
+  }
+  ByteView block;
+  const Status status = TakeBlock(offset, length, block);
+  if (status == Status::kOk) text = TextOfSection(block);
+  return status;
 }
 
 Status TDataFile::FetchBlock(FourCharCode code, std::uint32_t offset, std::uint32_t length,
                              CData& scratch, ByteView& view) {
-  return is_in_memory_ ? TakeBlock(offset, length, view)
-                       : TDiskFile::FetchBlock(code, offset, length, scratch, view);
+  return ViewBlock(code, offset, length, scratch, view);
 }
 
 Status TDataFile::ReadText(FourCharCode code, std::uint32_t offset, std::uint32_t length,
                            CText& text) {
-  if (!is_in_memory_) return TDiskFile::ReadText(code, offset, length, text);
+  if (!IsPlainImage()) return TDiskFile::ReadText(code, offset, length, text);
   text.Clear();
   ByteView block;
   const Status status = TakeBlock(offset, length, block);
@@ -231,7 +263,7 @@ Status TDataFile::ReadText(FourCharCode code, std::uint32_t offset, std::uint32_
 
 Status TDataFile::ReadInteger(FourCharCode code, std::uint32_t offset, std::uint32_t length,
                               std::int32_t& value) {
-  if (!is_in_memory_) return TDiskFile::ReadInteger(code, offset, length, value);
+  if (!IsPlainImage()) return TDiskFile::ReadInteger(code, offset, length, value);
   ByteView block;
   const Status status = TakeBlock(offset, sizeof value, block);
   return status == Status::kOk ? TByteReader(block).ReadI32(value) : status;
@@ -248,7 +280,7 @@ void TDataFile::SetScrambled(bool is_scrambled) {
 }
 
 Status TDataFile::ChargeRecords(std::uint64_t bytes) {
-  if (!is_in_memory_) return Status::kOk;
+  if (!has_limits_) SetLimits(GetSize());
   if (bytes > record_bytes_) {
     record_bytes_ = 0;
     return Status::kMalformed;

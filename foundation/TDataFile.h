@@ -4,45 +4,45 @@
 #include <cstdint>
 #include <cstdio>
 #include <span>
+#include <typeinfo>
 
 #include "foundation/FileSystem.h"
 #include "foundation/TDiskFile.h"
 
 namespace zaf {
 
-/// A data file on the disk. It is closed, or in memory (kRead: the whole file was read and the
-/// disk is no longer touched; read only), or a stream of the C library, or a new file that is
-/// being written (kCreateNew). Owns the image, the stream and the new file; the destructor closes.
+/// A data file on disk. It is closed, or in memory (kRead: the whole file was read and the disk is
+/// no longer accessed; read only), or a stream of the C library, or a new file being written
+/// (OpenNew). Owns the image, the stream and the new file; the destructor closes them.
 ///
-/// A file in memory bounds the work that its content can ask for. Its size, times eight and at
-/// least 16 MiB, is the limit of the bytes that all reads together may take, and once more of the
-/// record bytes that may be charged for. What would pass a limit is kMalformed, and so is
-/// everything after it.
+/// The work that the content of a file can cause is bounded. Two limits, each eight times the
+/// file's size and at least 16 MiB, apply to the bytes that all reads together return and to the
+/// record bytes that are charged. A request that exceeds a limit is kMalformed, and so is every
+/// later one. Opening or writing a stream resets both.
 class TDataFile : public TDiskFile {
  public:
   TDataFile() = default;
-  /// Takes over an open stream.
+  /// Takes ownership of an open stream; null makes a closed file.
   explicit TDataFile(std::FILE* stream) : stream_(stream) {}
-  /// A file in memory with a copy of `content`, which may be empty. Closed when there is not
-  /// memory enough or when the content has 4 GiB or more.
+  /// A file in memory with a copy of `content`, which may be empty. Closed when memory is
+  /// insufficient or `content` has 4 GiB or more.
   explicit TDataFile(ByteView content);
   ~TDataFile() override;
 
-  /// In memory it fails when `offset` is not before the end.
+  /// In memory it fails when `offset` is at or after the end.
   Status Seek(FourCharCode code, std::uint32_t offset) override;
-  /// In memory it fails, without moving, when fewer than `count` bytes are left, and is kMalformed
-  /// when the limit is passed. A stream gives its error indicator: 0 also when it ended before.
+  /// Fails, without moving and with `buffer` unchanged, when fewer than `count` bytes are left;
+  /// kMalformed when a limit is exceeded. A stream that fails to read returns its error indicator.
   Status Read(std::uint32_t count, void* buffer) override;
-  /// Fails in memory and for a null buffer. A stream gives its error indicator.
+  /// Fails in memory and for a null buffer. A stream returns its error indicator.
   Status Write(std::uint32_t count, void* buffer) override;
-  /// Fails when a file is in memory; closes anything else first. kRead takes regular files only
-  /// and fails for an empty one, for one of 4 GiB or more and when memory is short.
+  /// Fails when a file is in memory; closes anything else first. kRead accepts regular files only
+  /// and fails for an empty one, for one of 4 GiB or more and when memory is insufficient.
   Status Open(const CText& name, TOpenMode mode) override;
   Status Flush() override;
-  /// A new file that was not published is gone.
+  /// Discards a new file that was not published.
   int Close() override;
   int DeleteFile(const CText& name) override;
-  /// In memory these two check and charge as Read does.
   Status ReadText(FourCharCode code, std::uint32_t offset, std::uint32_t length,
                   CText& text) override;
   Status ReadInteger(FourCharCode code, std::uint32_t offset, std::uint32_t length,
@@ -50,28 +50,38 @@ class TDataFile : public TDiskFile {
   /// Leaves a stream at its end; 0 when that fails. The largest number for a longer file.
   std::uint32_t GetSize() override;
 
-  /// The block of a file in memory, in place: valid until the file is closed or scrambling
-  /// changes. Checks and charges as ReadBlock does. Fails when no file is in memory.
-  Status ViewBlock(FourCharCode code, std::uint32_t offset, std::uint32_t length, ByteView& view);
+  /// Returns the bytes of a section without copying them where it can: in place when the file is in
+  /// memory and is not of a derived class, which sees every section; else read into `scratch` by
+  /// ReadBlock. `view` is valid until the file is closed, scrambling or `scratch` changes.
+  Status ViewBlock(FourCharCode code, std::uint32_t offset, std::uint32_t length, CData& scratch,
+                   ByteView& view) {
+    return IsPlainImage() ? TakeBlock(offset, length, view)
+                          : TDiskFile::FetchBlock(code, offset, length, scratch, view);
+  }
+  /// The same for a text section, by ReadText. One final NUL is not part of the text.
+  Status ViewText(FourCharCode code, std::uint32_t offset, std::uint32_t length, CText& scratch,
+                  std::string_view& text);
 
-  /// Says whether the bytes of the file are scrambled. The image of a file in memory is transformed
-  /// in place, once, when this changes, so its reads give plain bytes from then on.
+  /// Sets whether the bytes of the file are scrambled. The image of a file in memory is transformed
+  /// in place, once, when this changes, so its reads return plain bytes from then on.
   void SetScrambled(bool is_scrambled);
 
   /// Charges for records that a list of the file makes, before they are made.
   Status ChargeRecords(std::uint64_t bytes);
 
-  /// All of a file in memory; empty when there is none.
+  /// All bytes of a file in memory, else none.
   [[nodiscard]] ByteView GetImage() const { return {image_, size_}; }
-  /// The same to work in. One spare byte, 0, lies behind it and may be written.
+  /// The same, writable. One spare byte, 0, follows and may be written.
   [[nodiscard]] std::span<std::byte> GetMutableImage() { return {image_, size_}; }
 
-  /// Gives a file opened with kCreateNew its name and closes it. Fails when anything has that name
-  /// already or when the file could not be stored; it is gone then.
+  /// Starts a new file that gets the name `name` only when it is published. Otherwise as Open.
+  Status OpenNew(const CText& name);
+  /// Gives a file opened with OpenNew its name and closes it. Fails, and discards the file, when
+  /// the name exists already or the content could not be stored.
   Status Publish();
-  /// Whether a file opened with kCreateNew could not be stored: Write failed, or Publish did for
-  /// want of space, or no file can have that name on this system. When Open or Publish fails and
-  /// this is false, the name could not be created.
+  /// Whether the content of a file opened with OpenNew could not be stored: Write failed, or
+  /// Publish did for lack of space, or no file of this system can have that name. When OpenNew or
+  /// Publish fails and this is false, the name could not be created.
   [[nodiscard]] bool HasWriteFailed() const { return new_file_.HasWriteFailed(); }
 
  protected:
@@ -79,10 +89,16 @@ class TDataFile : public TDiskFile {
                     ByteView& view) override;
 
  private:
+  /// Whether sections can be taken from the image without a virtual call that could be overridden.
+  [[nodiscard]] bool IsPlainImage() const {
+    return is_in_memory_ && typeid(*this) == typeid(TDataFile);
+  }
   Status OpenImage(const CText& name);
   [[nodiscard]] bool AllocateImage(std::uint64_t size);
   void TakeImage(std::uint32_t size);
   void FreeImage();
+  Status ReadStream(std::uint32_t count, void* buffer);
+  void SetLimits(std::uint32_t size);
   Status ChargeRead(std::uint32_t count) {
     if (count > readable_bytes_) {
       readable_bytes_ = 0;
@@ -91,7 +107,7 @@ class TDataFile : public TDiskFile {
     readable_bytes_ -= count;
     return Status::kOk;
   }
-  /// Takes a block of the file in memory: moves behind it and charges for it.
+  /// Seek and Read of a file in memory, in place.
   Status TakeBlock(std::uint32_t offset, std::uint32_t length, ByteView& view) {
     if (offset >= size_) return Status::kFailure;
     position_ = offset;
@@ -104,11 +120,12 @@ class TDataFile : public TDiskFile {
 
   std::FILE* stream_ = nullptr;
   bool is_in_memory_ = false;
+  bool has_limits_ = false;     ///< Whether the limits are those of the current content.
   std::byte* image_ = nullptr;  ///< The content and one spare byte.
-  std::uint32_t size_ = 0;      ///< Bytes in the image, the spare one not counted.
+  std::uint32_t size_ = 0;      ///< Bytes in the image without the spare one.
   std::uint32_t position_ = 0;
   std::size_t image_capacity_ = 0;
-  std::uint64_t readable_bytes_ = 0;  ///< What is left of the two limits.
+  std::uint64_t readable_bytes_ = 0;  ///< Remainders of the two limits.
   std::uint64_t record_bytes_ = 0;
   TNewFile new_file_;
 };

@@ -27,7 +27,7 @@ Status WriteCopy(TDiskFile& file, FourCharCode code, std::uint32_t offset, ByteV
   CData copy;
   std::byte nothing{};
   if (count == 0) return file.WriteAt(code, offset, 0, &nothing);
-  if (copy.Set(bytes.data(), count) != count) return Status::kFailure;
+  if (copy.Set(bytes.data(), count).length != count) return Status::kFailure;
   return file.WriteAt(code, offset, count, copy.GetData());
 }
 
@@ -106,8 +106,10 @@ Status TDiskFile::ReadBlock(FourCharCode code, std::uint32_t offset, std::uint32
                             CData& block) {
   const std::uint32_t size = GetSize();
   if (offset > size || length > size - offset) return Status::kFailure;
-  if (block.Set(nullptr, length) != length) return Status::kFailure;
-  return ReadAt(code, offset, length, block.GetData());
+  if (block.Set(nullptr, length).length != length) return Status::kFailure;
+  const Status status = ReadAt(code, offset, length, block.GetData());
+  if (status != Status::kOk) block.Clear();
+  return status;
 }
 
 Status TDiskFile::ReadAt(FourCharCode code, std::uint32_t offset, std::uint32_t count,

@@ -12,7 +12,7 @@ class CData;
 class CText;
 class CTextPtrArray;
 
-/// How a file is opened. A value without a name opens as kCreate does.
+/// How a file is opened. Any other value opens as kCreate does.
 enum class TOpenMode {
   kRead = 1,        ///< The whole file is read into memory.
   kWrite = 2,       ///< Creates or truncates, for writing.
@@ -20,7 +20,6 @@ enum class TOpenMode {
   kReadWrite = 4,   ///< An existing file, for reading and writing.
   kCreate = 5,      ///< Creates or truncates, for reading and writing.
   kReadAppend = 6,  ///< For reading, and writing at the end.
-  kCreateNew = 7,   ///< A new file that has its name only when it is published.
 };
 
 /// Whether a text is written with its terminating NUL.
@@ -28,7 +27,7 @@ enum class TextEnd { kWithNul, kWithoutNul };
 
 /// A file of sections: texts, lists of texts, integers and raw blocks, each at an offset from the
 /// start of the file. Integers are 32 bits, big-endian. The section operations are built on the
-/// primitives that a subclass supplies. The section code is handed through all of them so that a
+/// primitives that a subclass supplies. The section code is passed through all of them so that a
 /// subclass can check or record it.
 ///
 /// Every status is kOk or kFailure unless an operation says more. Results are set on success only,
@@ -75,8 +74,8 @@ class TDiskFile {
   /// Reads 4 bytes, whatever `length` says.
   virtual Status ReadInteger(FourCharCode code, std::uint32_t offset, std::uint32_t length,
                              std::int32_t& value);
-  /// Reads a section as it stands. A section that the file does not hold whole fails before memory
-  /// is taken for it. After a failure the block's content is undefined.
+  /// Reads a section as it is. A section that ends beyond the file fails before memory is allocated
+  /// for it, and `block` is unchanged; it is empty when reading fails later.
   virtual Status ReadBlock(FourCharCode code, std::uint32_t offset, std::uint32_t length,
                            CData& block);
   /// Seek, then Read.

@@ -22,7 +22,7 @@ struct TFixedText {
             end == nullptr ? N : static_cast<std::size_t>(static_cast<const char*>(end) - bytes)};
   }
 
-  /// Takes the text, cut to N - 1 characters; the rest of the slot becomes zero.
+  /// Stores the text, cut to N - 1 characters; the rest of the slot becomes zero.
   void Set(std::string_view text) {
     const std::size_t size = std::min(text.size(), N - 1);
     if (size != 0) std::memmove(bytes, text.data(), size);

@@ -2,16 +2,15 @@
 
 #include <cstring>
 #include <memory>
-#include <new>
 #include <type_traits>
 
 #include "foundation/Heap.h"
 
 namespace zaf {
 
-/// A record that is stored only while it differs from a new one, `Record{}`: for a large part that
-/// most objects leave as it is, and that then takes them no more than a pointer. Owns the record. A
-/// copy has a record of its own; where there is no memory for that, the target stays as it was.
+/// A record that is allocated only while it differs from a new one, `Record{}`: a large part that
+/// most objects leave unchanged then costs them one pointer. Owns the record. A copy has its own
+/// record; when memory for it is insufficient, the target is unchanged.
 template <class Record>
 class TLazyRecord {
   static_assert(std::is_trivially_copyable_v<Record>);
@@ -19,7 +18,7 @@ class TLazyRecord {
 
  public:
   TLazyRecord() = default;
-  // The heap has counted a failure, and a copy cannot report it otherwise.
+  // A copy cannot report a failure, but the heap has recorded it.
   TLazyRecord(const TLazyRecord& other) { static_cast<void>(Set(other.Get())); }
   TLazyRecord& operator=(const TLazyRecord& other) {
     if (this != &other) static_cast<void>(Set(other.Get()));
@@ -27,10 +26,10 @@ class TLazyRecord {
   }
   ~TLazyRecord() = default;
 
-  /// The record, until the next Set.
+  /// The record, valid until the next Set.
   [[nodiscard]] const Record& Get() const { return stored_ == nullptr ? kNew : stored_->record; }
 
-  /// Holds a copy of the record. False when memory could not be had: the old one is then unchanged.
+  /// Stores a copy of the record. False, with the old one unchanged, when memory is insufficient.
   [[nodiscard]] bool Set(const Record& record) {
     if (std::memcmp(&record, &kNew, sizeof record) == 0) {
       stored_.reset();
@@ -39,12 +38,12 @@ class TLazyRecord {
     if (stored_ != nullptr)
       stored_->record = record;
     else
-      stored_.reset(new (std::nothrow) TStored(record));
+      stored_ = heap::MakeUnique<TStored>(record);
     return stored_ != nullptr;
   }
 
  private:
-  struct TStored : heap::TPooledObject {
+  struct TStored {
     explicit TStored(const Record& initial) : record(initial) {}
 
     Record record;

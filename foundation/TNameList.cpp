@@ -2,27 +2,24 @@
 
 #include <algorithm>
 #include <cstring>
+#include <limits>
+#include <new>
 
 namespace zaf {
 
 void TNameList::Append(std::string_view name) {
-  constexpr std::size_t kBlockSize = std::size_t{16} << 10;
-  const std::size_t size = name.size() + 1;
-  if (size > room_) {
-    const std::size_t block_size = std::max(size, kBlockSize);
-    blocks_.push_back(std::make_unique_for_overwrite<char[]>(block_size));
-    next_ = blocks_.back().get();
-    room_ = block_size;
-  }
-  names_.push_back(next_);
-  *std::copy(name.begin(), name.end(), next_) = '\0';
-  next_ += size;
-  room_ -= size;
+  constexpr std::size_t kMost = std::numeric_limits<std::uint32_t>::max();
+  if (characters_.size() > kMost) throw std::bad_alloc();
+  offsets_.push_back(static_cast<std::uint32_t>(characters_.size()));
+  characters_.append(name).push_back('\0');
 }
 
 void TNameList::SortFrom(std::size_t first) {
-  std::sort(names_.begin() + static_cast<std::ptrdiff_t>(first), names_.end(),
-            [](const char* a, const char* b) { return std::strcmp(a, b) < 0; });
+  const char* const characters = characters_.data();
+  std::sort(offsets_.begin() + static_cast<std::ptrdiff_t>(first), offsets_.end(),
+            [characters](std::uint32_t a, std::uint32_t b) {
+              return std::strcmp(characters + a, characters + b) < 0;
+            });
 }
 
 }  // namespace zaf

@@ -12,12 +12,10 @@
 
 namespace zaf {
 
-/// An array that owns objects of one class `T`: deletes them with their destructor, copies them by
-/// their copy constructor (so `T` is the class of each object, not a base). Objects stay where they
-/// are while the array grows. Holds no null pointers. Remove and RemoveAll only forget objects,
-/// which are then the caller's; DeleteAt and DeleteAll delete them.
-///
-/// Where memory could not be had, Append throws std::bad_alloc, as `new` does; Add reports it.
+/// An array that owns objects of one class `T`: deletes them with their destructor and copies them
+/// with their copy constructor, so `T` is the class of each object, not a base. The address of an
+/// object does not change while the array grows. Holds no null pointers. Remove and RemoveAll
+/// transfer the objects to the caller; DeleteAll deletes them.
 template <class T>
 class TOwningArray : public CObjectArray {
  public:
@@ -37,8 +35,8 @@ class TOwningArray : public CObjectArray {
   }
   ~TOwningArray() override { TOwningArray::DeleteAllHere(); }
 
-  /// Takes copies of the objects of an array of the same class; leaves anything else alone. When
-  /// memory could not be had, the old objects stay.
+  /// Copies the objects of an array of the same class; does nothing for any other argument. When
+  /// memory is insufficient, the array is unchanged.
   void Assign(const CData& other) override {
     const auto* source = dynamic_cast<const TOwningArray*>(&other);
     if (source == nullptr || source == this) return;
@@ -63,8 +61,8 @@ class TOwningArray : public CObjectArray {
     return *static_cast<const T*>(Pointers()[index]);
   }
 
-  /// Takes the object over. Returns its index; kNoIndex for null and when memory could not be had:
-  /// the object is then deleted.
+  /// Takes ownership of the object. Returns its index; kNoIndex for null and when memory is
+  /// insufficient: the object is then deleted.
   std::uint32_t Add(std::unique_ptr<T> object) { return Insert(GetCount(), std::move(object)); }
   std::uint32_t Insert(std::uint32_t index, std::unique_ptr<T> object) {
     if (object == nullptr) return kNoIndex;
@@ -73,12 +71,12 @@ class TOwningArray : public CObjectArray {
     return position;
   }
 
-  /// Adds an object made from the arguments.
+  /// Adds an object constructed from the arguments and returns it; null when memory is
+  /// insufficient.
   template <class... Arguments>
-  T& Append(Arguments&&... arguments) {
-    const std::uint32_t index = Add(std::make_unique<T>(std::forward<Arguments>(arguments)...));
-    if (index == kNoIndex) throw std::bad_alloc();
-    return (*this)[index];
+  T* Append(Arguments&&... arguments) {
+    auto* const object = new (std::nothrow) T(std::forward<Arguments>(arguments)...);
+    return Add(std::unique_ptr<T>(object)) == kNoIndex ? nullptr : object;
   }
 
   [[nodiscard]] TPointerIterator<T> begin() { return TPointerIterator<T>(Pointers()); }
@@ -100,7 +98,7 @@ class TOwningArray : public CObjectArray {
     if constexpr (std::is_copy_constructible_v<T>) {
       if (other.GetCount() != 0) ReserveElements(other.GetCount());
       for (const T& object : other)
-        if (Add(std::unique_ptr<T>(new (std::nothrow) T(object))) == kNoIndex) return false;
+        if (Add(heap::MakeUnique<T>(object)) == kNoIndex) return false;
       return true;
     } else {
       assert(false && "objects of this class cannot be copied");

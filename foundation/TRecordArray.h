@@ -25,7 +25,7 @@ class TRecordArray : public CDynamicArray {
   TRecordArray& operator=(TRecordArray&& other) noexcept = default;
   ~TRecordArray() override = default;
 
-  /// Takes only arrays of elements of the same size; leaves anything else alone.
+  /// Copies an array of elements of the same size; does nothing for any other argument.
   void Assign(const CData& other) override {
     const auto* array = dynamic_cast<const CDynamicArray*>(&other);
     if (array != nullptr && array->GetElementSize() == sizeof(Record)) CDynamicArray::Assign(other);
@@ -53,16 +53,16 @@ class TRecordArray : public CDynamicArray {
   }
 
   /// Adds a copy of the record, which may be one of this array. Returns its index, or kNoIndex when
-  /// memory could not be had.
+  /// memory is insufficient.
   std::uint32_t Add(const Record& record) { return CDynamicArray::Add(&record); }
 
-  /// Adds a record of zeros and gives it; null when memory could not be had.
+  /// Adds a record of zeros and returns it; null when memory is insufficient.
   [[nodiscard]] Record* Append() {
     const std::uint32_t index = CDynamicArray::Add(nullptr);
     return index == kNoIndex ? nullptr : begin() + index;
   }
 
-  /// The same bytes.
+  /// Whether all bytes are equal.
   friend bool operator==(const TRecordArray& a, const TRecordArray& b) { return a.EqualsData(b); }
 };
 

@@ -10,10 +10,13 @@ namespace {
 
 using Index = std::ptrdiff_t;
 
-/// Patterns up to this size are tried at every place: simple, fast on real texts, and still linear.
+/// Longest pattern in characters that the standard library searches for: its time can be the
+/// product of both sizes. (For a long one it takes seconds in a text of 100 KB,
+/// std::boyer_moore_searcher too: building its table takes quadratic time for a pattern that
+/// repeats itself.)
 constexpr std::size_t kShortPattern = 16;
 
-/// The start of the greatest suffix of the pattern in the given order, and that suffix's period.
+/// The start and the period of the greatest suffix of the pattern in the given order.
 template <class Iterator, class Fold, class Order>
 std::pair<Index, Index> MaximalSuffix(Iterator pattern, Index size, Fold fold, Order before) {
   Index suffix = -1;
@@ -41,17 +44,17 @@ std::pair<Index, Index> MaximalSuffix(Iterator pattern, Index size, Fold fold, O
 }
 
 /// The two-way algorithm (M. Crochemore, D. Perrin: Two-way string-matching, JACM 38, 1991): the
-/// pattern is cut at a critical place, the right part is compared first, and a mismatch there tells
-/// how far to go on. Needs no memory and at most about 2n comparisons. Returns the first match or
-/// -1; `size` is greater than 0.
+/// pattern is split at a critical position and its right part is compared first; a mismatch there
+/// determines the shift. Needs no memory and at most about 2n comparisons. Returns the first match
+/// or -1; `size` is greater than 0.
 template <class Iterator, class Fold>
 Index TwoWaySearch(Iterator text, Index text_size, Iterator pattern, Index size, Fold fold) {
   const auto [cut, period] = std::max(MaximalSuffix(pattern, size, fold, std::less<>()),
                                       MaximalSuffix(pattern, size, fold, std::greater<>()));
   const auto same = [&](Index a, Index b) { return fold(pattern[a]) == fold(pattern[b]); };
-  bool is_periodic = true;  // The period is not longer than what stands behind the cut.
+  bool is_periodic = true;  // The part before the cut repeats with the period.
   for (Index i = 0; is_periodic && i < cut; ++i) is_periodic = same(i, i + period);
-  // A pattern that repeats itself moves by its period and remembers what then is known to match.
+  // A periodic pattern moves by its period and keeps the length that is known to match then.
   const Index shift = is_periodic ? period : std::max(cut, size - cut) + 1;
   Index known = 0;
   for (Index place = 0; place <= text_size - size;) {
@@ -72,15 +75,6 @@ Index TwoWaySearch(Iterator text, Index text_size, Iterator pattern, Index size,
   return -1;
 }
 
-std::size_t FindShortIgnoringCase(std::string_view text, std::string_view pattern,
-                                  std::size_t start) {
-  const char first = ToUpper(pattern[0]);
-  for (std::size_t i = start; i <= text.size() - pattern.size(); ++i)
-    if (ToUpper(text[i]) == first && EqualsIgnoringCase(text.substr(i, pattern.size()), pattern))
-      return i;
-  return std::string_view::npos;
-}
-
 }  // namespace
 
 std::size_t FindForward(std::string_view text, std::string_view pattern, std::size_t start,
@@ -88,9 +82,7 @@ std::size_t FindForward(std::string_view text, std::string_view pattern, std::si
   if (start > text.size() || pattern.size() > text.size() - start) return std::string_view::npos;
   const bool is_exact = sensitivity == CaseSensitivity::kExact;
   if (pattern.empty()) return start;
-  if (pattern.size() == 1 && is_exact) return text.find(pattern[0], start);
-  if (pattern.size() <= kShortPattern)
-    return is_exact ? text.find(pattern, start) : FindShortIgnoringCase(text, pattern, start);
+  if (is_exact && pattern.size() <= kShortPattern) return text.find(pattern, start);
   const auto text_size = static_cast<Index>(text.size() - start);
   const auto size = static_cast<Index>(pattern.size());
   const char* from = text.data() + start;

@@ -7,13 +7,14 @@
 
 namespace zaf {
 
-/// Where `pattern` begins in `text`, at `start` or behind it; npos when nowhere. An empty pattern
-/// is found at `start`, if that is not behind the end. Takes time linear in what it passes and in
-/// the pattern, whatever they contain, and no memory.
+/// Returns the position of the first match of `pattern` in `text` at or after `start`; npos without
+/// one. An empty pattern matches at `start`, if that is not after the end. Takes time linear in
+/// both sizes, whatever the texts contain, and no memory.
 std::size_t FindForward(std::string_view text, std::string_view pattern, std::size_t start,
                         CaseSensitivity sensitivity);
 
-/// Where the last exact match begins that ends at `end` or before it. Costs the same.
+/// Returns the position of the last exact match that ends at or before `end`; npos without one.
+/// Takes the same time.
 std::size_t FindBackward(std::string_view text, std::string_view pattern, std::size_t end);
 
 }  // namespace zaf

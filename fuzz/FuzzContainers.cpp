@@ -225,7 +225,8 @@ void StepList(TInput& input, CTextPtrArray& list, std::vector<std::string>& mode
   const bool is_inside = index < model.size();
   switch (input.Below(5)) {
     case 0:
-      Require(list.DeleteAt(index) == (is_inside ? index : kNoIndex), "what is there is deleted");
+      if (is_inside) list.DeleteElement(list.Get(index));
+      Require(list.Remove(index) == (is_inside ? index : kNoIndex), "an element is removed");
       if (is_inside) model.erase(model.begin() + place);
       break;
     case 1: {

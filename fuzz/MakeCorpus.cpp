@@ -1,25 +1,25 @@
-// Makes the seeds and the dictionary of the fuzz targets from the tables of the actions:
+// Makes seeds and a dictionary for the fuzz targets from the tables of the actions:
 //
-//   make_corpus FUZZ-DIRECTORY [--check]
+//   make_corpus DIRECTORY
 //
-// There is a legacy file of every class of action with all its sections, in several variants, the
-// document that it becomes, and some of them protected. They stand in directories named "made";
-// what stands beside those is somebody's finding and stays. With --check nothing is written: it
-// fails when anything is not as it would be made.
+// For each class of action there are legacy files with all sections that the class reads, the
+// documents that they become, and some of these protected. A new row of a table is covered without
+// a change here.
 
 #include <cctype>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
-#include <map>
 #include <set>
 #include <string>
+#include <vector>
 
 #include "actions/AllActions.h"
 #include "actions/database/TSourceSpecification.h"
+#include "bench/SampleFields.h"
 #include "driver/Messages.h"
+#include "foundation/TByteReader.h"
 #include "fuzz/FuzzSupport.h"
-#include "fuzz/SectionSamples.h"
 #include "tests/support/LegacyFile.h"
 
 namespace zaf::fuzz {
@@ -28,19 +28,16 @@ namespace {
 namespace fs = std::filesystem;
 using test::LegacyFile;
 
-/// The files to be, by their names within the fuzz directory.
-using TFiles = std::map<std::string, std::string>;
+constexpr std::uint32_t kVariants = 10;
 
 std::string Text(FourCharCode code) { return std::string(Characters(code).data(), 4); }
 
-/// A code as a part of a file's name.
-std::string FileName(FourCharCode code) {
-  std::string name = Text(code);
-  name.resize(name.find_last_not_of(' ') + 1);
-  return name;
+/// Whether an action takes this section. No action takes one that lies outside of its file.
+bool Takes(TQuerySpecification& action, FourCharCode code, std::string_view payload) {
+  TDataFile file(AsBytes(payload));
+  return action.ReadLegacyProperty(
+             {&file, code, 0, static_cast<std::uint32_t>(payload.size()), &action}) == Status::kOk;
 }
-
-/// Whether an action reads the sections of this code: it cannot read one that no file holds.
 bool Reads(TQuerySpecification& action, FourCharCode code) {
   TDataFile file;
   return action.ReadLegacyProperty({&file, code, 0, 4, &action}) != Status::kOk;
@@ -48,80 +45,90 @@ bool Reads(TQuerySpecification& action, FourCharCode code) {
 
 class TCorpus {
  public:
-  /// False when the tables name a section that there is no sample of.
+  explicit TCorpus(fs::path directory) : directory_(std::move(directory)) {}
+
   bool Make() {
-    const bool is_complete = samples_.AddRows(TApplication::Properties()) &&
-                             samples_.AddRows(TSourceSpecification::Properties()) &&
-                             AddRows(TAllActions<TClasses>());
-    if (!is_complete) return false;
+    // Some sections are read by hand and have no row.
+    for (const std::string_view code : bench::TSampleFields::Codes()) {
+      std::uint32_t number = 0;
+      if (TByteReader(AsBytes(code)).ReadU32(number) == Status::kOk)
+        codes_.insert(static_cast<FourCharCode>(number));
+    }
+    AddCodes(TApplication::Properties());
+    AddCodes(TSourceSpecification::Properties());
     AddActions(TAllActions<TClasses>());
     AddApplications();
     AddDictionary();
-    return is_loadable_;
+    return is_complete_;
   }
-
-  [[nodiscard]] const TFiles& GetFiles() const { return files_; }
 
  private:
   template <class... Actions>
   struct TClasses {};
 
   template <class... Actions>
-  bool AddRows(TClasses<Actions...>) {
-    return (samples_.AddRows(Actions::Properties()) && ...);
-  }
-
-  template <class... Actions>
   void AddActions(TClasses<Actions...>) {
+    (AddCodes(Actions::Properties()), ...);
     (AddAction<Actions>(), ...);
   }
 
-  /// One file for each variant of the section that has most.
-  template <class Action>
-  void AddAction() {
-    std::vector<FourCharCode> codes;
-    std::size_t count = 2;
-    for (const auto& [code, variants] : samples_.All()) {
-      Action action;
-      const bool is_assignment = code == Code("assn") || code == Code("assx");
-      const bool is_wanted = !is_assignment || Action::kTypeCode == TQuerySpecification::kTypeCode;
-      if (!is_wanted || code == Code("pare") || !Reads(action, code)) continue;
-      codes.push_back(code);
-      count = std::max(count, variants.size());
-    }
-    words_.insert(Text(Action::kTypeCode));
-    for (std::size_t i = 0; i < count; ++i) {
-      LegacyFile file;
-      file.Action("cntr", "R").Action(Text(Action::kTypeCode), "A", "R");
-      for (const FourCharCode code : codes) file.Block(Text(code), samples_.Get(code, i));
-      AddFile(FileName(Action::kTypeCode) + "-" + std::to_string(i), file.Bytes(), i == 0);
+  void AddCodes(std::span<const TProperty> rows) {
+    for (const TProperty& row : rows) {
+      if (row.code != kNoCode && row.code != Code("pare")) codes_.insert(row.code);
+      if (row.codec != nullptr) AddCodes(row.codec->Nested());
     }
   }
 
-  void AddApplications() {
-    for (std::size_t i = 0; i < 2; ++i) {
-      LegacyFile plain;
-      LegacyFile run_only("rdoc");
-      for (const TProperty& row : TApplication::Properties()) {
-        plain.Block(Text(row.code), samples_.Get(row.code, i));
-        run_only.Block(Text(row.code), samples_.Get(row.code, i));
+  template <class Action>
+  void AddAction() {
+    const std::string type = Text(Action::kTypeCode);
+    words_.insert(type);
+    for (std::uint32_t variant = 0; variant < kVariants; ++variant) {
+      LegacyFile file;
+      file.Action("cntr", "R").Action(type, "A", "R");
+      for (const FourCharCode code : codes_) {
+        Action action;
+        if (!Reads(action, code)) continue;
+        const std::string payload = MakePayload<Action>(code, variant);
+        if (payload.empty()) {
+          std::fprintf(stderr, "no payload for the section %s\n", Text(code).c_str());
+          is_complete_ = false;
+        }
+        file.Block(Text(code), payload);
       }
-      AddFile("application-" + std::to_string(i), plain.Bytes());
-      AddFile("run-only-" + std::to_string(i), run_only.Action("cntr", "R").Bytes(), true);
+      AddFile(type + "-" + std::to_string(variant), file.Bytes());
     }
-    AddFile("class-file", LegacyFile().Action("null", "A").Bytes(), true, DocumentKind::kClassFile);
-    // What a document cannot hold or does not keep.
-    AddFile("lost", LegacyFile()
-                        .Number("htyp", 1)
-                        .Text("titl", "\x01")
-                        .Action("cntr", "R")
-                        .Action("asgn", "A", "R")
-                        .Block("agit", samples_.Get(Code("agit"), 2))
-                        .Action("scrp", "S", "R")
-                        .Text("scop",
-                              "\x01"
-                              "Default")
-                        .Bytes());
+  }
+
+  /// Usual content, made by chance, alternates with any that the action takes. Empty: there is
+  /// none.
+  template <class Action>
+  std::string MakePayload(FourCharCode code, std::uint32_t variant) {
+    constexpr bench::TSampleStyle kStyle{100, 6, 100, 60, 30};
+    bench::TRandom random(variant);
+    bench::TSampleText text(random);
+    LegacyFile unused;
+    std::string usual = bench::TSampleFields(kStyle, random, text, unused).MakeSection(Text(code));
+    if (variant % 2 == 0 && !usual.empty()) return usual;
+    std::vector<std::string> payloads = test::SectionPayloads();
+    std::erase_if(payloads, [&](const std::string& payload) {
+      Action action;
+      return !Takes(action, code, payload);
+    });
+    return payloads.empty() ? usual : payloads[variant / 2 % payloads.size()];
+  }
+
+  void AddApplications() {
+    const std::vector<std::string> payloads = test::SectionPayloads();
+    for (const char* const type : {"appl", "rdoc"}) {
+      for (std::size_t i = 0; i < 6; ++i) {
+        LegacyFile file(type);
+        for (const TProperty& row : TApplication::Properties())
+          file.Block(Text(row.code), payloads[i]);
+        AddFile(type + std::string("-") + std::to_string(i), file.Action("cntr", "R").Bytes());
+      }
+    }
+    AddFile("class-file", LegacyFile().Action("null", "A").Bytes(), DocumentKind::kClassFile);
     AddFile("branches", LegacyFile()
                             .Action("cntr", "R")
                             .Action("if  ", "If", "R")
@@ -130,128 +137,89 @@ class TCorpus {
                             .Action("if  ", "Inner", "ElseIf")
                             .Action("else", "InnerElse", "Inner")
                             .Action("else", "Else", "ElseIf")
-                            .Action("grop", "Group", "R")
-                            .Action("cntr", "Group", "Group")
-                            .Action("null", "Group", "Group")
+                            .Action("cntr", "Else", "Else")
+                            .Action("null", "Else", "Else")
                             .Bytes());
     LegacyFile sources;
-    sources.Number("htyp", static_cast<std::uint32_t>(Code("odbc"))).Action("cntr", "R");
+    sources.Number("htyp", 1).Action("cntr", "R").Action("scrp", "S", "R");
+    sources.Text("scop",
+                 "\x01"
+                 "Default");
     for (const char* const host : {"a", "b", "a"})
       sources.Action("cust", "Query", "R").Text("host", host).Text("dusr", "deployer");
     AddFile("data-sources", sources.Bytes());
   }
 
-  void AddFile(const std::string& name, const std::string& bytes, bool is_protected_too = false,
+  void AddFile(const std::string& name, const std::string& bytes,
                DocumentKind kind = DocumentKind::kApplication) {
     TZanfoFile file;
     file.SetKind(kind);
     if (LoadBytes(bytes, file) != Status::kOk) {
       std::fprintf(stderr, "%s does not load\n", name.c_str());
-      is_loadable_ = false;
+      is_complete_ = false;
       return;
     }
-    files_["corpus/legacy/made/" + name] = bytes;
     const std::string document = SaveToXml(file);
     AddWords(document);
-    files_["corpus/xml/made/" + name] = document;
-    if (is_protected_too)
-      files_["corpus/protected/made/" + name] = SaveToXml(file, Protection::kProtected);
+    Write("legacy/" + name, bytes);
+    Write("xml/" + name, document);
+    if (name.ends_with("-0")) Write("protected/" + name, SaveToXml(file, Protection::kProtected));
   }
 
-  /// Takes the names of a document, and the values that are words.
-  void AddWords(std::string_view document) {
-    const auto is_letter = [](char c) { return std::isalpha(static_cast<unsigned char>(c)) != 0; };
-    for (std::size_t at = 0; at < document.size(); ++at) {
+  /// Takes the names of a text: words that begin with a capital letter or a dash.
+  void AddWords(std::string_view text) {
+    const auto is_of_word = [](char c) {
+      return std::isalpha(static_cast<unsigned char>(c)) != 0 || c == '-';
+    };
+    for (std::size_t at = 0; at < text.size(); ++at) {
       std::size_t end = at;
-      while (end < document.size() && (is_letter(document[end]) || document[end] == '.')) ++end;
-      const bool is_word = end > at + 2 && std::isupper(static_cast<unsigned char>(document[at]));
-      if (is_word && document[end - 1] != '.')
-        words_.insert(std::string(document.substr(at, end - at)));
+      while (end < text.size() && is_of_word(text[end])) ++end;
+      const bool is_name = std::isupper(static_cast<unsigned char>(text[at])) != 0;
+      if (text[at] == '-' || (is_name && end > at + 2))
+        words_.insert(std::string(text.substr(at, end - at)));
       at = std::max(at, end);
     }
   }
 
   void AddDictionary() {
-    for (const auto& [code, variants] : samples_.All()) words_.insert(Text(code));
+    for (const FourCharCode code : codes_) words_.insert(Text(code));
     for (const std::string_view word :
-         {"head", "appl", "rdoc", "<![CDATA[", "]]>", "<!--", "-->", "&#13;", "&amp;", "<?xml ",
-          " Ref='", " ID='", "='", "<@APPFILEPATH>/", "ZC1:", "InputCheckbox", "\xFF\xFF\xFF\xFF"})
+         {"head", "appl", "rdoc", "pare", "<![CDATA[", "]]>", "<!--", "-->", "&#13;", "&amp;",
+          "<?xml ", " Ref='", " ID='", "='", "<@APPFILEPATH>/", "ZC1:", "\xFF\xFF\xFF\xFF"})
       words_.insert(std::string(word));
     for (std::uint32_t format = 0x01000000; format <= 0x01000004; ++format)
       words_.insert(test::BigEndian(format));
-    for (const std::string_view line : messages::kUsage) AddOptions(line);
-    std::string dictionary = "# Made by make_corpus. Codes, words and names that matter.\n";
+    for (const std::string_view line : messages::kUsage) AddWords(line);
+    std::string dictionary;
     for (const std::string& word : words_) {
       dictionary += '"';
       for (const char c : word) {
         char quoted[8];
-        const auto byte = static_cast<unsigned char>(c);
-        const bool is_plain = c >= 0x20 && c < 0x7F && c != '"' && c != '\\';
-        std::snprintf(quoted, sizeof quoted, is_plain ? "%c" : "\\x%02X", byte);
+        std::snprintf(quoted, sizeof quoted, "\\x%02X", static_cast<unsigned char>(c));
         dictionary += quoted;
       }
       dictionary += "\"\n";
     }
-    files_["zanfo.dict"] = dictionary;
+    Write("zanfo.dict", dictionary);
   }
 
-  /// The options that a line of the program's help names.
-  void AddOptions(std::string_view line) {
-    for (std::size_t at = line.find('-'); at != std::string_view::npos; at = line.find('-', at)) {
-      const std::size_t end = std::min(line.find_first_of(" ]|\n", at), line.size());
-      words_.insert(std::string(line.substr(at, end - at)));
-      at = end;
-    }
+  void Write(const std::string& name, std::string_view content) {
+    fs::create_directories((directory_ / name).parent_path());
+    std::ofstream file(directory_ / name, std::ios::binary);
+    is_complete_ = (file << content).flush() && is_complete_;
   }
 
-  TSectionSamples samples_;
-  TFiles files_;
+  fs::path directory_;
+  std::set<FourCharCode> codes_;
   std::set<std::string> words_;
-  bool is_loadable_ = true;
+  bool is_complete_ = true;
 };
-
-std::string ReadFile(const fs::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
-
-/// Whether the directory has these files with these contents and no others beside them.
-bool IsCurrent(const fs::path& directory, const TFiles& files) {
-  std::size_t count = 1;  // The dictionary.
-  for (const auto& entry : fs::recursive_directory_iterator(directory / "corpus"))
-    if (entry.is_regular_file() && entry.path().parent_path().filename() == "made") ++count;
-  bool is_current = count == files.size();
-  for (const auto& [name, content] : files) {
-    if (ReadFile(directory / name) == content) continue;
-    std::fprintf(stderr, "%s is out of date\n", name.c_str());
-    is_current = false;
-  }
-  if (!is_current) std::fprintf(stderr, "make_corpus makes the files anew\n");
-  return is_current;
-}
-
-bool WriteFiles(const fs::path& directory, const TFiles& files) {
-  for (const char* const target : {"legacy", "xml", "protected"})
-    fs::remove_all(directory / "corpus" / target / "made");
-  for (const auto& [name, content] : files) {
-    fs::create_directories((directory / name).parent_path());
-    std::ofstream(directory / name, std::ios::binary) << content;
-  }
-  return IsCurrent(directory, files);
-}
 
 }  // namespace
 }  // namespace zaf::fuzz
 
 int main(int argument_count, char** arguments) {
-  using namespace zaf::fuzz;
-  const bool is_check = argument_count == 3 && std::string_view(arguments[2]) == "--check";
-  if (argument_count != 2 && !is_check) {
-    std::fprintf(stderr, "usage: make_corpus FUZZ-DIRECTORY [--check]\n");
-    return 2;
-  }
-  TCorpus corpus;
-  if (!corpus.Make()) return 1;
-  const TFiles& files = corpus.GetFiles();
-  return (is_check ? IsCurrent(arguments[1], files) : WriteFiles(arguments[1], files)) ? 0 : 1;
+  if (argument_count == 2) return zaf::fuzz::TCorpus(arguments[1]).Make() ? 0 : 1;
+  std::fputs("usage: make_corpus DIRECTORY\n", stderr);
+  return 2;
 }

@@ -114,7 +114,7 @@ Status CInputColumnArray::MakeRuns(std::span<const std::uint32_t> collectors,
   if (status != Status::kOk) return status;
   const auto fill = [](CDynamicArray& array, const void* elements, std::size_t count) {
     const auto size = static_cast<std::uint32_t>(count * array.GetElementSize());
-    return array.Set(elements, size) == size;
+    return array.Set(elements, size).length == size;
   };
   return fill(runs_, runs.data(), runs.size()) && fill(items_, nullptr, total) ? Status::kOk
                                                                                : Status::kFailure;

@@ -21,7 +21,7 @@ struct TColumnReference {
 
 static_assert(sizeof(TColumnReference) == 384);
 
-using CColumnReferenceArray = TRecordArray<TColumnReference>;
+using CSearchColumnArray = TRecordArray<TColumnReference>;
 
 inline constexpr TUpgradeStep kColumnReferenceUpgrade[] = {
     WidenName(0, offsetof(TColumnReference, table)),

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <string>
 
 #include "foundation/CCipherText.h"
 
@@ -40,7 +41,7 @@ void TDataSourceWriter::WriteEnciphered(dom::Element parent, std::string_view na
     parent.appendPlainElement(name, known->second);
     return;
   }
-  heap::TPooledString enciphered;
+  std::string enciphered;
   CCipherText::Encipher(text, enciphered);
   const dom::Element element = parent.appendPlainElement(name, enciphered);
   if (element) enciphered_.emplace(text, element.getTextContent());

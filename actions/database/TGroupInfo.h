@@ -10,7 +10,7 @@
 
 namespace zaf {
 
-/// A column that a search groups its rows by.
+/// A reference to a column: one that a search groups its rows by.
 struct TGroupInfo {
   TFixedText<128> table;
   TFixedText<128> column;
@@ -20,7 +20,7 @@ struct TGroupInfo {
 
 static_assert(sizeof(TGroupInfo) == 256);
 
-using CGroupInfoArray = TRecordArray<TGroupInfo>;
+using CColumnReferenceArray = TRecordArray<TGroupInfo>;
 
 inline constexpr TUpgradeStep kGroupInfoUpgrade[] = {
     WidenName(0, offsetof(TGroupInfo, table)),

@@ -28,9 +28,9 @@ class TSearchSpecification
  private:
   CTextPtrArray tables_;
   CColumnInfoArray dictionary_;
-  CColumnReferenceArray columns_;
+  CSearchColumnArray columns_;
   COrderInfoArray order_;
-  CGroupInfoArray groups_;
+  CColumnReferenceArray groups_;
   CCriteriaArray criteria_;
   CCriteriaArray having_criteria_;
   CJoinCriteriaArray joins_;

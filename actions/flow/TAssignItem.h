@@ -23,7 +23,7 @@ struct TCookie {
 
 /// An assignment: a variable, or with the scope "cookie" (case ignored) a cookie, and its value.
 /// Owns its value.
-struct TAssignItem : heap::TPooledObject {
+struct TAssignItem {
   TFixedText<256> name{};
   CText value;
   TFixedText<128> scope{};

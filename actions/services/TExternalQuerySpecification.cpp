@@ -54,8 +54,9 @@ Status TExternalQuerySpecification::ReadLegacyProperty(const TLegacySection& sec
 }
 
 Status TExternalQuerySpecification::ReadParameters(const TLegacySection& section) {
+  CData scratch;
   ByteView bytes;
-  if (const Status status = section.View(bytes); status != Status::kOk) return status;
+  if (const Status status = section.View(scratch, bytes); status != Status::kOk) return status;
   target_.Clear();
   parameters_.DeleteAll();
   TByteReader reader(bytes);
@@ -75,9 +76,10 @@ Status TExternalQuerySpecification::ReadParameters(const TLegacySection& section
   for (; count > 0 && reader.ReadTerminated(text) == Status::kOk &&
          reader.ReadTerminated(value) == Status::kOk;
        --count) {
-    TExternalParameter& parameter = parameters_.Append();
-    parameter.name = text;
-    parameter.value = value;
+    TExternalParameter* const parameter = parameters_.Append();
+    if (parameter == nullptr) return Status::kFailure;
+    parameter->name = text;
+    parameter->value = value;
   }
   return Status::kOk;
 }
@@ -153,9 +155,10 @@ Status TExternalQuerySpecification::ReadXml(const TXmlReadContext& context, dom:
       element.getFirstChildElement(is_library ? "ParameterList" : "VariableList");
   for (dom::Element item = list.getFirstChildElement(item_name); item;
        item = item.getNextSiblingElement(item_name)) {
-    TExternalParameter& parameter = parameters_.Append();
-    if (!is_library) parameter.name = GetText(item, "Name", joined);
-    parameter.value = is_library ? item.getTextContent(joined) : GetText(item, "Value", joined);
+    TExternalParameter* const parameter = parameters_.Append();
+    if (parameter == nullptr) return Status::kFailure;
+    if (!is_library) parameter->name = GetText(item, "Name", joined);
+    parameter->value = is_library ? item.getTextContent(joined) : GetText(item, "Value", joined);
   }
   return TTableSpecification::ReadXml(context, element);
 }

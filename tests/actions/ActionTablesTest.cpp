@@ -28,18 +28,6 @@ Status ReadSection(TQuerySpecification& action, FourCharCode code, std::string_v
       {&file, code, 0, static_cast<std::uint32_t>(payload.size()), &action});
 }
 
-/// Payloads of which at least one changes any field from its initial value: numbers, texts, lists.
-std::vector<std::string> Payloads() {
-  return {test::BigEndian(1),
-          test::BigEndian(2),
-          std::string("some text\0", 10),
-          test::ListOf(1, "entry\0"),
-          test::ListOf(1, std::string(1024, 'r')),
-          test::ListOf(1, std::string(446, 'r')),
-          std::string(640, 'f'),
-          test::ListOf(1, test::BigEndian(1) + "v" + std::string(1028, 'a'))};
-}
-
 template <class Action>
 class ActionTable : public testing::Test {};
 
@@ -68,7 +56,7 @@ TYPED_TEST(ActionTable, EveryLegacyFieldCountsAndIsClonedAndWrittenBack) {
     const TypeParam initial;
     TypeParam changed;
     std::string payload;
-    for (const std::string& candidate : Payloads()) {
+    for (const std::string& candidate : test::SectionPayloads()) {
       TypeParam attempt;
       if (ReadSection(attempt, row->code, candidate) == Status::kOk && !attempt.IsEqual(initial)) {
         payload = candidate;

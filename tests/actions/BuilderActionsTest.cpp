@@ -9,6 +9,7 @@
 #include "actions/builders/TInsertGroupSpecification.h"
 #include "actions/flow/TAssignItem.h"
 #include "foundation/Heap.h"
+#include "tests/support/AllocationFault.h"
 #include "tests/support/Convert.h"
 #include "tests/support/LegacyFile.h"
 
@@ -225,8 +226,9 @@ TEST(InsertGroupSpecification, FormatThatFindsNoMemoryFailsAndLeavesTheOldOne) {
   const TLegacySection section{&file, Code("frmt"), 0, static_cast<std::uint32_t>(format.size())};
   const TInsertGroupSpecification initial;
   TInsertGroupSpecification action;
+  EXPECT_EQ(TInsertGroupSpecification().ReadLegacyProperty(section), Status::kOk);  // Indexes rows.
   {
-    const heap::TAllocationFault fault(0);
+    const test::TAllocationFault fault(0);
     EXPECT_EQ(action.ReadLegacyProperty(section), Status::kFailure);
   }
   EXPECT_TRUE(action.IsEqual(initial));

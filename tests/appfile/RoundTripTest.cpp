@@ -24,15 +24,44 @@ std::string ReadFile(const fs::path& path) {
 /// The samples, their sources and the seeds of the fuzz targets.
 std::vector<fs::path> Files() {
   std::vector<fs::path> files;
-  for (const char* const directory : {"", "/../fuzz/corpus/legacy", "/../fuzz/corpus/xml"}) {
-    for (const auto& entry :
-         fs::recursive_directory_iterator(std::string(ZAF2XML_SAMPLES) + directory)) {
+  const std::string samples = ZAF2XML_SAMPLES;
+  const std::string made = ZAF2XML_CORPUS;
+  for (const std::string& directory :
+       {samples, samples + "/../fuzz/corpus/legacy", samples + "/../fuzz/corpus/xml", made}) {
+    for (const auto& entry : fs::recursive_directory_iterator(directory)) {
       const std::string extension = entry.path().extension().string();
-      const bool is_other = extension == ".md" || extension == ".cpp" || extension == ".txt";
+      const bool is_other =
+          extension == ".md" || extension == ".cpp" || extension == ".txt" || extension == ".dict";
       if (entry.is_regular_file() && !is_other) files.push_back(entry.path());
     }
   }
   return files;
+}
+
+/// A file whose sections are all read by virtual operations: it could override some.
+class TDerivedFile final : public TDataFile {
+ public:
+  using TDataFile::TDataFile;
+};
+
+TEST(RoundTrip, LegacyFilesLoadAlikeFromMemoryStreamsAndSubclasses) {
+  int legacy_files = 0;
+  for (const fs::path& path : Files()) {
+    SCOPED_TRACE(path);
+    std::string bytes = ReadFile(path);
+    TZanfoFile usual;
+    const Status status = test::LoadBytes(bytes, usual);
+    if (bytes.empty() || !usual.GetApplication().is_legacy) continue;
+    ++legacy_files;
+    TDerivedFile derived(AsBytes(bytes));
+    TDataFile stream(fmemopen(bytes.data(), bytes.size(), "rb"));
+    for (TDataFile* const file : {static_cast<TDataFile*>(&derived), &stream}) {
+      TZanfoFile other;
+      EXPECT_EQ(other.Load(*file, nullptr), status);
+      EXPECT_EQ(test::SaveToXml(other), test::SaveToXml(usual));
+    }
+  }
+  EXPECT_GT(legacy_files, 20);
 }
 
 TEST(RoundTrip, DocumentsStayButForWhatChangesByDesign) {

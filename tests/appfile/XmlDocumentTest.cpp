@@ -4,6 +4,7 @@
 
 #include "foundation/Heap.h"
 #include "foundation/TDataFile.h"
+#include "tests/support/AllocationFault.h"
 #include "tests/support/Convert.h"
 #include "tests/support/LegacyFile.h"
 
@@ -218,7 +219,7 @@ TEST(XmlDocument, LackOfMemoryIsAFailureInEitherForm) {
     for (std::uint64_t failing = 0; has_failed; ++failing) {
       TDataFile data(AsBytes(bytes));
       TZanfoFile file;
-      const heap::TAllocationFault fault(failing);
+      const test::TAllocationFault fault(failing);
       const Status status = file.Load(data, nullptr);
       has_failed = fault.GetRequestCount() > failing;
       ASSERT_EQ(status, has_failed ? Status::kFailure : Status::kOk) << failing;

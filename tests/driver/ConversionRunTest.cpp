@@ -6,6 +6,7 @@
 #include "driver/ConversionRun.h"
 #include "foundation/Heap.h"
 #include "tests/foundation/TTestDirectory.h"
+#include "tests/support/AllocationFault.h"
 #include "tests/support/LegacyFile.h"
 
 #ifndef _WIN32
@@ -179,16 +180,22 @@ TEST_F(ConversionRun, ReportsEveryFailureOfMemoryAndMistakesNothing) {
   ASSERT_EQ(Run({"-r"}), "");
   const auto all = directory_.List("out");
   const std::string content = directory_.Read("out/a.xzf");
+  const std::string input = directory_.Path("in"), output = directory_.Path("out");
+  const char* const arguments[] = {"Zaf2Xml", "-i", input.c_str(), "-r", output.c_str()};
+  messages_.reserve(10'000);
   bool has_struck = true;
   for (std::uint64_t failing = 0; has_struck; ++failing) {
     std::filesystem::current_path(directory_.Path());
     std::filesystem::remove_all(directory_.Path("out"));
     directory_.Make("out");
-    const heap::TAllocationFault fault(failing);
-    const std::string messages = Run({"-r"});
-    has_struck = fault.GetRequestCount() > failing;
+    messages_.clear();
+    {
+      const test::TAllocationFault fault(failing);
+      if (const auto parsed = ParseCommandLine(arguments, report_)) RunConversion(*parsed, report_);
+      has_struck = fault.GetRequestCount() > failing;
+    }
     const auto outputs = directory_.List("out");
-    EXPECT_EQ(messages.empty(), outputs == all) << failing << messages;
+    EXPECT_EQ(messages_.empty(), outputs == all) << failing << messages_;
     const bool is_there = testing::Value(outputs, testing::Contains("a.xzf"));
     EXPECT_TRUE(!is_there || directory_.Read("out/a.xzf") == content) << failing;
   }

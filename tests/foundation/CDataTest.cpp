@@ -1,75 +1,129 @@
 #include <gtest/gtest.h>
 #include <string>
-#include <string_view>
 
-#include "foundation/CData.h"
+#include "foundation/CText.h"
+#include "tests/foundation/Cases.h"
+#include "tests/support/AllocationFault.h"
 
 namespace zaf {
 namespace {
 
-CData Buffer(std::string_view bytes) {
+using namespace std::string_view_literals;
+
+CData Buffer(std::string_view bytes, std::uint32_t capacity = 0) {
   CData data;
-  data.Set(bytes.data(), static_cast<std::uint32_t>(bytes.size()));
+  data.Set(bytes.data(), static_cast<std::uint32_t>(bytes.size()), capacity);
   return data;
 }
 
-std::string Text(const CData& data) { return std::string(AsText(data.Bytes())); }
-
-struct CapacityCase {
-  const char* name;
-  std::uint32_t first, second, capacity;
-};
-
-constexpr CapacityCase kCapacityCases[] = {
-    {"FirstIsExact",         0,    100,  100  },
-    {"GrowsIntoMultiple",    100,  101,  112  },
-    {"GrowsBehindMultiple",  100,  112,  128  },
-    {"SmallStepsUpTo4096",   4096, 4097, 4112 },
-    {"PagesFrom4097",        4097, 4098, 8192 },
-    {"WholePage",            4500, 8192, 12288},
-    {"SlackOf31Stays",       100,  69,   100  },
-    {"SlackOf32Shrinks",     100,  68,   68   },
-    {"ZeroFrees",            100,  0,    0    },
-    {"ZeroWithinSlackStays", 31,   0,    31   },
-};
-
-class CDataCapacity : public testing::TestWithParam<CapacityCase> {};
-
-TEST_P(CDataCapacity, FollowsTheRule) {
-  CData data;
-  EXPECT_TRUE(data.Reserve(GetParam().first) && data.Reserve(GetParam().second));
-  EXPECT_EQ(data.GetCapacity(), GetParam().capacity);
-  EXPECT_EQ(data.GetData() == nullptr, GetParam().capacity == 0);
+std::string CopyOut(const CData& data, std::uint32_t size, std::uint32_t offset,
+                    std::uint32_t count) {
+  std::string out(size, '.');
+  const std::uint32_t copied = data.CopyOutRange(out.data(), size, offset, count);
+  return out + std::to_string(copied);
 }
 
-INSTANTIATE_TEST_SUITE_P(Cases, CDataCapacity, testing::ValuesIn(kCapacityCases),
-                         [](const auto& test) { return std::string(test.param.name); });
+struct TCase {
+  std::string_view before;
+  std::uint32_t capacity_before;  ///< At least the bytes.
+  test::TOperation<CData> operation;
+  std::string_view result, after;
+  std::uint32_t capacity;
+};
 
-TEST(CData, SetTakesTheHintAndItsOwnBytes) {
-  CData data;
-  EXPECT_EQ(data.Set("abcdef", 6, 20), 6U);
-  EXPECT_EQ(data.GetCapacity(), 20U);
-  EXPECT_EQ(data.Set(data.GetData() + 2, 3, 1000), 3U);
-  EXPECT_EQ(data.GetCapacity(), 20U);
-  EXPECT_EQ(Text(data), "cde");
-  EXPECT_EQ(data.Set(data.GetData() + 19, 5), 1U);  // Ends with the storage.
-  EXPECT_EQ(data.Set(nullptr, 50), 50U);
-  EXPECT_TRUE(data.Reserve(7));
-  EXPECT_EQ(data.GetLength(), 7U);
+// clang-format off
+const TCase kCases[] = {
+    {"",       0,    [](CData& d) { return d.Reserve(0); },                    "1", "", 0},
+    {"",       0,    [](CData& d) { return d.Reserve(100); },                  "1", "", 100},
+    {"",       100,  [](CData& d) { return d.Reserve(101); },                  "1", "", 112},
+    {"",       100,  [](CData& d) { return d.Reserve(112); },                  "1", "", 128},
+    {"",       4096, [](CData& d) { return d.Reserve(4097); },                 "1", "", 4112},
+    {"",       4097, [](CData& d) { return d.Reserve(4098); },                 "1", "", 8192},
+    {"",       4500, [](CData& d) { return d.Reserve(8192); },                 "1", "", 12288},
+    {"",       100,  [](CData& d) { return d.Reserve(69); },                   "1", "", 100},
+    {"",       100,  [](CData& d) { return d.Reserve(68); },                   "1", "", 68},
+    {"abcdef", 40,   [](CData& d) { return d.Reserve(4); },                    "1", "abcd", 4},
+    {"abc",    100,  [](CData& d) { return d.Reserve(0); },                    "1", "", 0},
+    {"abc",    31,   [](CData& d) { return d.Reserve(0); },                    "1", "abc", 31},
+    {"abc",    0,    [](CData& d) { return d.Reserve(0xFFFFFFFF); },           "0", "abc", 3},
+    {"abc",    0,    [](CData& d) { d.Release(); return d.GetData() == nullptr; }, "1", "", 0},
+    {"abc",    0,    [](CData& d) { d.Clear(); return *d.GetData() + 0; },     "0", "", 3},
+    {"",       9,    [](CData& d) { return *d.GetData() + 0; },                "0", "", 9},
+    {"ab",     0,    [](CData& d) { return d.EqualsBytes("ab", 2); },          "1", "ab", 2},
+    {"ab",     0,    [](CData& d) { return d.EqualsBytes("aB", 2); },          "0", "ab", 2},
+    {"ab",     0,    [](CData& d) { return d.EqualsBytes("abc", 3); },         "0", "ab", 2},
+    {"ab",     0,    [](CData& d) { return d.EqualsBytes(nullptr, 2); },       "0", "ab", 2},
+    {"",       0,    [](CData& d) { return d.EqualsBytes(nullptr, 0); },       "1", "", 0},
+    {"ab",     0,    [](CData& d) { return d.EqualsData(Buffer("ab")); },      "1", "ab", 2},
+    {"ab",     0,    [](CData& d) { return d.EqualsData(Buffer("a")); },       "0", "ab", 2},
+    {"old",    0,    [](CData& d) { return d.Set("xy", 2).data == d.GetData(); },  "1", "xy", 3},
+    {"",       0,    [](CData& d) { return d.Set("abcdef", 6, 20).length; },   "6", "abcdef", 20},
+    {"abcdef", 90,   [](CData& d) { return d.Set("x", 1).length; },            "1", "x", 1},
+    {"abc",    0,    [](CData& d) { return d.Set("", 0).length; },             "0", "", 3},
+    {"abcdef", 20,   [](CData& d) { return d.Set(d.GetData() + 2, 3, 99).length; }, "3", "cde", 20},
+    {"abcdef", 0,    [](CData& d) { return d.Set(d.GetData() + 4, 6).length; },
+                                                                  "6", "ef\0\0\0\0"sv, 6},
+    {"abcdef", 0,    [](CData& d) { return d.Set(d.GetData() + 4, 99).length; },
+                                                                  "6", "ef\0\0\0\0"sv, 6},
+    {"abc",    0,    [](CData& d) { return d.Set(nullptr, 2).length; },        "2", "ab", 3},
+    {"abcdef", 40,   [](CData& d) { d.Assign(Buffer("x")); },                  "", "x", 1},
+    {"abcdef", 0,    [](CData& d) { Buffer("xyz").AssignTo(d); },              "", "xyz", 6},
+    {"abcdef", 0, [](CData& d) { return CopyOut(d, 8, 4, 9); }, "ef......2", "abcdef", 6},
+    {"abcdef", 0,    [](CData& d) { return CopyOut(d, 2, 1, 9); },             "bc2", "abcdef", 6},
+    {"abcdef", 0,    [](CData& d) { return CopyOut(d, 2, 6, 1); },             "..0", "abcdef", 6},
+    {"",       0,    [](CData& d) { return CopyOut(d, 2, 0, 2); },             "..0", "", 0},
+    {"ab",     0,    [](CData& d) { char out[9]; return d.CopyOut(out, 9); },  "2", "ab", 2},
+    {"ab",     0,    [](CData& d) { return d.CopyOut(nullptr, 9); },           "0", "ab", 2},
+    {"abcdef", 0,    [](CData& d) { d.Extract(d, 2, 99); },                    "", "cdef", 6},
+    {"abc",    0,    [](CData& d) { Buffer("xyz").Extract(d, 1, 1); },         "", "y", 3},
+    {"abc",    0,    [](CData& d) { Buffer("xyz").Extract(d, 3, 1); },         "", "", 3},
+    {"",       0,    [](CData& d) { return d.Splice(7, 3, "abc", 3); },        "3", "abc", 3},
+    {"abc",    0,    [](CData& d) { return d.Splice(1, 1, "12", 2); },         "4", "a12c", 16},
+    {"abc",    20,   [](CData& d) { return d.Splice(3, 0, "12", 2); },         "5", "abc12", 20},
+    {"abcdef", 0,    [](CData& d) { return d.Splice(1, 4, "-", 1); },          "3", "a-f", 6},
+    {"abcdef", 0,    [](CData& d) { return d.Splice(4, 99, "-", 1); },         "5", "abcd-", 6},
+    {"abc",    0,    [](CData& d) { return d.Splice(99, 1, "-", 1); },         "4", "abc-", 16},
+    {"abc",    16,   [](CData& d) { return d.Splice(1, 0, d.GetData(), 3); },  "6", "aabcbc", 16},
+    {"abc",    9,    [](CData& d) { d.Splice(1, 0, nullptr, 1); d.GetData()[1] = '?'; },
+                                                                  "", "a?bc", 9},
+    {"abc",    0,    [](CData& d) { return d.Splice(1, 0, nullptr, 0xFFFFFFFF); },  "3", "abc", 3},
+    {"abc",    30,   [](CData& d) { return d.SpliceDecimal(1, 1, -2147483647 - 1); },
+                                                                  "13", "a-2147483648c", 30},
+    {"abc",    0,    [](CData& d) { return d.SpliceByte(0, 1, '#'); },         "3", "#bc", 3},
+    {"abc",    0,    [](CData& d) { return d.SpliceData(1, 1, Buffer("()")); },  "4", "a()c", 16},
+    {"ab",     9,    [](CData& d) { return d.ByteAt(1) + 0; },                 "98", "ab", 9},
+    {"ab",     9,    [](CData& d) { return d.ByteAt(2) + 0; },                 "0", "ab", 9},
+    {"",       0,    [](CData& d) { return d.ByteAt(0) + 0; },                 "0", "", 0},
+};
+// clang-format on
+
+TEST(CData, OperationsGiveTheirResults) {
+  for (const TCase& c : kCases) {
+    SCOPED_TRACE(testing::Message() << "row " << &c - kCases);
+    CData data = Buffer(c.before, c.capacity_before);
+    EXPECT_EQ(c.operation.run(data), c.result);
+    EXPECT_EQ(AsText(data.Bytes()), c.after);
+    EXPECT_EQ(data.GetCapacity(), c.capacity);
+  }
 }
 
-TEST(CData, SpliceReplacesARange) {
-  CData data;
-  EXPECT_EQ(data.Splice(7, 3, "abc", 3), 3U);  // Sets, whatever the position.
-  data.SpliceDecimal(1, 1, -2147483647 - 1);
-  data.SpliceByte(0, 1, '#');
-  data.SpliceData(1, 1, Buffer("()"));
-  EXPECT_EQ(Text(data), "#()2147483648c");
-  EXPECT_EQ(data.Splice(1, 0, data.GetData(), 14), 28U);  // Its own bytes, which move.
-  EXPECT_EQ(Text(data), "##()2147483648c()2147483648c");
-  EXPECT_EQ(data.Splice(1, 99, "", 0), 1U);
-  data.Splice(99, 99, "-", 1);
-  EXPECT_EQ(Text(data), "#-");
+TEST(CData, StaysAsItWasWithoutMemory) {
+  const CData big = Buffer(std::string(100, 'x'));
+  const test::TOperation<CData> operations[] = {
+      [](CData& d) { EXPECT_FALSE(d.Reserve(100)); },
+      [&](CData& d) { EXPECT_EQ(d.Set(big.GetData(), 100).length, 3U); },
+      [&](CData& d) { d.Assign(big); },
+      [&](CData& d) { EXPECT_EQ(d.Splice(1, 0, big.GetData(), 100), 3U); },
+      [](CData& d) { EXPECT_EQ(d.Splice(1, 0, d.GetData(), 2), 3U); },
+  };
+  for (const auto& operation : operations) {
+    CData data = Buffer("abc");
+    const test::TAllocationFault fault(0);
+    operation.run(data);
+    EXPECT_EQ(fault.GetRequestCount(), 1U);
+    EXPECT_EQ(AsText(data.Bytes()), "abc");
+    EXPECT_EQ(data.GetCapacity(), 3U);
+  }
 }
 
 TEST(CData, GrowsByOneByteWithinTheSteps) {
@@ -77,50 +131,6 @@ TEST(CData, GrowsByOneByteWithinTheSteps) {
   for (int i = 1; i < 300'000; ++i) data.SpliceByte(data.GetLength(), 0, static_cast<char>(i % 7));
   EXPECT_EQ(data.ByteAt(299'999), 299'999 % 7);
   EXPECT_EQ(data.GetCapacity() % 4096, 0U);
-}
-
-TEST(CData, CopiesRangesOut) {
-  CData data = Buffer("abcdef");
-  char out[4] = {};
-  EXPECT_EQ(data.CopyOut(out, 4), 4U);
-  EXPECT_EQ(data.CopyOutRange(out, 4, 4, 9), 2U);
-  EXPECT_EQ(std::string_view(out, 4), "efcd");
-  EXPECT_EQ(data.CopyOutRange(out, 4, 6, 1) + data.CopyOut(nullptr, 4) + CData().CopyOut(out, 4),
-            0U);
-  CData target = Buffer("old");
-  data.Extract(target, 9, 1);
-  EXPECT_EQ(target.GetLength(), 0U);
-  data.AssignTo(target);
-  EXPECT_TRUE(target.EqualsData(data));
-  data.Extract(data, 2, 99);
-  EXPECT_EQ(Text(data), "cdef");
-}
-
-TEST(CData, ComparesAndReadsBytes) {
-  const CData data = Buffer("ab");
-  EXPECT_TRUE(data.EqualsBytes("ab", 2) && CData().EqualsBytes(nullptr, 0));
-  EXPECT_FALSE(data.EqualsBytes("aB", 2) || data.EqualsBytes(nullptr, 2));
-  EXPECT_EQ(data.ByteAt(1), 'b');
-  EXPECT_EQ(data.ByteAt(2) + CData().ByteAt(0), 0);
-}
-
-TEST(CData, StaysAsItWasWithoutMemory) {
-  CData data = Buffer("abc");
-  const CData big = Buffer(std::string(100, 'x'));
-  const auto expect_failure = [&](auto&& operation) {
-    const heap::TAllocationFault fault(0);
-    operation();
-    EXPECT_EQ(fault.GetRequestCount(), 1U);
-    EXPECT_EQ(Text(data), "abc");
-    EXPECT_EQ(data.GetCapacity(), 3U);
-  };
-  expect_failure([&] { EXPECT_FALSE(data.Reserve(100)); });
-  expect_failure([&] { EXPECT_EQ(data.Set(big.GetData(), 100), 3U); });
-  expect_failure([&] { data.Assign(big); });
-  expect_failure([&] { EXPECT_EQ(data.Splice(1, 0, big.GetData(), 100), 3U); });
-  expect_failure([&] { EXPECT_EQ(data.Splice(1, 0, data.GetData(), 2), 3U); });
-  EXPECT_FALSE(data.Reserve(0xFFFFFFFF));
-  EXPECT_EQ(data.Splice(1, 0, nullptr, 0xFFFFFFFF), 3U);
 }
 
 }  // namespace

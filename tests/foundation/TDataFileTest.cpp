@@ -9,6 +9,7 @@
 #include "foundation/Heap.h"
 #include "foundation/TDataFile.h"
 #include "tests/foundation/TTestDirectory.h"
+#include "tests/support/AllocationFault.h"
 
 namespace zaf {
 namespace {
@@ -72,8 +73,9 @@ INSTANTIATE_TEST_SUITE_P(TDataFile, Scrambling, testing::Bool());
 TEST(TDataFile, ScramblesItsImageInPlaceAndTheCallersBufferForAWriteOnly) {
   TDataFile file(AsBytes("\x08"));
   file.SetScrambled(true);
+  CData scratch;
   ByteView view;
-  EXPECT_EQ(file.ViewBlock(kCode, 0, 1, view), Status::kOk);
+  EXPECT_EQ(file.ViewBlock(kCode, 0, 1, scratch, view), Status::kOk);
   EXPECT_EQ(AsText(view), "\x01");
   file.SetScrambled(false);
   EXPECT_EQ(AsText(view), "\x08");
@@ -147,7 +149,7 @@ TEST(TDataFile, OnlyRegularFilesThatFitOpenForReading) {
   const CText name = directory.Name("file");
   const TDataFile other(AsBytes("has the memory that was kept"));
   for (const Status expected : {Status::kFailure, Status::kOk}) {
-    const heap::TAllocationFault no_memory(expected == Status::kOk ? 99 : 0);
+    const test::TAllocationFault no_memory(expected == Status::kOk ? 99 : 0);
     EXPECT_EQ(file.Open(name, TOpenMode::kRead), expected);
   }
   EXPECT_EQ(file.DeleteFile(name), 0);
@@ -163,7 +165,8 @@ TEST(TDataFile, StreamModesAreThoseOfTheCLibrary) {
       {Mode::kReadWrite,  "aXc",   false},
       {Mode::kReadAppend, "abcX",  true },
       {Mode::kCreate,     "\0X"sv, true },
-      {Mode{99},          "\0X"sv, true },
+      {Mode{0},           "\0X"sv, true },
+      {Mode{7},           "\0X"sv, true },
   };
   for (const auto& [mode, content, creates] : cases) {
     const TTestDirectory directory;
@@ -185,10 +188,11 @@ TEST(TDataFile, BoundsTheWorkOfAFile) {
     TDataFile file(AsBytes(content).first(size));
     const std::size_t limit = size == content.size() ? 8 * size : 16U << 20;
     const auto count = static_cast<std::uint32_t>(size / 2);
+    CData scratch;
     ByteView view;
     for (std::size_t done = 0; done < limit; done += count) {
-      ASSERT_EQ(file.ViewBlock(kCode, 0, count, view), Status::kOk);
-      ASSERT_EQ(file.ReadAt(kCode, count, count + 1, nullptr), Status::kFailure) << "is no work";
+      ASSERT_EQ(file.ViewBlock(kCode, 0, count, scratch, view), Status::kOk);
+      ASSERT_EQ(file.ReadAt(kCode, count, count + 1, nullptr), Status::kFailure) << "no work";
     }
     std::int32_t number = 0;
     EXPECT_EQ(file.ReadInteger(kCode, 0, 4, number), Status::kMalformed);
@@ -197,11 +201,94 @@ TEST(TDataFile, BoundsTheWorkOfAFile) {
   }
 }
 
+/// Records the section codes that pass through its operations.
+class TRecordingFile : public TDataFile {
+ public:
+  using TDataFile::TDataFile;
+  std::string log;
+
+  Status Seek(FourCharCode code, std::uint32_t offset) override {
+    return Note('0', code), TDataFile::Seek(code, offset);
+  }
+  Status Read(std::uint32_t count, void* buffer) override {
+    return log += "1 ", TDataFile::Read(count, buffer);
+  }
+  Status ReadText(FourCharCode code, std::uint32_t offset, std::uint32_t length,
+                  CText& text) override {
+    return Note('t', code), TDataFile::ReadText(code, offset, length, text);
+  }
+  Status ReadBlock(FourCharCode code, std::uint32_t offset, std::uint32_t length,
+                   CData& block) override {
+    return Note('b', code), TDataFile::ReadBlock(code, offset, length, block);
+  }
+  Status ReadAt(FourCharCode code, std::uint32_t offset, std::uint32_t count,
+                void* buffer) override {
+    return Note('a', code), TDataFile::ReadAt(code, offset, count, buffer);
+  }
+
+ private:
+  void Note(char operation, FourCharCode code) {
+    log.append(1, operation).append(Characters(code).data(), 4).append(1, ' ');
+  }
+};
+
+TEST(TDataFile, SubclassSeesTheCodeOfEverySection) {
+  TRecordingFile file(AsBytes("\0\0\0\1x\0"sv));
+  std::int32_t number = 0;
+  CText text;
+  CData scratch;
+  CTextPtrArray list;
+  ByteView block;
+  std::string_view view;
+  EXPECT_EQ(file.ReadInteger(Code("numb"), 0, 4, number), Status::kOk);
+  EXPECT_EQ(file.ReadTextList(Code("list"), 0, 6, list), Status::kOk);
+  EXPECT_EQ(file.ViewBlock(Code("blok"), 4, 2, scratch, block), Status::kOk);
+  EXPECT_EQ(file.ViewText(Code("text"), 4, 2, text, view), Status::kOk);
+  EXPECT_EQ(std::to_string(number) + list[0].GetCString() + std::string(view), "1xx");
+  EXPECT_EQ(file.log,
+            "anumb 0numb 1 blist alist 0list 1 bblok ablok 0blok 1 "
+            "ttext btext atext 0text 1 ");
+}
+
+TEST(TDataFile, ShortReadOfAStreamLeavesTheResult) {
+  const TTestDirectory directory;
+  directory.Write("f", "abcdef");
+  TDataFile file;
+  ASSERT_EQ(file.Open(directory.Name("f"), TOpenMode::kReadWrite), Status::kOk);
+  std::int32_t number = 7;
+  char buffer[] = "12345678";
+  CData block;
+  block.Set("old", 3);
+  EXPECT_EQ(file.ReadInteger(kCode, 3, 4, number), Status::kFailure);
+  EXPECT_EQ(file.ReadAt(kCode, 3, 4, buffer), Status::kFailure);
+  EXPECT_EQ(file.ReadAt(kCode, 9, 1, buffer), Status::kFailure);
+  EXPECT_EQ(file.ReadBlock(kCode, 3, 4, block), Status::kFailure);
+  EXPECT_EQ(file.Read(1, nullptr), Status::kFailure);
+  EXPECT_EQ(number, 7);
+  EXPECT_STREQ(buffer, "12345678");
+  EXPECT_EQ(AsText(block.Bytes()), "old");
+  EXPECT_EQ(file.ReadInteger(kCode, 2, 4, number), Status::kOk);
+  EXPECT_EQ(number, 0x63646566);
+}
+
+TEST(TDataFile, BoundsTheWorkOfAStream) {
+  std::string content(std::size_t{1} << 20, 'x');
+  TDataFile file(fmemopen(content.data(), content.size(), "r+b"));
+  std::string buffer = content;
+  for (int i = 0; i < 16; ++i)
+    ASSERT_EQ(file.ReadAt(kCode, 0, Length(buffer), buffer.data()), Status::kOk);
+  EXPECT_EQ(file.ReadAt(kCode, 0, 1, buffer.data()), Status::kMalformed);
+  EXPECT_EQ(file.ChargeRecords((16U << 20) + 1), Status::kMalformed);
+  EXPECT_EQ(file.Seek(kCode, 0), Status::kOk);
+  EXPECT_EQ(Put(file, "y"), Status::kOk);
+  EXPECT_EQ(file.ReadAt(kCode, 0, 1, buffer.data()), Status::kOk) << "the content is another";
+}
+
 TEST(TDataFile, NewFileHasItsNameOnlyWhenItIsPublished) {
   const TTestDirectory directory;
   TDataFile file;
   for (const bool is_published : {false, true}) {
-    ASSERT_EQ(file.Open(directory.Name("f"), TOpenMode::kCreateNew), Status::kOk);
+    ASSERT_EQ(file.OpenNew(directory.Name("f")), Status::kOk);
     EXPECT_EQ(Put(file, "abc"), Status::kOk);
     EXPECT_EQ(file.Seek(kCode, 1), Status::kOk);
     EXPECT_EQ(Put(file, "X"), Status::kOk);

@@ -2,59 +2,44 @@
 
 #include "foundation/TFixedText.h"
 #include "foundation/TLazyRecord.h"
+#include "tests/support/AllocationFault.h"
 
 namespace zaf {
 namespace {
 
-struct TPair {
-  TFixedText<64> first{};
-  TFixedText<64> second{};
-};
-using TLazyPair = TLazyRecord<TPair>;
+using TName = TFixedText<64>;
 
-TPair PairOf(std::string_view second) {
-  TPair pair;
-  pair.second.Set(second);
-  return pair;
+TName NameOf(std::string_view text) {
+  TName name{};
+  name.Set(text);
+  return name;
 }
 
 TEST(LazyRecord, TakesMemoryOnlyWhileItDiffersFromANewOne) {
-  const heap::TAllocationFault none(1'000'000);
-  TLazyPair pair;
-  EXPECT_TRUE(pair.Set(TPair{}));
+  const test::TAllocationFault none(1'000'000);
+  TLazyRecord<TName> record;
+  EXPECT_TRUE(record.Set(TName{}));
   EXPECT_EQ(none.GetRequestCount(), 0U);
-  EXPECT_TRUE(pair.Set(PairOf("b")) && pair.Set(PairOf("c")));
+  EXPECT_TRUE(record.Set(NameOf("b")) && record.Set(NameOf("c")));
   EXPECT_EQ(none.GetRequestCount(), 1U);
-  EXPECT_EQ(pair.Get().second.View(), "c");
-  EXPECT_TRUE(pair.Set(TPair{}));
-  EXPECT_EQ(pair.Get().second.View(), "");
-}
-
-TEST(LazyRecord, CopyHasARecordOfItsOwn) {
-  TLazyPair pair;
-  EXPECT_TRUE(pair.Set(PairOf("b")));
-  TLazyPair copy(pair);
-  EXPECT_TRUE(pair.Set(PairOf("c")));
-  EXPECT_EQ(copy.Get().second.View(), "b");
-  copy = pair;
-  EXPECT_TRUE(pair.Set(TPair{}));
-  EXPECT_EQ(copy.Get().second.View(), "c");
-  copy = pair;
-  EXPECT_EQ(copy.Get().second.View(), "");
+  TLazyRecord<TName> copy(record);
+  EXPECT_TRUE(record.Set(TName{}));
+  EXPECT_EQ(record.Get().View(), "");
+  EXPECT_EQ(copy.Get().View(), "c");
+  copy = record;
+  EXPECT_EQ(copy.Get().View(), "");
 }
 
 TEST(LazyRecord, KeepsWhatItHadWithoutMemory) {
-  TLazyPair pair;
-  EXPECT_TRUE(pair.Set(PairOf("b")));
-  TLazyPair target;
+  TLazyRecord<TName> record, target;
+  EXPECT_TRUE(record.Set(NameOf("b")));
   const heap::TMemoryWatch memory;
-  const heap::TAllocationFault fault(0);
-  target = pair;
-  EXPECT_EQ(target.Get().second.View(), "");
+  const test::TAllocationFault fault(0);
+  target = record;
   EXPECT_TRUE(memory.HasRunOut());
-  const heap::TAllocationFault next_fault(0);
-  EXPECT_FALSE(target.Set(PairOf("c")));
-  EXPECT_EQ(target.Get().second.View(), "");
+  const test::TAllocationFault next_fault(0);
+  EXPECT_FALSE(target.Set(NameOf("c")));
+  EXPECT_EQ(target.Get().View(), "");
 }
 
 }  // namespace

@@ -24,6 +24,36 @@ std::string ListOf(std::uint32_t count, std::string_view records) {
   return BigEndian(count).append(records);
 }
 
+std::vector<std::string> SectionPayloads() {
+  using namespace std::string_literals;
+  std::vector<std::string> payloads{
+      BigEndian(1),
+      BigEndian(2),
+      BigEndian(0xFFFFFFFF),
+      "some text\0"s,
+      "<b a='1'>]]>&\"\r\n\t\xE9 </b>\0"s,
+      "\x01\n\0"s,
+      ListOf(2, "one\0\0"s),
+      ListOf(1, BigEndian(1) + "v" + std::string(1028, 'a')),
+      "miscdosctarget\0\0\0\0\1n\0v\0"s,
+      "exev"s,
+      "aevx"s,
+      "aevt"s,
+      "mac "s,
+      "odbc"s,
+      "\0\0\0w"s,
+      std::string(640, 'f'),
+  };
+  // Records of the current and of older sizes. Their slots are full, or have one character each.
+  for (const std::size_t size : {1024U, 896U, 648U, 646U, 524U, 448U, 384U, 168U, 140U, 96U}) {
+    payloads.push_back(ListOf(1, std::string(size, 'r')));
+    std::string sparse(size, '\0');
+    for (std::size_t at = 0; at < size; at += 4) sparse[at] = 'r';
+    payloads.push_back(ListOf(1, sparse));
+  }
+  return payloads;
+}
+
 LegacyFile::LegacyFile(std::string_view document_type, std::uint32_t format) {
   records_.push_back({BigEndian(format).append(document_type), {}, {}});
 }

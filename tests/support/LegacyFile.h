@@ -21,6 +21,11 @@ std::string Slots(std::size_t width, std::initializer_list<std::string_view> tex
 /// The payload of a list section: the count, then the records.
 std::string ListOf(std::uint32_t count, std::string_view records);
 
+/// Payloads of sections, among them some that any type of field takes: numbers, codes, texts, lists
+/// of records of many sizes, blocks. At least one of those changes the field from its initial
+/// value.
+std::vector<std::string> SectionPayloads();
+
 /// Builds the bytes of a legacy file, sound by default. Sections before the first Action belong to
 /// the application, later ones to the action named last. The damage methods work on the bytes of
 /// the finished file and so come last.
