@@ -52,8 +52,7 @@ std::array<char, 8> Sign(FourCharCode type_code, std::string_view name) {
 Status WriteInOrder(std::span<const FourCharCode> order, const TQuerySpecification& action,
                     TSectionWriter& out) {
   for (const FourCharCode code : order) {
-    Status status = Status::kOk;
-    WriteLegacyRow(TQuerySpecification::Properties(), &action, code, out, status);
+    const Status status = WriteLegacyRow(TQuerySpecification::Properties(), &action, code, out);
     if (status != Status::kOk) return status;
   }
   return Status::kOk;
@@ -105,7 +104,10 @@ Status TQuerySpecification::ReadLegacy(TDataFile* file, const TRecordHeader& hea
   TSectionMapEntry entry;
   while (map.Next(entry)) {
     const Status status = ReadLegacyProperty({file, entry.code, entry.offset, entry.length, this});
-    if (status != Status::kOk) return status;
+    if (status != Status::kOk) {
+      file->NoteFailure({entry.code, entry.offset});
+      return status;
+    }
     record_size_ += entry.length;
   }
   return Status::kOk;
@@ -121,7 +123,7 @@ Status TQuerySpecification::ReadLegacyProperty(const TLegacySection& section) {
     default:
       break;
   }
-  static const TCodeIndex index(Properties(), this);
+  static const TCodeIndex index(Properties());
   const TCodeIndex::TField& field = index.Find(section.code);
   return field.row != nullptr ? field.Read(this, section) : Status::kOk;
 }

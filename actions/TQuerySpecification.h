@@ -107,8 +107,8 @@ class TQuerySpecification : public TRecordConverter {
   /// null the class appends its own.
   virtual Status WriteXml(TXmlWriteContext& context, dom::Element element,
                           dom::Element parent) const;
-  /// Reads the action back. kMalformed when a derived class finds a word that it cannot take; what
-  /// was read before stays.
+  /// Reads the action back. kMalformed when a derived class finds a keyword that it cannot take;
+  /// what was read before stays.
   virtual Status ReadXml(const TXmlReadContext& context, dom::Element element);
 
   static constexpr std::int32_t kNoMoreProperties = -1;
@@ -131,10 +131,10 @@ class TQuerySpecification : public TRecordConverter {
   [[nodiscard]] const TActionEntry* GetTreeEntry() const { return tree_entry_; }
 
  protected:
-  /// Adds the rows of this class to the index of `object`'s class.
-  static void AddLegacyRows(TCodeIndex& index, const TQuerySpecification& action,
-                            const void* object) {
-    index.Add(Properties(), &action, object);
+  /// Adds the rows of this class to the index of `Object`, a class derived from this one.
+  template <class Object>
+  static void AddLegacyRows(TCodeIndex& index) {
+    index.Add(Properties(), &LocateBase<Object, TQuerySpecification>);
   }
   void SetTypeCode(FourCharCode code) { type_code_ = code; }
   void SetRecordSize(std::uint32_t size) { record_size_ = size; }
@@ -151,7 +151,7 @@ class TQuerySpecification : public TRecordConverter {
   CText error_;
   CText comments_;
   CGlobalAssignmentArray assignments_;
-  std::uint32_t format_ = 0;  ///< Format word of the record that the action was loaded from.
+  std::uint32_t format_ = 0;  ///< Format number of the record that the action was loaded from.
   std::uint32_t record_size_ = 168;
   CText name_;
   FourCharCode type_code_ = kTypeCode;

@@ -12,20 +12,20 @@
 
 namespace zaf {
 
-/// Supplies the operations of an action class from what the class declares about itself:
+/// Implements the operations of an action class from these declarations of the class:
 ///
 /// - `kTypeCode`, `kElement`, `kLabel`: its type code, XML element and the label of its display
-///   name; an empty element is one that the class or its base makes itself;
-/// - `kElements`, optional: the elements that it is made for, where that is not just `kElement`;
+///   name. An empty element: the class or its base makes the element itself.
+/// - `kElements`, optional: the elements that are read as this class, if not just `kElement`.
 /// - `Properties()`: the rows of its own fields, in the order of the XML element; the `BasePart()`
-///   row says where the part of `Base` goes. Every class declares it, if only to return no rows.
-/// - `LegacyOrder()`, optional: the order of its legacy sections where that differs; kNoCode stands
-///   for the sections of `Base`, which else come last.
-/// - `kReadByHand`, where it overrides ReadLegacyProperty and is itself a base: the codes for which
-///   it does so.
+///   row marks where `Base` writes its part. Required, even to return no rows.
+/// - `LegacyOrder()`, optional: the order of its legacy sections if it differs. kNoCode is the
+///   place of the sections of `Base`, which otherwise come last.
+/// - `kReadByHand`: the codes for which it overrides ReadLegacyProperty. Required if it does and is
+///   itself a base.
 ///
-/// In each operation the class's own rows come first and `Base` gets the rest. A class overrides an
-/// operation for what no row can say and calls this one for the others.
+/// Each operation handles the class's own rows and leaves the rest to `Base`. For what no row can
+/// express, a class overrides the operation and calls this one for the rest.
 template <class Action, class Base>
 class TTableSpecification : public Base {
  public:
@@ -44,7 +44,7 @@ class TTableSpecification : public Base {
 
   Status ReadLegacyProperty(const TLegacySection& section) override {
     if (section.file == nullptr) return Status::kNoFile;
-    static const TCodeIndex index = MakeCodeIndex(Self());
+    static const TCodeIndex index = MakeCodeIndex();
     const TCodeIndex::TField& field = index.Find(section.code);
     return field.row != nullptr ? field.Read(&Self(), section) : Base::ReadLegacyProperty(section);
   }
@@ -52,12 +52,8 @@ class TTableSpecification : public Base {
   Status WriteLegacyProperties(TSectionWriter& out) const override {
     if constexpr (HasOwnLegacyOrder()) {
       for (const FourCharCode code : Action::LegacyOrder()) {
-        Status status = Status::kOk;
-        if (code == kNoCode) {
-          status = Base::WriteLegacyProperties(out);
-        } else {
-          WriteLegacyRow(Rows(), &Self(), code, out, status);
-        }
+        const Status status = code == kNoCode ? Base::WriteLegacyProperties(out)
+                                              : WriteLegacyRow(Rows(), &Self(), code, out);
         if (status != Status::kOk) return status;
       }
       return Status::kOk;
@@ -92,21 +88,23 @@ class TTableSpecification : public Base {
   }
 
  protected:
-  /// Adds the rows of the class and of its bases to the index of `object`'s class, so that one
-  /// look-up finds them all. What a base reads by hand is left to that base.
-  static void AddLegacyRows(TCodeIndex& index, const Action& action, const void* object) {
-    index.Add(Rows(), &action, object);
-    static_assert(IsReadByHandTold(), "a base tells for which codes it overrides");
-    index.Leave(Base::kReadByHand);
-    Base::AddLegacyRows(index, action, object);
+  /// Adds the rows of this class and of its bases to the index of `Object`, a class derived from
+  /// this one, so that one look-up covers them all. Excludes the codes that a base reads by hand.
+  template <class Object>
+  static void AddLegacyRows(TCodeIndex& index) {
+    index.Add(Rows(), std::is_same_v<Object, Action> ? nullptr : &LocateBase<Object, Action>);
+    static_assert(DeclaresReadByHand(), "a base that overrides ReadLegacyProperty lists its codes");
+    index.Exclude(Base::kReadByHand);
+    Base::template AddLegacyRows<Object>(index);
   }
 
  private:
-  /// Tells functions apart; their addresses are no constants under some sanitizers.
+  /// A type per function, to compare functions: under some sanitizers their addresses are not
+  /// constants.
   template <auto Function>
   struct TFunction;
 
-  /// An order that is inherited is that of a base's sections.
+  /// Whether `Action` declares a LegacyOrder(); an inherited one lists a base's sections.
   static constexpr bool HasOwnLegacyOrder() {
     if constexpr (!requires { &Action::LegacyOrder; }) {
       return false;
@@ -122,8 +120,8 @@ class TTableSpecification : public Base {
   template <class Class>
   static Class DeclaringClass(Status (Class::*)(const TLegacySection&));
 
-  /// Whether a `Base` with a ReadLegacyProperty of its own has a `kReadByHand` of its own, too.
-  static constexpr bool IsReadByHandTold() {
+  /// Whether `Base` declares `kReadByHand` itself, if it declares ReadLegacyProperty itself.
+  static constexpr bool DeclaresReadByHand() {
     if constexpr (!std::is_same_v<decltype(DeclaringClass(&Base::ReadLegacyProperty)), Base> ||
                   !requires { typename Base::TTableSpecification; }) {
       return true;
@@ -133,9 +131,9 @@ class TTableSpecification : public Base {
     }
   }
 
-  static TCodeIndex MakeCodeIndex(const Action& action) {
+  static TCodeIndex MakeCodeIndex() {
     TCodeIndex index;
-    AddLegacyRows(index, action, &action);
+    AddLegacyRows<Action>(index);
     return index;
   }
 

@@ -33,7 +33,7 @@ constexpr TCipheredTextCodec kCipheredTextCodec;
 
 constexpr FourCharCode kHostTypeCode = Code("htyp");
 constexpr TVocabulary kHostTypes{kDataSourceKinds, TVocabulary::Fallback::kZero};
-constexpr TWordCodec kHostTypeCodec{kHostTypes};
+constexpr TKeywordCodec kHostTypeCodec{kHostTypes};
 
 }  // namespace
 

@@ -44,7 +44,7 @@ std::string Ordinary(std::size_t size) {
   for (std::size_t made = 0; made < size; made += 1000) {
     file.Action("srch", "Find" + std::to_string(made), "Root")
         .Text("rslt", Repeat("<P>Found <@COLUMN Name='a'> </P>\n", 300))
-        .Block("slct", ListOf(1, std::string(384, 'x')))
+        .Payload("slct", ListOf(1, std::string(384, 'x')))
         .Text("cmnt", "finds what is there")
         .Text("dsrc", "orders");
   }
@@ -57,15 +57,15 @@ std::string OneList(std::string_view type, std::string_view code, std::size_t co
   const auto records = static_cast<std::uint32_t>(std::min(count, std::max<std::size_t>(size, 1)));
   return LegacyFile()
       .Action(type, "A")
-      .Block(code, ListOf(records, std::string(size, 'x')))
+      .Payload(code, ListOf(records, std::string(size, 'x')))
       .Bytes();
 }
 
 /// Sections of one action, all over the same bytes.
 std::string Overlapping(std::string_view code, std::size_t size) {
   LegacyFile file;
-  file.Block("xxxx", std::string(size / 2, '\r')).Action("null", "A");
-  for (std::size_t i = 0; i < size / 24; ++i) file.Block(code, "");
+  file.Payload("xxxx", std::string(size / 2, '\r')).Action("null", "A");
+  for (std::size_t i = 0; i < size / 24; ++i) file.Payload(code, "");
   std::string bytes = file.Bytes();
   const std::string range = BigEndian(48) + BigEndian(static_cast<std::uint32_t>(size / 2));
   for (std::size_t at = bytes.find(code); at != bytes.npos; at = bytes.find(code, at + 12))
@@ -147,7 +147,7 @@ constexpr TCase kCases[] = {
     {"expressions of no bytes",
      [](std::size_t size) {
        const std::size_t most = std::max(8 * size, kFixedAllowance) / 512 - 1;
-       return LegacyFile().Action("if  ", "A").Block("ieei", BigEndian(static_cast<std::uint32_t>(most)) +
+       return LegacyFile().Action("if  ", "A").Payload("ieei", BigEndian(static_cast<std::uint32_t>(most)) +
                                                      std::string(size, 'x')).Bytes();
      }},
     {"columns of one byte", [](std::size_t n) { return OneList("srch", "cols", 31'000, n); }},
@@ -155,7 +155,7 @@ constexpr TCase kCases[] = {
     {"joins of one byte", [](std::size_t n) { return OneList("srch", "join", 25'000, n); }},
     {"texts of nothing in a list", [](std::size_t n) {
        return LegacyFile().Action("srch", "A")
-           .Block("tabl", ListOf(static_cast<std::uint32_t>(n), std::string(n, '\0'))).Bytes();
+           .Payload("tabl", ListOf(static_cast<std::uint32_t>(n), std::string(n, '\0'))).Bytes();
      }},
     {"output sections over the same bytes", [](std::size_t n) { return Overlapping("rslt", n); }},
     {"assignments over the same bytes", [](std::size_t n) { return Overlapping("assn", n); }},

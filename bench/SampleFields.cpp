@@ -242,7 +242,7 @@ void TSampleFields::WriteAction(std::string_view type) {
   if (Has(kSearchKinds, type)) WriteRows("search");
   WriteRows(type);
   if (Has(kResultKinds, type) && random_.Chance(style_.results_chance))
-    file_.Block("rslt", Make(Form::kResults));
+    file_.Payload("rslt", Make(Form::kResults));
   WriteRows("any");
 }
 
@@ -254,7 +254,7 @@ void TSampleFields::WriteRows(std::string_view group) {
   };
   for (const TField& field : Fields())
     if (field.group == group && random_.Chance(chance(field)))
-      file_.Block(field.code, Make(field.form));
+      file_.Payload(field.code, Make(field.form));
 }
 
 std::vector<std::string_view> TSampleFields::Codes() {

@@ -6,9 +6,9 @@
 
 namespace zaf {
 
-/// Sets `text`, in which they are not, to a copy of the characters that has a line feed behind each
-/// carriage return, also where one stood there. False when memory could not be had, or when the
-/// copy would be too long for a text, which is then as it was.
+/// Assigns `characters` with an LF inserted after every CR, even one already followed by LF. They
+/// must not alias `text`. False, with `text` unchanged, if the result has no memory or would exceed
+/// the greatest size of a text.
 bool AssignWithLineFeeds(std::string_view characters, CText& text);
 
 }  // namespace zaf

@@ -8,21 +8,20 @@
 
 namespace zaf {
 
-/// One kind of thing that a record can be: its number, its element and the fields that it has.
+/// One kind of a record: the number and the element that identify it, and its fields.
 struct TChoice {
   std::int32_t kind;
   std::string_view element;
   std::span<const TProperty> rows = {};
-  std::string_view read_element = {};  ///< Where it is not `element`: the one that is read.
+  std::string_view read_element = {};  ///< The element that is read, if not `element`.
 };
 
-/// A record that is one of several kinds of things and that begins with the number of its kind, in
-/// 4 bytes. Its element holds one element, that of the kind, and that one the kind's fields. A
-/// number without a choice, and an element without the element of any, is the first choice. Fields
-/// of other kinds do not count.
+/// A record of one of several kinds, whose first 4 bytes are the number of its kind. Its element
+/// contains one child, the kind's element, which contains the kind's fields. An unknown number, or
+/// the absence of a known child, means the first kind. Fields of other kinds are not compared.
 class TChoiceCodec final : public TFieldCodec {
  public:
-  /// `numbers`: rows of all numbers of the record, the kind included.
+  /// `numbers`: rows of all 32-bit numbers of the record, including its kind.
   constexpr TChoiceCodec(std::span<const TChoice> choices, std::span<const TProperty> numbers)
       : choices_(choices), numbers_(numbers) {}
 
@@ -30,14 +29,14 @@ class TChoiceCodec final : public TFieldCodec {
                 const TXmlWriteScope& scope) const override;
   Status ReadXml(const TProperty& row, void* field, const TXmlReadScope& scope) const override;
   bool IsEqual(const void* field, const void* other) const override;
-  std::span<const TProperty> NestedWords() const override { return numbers_; }
+  std::span<const TProperty> NestedNumbers() const override { return numbers_; }
 
-  /// The first element of a known kind in `record_element`; null when there is none.
+  /// The first element of a known kind in `record_element`; null if there is none.
   [[nodiscard]] dom::Element FindKindElement(dom::Element record_element) const;
 
  private:
   [[nodiscard]] const TChoice& ChoiceOf(const void* field) const;
-  /// The choice that is read from an element of this name; null when there is none.
+  /// The choice that is read from an element of this name; null if there is none.
   [[nodiscard]] const TChoice* FindChoice(std::string_view element) const;
 
   std::span<const TChoice> choices_;

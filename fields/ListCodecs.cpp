@@ -12,7 +12,7 @@ const CDynamicArray& Records(const void* field) {
   return *static_cast<const CDynamicArray*>(field);
 }
 
-/// Adds a record of zeros; null when memory could not be had.
+/// Appends a record of zeros; null if there is no memory.
 void* AppendRecord(CDynamicArray& list) { return list.ElementAt(list.Add(nullptr)); }
 
 }  // namespace
@@ -91,7 +91,7 @@ Status TRecordListCodecBase::AppendSlices(const TLegacySection& section, ByteVie
     else
       status = AppendSlice(section, is_current ? rest : rest.first(slice_size), list);
   }
-  SwapByteOrder(list, first);
+  ConvertByteOrder(list, first);
   return status;
 }
 
@@ -99,13 +99,14 @@ Status TRecordListCodecBase::TakeRecords(ByteView records, std::uint32_t count,
                                          CDynamicArray& list) const {
   const auto size = static_cast<std::uint32_t>(count * type_.size);
   if (list.Set(records.data(), size).length != size) return Status::kFailure;
-  SwapByteOrder(list, 0);
+  ConvertByteOrder(list, 0);
   return Status::kOk;
 }
 
-void TRecordListCodecBase::SwapByteOrder(CDynamicArray& list, std::uint32_t first) const {
-  const TRecordWords& words = type_.words();
-  for (std::uint32_t i = first; i < list.GetCount(); ++i) words.SwapByteOrder(list.ElementAt(i));
+void TRecordListCodecBase::ConvertByteOrder(CDynamicArray& list, std::uint32_t first) const {
+  const TRecordNumbers& numbers = type_.numbers();
+  for (std::uint32_t i = first; i < list.GetCount(); ++i)
+    numbers.ConvertByteOrder(list.ElementAt(i));
 }
 
 Status TRecordListCodecBase::AppendSlice(const TLegacySection& section, ByteView slice,
@@ -134,7 +135,7 @@ Status TRecordListCodecBase::WriteLegacy(const TProperty& row, const void* field
   for (std::uint32_t i = 0; i < count; ++i) {
     payload.Splice(payload.GetLength(), 0, list.ElementAt(i),
                    static_cast<std::uint32_t>(type_.size));
-    type_.words().SwapByteOrder(payload.GetData() + payload.GetLength() - type_.size);
+    type_.numbers().ConvertByteOrder(payload.GetData() + payload.GetLength() - type_.size);
   }
   return out.Write(row.code, payload.Bytes());
 }

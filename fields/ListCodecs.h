@@ -10,12 +10,12 @@
 
 namespace zaf {
 
-/// The element that holds a list's items: `row.name`, made or found by the row's form. For kItems
-/// it is the object's own element.
+/// Appends or finds the element that contains a list's items: a child `row.name` or, for kItems,
+/// the object's own element.
 dom::Element MakeListElement(const TProperty& row, dom::Element parent);
 dom::Element FindListElement(const TProperty& row, const TXmlReadScope& scope);
 
-/// A list of texts, one element each. Set when it is not empty.
+/// A list of texts, one element each. Set if it is not empty.
 class TTextListCodec final : public TFieldCodec {
  public:
   Status ReadLegacy(const TProperty& row, void* field,
@@ -34,34 +34,34 @@ struct TCodecOf<CTextPtrArray> {
   static constexpr const TFieldCodec& kCodec = kTextListCodec;
 };
 
-/// How the payload of a record list, a count and what follows it, is cut into records.
+/// How a record list's payload, a count followed by the records, is divided into records.
 enum class Slicing : std::uint8_t {
-  /// A count that the payload cannot hold is malformed; a record of another size than the current
-  /// one is upgraded by the action.
+  /// A count greater than the bytes that follow is malformed. A record whose size is not the
+  /// current one is upgraded by the action.
   kUpgrade,
-  /// Any count goes: a slice that is shorter than its record takes in the bytes behind it as far
-  /// as the payload reaches, and the rest of the record is zero; a longer one is cut.
+  /// Any count is valid. A slice shorter than its record is extended by the bytes after it as far
+  /// as the payload reaches and then by zeros; a longer one is cut.
   kOverlap,
 };
 
-/// What the list codec knows of one type of record.
+/// What the list codec needs of one type of record.
 struct TRecordType {
   std::size_t size;
   std::span<const TProperty> (*properties)();
-  const TRecordWords& (*words)();
-  /// Fills and reads a record's element. A record type that is more than its rows brings its own.
+  const TRecordNumbers& (*numbers)();
+  // These write and read the content of a record's element.
   void (*write_xml)(const void* record, const TXmlWriteScope& scope);
   Status (*read_xml)(void* record, const TXmlReadScope& scope);
 };
 
-/// The part of the record list codecs that does not depend on the type of the records.
+/// The part of the record list codecs that is independent of the record type.
 class TRecordListCodecBase : public TFieldCodec {
  public:
   constexpr TRecordListCodecBase(const TRecordType& type, Slicing slicing)
       : type_(type), slicing_(slicing) {}
 
-  /// kMalformed: the payload contradicts its count, or the records are more than the file's
-  /// size allows; nothing is appended then.
+  /// kMalformed, with nothing appended, if the payload contradicts its count or the records exceed
+  /// what the file's size allows.
   Status ReadLegacy(const TProperty& row, void* field,
                     const TLegacySection& section) const override;
   Status WriteLegacy(const TProperty& row, const void* field, TSectionWriter& out) const override;
@@ -76,11 +76,11 @@ class TRecordListCodecBase : public TFieldCodec {
  private:
   Status AppendSlices(const TLegacySection& section, ByteView records, std::uint32_t count,
                       CDynamicArray& list) const;
-  /// Fills the list, which is empty, with `count` records that need no upgrade, all at once.
+  /// Fills the list, which must be empty, with `count` records of the current size in one copy.
   Status TakeRecords(ByteView records, std::uint32_t count, CDynamicArray& list) const;
-  /// Turns the numbers of the records from `first` on into the machine's byte order.
-  void SwapByteOrder(CDynamicArray& list, std::uint32_t first) const;
-  /// Appends what becomes of a slice that is not just a record.
+  /// Converts the numbers of the records from index `first` on to the host's byte order.
+  void ConvertByteOrder(CDynamicArray& list, std::uint32_t first) const;
+  /// Appends the record that is made of a slice of another size; none if it has no upgrade.
   Status AppendSlice(const TLegacySection& section, ByteView slice, CDynamicArray& list) const;
 
   TRecordType type_;
@@ -88,12 +88,9 @@ class TRecordListCodecBase : public TFieldCodec {
 };
 
 template <class Record>
-const TRecordWords& WordsOf() {
-  static const TRecordWords words = [] {
-    const Record record{};
-    return TRecordWords(Record::Properties(), &record);
-  }();
-  return words;
+const TRecordNumbers& NumbersOf() {
+  static const TRecordNumbers numbers(Record::Properties());
+  return numbers;
 }
 
 template <class Record>
@@ -114,14 +111,16 @@ Status ReadRecordXml(void* record, const TXmlReadScope& scope) {
   }
 }
 
+/// Lists keep their records, and sections are composed of them, at multiples of 4 bytes.
 template <class Record>
-inline constexpr TRecordType kRecordType{sizeof(Record), &Record::Properties, &WordsOf<Record>,
-                                         &WriteRecordXml<Record>, &ReadRecordXml<Record>};
+requires(alignof(Record) <= 4 && sizeof(Record) % 4 == 0) inline constexpr TRecordType kRecordType{
+    sizeof(Record), &Record::Properties, &NumbersOf<Record>, &WriteRecordXml<Record>,
+    &ReadRecordXml<Record>};
 
-/// A list of records of one type, `TRecordArray<Record>`. Set when it is not empty. `Record` is a
-/// trivial type whose bytes are those of the legacy record but for the byte order of its numbers.
-/// Its static `Properties()` tells its fields; rows without XML form tell the numbers that are
-/// only carried. It may have members `WriteXml(scope)` and `ReadXml(scope)` instead of the rows'.
+/// A list of records of one type, `TRecordArray<Record>`. Set if it is not empty. `Record` is a
+/// trivial type with the layout of the legacy record; only the byte order of its numbers differs.
+/// Its static `Properties()` has the rows of its fields, including the numbers that are only
+/// carried. Members `WriteXml(scope)` and `ReadXml(scope)`, if it has them, replace the rows' XML.
 template <class Record>
 class TRecordListCodec final : public TRecordListCodecBase {
  public:

@@ -21,7 +21,7 @@ void TOutputCodec::WriteXml(const TProperty& row, const void* field,
   std::string id;
   id.reserve(scope.action_name.size() + row.detail.size());
   id.append(scope.action_name).append(row.detail);
-  // Most of what a document says is in these texts, and the action outlives it.
+  // Not copied: output blocks are most of a document's text, and the action outlives the document.
   const dom::Element output = scope.context.outputs.appendElement("Output");
   AppendText(output, text.View(), dom::TextOwner::kCaller);
   output.appendAttribute("ID", id);

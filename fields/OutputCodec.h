@@ -7,12 +7,13 @@
 
 namespace zaf {
 
-/// Whether the returns of an output block get line feeds when a legacy section is read.
+/// Whether reading the legacy section of an output block inserts an LF after every CR.
 enum class LineFeeds : bool { kNotAdded, kAdded };
 
-/// An output block of an action. Its HTML goes into an `Output` element of the document's list,
-/// under the ID "<action name><suffix>", and the row's child element refers to it. An empty block
-/// has neither. Read, a reference to an output that is not there leaves the text as it was.
+/// An output block of an action: HTML, which is written as an `Output` element in the document's
+/// list of outputs. Its ID is "<action name><suffix>", and the row's child element refers to it. An
+/// empty block has neither element. Reading a reference to a missing output leaves the text
+/// unchanged.
 class TOutputCodec final : public TTextCodecBase {
  public:
   constexpr explicit TOutputCodec(LineFeeds line_feeds) : line_feeds_(line_feeds) {}
@@ -30,7 +31,7 @@ class TOutputCodec final : public TTextCodecBase {
 inline constexpr TOutputCodec kOutputCodec{LineFeeds::kNotAdded};
 inline constexpr TOutputCodec kFedOutputCodec{LineFeeds::kAdded};
 
-/// An output block: its reference element and the suffix of its ID.
+/// An output block. `name` is the element that refers to it, `suffix` the end of its ID.
 template <auto Member>
 constexpr TProperty Output(FourCharCode code, std::string_view name, std::string_view suffix,
                            const TOutputCodec& codec = kOutputCodec) {

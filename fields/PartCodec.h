@@ -7,8 +7,8 @@
 
 namespace zaf {
 
-/// A part of an action: an object with rows of its own, whose legacy sections stand among those of
-/// the action and whose XML is a child element, or, for kItems, stands in the object's own element.
+/// A part of an action: an object with rows of its own. Its legacy sections are among those of the
+/// action; its XML is a child element or, for kItems, part of the action's own element.
 class TPartCodec final : public TFieldCodec {
  public:
   constexpr explicit TPartCodec(std::span<const TProperty> (*properties)())
@@ -27,8 +27,8 @@ class TPartCodec final : public TFieldCodec {
 template <class Object>
 inline constexpr TPartCodec kPartCodec{&Object::Properties};
 
-/// A part that is kept as a `TLazyRecord<Record>`. The rows of `Record` have no legacy sections;
-/// the codec of a part that has one as a whole derives from it.
+/// A part stored as a `TLazyRecord<Record>`. The rows of `Record` have no legacy sections. The
+/// codec of a part that is one legacy section as a whole derives from this class.
 template <class Record>
 class TLazyPartCodecBase : public TFieldCodec {
  public:
@@ -36,7 +36,7 @@ class TLazyPartCodecBase : public TFieldCodec {
                 const TXmlWriteScope& scope) const override {
     kPartCodec<Record>.WriteXml(row, &Get(field), scope);
   }
-  /// kFailure when there is no memory for the record.
+  /// kFailure if there is no memory for the record.
   Status ReadXml(const TProperty& row, void* field, const TXmlReadScope& scope) const override {
     Record record{};
     const Status status = kPartCodec<Record>.ReadXml(row, &record, scope);
@@ -70,7 +70,7 @@ constexpr TProperty Part(std::string_view name) {
   return Row<Member>(kNoCode, name, XmlForm::kChild, kPartCodec<Field>);
 }
 
-/// A part without an element of its own: its rows stand among those of the object.
+/// A part without an element of its own: its rows write to the object's element.
 template <auto Member>
 constexpr TProperty InlinePart() {
   using Field = typename TMemberTraits<decltype(Member)>::Field;

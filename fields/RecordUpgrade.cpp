@@ -6,14 +6,14 @@
 namespace zaf {
 namespace {
 
-/// The bytes [offset, offset + width) of `bytes`, as far as they are there.
+/// The part of [offset, offset + width) that lies within `bytes`.
 template <class Byte>
 std::span<Byte> Clip(std::span<Byte> bytes, std::size_t offset, std::size_t width) {
   const std::size_t begin = std::min(offset, bytes.size());
   return {bytes.data() + begin, std::min(width, bytes.size() - begin)};
 }
 
-/// Stores a text in a slot that is all zero.
+/// Copies a text into a slot of zeros, cut so that a NUL remains.
 void StoreText(std::string_view text, std::span<std::byte> slot) {
   if (!slot.empty()) std::memcpy(slot.data(), text.data(), std::min(text.size(), slot.size() - 1));
 }

@@ -11,12 +11,12 @@ Status ReadRecordHeader(TDataFile& file, std::uint32_t offset, TRecordHeader& he
   const Status status = file.ViewBlock(Code("head"), offset, kRecordHeaderSize, scratch, bytes);
   if (status != Status::kOk) return status;
   TByteReader reader(bytes);
-  std::array<std::uint32_t, 4> words;
-  if (const Status read = reader.ReadU32(words); read != Status::kOk) return read;
-  header.format = words[0];
-  header.type = FourCharCode{words[1]};
-  header.map_offset = words[2];
-  header.map_count = words[3];
+  std::array<std::uint32_t, 4> numbers;
+  if (const Status read = reader.ReadU32(numbers); read != Status::kOk) return read;
+  header.format = numbers[0];
+  header.type = FourCharCode{numbers[1]};
+  header.map_offset = numbers[2];
+  header.map_count = numbers[3];
   ByteView name;
   if (const Status read = reader.ReadBytes(kRecordNameWidth, name); read != Status::kOk)
     return read;

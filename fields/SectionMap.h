@@ -12,8 +12,8 @@
 
 namespace zaf {
 
-/// Reads the record header at `offset`. Fails when the file does not hold it whole; kMalformed
-/// when the file's work is used up.
+/// Reads the record header at `offset`. Fails if the file ends before the header does; kMalformed
+/// if the file's read budget is exhausted.
 Status ReadRecordHeader(TDataFile& file, std::uint32_t offset, TRecordHeader& header);
 
 /// Writes the record header at `offset`.
@@ -23,18 +23,18 @@ Status WriteRecordHeader(TDataFile& file, std::uint32_t offset, const TRecordHea
 /// the entries that the file holds: the count in a header alone allocates nothing.
 class TSectionMap {
  public:
-  /// Finds the entries that the file holds whole; they may be fewer than the header says.
-  /// kMalformed when the file's work is used up.
+  /// Locates the entries that lie entirely within the file, which may be fewer than the header
+  /// declares. kMalformed if the file's read budget is exhausted.
   Status Open(TDataFile& file, const TRecordHeader& header);
 
-  /// Whether the file holds all entries that the header says.
+  /// Whether the file contains all entries that the header declares.
   [[nodiscard]] bool IsComplete() const { return is_complete_; }
 
   /// Takes the next entry; false at the end.
   bool Next(TSectionMapEntry& entry) {
-    std::array<std::uint32_t, 3> words;
-    if (entries_.ReadU32(words) != Status::kOk) return false;
-    entry = {FourCharCode{words[0]}, words[1], words[2]};
+    std::array<std::uint32_t, 3> numbers;
+    if (entries_.ReadU32(numbers) != Status::kOk) return false;
+    entry = {FourCharCode{numbers[0]}, numbers[1], numbers[2]};
     return true;
   }
 

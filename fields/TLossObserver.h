@@ -8,25 +8,25 @@
 
 namespace zaf {
 
-/// What an input holds and its output does not, or not as it was.
+/// How an output differs from its input.
 enum class LossCode : std::uint8_t {
   kSectionDropped,     ///< Read, but without XML form, and not at its default.
   kSectionUnknown,     ///< A code that the class does not know.
   kSectionRepeated,    ///< Replaced by a later section of the same record.
-  kSectionMalformed,   ///< Taken only in part, where that does not fail the file.
+  kSectionMalformed,   ///< Read only in part, where that does not fail the file.
   kBytesUnreferenced,  ///< Covered by no header, map or section, and not all NUL.
-  kRecordDropped,      ///< An item of a list that is not taken over.
+  kRecordDropped,      ///< An item of a list that is not converted.
   kTextCut,            ///< A text longer than its field.
   kValueUnknown,       ///< Outside its vocabulary, and written as another value.
   kCharacterDropped,   ///< Not a character of XML.
   kCharacterReplaced,  ///< Not a character of ISO-8859-1.
   kLineEndChanged,     ///< A CR, which is read back as a line feed. A note, no loss.
   kNodeIgnored,        ///< A node of a document that nothing reads.
-  kNotReadable,        ///< Written by the rules, but refused when read.
+  kNotReadable,        ///< Written by the rules, but the reader refuses it.
   kNotRestored,        ///< Different when read back, and no other loss explains it.
 };
 
-/// One loss and its place. What does not apply is empty, kNoCode or 0.
+/// One loss and its place. Members that do not apply are empty, kNoCode or 0.
 struct TLoss {
   LossCode code;
   std::string text;                ///< One sentence: what was found, expected and done.
@@ -39,7 +39,7 @@ struct TLoss {
   std::uint32_t column = 0;
 };
 
-/// Is told of each loss of a conversion as it occurs.
+/// Receives each loss of a conversion as it occurs.
 class TLossObserver {
  public:
   virtual void OnLoss(const TLoss& loss) = 0;

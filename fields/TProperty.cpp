@@ -1,41 +1,17 @@
 #include "fields/TProperty.h"
 
 #include <algorithm>
+#include <bit>
+#include <cassert>
 #include <utility>
 
 namespace zaf {
 namespace {
 
-/// Fields are located through one function that is not const; what is located for reading only is
-/// not changed.
-const void* Locate(const TProperty& row, const void* object) {
-  return row.locate(const_cast<void*>(object));
-}
-
-/// Where a field lies in its object, in bytes from its start.
-std::uint32_t OffsetOf(const void* field, const void* object) {
-  return static_cast<std::uint32_t>(static_cast<const char*>(field) -
-                                    static_cast<const char*>(object));
-}
-
-/// The row that has this code, or whose part has; null when none has.
-const TProperty* FindRow(std::span<const TProperty> rows, FourCharCode code) {
-  for (const TProperty& row : rows) {
-    if (row.codec == nullptr) continue;
-    if (row.code == code || FindRow(row.codec->Nested(), code) != nullptr) return &row;
-  }
-  return nullptr;
-}
-
-/// The row of this code, which is `row` or one of its part. `object`, which `row` describes,
-/// becomes the field of the row that is returned.
-const TProperty& Descend(const TProperty* row, FourCharCode code, void*& object) {
-  object = row->locate(object);
-  while (row->code != code) {
-    row = FindRow(row->codec->Nested(), code);
-    object = row->locate(object);
-  }
-  return *row;
+bool HasRow(std::span<const TProperty> rows, FourCharCode code) {
+  return std::any_of(rows.begin(), rows.end(), [=](const TProperty& row) {
+    return row.codec != nullptr && (row.code == code || HasRow(row.codec->Nested(), code));
+  });
 }
 
 }  // namespace
@@ -54,23 +30,30 @@ Status TFieldCodec::ReadXml(const TProperty&, void*, const TXmlReadScope&) const
   return Status::kOk;
 }
 
-bool TFieldCodec::IsWord() const { return false; }
+bool TFieldCodec::IsNumber32() const { return false; }
 
 std::span<const TProperty> TFieldCodec::Nested() const { return {}; }
 
-std::span<const TProperty> TFieldCodec::NestedWords() const { return Nested(); }
+std::span<const TProperty> TFieldCodec::NestedNumbers() const { return Nested(); }
 
-void TCodeIndex::Add(std::span<const TProperty> rows, const void* part, const void* object) {
+void TCodeIndex::Add(std::span<const TProperty> rows, TFieldPath::Step locate_base) {
+  TFieldPath base;
+  if (locate_base != nullptr) base.Append(locate_base);
+  AddRows(rows, base);
+}
+
+void TCodeIndex::AddRows(std::span<const TProperty> rows, const TFieldPath& part) {
   for (const TProperty& row : rows) {
     if (row.codec == nullptr) continue;
-    const void* const field = Locate(row, part);
-    AddField({row.code, OffsetOf(field, object), &row});
-    Add(row.codec->Nested(), field, object);
+    TFieldPath path = part;
+    path.Append(row.locate.find);
+    AddField({row.code, path, &row});
+    AddRows(row.codec->Nested(), path);
   }
 }
 
-void TCodeIndex::Leave(std::span<const FourCharCode> codes) {
-  for (const FourCharCode code : codes) AddField({code, 0, nullptr});
+void TCodeIndex::Exclude(std::span<const FourCharCode> codes) {
+  for (const FourCharCode code : codes) AddField({code, {}, nullptr});
 }
 
 void TCodeIndex::AddField(const TField& field) {
@@ -91,7 +74,7 @@ void TCodeIndex::Resize(std::size_t size) {
 Status WriteLegacyRows(std::span<const TProperty> rows, const void* object, TSectionWriter& out) {
   for (const TProperty& row : rows) {
     if (row.codec == nullptr) continue;
-    const void* field = Locate(row, object);
+    const void* const field = row.locate(object);
     const Status status = row.code != kNoCode ? row.codec->WriteLegacy(row, field, out)
                                               : WriteLegacyRows(row.codec->Nested(), field, out);
     if (status != Status::kOk) return status;
@@ -99,21 +82,23 @@ Status WriteLegacyRows(std::span<const TProperty> rows, const void* object, TSec
   return Status::kOk;
 }
 
-bool WriteLegacyRow(std::span<const TProperty> rows, const void* object, FourCharCode code,
-                    TSectionWriter& out, Status& status) {
-  const TProperty* const found = FindRow(rows, code);
-  if (found == nullptr) return false;
-  void* field = const_cast<void*>(object);  // As in Locate.
-  const TProperty& row = Descend(found, code, field);
-  status = row.codec->WriteLegacy(row, field, out);
-  return true;
+Status WriteLegacyRow(std::span<const TProperty> rows, const void* object, FourCharCode code,
+                      TSectionWriter& out) {
+  for (const TProperty& row : rows) {
+    if (row.codec == nullptr) continue;
+    if (row.code == code) return row.codec->WriteLegacy(row, row.locate(object), out);
+    const std::span<const TProperty> nested = row.codec->Nested();
+    if (HasRow(nested, code)) return WriteLegacyRow(nested, row.locate(object), code, out);
+  }
+  assert(!"a legacy order has a code that no row has");
+  return Status::kFailure;
 }
 
 void WriteXmlRows(std::span<const TProperty> rows, const void* object,
                   const TXmlWriteScope& scope) {
   for (const TProperty& row : rows) {
     if (row.codec != nullptr && row.form != XmlForm::kNone)
-      row.codec->WriteXml(row, Locate(row, object), scope);
+      row.codec->WriteXml(row, row.locate(object), scope);
   }
 }
 
@@ -128,23 +113,28 @@ Status ReadXmlRows(std::span<const TProperty> rows, void* object, const TXmlRead
 
 bool AreRowsEqual(std::span<const TProperty> rows, const void* object, const void* other) {
   return std::all_of(rows.begin(), rows.end(), [&](const TProperty& row) {
-    return row.codec == nullptr || row.codec->IsEqual(Locate(row, object), Locate(row, other));
+    return row.codec == nullptr || row.codec->IsEqual(row.locate(object), row.locate(other));
   });
 }
 
-void TRecordWords::Add(std::span<const TProperty> rows, const void* part, const void* record) {
+void TRecordNumbers::Add(std::span<const TProperty> rows, const TFieldPath& part) {
   for (const TProperty& row : rows) {
     if (row.codec == nullptr) continue;
-    const void* const field = Locate(row, part);
-    if (row.codec->IsWord()) offsets_.push_back(OffsetOf(field, record));
-    Add(row.codec->NestedWords(), field, record);
+    TFieldPath path = part;
+    path.Append(row.locate.find);
+    Add(row.codec->NestedNumbers(), path);
+    if (row.codec->IsNumber32()) numbers_.push_back(path);
   }
 }
 
-void TRecordWords::SwapByteOrder(void* record) const {
-  for (const std::uint32_t offset : offsets_) {
-    auto* const word = static_cast<unsigned char*>(record) + offset;
-    std::reverse(word, word + sizeof(std::uint32_t));
+void TRecordNumbers::ConvertByteOrder(void* record) const {
+  using std::endian;
+  static_assert(endian::native == endian::big || endian::native == endian::little);
+  if constexpr (endian::native == endian::little) {
+    for (const TFieldPath& path : numbers_) {
+      auto* const bytes = static_cast<std::byte*>(path.Follow(record));
+      std::reverse(bytes, bytes + sizeof(std::uint32_t));
+    }
   }
 }
 

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <array>
+#include <cassert>
+#include <cstddef>
 #include <cstdint>
 #include <span>
 #include <string_view>
@@ -15,97 +18,129 @@ namespace zaf {
 
 class TFieldCodec;
 
-/// Where a field stands in XML.
+/// The form that a field takes in XML.
 enum class XmlForm : std::uint8_t {
-  kNone,            ///< Nowhere: carried from legacy file to legacy file.
+  kNone,            ///< None: the field is carried from legacy file to legacy file.
   kChild,           ///< A child element, always.
-  kChildIfSet,      ///< A child element, when there is something to say.
+  kChildIfSet,      ///< A child element, if the field is set.
   kAttribute,       ///< An attribute, always.
-  kAttributeIfSet,  ///< An attribute, when there is something to say.
+  kAttributeIfSet,  ///< An attribute, if the field is set.
   kItems,           ///< The items of a list, as children of the object's own element.
-  kBase,            ///< No field: the place where the base class writes its part.
+  kBase,            ///< No field: marks the place where the base class writes its part.
+};
+
+/// Finds a field in its object. The pointer's constness passes from the object to the field.
+struct TLocator {
+  void* (*find)(void* object) = nullptr;
+  const void* (*find_const)(const void* object) = nullptr;
+
+  void* operator()(void* object) const { return find(object); }
+  const void* operator()(const void* object) const { return find_const(object); }
 };
 
 /// One field of an object (an action, a part of one, a record of a list, an application): its
-/// legacy section, its XML name and form, and the codec of its type. The rows of a class stand in
-/// the order of its XML element; the builders below make them.
+/// legacy section, its XML name and form, and the codec of its type. The rows of a class are in
+/// the order of its XML element. Made by the builders below.
 struct TProperty {
   FourCharCode code = kNoCode;  ///< Legacy section; kNoCode: the field has none.
   std::string_view name;        ///< Child element or attribute.
   XmlForm form = XmlForm::kNone;
-  const TFieldCodec* codec = nullptr;
-  void* (*locate)(void* object) = nullptr;  ///< The field within its object.
+  const TFieldCodec* codec = nullptr;  ///< Null only in the kBase row.
+  TLocator locate;
   std::string_view detail;  ///< Element of a list's items; suffix of an output block's ID.
 };
 
 /// Reads, writes and compares the fields of one type. One constant instance serves every row; the
-/// engine below hands it the field that the row locates. An operation that a type does not need
-/// keeps its default, which does nothing.
+/// functions below pass it the field that the row locates. By default an operation does nothing.
 class TFieldCodec {
  public:
-  /// Takes the field from its legacy section. The field is unchanged when that fails, but lists
-  /// keep the items that were read before.
+  /// Reads the field from its legacy section. After a failure the field is unchanged, except that
+  /// a list keeps the items read so far.
   virtual Status ReadLegacy(const TProperty& row, void* field, const TLegacySection& section) const;
-  /// Writes the field's legacy section, or none when it has nothing to say.
+  /// Writes the field's legacy section; a codec may omit the section of a field that is not set.
   virtual Status WriteLegacy(const TProperty& row, const void* field, TSectionWriter& out) const;
   virtual void WriteXml(const TProperty& row, const void* field, const TXmlWriteScope& scope) const;
   virtual Status ReadXml(const TProperty& row, void* field, const TXmlReadScope& scope) const;
   [[nodiscard]] virtual bool IsEqual(const void* field, const void* other) const = 0;
-  /// Whether the field of a record is a number of 4 bytes, which the file has in the other order.
-  [[nodiscard]] virtual bool IsWord() const;
-  /// The rows of a field that has fields itself and whose legacy sections are those of its fields.
+  /// Whether the field is a 32-bit number, whose byte order in a record depends on the host.
+  [[nodiscard]] virtual bool IsNumber32() const;
+  /// The rows of a part: a field that has fields of its own, each with its own legacy section.
   [[nodiscard]] virtual std::span<const TProperty> Nested() const;
-  /// The rows of a field of a record that has numbers itself.
-  [[nodiscard]] virtual std::span<const TProperty> NestedWords() const;
+  /// The rows of the 32-bit numbers in a record's field that has fields of its own.
+  [[nodiscard]] virtual std::span<const TProperty> NestedNumbers() const;
 
  protected:
   ~TFieldCodec() = default;
 };
 
-// The engine: what every class does with its rows. `object` is the object that the rows describe.
+/// The way from an object to one of its fields, through a base or parts of it. Each step finds the
+/// next one in the last.
+class TFieldPath {
+ public:
+  using Step = void* (*)(void*);
 
-/// The rows of a class by the codes of their legacy sections, those of its parts among them, with
-/// the places of their fields. Made once for a class; refers to the rows, which are constants.
+  void Append(Step step) {
+    assert(count_ < steps_.size());
+    steps_[count_++] = step;
+  }
+  void* Follow(void* object) const {
+    for (std::size_t i = 0; i < count_; ++i) object = steps_[i](object);
+    return object;
+  }
+
+ private:
+  std::array<Step, 4> steps_{};  ///< A base, a part, a part of that and the field are the most.
+  std::uint32_t count_ = 0;
+};
+
+/// A step from an object to its base class.
+template <class Object, class Base>
+void* LocateBase(void* object) {
+  return static_cast<Base*>(static_cast<Object*>(object));
+}
+
+/// Maps legacy section codes to the rows of a class, of its bases and of their parts. Built once
+/// per class. Refers to the rows, which are constants.
 class TCodeIndex {
  public:
-  /// A row and where its field lies in the object, in bytes from its start.
+  /// A row and the part of the object that it describes.
   struct TField {
     FourCharCode code = kNoCode;
-    std::uint32_t offset = 0;
-    const TProperty* row = nullptr;  ///< Null: the code is left to others, or nobody has it.
+    TFieldPath path;
+    const TProperty* row = nullptr;  ///< Null: the code is unknown or excluded.
 
-    /// Gives a section of this code to the field of `object`. There is a row.
+    /// Reads a section of this code into the field of `object`. The row must not be null.
     Status Read(void* object, const TLegacySection& section) const {
-      return row->codec->ReadLegacy(*row, static_cast<char*>(object) + offset, section);
+      return row->codec->ReadLegacy(*row, path.Follow(object), section);
     }
   };
 
   TCodeIndex() { Resize(32); }
-  TCodeIndex(std::span<const TProperty> rows, const void* object) : TCodeIndex() {
-    Add(rows, object, object);
-  }
+  explicit TCodeIndex(std::span<const TProperty> rows) : TCodeIndex() { Add(rows); }
 
-  /// Adds the rows that describe `part`: `object` itself, or a base or a part of it. Any object of
-  /// the class will do. Of several rows with one code the first counts.
-  void Add(std::span<const TProperty> rows, const void* part, const void* object);
-  /// Leaves codes that were not added to others: rows that are added later do not have them.
-  void Leave(std::span<const FourCharCode> codes);
+  /// Adds rows of the class itself or, with `locate_base`, of a base. Of several rows with one code
+  /// the first counts.
+  void Add(std::span<const TProperty> rows, TFieldPath::Step locate_base = nullptr);
+  /// Excludes codes that were not added before: rows added later are not found by them.
+  void Exclude(std::span<const FourCharCode> codes);
 
+  /// The field of this code; its row is null when there is none.
   [[nodiscard]] const TField& Find(FourCharCode code) const {
     std::size_t place = PlaceOf(code);
-    const TField* const fields = fields_.data();  // A place is never outside.
+    const TField* const fields = fields_.data();  // Places are masked, so always in bounds.
     while (fields[place].code != code && fields[place].code != kNoCode) place = Next(place);
     return fields[place];
   }
 
  private:
-  /// Fibonacci hashing: the codes differ little in some of their bits.
+  /// Fibonacci hashing, since the codes differ little in some of their bits.
   [[nodiscard]] std::size_t PlaceOf(FourCharCode code) const {
     return (static_cast<std::uint32_t>(code) * 0x9E3779B1U >> 16) & last_place_;
   }
   [[nodiscard]] std::size_t Next(std::size_t place) const { return (place + 1) & last_place_; }
+  void AddRows(std::span<const TProperty> rows, const TFieldPath& part);
   void AddField(const TField& field);
-  /// Makes `size` places, a power of two, for the fields that there are.
+  /// Rehashes the fields into `size` places, a power of two.
   void Resize(std::size_t size);
 
   std::vector<TField> fields_;  ///< At most half of the places are in use.
@@ -116,38 +151,40 @@ class TCodeIndex {
 /// Writes the sections of all rows, in their order.
 Status WriteLegacyRows(std::span<const TProperty> rows, const void* object, TSectionWriter& out);
 
-/// Writes the section of the one row that has this code; false when none has.
-bool WriteLegacyRow(std::span<const TProperty> rows, const void* object, FourCharCode code,
-                    TSectionWriter& out, Status& status);
+/// Writes the section of the row with this code, which must be one of `rows` or of their parts;
+/// kFailure if it is not.
+Status WriteLegacyRow(std::span<const TProperty> rows, const void* object, FourCharCode code,
+                      TSectionWriter& out);
 
-/// Writes the rows' attributes and children, in their order; the kBase row is passed over.
+/// Writes the rows' attributes and children, in their order; skips the kBase row.
 void WriteXmlRows(std::span<const TProperty> rows, const void* object, const TXmlWriteScope& scope);
 
-/// Reads what `WriteXmlRows` wrote, in any order; ends at the first row that fails.
+/// Reads what `WriteXmlRows` wrote, in any order; stops at the first row that fails.
 Status ReadXmlRows(std::span<const TProperty> rows, void* object, const TXmlReadScope& scope);
 
 [[nodiscard]] bool AreRowsEqual(std::span<const TProperty> rows, const void* object,
                                 const void* other);
 
-/// Where the numbers of a type of record are. Made once for a type.
-class TRecordWords {
+/// The 32-bit numbers in one type of record. Built once per type. Refers to the rows, which are
+/// constants.
+class TRecordNumbers {
  public:
-  /// `record`: any record that the rows describe.
-  TRecordWords(std::span<const TProperty> rows, const void* record) { Add(rows, record, record); }
+  explicit TRecordNumbers(std::span<const TProperty> rows) { Add(rows, {}); }
 
-  /// Turns the numbers of a record from the file's byte order into the machine's, and back.
-  void SwapByteOrder(void* record) const;
+  /// Converts the numbers of a record between big-endian, the file's byte order, and the host's.
+  /// Applied twice, it restores the record. `record` is aligned for its type.
+  void ConvertByteOrder(void* record) const;
 
  private:
-  void Add(std::span<const TProperty> rows, const void* part, const void* record);
+  void Add(std::span<const TProperty> rows, const TFieldPath& part);
 
-  std::vector<std::uint32_t> offsets_;
+  std::vector<TFieldPath> numbers_;
 };
 
 // Builders of rows. `Member` is a pointer to the field (`&TNote::title_`); its type finds the codec
 // unless one is given.
 
-/// The codec of the fields of a type. Specialised beside each codec.
+/// The codec of the fields of a type. Specialised in the header of each codec.
 template <class Field>
 struct TCodecOf;
 
@@ -166,6 +203,12 @@ void* LocateMember(void* object) {
 }
 
 template <auto Member>
+const void* LocateConstMember(const void* object) {
+  using Object = typename TMemberTraits<decltype(Member)>::Object;
+  return &(static_cast<const Object*>(object)->*Member);
+}
+
+template <auto Member>
 constexpr const TFieldCodec& DefaultCodec() {
   return TCodecOf<typename TMemberTraits<decltype(Member)>::Field>::kCodec;
 }
@@ -175,7 +218,10 @@ template <auto Member>
 constexpr TProperty Row(FourCharCode code, std::string_view name, XmlForm form,
                         const TFieldCodec& codec = DefaultCodec<Member>(),
                         std::string_view detail = {}) {
-  return {code, name, form, &codec, &LocateMember<Member>, detail};
+  return {
+      code, name, form, &codec, {&LocateMember<Member>, &LocateConstMember<Member>},
+          detail
+  };
 }
 
 /// A child element, always written.
@@ -185,7 +231,7 @@ constexpr TProperty Child(FourCharCode code, std::string_view name,
   return Row<Member>(code, name, XmlForm::kChild, codec);
 }
 
-/// A child element, written when the field is set (a text: not empty; a switch: on).
+/// A child element, written if the field is set (a text: not empty; a switch: on).
 template <auto Member>
 constexpr TProperty ChildIfSet(FourCharCode code, std::string_view name,
                                const TFieldCodec& codec = DefaultCodec<Member>()) {
@@ -199,7 +245,7 @@ constexpr TProperty Attribute(FourCharCode code, std::string_view name,
   return Row<Member>(code, name, XmlForm::kAttribute, codec);
 }
 
-/// An attribute, written when the field is set.
+/// An attribute, written if the field is set.
 template <auto Member>
 constexpr TProperty AttributeIfSet(FourCharCode code, std::string_view name,
                                    const TFieldCodec& codec = DefaultCodec<Member>()) {
@@ -212,28 +258,28 @@ constexpr TProperty Carried(FourCharCode code, const TFieldCodec& codec = Defaul
   return Row<Member>(code, {}, XmlForm::kNone, codec);
 }
 
-/// A list: a container element `name`, always written, with one element `item` per item.
+/// A list: a container element `name`, always written, with one child element `item` per item.
 template <auto Member>
 constexpr TProperty List(FourCharCode code, std::string_view name, std::string_view item,
                          const TFieldCodec& codec = DefaultCodec<Member>()) {
   return Row<Member>(code, name, XmlForm::kChild, codec, item);
 }
 
-/// A list whose container is written when there are items.
+/// A list whose container is written only if it has items.
 template <auto Member>
 constexpr TProperty ListIfSet(FourCharCode code, std::string_view name, std::string_view item,
                               const TFieldCodec& codec = DefaultCodec<Member>()) {
   return Row<Member>(code, name, XmlForm::kChildIfSet, codec, item);
 }
 
-/// A list without container: its items stand among the object's own children.
+/// A list without a container: its items are children of the object's own element.
 template <auto Member>
 constexpr TProperty Items(FourCharCode code, std::string_view item,
                           const TFieldCodec& codec = DefaultCodec<Member>()) {
   return Row<Member>(code, item, XmlForm::kItems, codec, item);
 }
 
-/// The place of the base class's part. Without this row the base's part comes last.
+/// Marks where the base class writes its part. Without this row the base's part comes last.
 constexpr TProperty BasePart() {
   TProperty row;
   row.form = XmlForm::kBase;

@@ -8,18 +8,18 @@
 
 namespace zaf {
 
-/// Format words of legacy files, oldest to newest.
+/// Format numbers of legacy files, oldest to newest.
 inline constexpr std::uint32_t kOldestFormat = 0x01000001;
 inline constexpr std::uint32_t kWrittenFormat = 0x01000002;
 inline constexpr std::uint32_t kNewestFormat = 0x01000003;
 
 /// Size of a record header in a legacy file, in bytes.
 inline constexpr std::uint32_t kRecordHeaderSize = 48;
-/// Width of the name in it; a name may fill it without a NUL.
+/// Width of the name in it, in bytes; a name of that length has no NUL.
 inline constexpr std::size_t kRecordNameWidth = 32;
 
-/// The header of a legacy record: the file's own at offset 0, or that of an action. Numbers are in
-/// the machine's byte order.
+/// The header of a legacy record: of the file, at offset 0, or of an action. Numbers are in the
+/// host's byte order.
 struct TRecordHeader {
   std::uint32_t format = 0;
   FourCharCode type = kNoCode;

@@ -22,10 +22,10 @@ Status TSectionWriter::Write(FourCharCode code, const CTextPtrArray& texts) {
   return Advance(code, written, status);
 }
 
-Status TSectionWriter::Write(FourCharCode code, ByteView block) {
+Status TSectionWriter::Write(FourCharCode code, ByteView bytes) {
   CData data;
-  const auto length = static_cast<std::uint32_t>(block.size());
-  if (data.Set(block.data(), length).length != length) return Status::kFailure;
+  const auto length = static_cast<std::uint32_t>(bytes.size());
+  if (data.Set(bytes.data(), length).length != length) return Status::kFailure;
   std::uint32_t written = 0;
   const Status status = file_.WriteBlock(code, offset_, written, data);
   return Advance(code, written, status);
@@ -34,11 +34,11 @@ Status TSectionWriter::Write(FourCharCode code, ByteView block) {
 Status TSectionWriter::WriteMap(std::uint32_t& map_offset, std::uint32_t& map_count) {
   CData bytes;
   for (const TSectionMapEntry& entry : map_) {
-    std::byte words[kSectionMapEntrySize];
-    StoreU32(static_cast<std::uint32_t>(entry.code), std::span<std::byte, 4>(words, 4));
-    StoreU32(entry.offset, std::span<std::byte, 4>(words + 4, 4));
-    StoreU32(entry.length, std::span<std::byte, 4>(words + 8, 4));
-    bytes.Splice(bytes.GetLength(), 0, words, kSectionMapEntrySize);
+    std::byte numbers[kSectionMapEntrySize];
+    StoreU32(static_cast<std::uint32_t>(entry.code), std::span<std::byte, 4>(numbers, 4));
+    StoreU32(entry.offset, std::span<std::byte, 4>(numbers + 4, 4));
+    StoreU32(entry.length, std::span<std::byte, 4>(numbers + 8, 4));
+    bytes.Splice(bytes.GetLength(), 0, numbers, kSectionMapEntrySize);
   }
   std::uint32_t written = 0;
   const Status status = file_.WriteBlock(Code("smap"), offset_, written, bytes);

@@ -12,7 +12,7 @@
 
 namespace zaf {
 
-/// One entry of a section map, in the machine's byte order.
+/// One entry of a section map, in the host's byte order.
 struct TSectionMapEntry {
   FourCharCode code;
   std::uint32_t offset;
@@ -22,12 +22,12 @@ struct TSectionMapEntry {
 /// Size of a section map entry in a legacy file, in bytes.
 inline constexpr std::uint32_t kSectionMapEntrySize = 12;
 
-/// Writes the sections of one legacy record one behind the other and keeps their map. It refers to
-/// the file and to the offset of the caller, which moves on by every byte written. An operation
-/// that fails returns the data file's status and adds nothing to the map.
+/// Writes the sections of one legacy record consecutively and builds their map. Refers to the
+/// caller's file and offset and advances the offset by every byte written. An operation that fails
+/// returns the data file's status and adds nothing to the map.
 class TSectionWriter {
  public:
-  /// `offset` is where the next section goes, from the start of `file`.
+  /// `offset` is that of the next section, from the start of `file`.
   TSectionWriter(TDataFile& file, std::uint32_t& offset) : file_(file), offset_(offset) {}
 
   /// The text and its NUL.
@@ -35,17 +35,17 @@ class TSectionWriter {
   Status Write(FourCharCode code, std::int32_t value);
   /// The number of texts, then each text with its NUL.
   Status Write(FourCharCode code, const CTextPtrArray& texts);
-  Status Write(FourCharCode code, ByteView block);
+  Status Write(FourCharCode code, ByteView bytes);
 
-  /// Writes the map behind the sections; `map_offset` and `map_count` then say where it lies and
-  /// how many entries it has.
+  /// Writes the map after the sections and sets `map_offset` and `map_count`, the number of its
+  /// entries.
   Status WriteMap(std::uint32_t& map_offset, std::uint32_t& map_count);
 
-  /// Adds an entry for something that was written by other means.
+  /// Adds an entry for data that the caller wrote itself.
   Status AddEntry(FourCharCode code, std::uint32_t offset, std::uint32_t length);
 
  private:
-  /// Notes what was written at the current offset and moves on behind it.
+  /// If `status` is kOk, adds an entry of `length` bytes at the current offset and advances it.
   Status Advance(FourCharCode code, std::uint32_t length, Status status);
 
   TDataFile& file_;

@@ -6,21 +6,22 @@
 
 namespace zaf {
 
-/// What a text holds that decides how it is written as XML.
+/// Properties of a text that decide how it is written as XML.
 struct TTextTraits {
-  bool has_dropped = false;  ///< Control characters that no document may hold.
-  bool needs_cdata = false;  ///< Characters that only a CDATA section keeps to the letter.
+  bool has_dropped = false;  ///< It has control characters that XML forbids.
+  bool needs_cdata = false;  ///< It has characters for which a CDATA section is used.
 };
 
-/// Whether a document may not hold the character: below 0x20, but not tab, line feed or return.
+/// Whether XML forbids the character: below 0x20, except tab, LF and CR.
 constexpr bool IsDroppedCharacter(char c) {
   return static_cast<unsigned char>(c) < 0x20 && c != '\t' && c != '\n' && c != '\r';
 }
 
-/// Copies a text of at most a block. False when it has characters that are dropped or need CDATA.
+/// Copies a text of at most dom::kBlock bytes. False if it has characters that are dropped or need
+/// CDATA.
 bool CopySimple(std::string_view text, dom::ShortText& copy);
 
-/// Looks at every character of a text, 16 at a time with SSE2 where the processor has it.
+/// Examines every character of a text, 16 at a time where the processor has SSE2.
 TTextTraits ExamineText(std::string_view text);
 
 }  // namespace zaf

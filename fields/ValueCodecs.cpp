@@ -31,14 +31,15 @@ std::string_view SpellCode(FourCharCode code, std::array<char, 16>& scratch) {
   return UntilNul({scratch.data(), characters.size()});
 }
 
-/// A field with words is a number or a code, and both have 32 bits.
-std::int32_t LoadWord(const void* field) {
+// A field with keywords is a number or a code, both of 32 bits.
+
+std::int32_t LoadNumber32(const void* field) {
   std::int32_t value = 0;
   std::memcpy(&value, field, sizeof value);
   return value;
 }
 
-void StoreWord(void* field, std::int32_t value) { std::memcpy(field, &value, sizeof value); }
+void StoreNumber32(void* field, std::int32_t value) { std::memcpy(field, &value, sizeof value); }
 
 }  // namespace
 
@@ -110,7 +111,7 @@ bool TSwitchCodec::IsEqual(const void* field, const void* other) const {
 }
 
 std::string_view TSwitchCodec::Spell(const void* field, TScratch&) const {
-  return Get<bool>(field) ? on_word_ : "False";
+  return Get<bool>(field) ? on_text_ : "False";
 }
 
 Status TSwitchCodec::Parse(void* field, std::string_view text) const {
@@ -174,39 +175,41 @@ bool TCodeCodec::IsSet(const void* field) const {
   return !Spell(field, scratch).empty();
 }
 
-std::string_view TVocabulary::WordOf(std::int32_t value) const {
-  const auto found = std::find_if(words.begin(), words.end(),
-                                  [&](const TWord& word) { return word.value == value; });
-  return found == words.end() ? std::string_view() : found->word;
+std::string_view TVocabulary::KeywordOf(std::int32_t value) const {
+  const auto found = std::find_if(keywords.begin(), keywords.end(),
+                                  [&](const TKeyword& keyword) { return keyword.value == value; });
+  return found == keywords.end() ? std::string_view() : found->keyword;
 }
 
-bool TVocabulary::Find(std::string_view word, std::int32_t& value) const {
-  const auto found = std::find_if(words.begin(), words.end(),
-                                  [&](const TWord& known) { return known.word == word; });
-  if (found == words.end()) return false;
+bool TVocabulary::Find(std::string_view keyword, std::int32_t& value) const {
+  const auto found = std::find_if(keywords.begin(), keywords.end(),
+                                  [&](const TKeyword& known) { return known.keyword == keyword; });
+  if (found == keywords.end()) return false;
   value = found->value;
   return true;
 }
 
-Status TWordCodec::ReadLegacy(const TProperty&, void* field, const TLegacySection& section) const {
+Status TKeywordCodec::ReadLegacy(const TProperty&, void* field,
+                                 const TLegacySection& section) const {
   std::int32_t value = 0;
   if (const Status status = section.Read(value); status != Status::kOk) return status;
-  StoreWord(field, value);
+  StoreNumber32(field, value);
   return Status::kOk;
 }
 
-Status TWordCodec::WriteLegacy(const TProperty& row, const void* field, TSectionWriter& out) const {
-  return out.Write(row.code, LoadWord(field));
+Status TKeywordCodec::WriteLegacy(const TProperty& row, const void* field,
+                                  TSectionWriter& out) const {
+  return out.Write(row.code, LoadNumber32(field));
 }
 
-bool TWordCodec::IsEqual(const void* field, const void* other) const {
-  return LoadWord(field) == LoadWord(other);
+bool TKeywordCodec::IsEqual(const void* field, const void* other) const {
+  return LoadNumber32(field) == LoadNumber32(other);
 }
 
-std::string_view TWordCodec::Spell(const void* field, TScratch& scratch) const {
-  const std::int32_t value = LoadWord(field);
-  const std::string_view word = vocabulary_.WordOf(value);
-  if (!word.empty()) return word;
+std::string_view TKeywordCodec::Spell(const void* field, TScratch& scratch) const {
+  const std::int32_t value = LoadNumber32(field);
+  const std::string_view keyword = vocabulary_.KeywordOf(value);
+  if (!keyword.empty()) return keyword;
   switch (vocabulary_.fallback) {
     case TVocabulary::Fallback::kNumber:
       return SpellNumber(value, scratch);
@@ -214,15 +217,15 @@ std::string_view TWordCodec::Spell(const void* field, TScratch& scratch) const {
       return SpellCode(FourCharCode{static_cast<std::uint32_t>(value)}, scratch);
     case TVocabulary::Fallback::kZero:
       return {};
-    case TVocabulary::Fallback::kFirstWord:
+    case TVocabulary::Fallback::kFirstKeyword:
     case TVocabulary::Fallback::kRefuse:
       break;
   }
-  return vocabulary_.words.front().word;
+  return vocabulary_.keywords.front().keyword;
 }
 
-Status TWordCodec::Parse(void* field, std::string_view text) const {
-  std::int32_t value = vocabulary_.words.front().value;
+Status TKeywordCodec::Parse(void* field, std::string_view text) const {
+  std::int32_t value = vocabulary_.keywords.front().value;
   if (!vocabulary_.Find(text, value)) {
     switch (vocabulary_.fallback) {
       case TVocabulary::Fallback::kNumber:
@@ -237,16 +240,16 @@ Status TWordCodec::Parse(void* field, std::string_view text) const {
       case TVocabulary::Fallback::kZero:
         value = 0;
         break;
-      case TVocabulary::Fallback::kFirstWord:
+      case TVocabulary::Fallback::kFirstKeyword:
         break;
     }
   }
-  StoreWord(field, value);
+  StoreNumber32(field, value);
   return Status::kOk;
 }
 
-bool TWordCodec::IsSet(const void* field) const {
-  return !vocabulary_.WordOf(LoadWord(field)).empty();
+bool TKeywordCodec::IsSet(const void* field) const {
+  return !vocabulary_.KeywordOf(LoadNumber32(field)).empty();
 }
 
 std::int32_t ParseNumber(std::string_view text) {

@@ -12,8 +12,8 @@
 
 namespace zaf {
 
-/// A field that has one value with a spelling: an attribute or the text of a child element. A
-/// derived codec only says how the value is spelled.
+/// A field whose value has a spelling, which is an attribute or the text of a child element. A
+/// derived codec defines the spelling.
 class TValueCodec : public TFieldCodec {
  public:
   void WriteXml(const TProperty& row, const void* field,
@@ -24,23 +24,23 @@ class TValueCodec : public TFieldCodec {
  protected:
   using TScratch = TXmlWriteContext::TScratch;
 
-  /// The spelling, in the field itself, in `scratch` or in a constant.
+  /// The spelling; the result refers to the field, to `scratch` or to a constant.
   virtual std::string_view Spell(const void* field, TScratch& scratch) const = 0;
   virtual Status Parse(void* field, std::string_view text) const = 0;
-  /// Whether the forms that depend on it write the field.
+  /// Whether kChildIfSet and kAttributeIfSet write the field.
   virtual bool IsSet(const void* field) const = 0;
 
   ~TValueCodec() = default;
 };
 
-/// When a text has a legacy section.
+/// When a text's legacy section is written.
 enum class LegacyText : std::uint8_t { kIfNotEmpty, kAlways };
 
-/// What a NUL within the text of a legacy section does.
+/// The effect of a NUL within the text of a legacy section.
 enum class InnerNul : std::uint8_t { kStays, kEndsText };
 
-/// A text of any length. Set when it is not empty. Codecs of texts with a spelling of their own
-/// derive from it.
+/// A text of any length. Set if it is not empty. The base of codecs for texts with a different
+/// spelling.
 class TTextCodecBase : public TValueCodec {
  public:
   constexpr explicit TTextCodecBase(LegacyText legacy = LegacyText::kIfNotEmpty,
@@ -70,18 +70,18 @@ class TTextCodec final : public TTextCodecBase {
 };
 
 inline constexpr TTextCodec kTextCodec{};
-/// A text that ends at its first NUL and whose legacy section is written even when it is empty.
+/// A text that ends at its first NUL and whose legacy section is written even if it is empty.
 inline constexpr TTextCodec kPlainTextCodec{LegacyText::kAlways, InnerNul::kEndsText};
 
 /// Which numbers of a legacy section turn a switch on.
 enum class SwitchRule : std::uint8_t { kNotZero, kPositive };
 
-/// A switch: "True" when it is on, "False" when it is off; any other word is off. `on_word` is what
-/// is written for a switch that is on, where that is not what is read.
+/// A switch: "True" if it is on, "False" if it is off; any other text is read as off. `on_text` is
+/// what is written for on, if it differs from what is read.
 class TSwitchCodec final : public TValueCodec {
  public:
-  constexpr explicit TSwitchCodec(SwitchRule rule, std::string_view on_word = "True")
-      : rule_(rule), on_word_(on_word) {}
+  constexpr explicit TSwitchCodec(SwitchRule rule, std::string_view on_text = "True")
+      : rule_(rule), on_text_(on_text) {}
 
   Status ReadLegacy(const TProperty& row, void* field,
                     const TLegacySection& section) const override;
@@ -95,20 +95,20 @@ class TSwitchCodec final : public TValueCodec {
 
  private:
   SwitchRule rule_;
-  std::string_view on_word_;
+  std::string_view on_text_;
 };
 
 inline constexpr TSwitchCodec kSwitchCodec{SwitchRule::kNotZero};
 inline constexpr TSwitchCodec kPositiveSwitchCodec{SwitchRule::kPositive};
 
-/// A number of a record that is a switch: on when it is not zero.
+/// A number in a record used as a switch: on if it is not zero.
 template <class Number>
 class TRecordSwitchCodec final : public TValueCodec {
  public:
   bool IsEqual(const void* field, const void* other) const override {
     return IsSet(field) == IsSet(other);
   }
-  bool IsWord() const override { return sizeof(Number) == sizeof(std::uint32_t); }
+  bool IsNumber32() const override { return sizeof(Number) == sizeof(std::uint32_t); }
 
  protected:
   using TScratch = TValueCodec::TScratch;
@@ -126,15 +126,15 @@ class TRecordSwitchCodec final : public TValueCodec {
 inline constexpr TRecordSwitchCodec<std::uint8_t> kByteSwitchCodec{};
 inline constexpr TRecordSwitchCodec<std::int32_t> kNumberSwitchCodec{};
 
-/// A number, signed, in decimal. Set when it is not zero. Read as `ParseNumber` does. Codecs of
-/// numbers with a spelling of their own derive from it.
+/// A signed 32-bit number in decimal, read by `ParseNumber`. Set if it is not zero. The base of
+/// codecs for numbers with a different spelling.
 class TNumberCodecBase : public TValueCodec {
  public:
   Status ReadLegacy(const TProperty& row, void* field,
                     const TLegacySection& section) const override;
   Status WriteLegacy(const TProperty& row, const void* field, TSectionWriter& out) const override;
   bool IsEqual(const void* field, const void* other) const override;
-  bool IsWord() const override { return true; }
+  bool IsNumber32() const override { return true; }
 
  protected:
   std::string_view Spell(const void* field, TScratch& scratch) const override;
@@ -148,15 +148,15 @@ class TNumberCodec final : public TNumberCodecBase {};
 
 inline constexpr TNumberCodec kNumberCodec{};
 
-/// A four-character code, spelled by its characters up to the first NUL. Set when that is not
-/// empty. A shorter text is filled up with NULs, a longer one cut.
+/// A four-character code, spelled by its characters up to the first NUL. Set if the spelling is not
+/// empty. When read, a shorter text is padded with NULs and a longer one cut.
 class TCodeCodec final : public TValueCodec {
  public:
   Status ReadLegacy(const TProperty& row, void* field,
                     const TLegacySection& section) const override;
   Status WriteLegacy(const TProperty& row, const void* field, TSectionWriter& out) const override;
   bool IsEqual(const void* field, const void* other) const override;
-  bool IsWord() const override { return true; }
+  bool IsNumber32() const override { return true; }
 
  protected:
   std::string_view Spell(const void* field, TScratch& scratch) const override;
@@ -166,7 +166,7 @@ class TCodeCodec final : public TValueCodec {
 
 inline constexpr TCodeCodec kCodeCodec{};
 
-/// A fixed-width text of a record. Set when it is not empty; a text that is too long is cut.
+/// A fixed-width text in a record. Set if it is not empty. A text that is too long is cut.
 template <std::size_t kWidth>
 class TFixedTextCodec final : public TValueCodec {
  public:
@@ -190,44 +190,42 @@ class TFixedTextCodec final : public TValueCodec {
   }
 };
 
-/// A number with its word.
-struct TWord {
+/// A number and its keyword.
+struct TKeyword {
   std::int32_t value;
-  std::string_view word;
+  std::string_view keyword;
 };
 
-/// The words of a number. A value without a word is spelled, and a word that is unknown is read,
-/// by the rule of the vocabulary. Where the first word stands in it does so for the
-/// empty text, too.
+/// The keywords of a number. The fallback decides how a value without a keyword is written and how
+/// an unknown keyword is read. The empty text is an unknown keyword, too.
 struct TVocabulary {
-  /// What stands in for a missing word.
   enum class Fallback : std::uint8_t {
-    kNumber,      ///< The number in decimal, both ways.
-    kFirstWord,   ///< The first word, both ways.
-    kZero,        ///< Not written; an unknown word is 0.
-    kRefuse,      ///< Written as the first word; read, an unknown word is kMalformed.
+    kNumber,        ///< The number in decimal, both ways.
+    kFirstKeyword,  ///< The first keyword, both ways.
+    kZero,          ///< Written as the empty text; an unknown keyword is read as 0.
+    kRefuse,      ///< Written as the first keyword, as is the empty text read; others: kMalformed.
     kCharacters,  ///< The four characters of a code, both ways.
   };
 
-  std::span<const TWord> words;
+  std::span<const TKeyword> keywords;
   Fallback fallback;
 
-  /// The word of `value`; empty when it has none.
-  [[nodiscard]] std::string_view WordOf(std::int32_t value) const;
-  /// Whether the word is known; then `value` is its number.
-  bool Find(std::string_view word, std::int32_t& value) const;
+  /// The keyword of `value`; empty if it has none.
+  [[nodiscard]] std::string_view KeywordOf(std::int32_t value) const;
+  /// Sets `value` to the keyword's number; false if the keyword is unknown.
+  bool Find(std::string_view keyword, std::int32_t& value) const;
 };
 
-/// A number or code that is written by its word. Set when it has a word of its own.
-class TWordCodec final : public TValueCodec {
+/// A number or code spelled by its keyword. Set if it has one.
+class TKeywordCodec final : public TValueCodec {
  public:
-  constexpr explicit TWordCodec(const TVocabulary& vocabulary) : vocabulary_(vocabulary) {}
+  constexpr explicit TKeywordCodec(const TVocabulary& vocabulary) : vocabulary_(vocabulary) {}
 
   Status ReadLegacy(const TProperty& row, void* field,
                     const TLegacySection& section) const override;
   Status WriteLegacy(const TProperty& row, const void* field, TSectionWriter& out) const override;
   bool IsEqual(const void* field, const void* other) const override;
-  bool IsWord() const override { return true; }
+  bool IsNumber32() const override { return true; }
 
  protected:
   std::string_view Spell(const void* field, TScratch& scratch) const override;
@@ -238,8 +236,8 @@ class TWordCodec final : public TValueCodec {
   const TVocabulary& vocabulary_;
 };
 
-/// The number at the start of a text: leading white space is skipped, then an optional sign and
-/// digits; the rest is ignored. Modulo 2^32, signed; 0 without digits.
+/// Parses a decimal number: leading white space is skipped, then an optional sign and digits; the
+/// rest is ignored. The result is modulo 2^32, signed; 0 without digits.
 std::int32_t ParseNumber(std::string_view text);
 
 template <>

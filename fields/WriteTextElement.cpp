@@ -8,12 +8,12 @@
 namespace zaf {
 namespace {
 
-/// Whether nothing but spaces is in the text: readers would take it for layout.
+/// Whether the text consists of spaces only: readers would take it for layout.
 bool IsBlank(std::string_view text) {
   return text.find_first_not_of(' ') == std::string_view::npos;
 }
 
-/// Appends `kept`, which holds no character that is dropped.
+/// Appends a text without characters that are dropped.
 void AppendKept(dom::Element element, std::string_view kept, bool needs_cdata,
                 dom::TextOwner owner) {
   if (!needs_cdata && !IsBlank(kept)) {
@@ -44,7 +44,7 @@ void AppendExamined(dom::Element element, std::string_view text, TTextTraits tra
 
 dom::Element WriteTextElement(dom::Element parent, std::string_view name, std::string_view text) {
   if (text.empty()) return parent.appendElement(name);
-  // Most are short and simple. One that begins with a blank may be blank altogether.
+  // Most texts are short and simple. One that begins with a space may be blank.
   if (text.size() <= dom::kBlock && text.front() != ' ') {
     dom::ShortText copy;
     if (CopySimple(text, copy)) return parent.appendPlainElement(name, copy);

@@ -6,15 +6,14 @@
 
 namespace zaf {
 
-/// Appends an element `name` that holds `text` to `parent` and returns it. An empty text gives an
-/// empty element. Otherwise control characters but tab, line feed and carriage return are dropped,
-/// and what is kept becomes a text node or, when a text node would not keep it to the letter, a
-/// CDATA section: when it is blank (nothing but spaces), or holds a character other than an ASCII
-/// letter, digit, space, line feed or punctuation mark, or one of `<`, `>`, `&`, `'` and `"`.
-/// Where `]]>` occurs, one section ends behind the brackets and the next begins at the `>`.
+/// Appends an element `name` with the content `text` to `parent` and returns it. An empty text
+/// makes an empty element. Control characters except tab, LF and CR are dropped. The rest becomes a
+/// text node if it is not blank (only spaces) and consists of ASCII letters, digits, spaces, LF and
+/// punctuation marks other than `<`, `>`, `&`, `'` and `"`; otherwise a CDATA section. A section is
+/// split between the brackets and the `>` of each `]]>`.
 dom::Element WriteTextElement(dom::Element parent, std::string_view name, std::string_view text);
 
-/// Gives an element that is there already, and empty, its text by the same rule.
+/// Appends `text` to an empty element by the same rules.
 void AppendText(dom::Element element, std::string_view text,
                 dom::TextOwner owner = dom::TextOwner::kDocument);
 

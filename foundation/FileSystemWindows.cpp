@@ -56,22 +56,15 @@ std::wstring ToWide(std::string_view text) {
   return wide;
 }
 
-/// UTF-16 as UTF-8. Half a surrogate pair has no UTF-8 form: such a name gets a first byte that no
-/// path can have, so that it is never taken for another one.
+/// UTF-16 as UTF-8; half a surrogate pair becomes the replacement character.
 std::string ToUtf8(std::wstring_view wide) {
-  const auto convert = [&](DWORD flags, char* text, int size) {
-    const auto length = static_cast<int>(wide.size());
-    return WideCharToMultiByte(CP_UTF8, flags, wide.data(), length, text, size, nullptr, nullptr);
+  const auto length = static_cast<int>(wide.size());
+  const auto convert = [&](char* text, int size) {
+    return WideCharToMultiByte(CP_UTF8, 0, wide.data(), length, text, size, nullptr, nullptr);
   };
-  std::string text;
-  int size = convert(WC_ERR_INVALID_CHARS, nullptr, 0);
-  if (size == 0 && !wide.empty()) {
-    text = '\xFF';
-    size = convert(0, nullptr, 0);
-  }
-  const std::size_t begin = text.size();
-  text.resize(begin + static_cast<std::size_t>(size));
-  convert(0, text.data() + begin, size);
+  const int size = convert(nullptr, 0);
+  std::string text(static_cast<std::size_t>(size), '\0');
+  convert(text.data(), size);
   return text;
 }
 
@@ -112,7 +105,8 @@ std::wstring AbsolutePath(std::string_view path) {
   std::ranges::replace(wide, L'/', L'\\');
   const std::size_t drive = wide.starts_with(kVerbatim) ? kVerbatim.size() + 1 : 1;
   const std::size_t colon = wide.rfind(L':');
-  if (wide.empty() || (colon != wide.npos && colon != drive) ||
+  // A replacement character is in names that have no UTF-8 form, or that no file here has.
+  if (wide.empty() || wide.find(L'\uFFFD') != wide.npos || (colon != wide.npos && colon != drive) ||
       !IsPlainName(std::wstring_view(wide).substr(wide.rfind(L'\\') + 1)))
     return {};
   const bool is_relative = wide.front() != L'\\' && colon == wide.npos;

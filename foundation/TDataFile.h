@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
+#include <optional>
 #include <span>
 #include <typeinfo>
 
@@ -69,6 +70,17 @@ class TDataFile : public TDiskFile {
   /// Charges for records that a list of the file makes, before they are made.
   Status ChargeRecords(std::uint64_t bytes);
 
+  /// A section and its place in the file.
+  struct TSectionPlace {
+    FourCharCode code;
+    std::uint32_t offset;
+  };
+  /// Records the section whose read ended a load. The first one recorded counts.
+  void NoteFailure(TSectionPlace place) {
+    if (!failure_) failure_ = place;
+  }
+  [[nodiscard]] const std::optional<TSectionPlace>& GetFailure() const { return failure_; }
+
   /// All bytes of a file in memory, else none.
   [[nodiscard]] ByteView GetImage() const { return {image_, size_}; }
   /// The same, writable. One spare byte, 0, follows and may be written.
@@ -128,6 +140,7 @@ class TDataFile : public TDiskFile {
   std::uint64_t readable_bytes_ = 0;  ///< Remainders of the two limits.
   std::uint64_t record_bytes_ = 0;
   TNewFile new_file_;
+  std::optional<TSectionPlace> failure_;
 };
 
 }  // namespace zaf

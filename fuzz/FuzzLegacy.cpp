@@ -13,7 +13,7 @@ constexpr std::size_t kTriedOfExpensive = 64;
 bool IsExpensive(std::string_view bytes) {
   for (const zaf::fuzz::TRecordParts& record : zaf::fuzz::TakeApart(bytes)) {
     for (const auto& [code, content] : record.sections) {
-      const std::uint32_t count = zaf::fuzz::Word(content, 0);
+      const std::uint32_t count = zaf::fuzz::Number32At(content, 0);
       const bool is_expression_list = code == "ieei" || code == "weit";
       if (count > kManyRecords && (is_expression_list || count < content.size())) return true;
     }

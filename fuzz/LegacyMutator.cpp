@@ -128,7 +128,7 @@ class TLegacyMutation {
   /// Makes a list of one and a half or two times the items, which stay sound when it is two.
   void RepeatItems(std::string& list) {
     if (list.size() < 4 || list.size() > 4096) return;
-    const std::uint32_t count = Word(list, 0);
+    const std::uint32_t count = Number32At(list, 0);
     const std::string items = list.substr(4);
     list = test::BigEndian(count * 2) + items + items.substr(Below(2) * (items.size() / 2));
   }

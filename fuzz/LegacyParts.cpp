@@ -21,20 +21,20 @@ void TakeRecord(std::string_view bytes, std::size_t offset, std::size_t& room, T
   if (parts.size() >= kMostRecords || offset + kHeaderSize > bytes.size()) return;
   const std::size_t index = parts.size();
   TRecordParts& record = parts.emplace_back();
-  record.format = Word(bytes, offset);
+  record.format = Number32At(bytes, offset);
   record.type = Range(bytes, offset + 4, 4);
   record.name = Range(bytes, offset + 16, 32);
   record.name.resize(std::min(record.name.find('\0'), record.name.size()));
-  const std::size_t map = Word(bytes, offset + 8);
-  const std::size_t count = std::min<std::size_t>(Word(bytes, offset + 12), kMostSections);
+  const std::size_t map = Number32At(bytes, offset + 8);
+  const std::size_t count = std::min<std::size_t>(Number32At(bytes, offset + 12), kMostSections);
   if (map < bytes.size())
     record.sections.reserve(std::min(count, (bytes.size() - map) / kEntrySize));
   for (std::size_t i = 0; i < count && map + (i + 1) * kEntrySize <= bytes.size(); ++i) {
     const std::size_t entry = map + i * kEntrySize;
     const std::string code = Range(bytes, entry, 4);
-    const std::size_t target = Word(bytes, entry + 4);
+    const std::size_t target = Number32At(bytes, entry + 4);
     if (code != "head") {
-      const std::size_t size = std::min<std::size_t>(Word(bytes, entry + 8), room);
+      const std::size_t size = std::min<std::size_t>(Number32At(bytes, entry + 8), room);
       parts[index].sections.push_back({code, Range(bytes, target, size)});
       room -= parts[index].sections.back().bytes.size();
     } else if (index == 0) {
@@ -45,13 +45,13 @@ void TakeRecord(std::string_view bytes, std::size_t offset, std::size_t& room, T
 
 }  // namespace
 
-std::uint32_t Word(std::string_view bytes, std::size_t offset) {
-  std::uint32_t word = 0;
+std::uint32_t Number32At(std::string_view bytes, std::size_t offset) {
+  std::uint32_t number = 0;
   if (offset <= bytes.size()) {
     TByteReader reader(AsBytes(bytes.substr(offset)));
-    if (reader.ReadU32(word) != Status::kOk) word = 0;
+    if (reader.ReadU32(number) != Status::kOk) number = 0;
   }
-  return word;
+  return number;
 }
 
 TFileParts TakeApart(std::string_view bytes) {
@@ -73,7 +73,7 @@ std::string PutTogether(const TFileParts& parts) {
   test::LegacyFile file(parts.front().type, parts.front().format);
   for (std::size_t i = 0; i < parts.size(); ++i) {
     if (i > 0) file.Action(parts[i].type, parts[i].name, {}, parts[i].format);
-    for (const TPart& section : parts[i].sections) file.Block(section.code, section.bytes);
+    for (const TPart& section : parts[i].sections) file.Payload(section.code, section.bytes);
   }
   return file.Bytes();
 }

@@ -35,6 +35,6 @@ TFileParts TakeApart(std::string_view bytes);
 std::string PutTogether(const TFileParts& parts);
 
 /// The big-endian number at `offset`; 0 where there is none.
-std::uint32_t Word(std::string_view bytes, std::size_t offset);
+std::uint32_t Number32At(std::string_view bytes, std::size_t offset);
 
 }  // namespace zaf::fuzz

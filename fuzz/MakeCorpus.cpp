@@ -94,7 +94,7 @@ class TCorpus {
           std::fprintf(stderr, "no payload for the section %s\n", Text(code).c_str());
           is_complete_ = false;
         }
-        file.Block(Text(code), payload);
+        file.Payload(Text(code), payload);
       }
       AddFile(type + "-" + std::to_string(variant), file.Bytes());
     }
@@ -124,7 +124,7 @@ class TCorpus {
       for (std::size_t i = 0; i < 6; ++i) {
         LegacyFile file(type);
         for (const TProperty& row : TApplication::Properties())
-          file.Block(Text(row.code), payloads[i]);
+          file.Payload(Text(row.code), payloads[i]);
         AddFile(type + std::string("-") + std::to_string(i), file.Action("cntr", "R").Bytes());
       }
     }

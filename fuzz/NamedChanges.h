@@ -32,8 +32,8 @@ inline bool HasChild(dom::Element element, std::string_view name) {
   return static_cast<bool>(element.getFirstChildElement(name));
 }
 
-inline bool IsWord(dom::Element element, std::string_view word) {
-  return EqualsIgnoringCase(TextOf(element), word);
+inline bool HasText(dom::Element element, std::string_view text) {
+  return EqualsIgnoringCase(TextOf(element), text);
 }
 
 /// A text that may fill a slot of a record, which is cut by one character when it is read.
@@ -53,7 +53,7 @@ inline constexpr TElementChange kElementChanges[] = {
          return element.hasAttribute(name) && element.getAttribute(name).empty();
        };
        return is_empty_section || is_empty("Title") || is_empty("Author") || is_empty("Revision");
-     }                                                                                            },
+     }                                                                                    },
     {"a text that fills its slot is cut",                               "",
      [](dom::Element element) {
        dom::NamedNodeMap attributes = element.getAttributes();
@@ -61,32 +61,34 @@ inline constexpr TElementChange kElementChanges[] = {
          if (FillsSlot(attributes.item(i).getValue())) return true;
        std::string joined;
        return !element.getFirstChildElement() && FillsSlot(element.getTextContent(joined));
-     }                                                                                            },
+     }                                                                                    },
     {"the development data source is read as not in use",               "",
-     [](dom::Element element) { return element.hasAttribute("UseDevelopmentDataSource"); }        },
+     [](dom::Element element) { return element.hasAttribute("UseDevelopmentDataSource"); }},
     {"a check box is read under another spelling",                      "InputCheckBox",
-     [](dom::Element) { return true; }                                                            },
+     [](dom::Element) { return true; }                                                    },
     {"an event without its codes gets blank ones",                      "AppleEventAction",
      [](dom::Element element) {
        return !HasChild(element, "EventClass") || !HasChild(element, "EventCode");
-     }                                                                                            },
+     }                                                                                    },
     {"a transaction without isolation is exclusive",                    "BeginTransactionAction",
-     [](dom::Element element) { return !HasChild(element, "Isolation"); }                         },
+     [](dom::Element element) { return !HasChild(element, "Isolation"); }                 },
     {"an assign action without results gets its tags",                  "AssignAction",
-     [](dom::Element element) { return !HasChild(element, "ResultsOutput"); }                     },
+     [](dom::Element element) { return !HasChild(element, "ResultsOutput"); }             },
     {"a default scope becomes an empty one, a cookie's makes a cookie", "AssignItem",
      [](dom::Element element) {
        const dom::Element scope = element.getFirstChildElement("Scope");
-       return !scope || IsWord(scope, "Default") || IsWord(scope, "cookie");
-     }                                                                                            },
+       return !scope || HasText(scope, "Default") || HasText(scope, "cookie");
+     }                                                                                    },
     {"a script's default scope becomes an empty one",                   "ScriptAction",
-     [](dom::Element element) { return IsWord(element.getFirstChildElement("Scope"), "Default"); }},
+     [](dom::Element element) {
+       return HasText(element.getFirstChildElement("Scope"), "Default");
+     }                                                                                    },
     {kNamelessJoin,                                                     "JoinItem",
      [](dom::Element element) {
        for (const char* const name : {"FirstTable", "FirstColumn", "SecondTable", "SecondColumn"})
          if (TextOf(element.getFirstChildElement(name)).empty()) return true;
        return false;
-     }                                                                                            },
+     }                                                                                    },
     {"an application's data source of an unknown kind alone vanishes",  "DataSource",
      [](dom::Element element) {
        if (!HasChild(element, "DataSourceInfo") || element.hasAttribute("Type")) return false;
@@ -97,7 +99,7 @@ inline constexpr TElementChange kElementChanges[] = {
        for (const char* const name : {"UserName", "Password"})
          texts += TextOf(info.getFirstChildElement(name));
        return texts.empty();
-     }                                                                                            },
+     }                                                                                    },
 };
 
 /// The element behind this one in the order of the document; a null one at the end.

@@ -5,7 +5,7 @@
 namespace zaf {
 namespace {
 
-constexpr TWord kFormatWords[] = {
+constexpr TKeyword kFormatKeywords[] = {
     {0, "None"              },
     {1, "Date"              },
     {2, "Time"              },
@@ -16,8 +16,8 @@ constexpr TWord kFormatWords[] = {
     {7, "Currency"          },
     {8, "CurrencyWithCommas"},
 };
-constexpr TVocabulary kFormats{kFormatWords, TVocabulary::Fallback::kFirstWord};
-constexpr TWordCodec kFormatCodec{kFormats};
+constexpr TVocabulary kFormats{kFormatKeywords, TVocabulary::Fallback::kFirstKeyword};
+constexpr TKeywordCodec kFormatCodec{kFormats};
 
 template <class Display>
 struct TTables {

@@ -8,7 +8,7 @@
 namespace zaf {
 namespace {
 
-constexpr TWord kFixedWords[] = {
+constexpr TKeyword kFixedKeywords[] = {
     {0,  "SQLExpression"   },
     {1,  "SQLStatement"    },
     {2,  "CurrentTimestamp"},
@@ -23,8 +23,8 @@ constexpr TWord kFixedWords[] = {
     {11, "Referrer"        },
     {12, "Method"          },
 };
-constexpr TVocabulary kFixedKinds{kFixedWords, TVocabulary::Fallback::kFirstWord};
-constexpr TWordCodec kFixedKindCodec{kFixedKinds};
+constexpr TVocabulary kFixedKinds{kFixedKeywords, TVocabulary::Fallback::kFirstKeyword};
+constexpr TKeywordCodec kFixedKindCodec{kFixedKinds};
 constexpr std::int32_t kLastFixedKindWithText = 1;
 
 constexpr TProperty kFixedInputRows[] = {
@@ -52,7 +52,7 @@ class TFixedInputCodec final : public TFieldCodec {
     return AreRowsEqual(kFixedInputRows, field, other) &&
            (!one.HasText() || one.text.View() == two.text.View());
   }
-  std::span<const TProperty> NestedWords() const override { return kFixedInputRows; }
+  std::span<const TProperty> NestedNumbers() const override { return kFixedInputRows; }
 };
 
 constexpr TFixedInputCodec kFixedInputCodec{};
@@ -106,7 +106,7 @@ constexpr TChoice kInputKinds[] = {
 constexpr TChoiceCodec kInputOptionsCodec{kInputKinds, kNumberRows};
 
 bool TFixedInput::HasText() const {
-  return kFixedKinds.WordOf(kind).empty() || kind <= kLastFixedKindWithText;
+  return kFixedKinds.KeywordOf(kind).empty() || kind <= kLastFixedKindWithText;
 }
 
 bool TInputOptions::HasList() const {

@@ -24,7 +24,7 @@ struct TPageFormat {
 
 static_assert(sizeof(TPageFormat) == 640);
 
-/// A page keeps its format as a part whose legacy section is one block.
+/// A page keeps its format as a part whose legacy section is all its bytes.
 class TPageFormatCodec final : public TLazyPartCodecBase<TPageFormat> {
  public:
   /// kFailure when there is no memory for the format.

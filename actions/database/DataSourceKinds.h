@@ -6,11 +6,11 @@
 
 namespace zaf {
 
-/// The word of a host type that is no kind of data source.
-inline constexpr TWord kDefaultDataSourceKind{0, "Default"};
+/// The keyword of a host type that is no kind of data source.
+inline constexpr TKeyword kDefaultDataSourceKind{0, "Default"};
 
 /// The kinds of data source, by their host types. The first stands for every other host type.
-inline constexpr TWord kDataSourceKindsAndDefault[] = {
+inline constexpr TKeyword kDataSourceKindsAndDefault[] = {
     kDefaultDataSourceKind,
     {static_cast<std::int32_t>(Code("odbc")), "ODBC"      },
     {static_cast<std::int32_t>(Code("psql")), "Halvex.SQL"},
@@ -19,11 +19,11 @@ inline constexpr TWord kDataSourceKindsAndDefault[] = {
     {static_cast<std::int32_t>(Code("dam ")), "DAM"       },
 };
 
-/// The same without the word for the others.
-inline constexpr std::span<const TWord> kDataSourceKinds =
-    std::span<const TWord>(kDataSourceKindsAndDefault).subspan(1);
+/// The same without the keyword for the others.
+inline constexpr std::span<const TKeyword> kDataSourceKinds =
+    std::span<const TKeyword>(kDataSourceKindsAndDefault).subspan(1);
 
-/// Those whose word is the type name of an action's data source, too.
-inline constexpr std::span<const TWord> kNamedDataSourceKinds = kDataSourceKinds.first(4);
+/// Those whose keyword is the type name of an action's data source, too.
+inline constexpr std::span<const TKeyword> kNamedDataSourceKinds = kDataSourceKinds.first(4);
 
 }  // namespace zaf

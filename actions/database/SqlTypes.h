@@ -6,7 +6,7 @@ namespace zaf {
 
 /// The names of the types that a column can have, by the codes of the SQL call-level interface
 /// (ISO/IEC 9075-3) and those that drivers add to it.
-inline constexpr TWord kSqlTypeWords[] = {
+inline constexpr TKeyword kSqlTypeKeywords[] = {
     {1,  "Char"         },
     {2,  "Numeric"      },
     {3,  "Decimal"      },
@@ -27,7 +27,7 @@ inline constexpr TWord kSqlTypeWords[] = {
     {-6, "TinyInt"      },
     {-7, "Bit"          },
 };
-inline constexpr TVocabulary kSqlTypes{kSqlTypeWords, TVocabulary::Fallback::kNumber};
-inline constexpr TWordCodec kSqlTypeCodec{kSqlTypes};
+inline constexpr TVocabulary kSqlTypes{kSqlTypeKeywords, TVocabulary::Fallback::kNumber};
+inline constexpr TKeywordCodec kSqlTypeCodec{kSqlTypes};
 
 }  // namespace zaf

@@ -7,15 +7,15 @@
 namespace zaf {
 namespace {
 
-constexpr TVocabulary kKinds{kDataSourceKindsAndDefault, TVocabulary::Fallback::kFirstWord};
-constexpr TWordCodec kKindCodec{kKinds};
+constexpr TVocabulary kKinds{kDataSourceKindsAndDefault, TVocabulary::Fallback::kFirstKeyword};
+constexpr TKeywordCodec kKindCodec{kKinds};
 
 /// The host types that have a type name.
 constexpr TVocabulary kTypeNames{kNamedDataSourceKinds, TVocabulary::Fallback::kZero};
 
-std::string_view KindWord(FourCharCode host_type) {
-  const std::string_view word = kKinds.WordOf(static_cast<std::int32_t>(host_type));
-  return word.empty() ? kDefaultDataSourceKind.word : word;
+std::string_view KindKeyword(FourCharCode host_type) {
+  const std::string_view keyword = kKinds.KeywordOf(static_cast<std::int32_t>(host_type));
+  return keyword.empty() ? kDefaultDataSourceKind.keyword : keyword;
 }
 
 }  // namespace
@@ -38,7 +38,7 @@ std::span<const TProperty> TDataSource::Properties() {
 }
 
 void TDataSource::UpdateTypeName() {
-  const std::string_view name = kTypeNames.WordOf(static_cast<std::int32_t>(host_type));
+  const std::string_view name = kTypeNames.KeywordOf(static_cast<std::int32_t>(host_type));
   if (!name.empty()) type_name = name;
 }
 
@@ -65,7 +65,7 @@ Status TDataSource::ReadXml(const TXmlReadContext& context, std::string_view dev
 }
 
 void TDataSource::ReadElement(const TXmlReadContext& context, dom::Element element) {
-  // The rows are texts and a kind that has a word for every text: none refuses anything.
+  // The rows are texts and a kind that has a keyword for every text: none refuses anything.
   static_cast<void>(ReadXmlRows(Properties(), this, {context, element}));
   UpdateTypeName();
   ReadLogin(context, element, user_name, password);
@@ -87,7 +87,7 @@ std::uint32_t TDataSource::WriteElement(TXmlWriteContext& context, const CText& 
                                         const CText& login_password) const {
   std::uint32_t number = 0;
   const dom::Element element = context.data_sources.FindOrAppend(
-      {KindWord(host_type), data_source.View(), dbms.View(), host.View(), database.View(),
+      {KindKeyword(host_type), data_source.View(), dbms.View(), host.View(), database.View(),
        login_name.View(), login_password.View()},
       number);
   if (!element) return number;

@@ -12,13 +12,13 @@ constexpr FourCharCode kEqual = Code("iseq");
 constexpr FourCharCode kLeftOuter = Code(" =* ");
 constexpr FourCharCode kRightOuter = Code(" *= ");
 
-constexpr TWord kJoinWords[] = {
+constexpr TKeyword kJoinKeywords[] = {
     {static_cast<std::int32_t>(kEqual),      "Equal"     },
     {static_cast<std::int32_t>(kLeftOuter),  "LeftOuter" },
     {static_cast<std::int32_t>(kRightOuter), "RightOuter"},
 };
-constexpr TVocabulary kJoinTypes{kJoinWords, TVocabulary::Fallback::kRefuse};
-constexpr TWordCodec kJoinTypeCodec{kJoinTypes};
+constexpr TVocabulary kJoinTypes{kJoinKeywords, TVocabulary::Fallback::kRefuse};
+constexpr TKeywordCodec kJoinTypeCodec{kJoinTypes};
 
 using Kind = TUpgradeStep::Kind;
 

@@ -6,12 +6,12 @@ namespace {
 constexpr std::int32_t kCommit = 1;
 constexpr std::int32_t kRollback = 2;
 
-constexpr TWord kEndWords[] = {
+constexpr TKeyword kEndKeywords[] = {
     {kCommit,   "Commit"  },
     {kRollback, "Rollback"},
 };
-constexpr TVocabulary kEndTypes{kEndWords, TVocabulary::Fallback::kRefuse};
-constexpr TWordCodec kEndTypeCodec{kEndTypes};
+constexpr TVocabulary kEndTypes{kEndKeywords, TVocabulary::Fallback::kRefuse};
+constexpr TKeywordCodec kEndTypeCodec{kEndTypes};
 
 }  // namespace
 

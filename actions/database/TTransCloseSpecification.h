@@ -6,7 +6,7 @@ namespace zaf {
 
 /// The end-transaction action: ends a transaction by commit or rollback. It has a data source in
 /// legacy files only: its element refers to none. kMalformed when the end type in a document has an
-/// unknown word.
+/// unknown keyword.
 class TTransCloseSpecification final
     : public TTableSpecification<TTransCloseSpecification, TSourceSpecification> {
  public:

@@ -3,12 +3,12 @@
 namespace zaf {
 namespace {
 
-constexpr TWord kIsolationWords[] = {
+constexpr TKeyword kIsolationKeywords[] = {
     {2, "Exclusive"  },
     {1, "Uncommitted"},
 };
-constexpr TVocabulary kIsolations{kIsolationWords, TVocabulary::Fallback::kRefuse};
-constexpr TWordCodec kIsolationCodec{kIsolations};
+constexpr TVocabulary kIsolations{kIsolationKeywords, TVocabulary::Fallback::kRefuse};
+constexpr TKeywordCodec kIsolationCodec{kIsolations};
 
 }  // namespace
 

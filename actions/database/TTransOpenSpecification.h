@@ -5,7 +5,7 @@
 namespace zaf {
 
 /// The begin-transaction action: opens a transaction on its data source. kMalformed when the
-/// isolation in a document has an unknown word.
+/// isolation in a document has an unknown keyword.
 class TTransOpenSpecification final
     : public TTableSpecification<TTransOpenSpecification, TSourceSpecification> {
  public:

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "actions/TTableSpecification.h"
-#include "fields/BlockCodec.h"
+#include "fields/BytesCodec.h"
 #include "foundation/CData.h"
 
 namespace zaf {

@@ -10,13 +10,13 @@ namespace {
 constexpr std::string_view kWholeFile = "%0.$";
 constexpr std::string_view kRuleAttribute = "FileExistsRule";
 
-/// What writing does with a file that exists. The first one stands for an unknown word.
-constexpr TWord kRuleWords[] = {
+/// What writing does with a file that exists. The first one stands for an unknown keyword.
+constexpr TKeyword kRuleKeywords[] = {
     {'w', "Overwrite"},
     {'a', "Append"   },
     {'e', "Error"    },
 };
-constexpr TVocabulary kRules{kRuleWords, TVocabulary::Fallback::kFirstWord};
+constexpr TVocabulary kRules{kRuleKeywords, TVocabulary::Fallback::kFirstKeyword};
 
 /// The mode: one character; older files hold it as the last byte of a number.
 class TModeCodec final : public TFieldCodec {
@@ -132,7 +132,7 @@ Status TFileQuerySpecification::WriteXml(TXmlWriteContext& context, dom::Element
         return known.modes.empty() || known.modes.find(mode_) != std::string_view::npos;
       });
   const dom::Element part = element.appendElement(operation.element);
-  if (const std::string_view rule = kRules.WordOf(mode_); !rule.empty())
+  if (const std::string_view rule = kRules.KeywordOf(mode_); !rule.empty())
     part.appendAttribute(kRuleAttribute, rule);
   WriteXmlRows(operation.rows, this, {context, part, GetName().View()});
   return TTableSpecification::WriteXml(context, element, parent);

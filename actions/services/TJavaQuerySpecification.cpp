@@ -3,12 +3,12 @@
 namespace zaf {
 namespace {
 
-constexpr TWord kKindWords[] = {
+constexpr TKeyword kKindKeywords[] = {
     {0,                                       "Class"},
     {static_cast<std::int32_t>(Code("bean")), "Bean" },
 };
-constexpr TVocabulary kKinds{kKindWords, TVocabulary::Fallback::kFirstWord};
-constexpr TWordCodec kKindCodec{kKinds};
+constexpr TVocabulary kKinds{kKindKeywords, TVocabulary::Fallback::kFirstKeyword};
+constexpr TKeywordCodec kKindCodec{kKinds};
 
 }  // namespace
 

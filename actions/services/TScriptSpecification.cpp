@@ -5,13 +5,13 @@
 namespace zaf {
 namespace {
 
-constexpr TWord kLanguageWords[] = {
+constexpr TKeyword kLanguageKeywords[] = {
     {static_cast<std::int32_t>(Code("jscr")), "JavaScript" },
     {static_cast<std::int32_t>(Code("vscr")), "VBScript"   },
     {static_cast<std::int32_t>(Code("ascr")), "AppleScript"},
 };
-constexpr TVocabulary kLanguages{kLanguageWords, TVocabulary::Fallback::kCharacters};
-constexpr TWordCodec kLanguageCodec{kLanguages};
+constexpr TVocabulary kLanguages{kLanguageKeywords, TVocabulary::Fallback::kCharacters};
+constexpr TKeywordCodec kLanguageCodec{kLanguages};
 
 constexpr std::string_view kLanguageAttribute = "Type";
 constexpr std::string_view kDefaultScope = "Default";

@@ -1,5 +1,6 @@
 // Walks the tables of all action classes: what every row of every class has to keep.
 
+#include <cstdio>
 #include <gtest/gtest.h>
 #include <set>
 #include <string>
@@ -26,6 +27,20 @@ Status ReadSection(TQuerySpecification& action, FourCharCode code, std::string_v
   TDataFile file(AsBytes(payload));
   return action.ReadLegacyProperty(
       {&file, code, 0, static_cast<std::uint32_t>(payload.size()), &action});
+}
+
+/// Writes the action's legacy record and reads it into `copy`.
+void WriteAndReadBack(const TQuerySpecification& action, TQuerySpecification& copy) {
+  std::FILE* const stream = std::tmpfile();
+  TDataFile written(stream);
+  std::uint32_t size = 0;
+  TRecordHeader header;
+  ASSERT_EQ(action.WriteLegacy(written, size, header), Status::kOk);
+  std::string bytes(written.GetSize(), '\0');
+  std::rewind(stream);
+  ASSERT_EQ(std::fread(bytes.data(), 1, bytes.size(), stream), bytes.size());
+  TDataFile file(AsBytes(bytes));
+  EXPECT_EQ(copy.ReadLegacy(&file, header), Status::kOk);
 }
 
 template <class Action>
@@ -71,6 +86,13 @@ TYPED_TEST(ActionTable, EveryLegacyFieldCountsAndIsClonedAndWrittenBack) {
     EXPECT_EQ(changed.Clone(&target), nullptr);
     EXPECT_TRUE(target.IsEqual(changed));
     EXPECT_FALSE(initial.IsEqual(changed));
+    // The first is only read; list items are dropped unless their column is there.
+    if (row->code == Code("dflt") || row->code == Code("fval") || row->code == Code("sfvt") ||
+        row->code == Code("dfvt"))
+      continue;
+    TypeParam copy;
+    WriteAndReadBack(changed, copy);
+    EXPECT_TRUE(copy.IsEqual(changed));
   }
 }
 

@@ -134,17 +134,17 @@ void ExpectTheSameThroughTheLegacyForm(const LegacyFile& file) {
 
 TEST(SearchGroupSpecification, EverythingIsWrittenInOrderAndReadBack) {
   LegacyFile file;
-  file.Action("sgrp", "A").Block("sfvt", ListOf(1, Item({"O", "T", "a"}, "N", 7)));
-  file.Block("scit", ListOf(1, Column("a") + Input("drop") + Slot("<=", 12)));
-  file.Block("lcit", ListOf(1, Column("b") + Display(1)));
-  file.Block("lsrt", ListOf(2, Slots({"O", "T", "b"}) + BigEndian(256) + Slots({"", "T", "a"}) +
-                                   BigEndian(0)));
-  file.Block("join", ListOf(1, Join("Emp", "EMP", " =* ")));
-  file.Block("dcit", ListOf(1, Column("d") + Input("radi") + BigEndian(4) + std::string(8, '\0') +
-                                   Slot("p", 32) + "rest"));
-  file.Block("dfvt", ListOf(1, Item({"O", "T", "d"}, "M")));
-  file.Block("dltj", ListOf(1, Join("Emp", "Dep", " *= ")));
-  file.Block("spgf", Format("1")).Block("lpgf", Format("2")).Block("dpgf", Format("3"));
+  file.Action("sgrp", "A").Payload("sfvt", ListOf(1, Item({"O", "T", "a"}, "N", 7)));
+  file.Payload("scit", ListOf(1, Column("a") + Input("drop") + Slot("<=", 12)));
+  file.Payload("lcit", ListOf(1, Column("b") + Display(1)));
+  file.Payload("lsrt", ListOf(2, Slots({"O", "T", "b"}) + BigEndian(256) + Slots({"", "T", "a"}) +
+                                     BigEndian(0)));
+  file.Payload("join", ListOf(1, Join("Emp", "EMP", " =* ")));
+  file.Payload("dcit", ListOf(1, Column("d") + Input("radi") + BigEndian(4) + std::string(8, '\0') +
+                                     Slot("p", 32) + "rest"));
+  file.Payload("dfvt", ListOf(1, Item({"O", "T", "d"}, "M")));
+  file.Payload("dltj", ListOf(1, Join("Emp", "Dep", " *= ")));
+  file.Payload("spgf", Format("1")).Payload("lpgf", Format("2")).Payload("dpgf", Format("3"));
   AddTexts(file, "schd=sh scft=sf fbtn=Find srbn=Reset mrow=1.0 lchd=lh lcft=lf snre=none dchd=dh");
   AddTexts(file, "dcft=df delh=gone updh=done sbtn=Save drbn=Undo dbtn=Delete dtbl=T rslt=r");
   file.Number("mpgs", 0x80000000).Number("adel", 5);
@@ -195,9 +195,9 @@ TEST(SearchGroupSpecification, EverythingIsWrittenInOrderAndReadBack) {
 
 TEST(InsertGroupSpecification, EverythingIsWrittenInOrderAndReadBack) {
   LegacyFile file;
-  file.Action("igrp", "A").Block("frmt", Format("1"));
-  file.Block("fval", ListOf(1, Item({"a"}, "N", 1)));
-  file.Block("icol", ListOf(1, Column("a") + Input("pick")));
+  file.Action("igrp", "A").Payload("frmt", Format("1"));
+  file.Payload("fval", ListOf(1, Item({"a"}, "N", 1)));
+  file.Payload("icol", ListOf(1, Column("a") + Input("pick")));
   AddTexts(file, "rbtn=Reset sbtn=Save resp=thanks foot=f head=h");
   const std::string document = ToXml(file.Bytes());
   EXPECT_EQ(
@@ -277,7 +277,8 @@ TEST_P(BuilderOptions, AreWrittenReadAndCarried) {
   const std::string element = is_input ? "InputOptions" : "DisplayOptions";
   const std::string column = Column("a") + test.record;
   LegacyFile file;
-  file.Action(is_input ? "igrp" : "sgrp", "A").Block(is_input ? "icol" : "lcit", ListOf(1, column));
+  file.Action(is_input ? "igrp" : "sgrp", "A")
+      .Payload(is_input ? "icol" : "lcit", ListOf(1, column));
   const std::string document = ToXml(file.Bytes());
   const auto wrapped = [&](const std::string& xml) {
     return "<" + element + ">" + xml + "</" + element + ">";
@@ -339,17 +340,17 @@ TEST(ListItems, BelongToEveryListThatTheyNameExactlyInFileOrder) {
   const std::string columns = Column("a") + Input("drop") + Column("a") + Input("text") +
                               Column("b") + Input("radi") + Column("a") + Input("pick");
   LegacyFile file;
-  file.Action("igrp", "A").Block("fval", ListOf(5, items)).Block("icol", ListOf(4, columns));
+  file.Action("igrp", "A").Payload("fval", ListOf(5, items)).Payload("icol", ListOf(4, columns));
   EXPECT_EQ(ItemsOf(ToXml(file.Bytes())), "25||14|25|");
   ExpectTheSameThroughTheLegacyForm(file);
 }
 
 TEST(ListItems, OfOtherOwnersOrTablesAreDropped) {
   LegacyFile file;
-  file.Action("sgrp", "A").Block("scit", ListOf(1, Column("a") + Input("drop") + Slot("=", 12)));
-  file.Block("sfvt", ListOf(3, Item({"", "T", "a"}, "1") + Item({"O", "t", "a"}, "2") +
-                                   Item({"O", "T", "a"}, "3")));
-  file.Block("dfvt", ListOf(1, Item({"O", "T", "a"}, "4")));
+  file.Action("sgrp", "A").Payload("scit", ListOf(1, Column("a") + Input("drop") + Slot("=", 12)));
+  file.Payload("sfvt", ListOf(3, Item({"", "T", "a"}, "1") + Item({"O", "t", "a"}, "2") +
+                                     Item({"O", "T", "a"}, "3")));
+  file.Payload("dfvt", ListOf(1, Item({"O", "T", "a"}, "4")));
   EXPECT_EQ(ItemsOf(ToXml(file.Bytes())), "3");
 }
 
@@ -377,9 +378,9 @@ TEST(ListItems, SharedByTooManyColumnsAreMalformed) {
     std::string items;
     for (std::uint32_t i = 0; i < item_count; ++i) items += Item({"a"}, "1");
     LegacyFile file;
-    file.Action("igrp", "A").Block("icol", ListOf(200, columns));
+    file.Action("igrp", "A").Payload("icol", ListOf(200, columns));
     TZanfoFile loaded;
-    return test::LoadBytes(file.Block("fval", ListOf(item_count, items)).Bytes(), loaded);
+    return test::LoadBytes(file.Payload("fval", ListOf(item_count, items)).Bytes(), loaded);
   };
   // 16 MiB less 200 columns of 944 bytes, for items of 388 bytes that count 200 times each.
   EXPECT_EQ(load(213), Status::kOk);
@@ -398,7 +399,7 @@ class BuilderSize : public testing::TestWithParam<SizeCase> {};
 
 TEST_P(BuilderSize, IsUpgradedOrCopiedAsFarAsItFits) {
   const LegacyFile file =
-      LegacyFile().Action("sgrp", "A").Block(GetParam().code, GetParam().section);
+      LegacyFile().Action("sgrp", "A").Payload(GetParam().code, GetParam().section);
   EXPECT_THAT(Compact(ToXml(file.Bytes())), HasSubstr(GetParam().xml));
 }
 

@@ -35,26 +35,26 @@ std::string Enciphered(std::string_view text) {
 TEST(SearchSpecification, EverythingIsWrittenInOrderAndReadBack) {
   const std::string column = Slots(128, {"T", "C"}) + BigEndian(12) + "\1\2\3\4" +
                              BigEndian(0xFFFFFF9C) + Slots(128, {"RT", "RC"});
-  const std::string document =
-      ToXml(LegacyFile()
-                .Action("srch", "S")
-                .Text("maxm", "10")
-                .Text("strr", "1")
-                .Block("join", ListOf(1, Slots(128, {"c1", "t1", "c2", "t2"}) + " =* " +
-                                             std::string(132, 'x')))
-                .Block("have", ListOf(2, Slots(128, {"", "=", "c", "", "", "", "", "no"}) +
-                                             Slots(128, {"or", "", "", "t", "", "", "", ""})))
-                .Block("crit", ListOf(2, Slots(128, {"", "<", "c", "t", "5", "0", "true", "true"}) +
-                                             Slots(128, {"or", "ignored", "", "", "", "", "", ""})))
-                .Block("grup", ListOf(1, Slots(128, {"T", "G"})))
-                .Block("ordr", ListOf(2, Slots(128, {"O.T", "C", "TRUE", "T", "D", "down"})))
-                .Block("slct", ListOf(1, Slots(128, {"T", "C", "A"})))
-                .Block("cols", ListOf(1, column))
-                .Block("tabl", ListOf(2, std::string("T\0O.U\0", 6)))
-                .Number("rdro", 0x80000000)
-                .Number("totr", 1)
-                .Text("cmnt", "note")
-                .Bytes());
+  const std::string document = ToXml(
+      LegacyFile()
+          .Action("srch", "S")
+          .Text("maxm", "10")
+          .Text("strr", "1")
+          .Payload("join",
+                   ListOf(1, Slots(128, {"c1", "t1", "c2", "t2"}) + " =* " + std::string(132, 'x')))
+          .Payload("have", ListOf(2, Slots(128, {"", "=", "c", "", "", "", "", "no"}) +
+                                         Slots(128, {"or", "", "", "t", "", "", "", ""})))
+          .Payload("crit", ListOf(2, Slots(128, {"", "<", "c", "t", "5", "0", "true", "true"}) +
+                                         Slots(128, {"or", "ignored", "", "", "", "", "", ""})))
+          .Payload("grup", ListOf(1, Slots(128, {"T", "G"})))
+          .Payload("ordr", ListOf(2, Slots(128, {"O.T", "C", "TRUE", "T", "D", "down"})))
+          .Payload("slct", ListOf(1, Slots(128, {"T", "C", "A"})))
+          .Payload("cols", ListOf(1, column))
+          .Payload("tabl", ListOf(2, std::string("T\0O.U\0", 6)))
+          .Number("rdro", 0x80000000)
+          .Number("totr", 1)
+          .Text("cmnt", "note")
+          .Bytes());
   EXPECT_EQ(
       Compact(ElementOf(document, "SearchAction")),
       R"(<SearchAction TotalRows="True" DistinctRows="True" DSID="DataSource.0" DeploymentDSID="DataSource.0" ID="S" Sig="fdc0c260">)"
@@ -86,7 +86,7 @@ TEST(SearchSpecification, CarriedFieldsSurviveTheLegacyForm) {
   const std::string join =
       ListOf(1, Slots(128, {"c1", "t1", "c2", "t2"}) + "iseq" + std::string(132, 'x'));
   TZanfoFile file;
-  ASSERT_EQ(test::LoadBytes(LegacyFile().Action("srch", "S").Block("join", join).Bytes(), file),
+  ASSERT_EQ(test::LoadBytes(LegacyFile().Action("srch", "S").Payload("join", join).Bytes(), file),
             Status::kOk);
   EXPECT_NE(test::SaveToLegacy(file).find(join), std::string::npos);
 }
@@ -105,7 +105,7 @@ class Upgrade : public testing::TestWithParam<UpgradeCase> {};
 TEST_P(Upgrade, FillsTheCurrentRecord) {
   const UpgradeCase& test = GetParam();
   const std::string xml = Compact(ElementOf(
-      ToXml(LegacyFile().Action("insr", "I").Block(test.code, ListOf(1, test.record)).Bytes()),
+      ToXml(LegacyFile().Action("insr", "I").Payload(test.code, ListOf(1, test.record)).Bytes()),
       test.element));
   EXPECT_EQ(xml, test.xml);
 }
@@ -237,7 +237,7 @@ INSTANTIATE_TEST_SUITE_P(
 TEST(UpdateSpecification, HoldsThePartsOfItsBasesInOrder) {
   const std::string file = LegacyFile()
                                .Action("updt", "U")
-                               .Block("valu", ListOf(1, Slots(128, {"c", "v", "n", "i", "q"})))
+                               .Payload("valu", ListOf(1, Slots(128, {"c", "v", "n", "i", "q"})))
                                .Text("cmnt", "note")
                                .Number("cmit", 0x100)
                                .Number("dflt", 1)

@@ -84,8 +84,8 @@ INSTANTIATE_TEST_SUITE_P(
                    LegacyFile()
                        .Action("if  ", "A")
                        .Text("ifex", "a<b")
-                       .Block("ieei", ListOf(2, Slots(128, {"", "l", "equals", "r"}) +
-                                                    Slots(128, {"and", "", "", ""}))),
+                       .Payload("ieei", ListOf(2, Slots(128, {"", "l", "equals", "r"}) +
+                                                      Slots(128, {"and", "", "", ""}))),
                    "IfAction",
                    R"(<IfAction ID="A"><Expression><![CDATA[a<b]]></Expression><ExpressionInfo>)"
                    R"(<ExpLeft>l</ExpLeft><ExpRight>r</ExpRight><Operator>equa</Operator>)"
@@ -94,7 +94,7 @@ INSTANTIATE_TEST_SUITE_P(
         ActionCase{"WhileWritesAttributes",
                    LegacyFile()
                        .Action("whil", "A")
-                       .Block("weit", ListOf(1, Slots(128, {"", "l", "equals", "r"}))),
+                       .Payload("weit", ListOf(1, Slots(128, {"", "l", "equals", "r"}))),
                    "WhileAction",
                    R"(<WhileAction ID="A"><ExpressionInfo Conjunction="" Operator="equals">)"
                    R"(<ExpLeft>l</ExpLeft><ExpRight>r</ExpRight></ExpressionInfo></WhileAction>)"},
@@ -130,9 +130,9 @@ INSTANTIATE_TEST_SUITE_P(
             "AssignTellsCookiesFromVariables",
             LegacyFile()
                 .Action("asgn", "A")
-                .Block("agit",
-                       ListOf(3, AssignItem("a", "x", "user") + AssignItem("1", "y", "DEFAULT") +
-                                     AssignItem("", "z", "COOKIE", "30", "/", "d", 7))),
+                .Payload("agit",
+                         ListOf(3, AssignItem("a", "x", "user") + AssignItem("1", "y", "DEFAULT") +
+                                       AssignItem("", "z", "COOKIE", "30", "/", "d", 7))),
             "AssignAction", AssignElement("", ""),
             AssignElement("<Scope/>", "<ResultsOutput Ref=\"A.Results\"/>"), AssignElement("", "")},
         ActionCase{"MailHasItsDefaults",
@@ -146,24 +146,24 @@ INSTANTIATE_TEST_SUITE_P(
                    LegacyFile()
                        .Action("aevt", "A")
                        .Number("plat", 0x61657678)
-                       .Block("aevx", Parameters("", "ls")),
+                       .Payload("aevx", Parameters("", "ls")),
                    "CommandLineAction",
                    R"(<CommandLineAction ID="A"><Command>ls</Command><VariableList>)"
                    R"(<VariableItem><Name>n1</Name><Value>v1</Value></VariableItem>)"
                    R"(<VariableItem><Name/><Value>v2</Value></VariableItem></VariableList>)"
                    R"(</CommandLineAction>)"},
         ActionCase{"EventThatEndsEarlyKeepsWhatIsWhole",
-                   LegacyFile().Action("aevt", "A").Block("aevt", "core"), "AppleEventAction",
+                   LegacyFile().Action("aevt", "A").Payload("aevt", "core"), "AppleEventAction",
                    R"(<AppleEventAction ID="A"><Target/><EventClass>core</EventClass>)"
                    R"(<EventCode>????</EventCode><VariableList/></AppleEventAction>)"},
         ActionCase{"LibraryHasParameters",
-                   LegacyFile().Action("adll", "A").Block("exev", Parameters("", "lib") + "rest"),
+                   LegacyFile().Action("adll", "A").Payload("exev", Parameters("", "lib") + "rest"),
                    "ExternalDLLAction",
                    R"(<ExternalDLLAction ID="A"><Target>lib</Target><ParameterList>)"
                    R"(<ParameterItem>v1</ParameterItem><ParameterItem>v2</ParameterItem>)"
                    R"(</ParameterList></ExternalDLLAction>)"},
         ActionCase{"FileReadsAllOfItByDefault",
-                   LegacyFile().Action("flvt", "A").Text("flnm", "f").Block("flmd", "r"),
+                   LegacyFile().Action("flvt", "A").Text("flnm", "f").Payload("flmd", "r"),
                    "FileAction",
                    R"(<FileAction ID="A"><ReadFile><Name>f</Name><Range>%0.$</Range><Variable/>)"
                    R"(</ReadFile></FileAction>)"},
@@ -194,7 +194,7 @@ INSTANTIATE_TEST_SUITE_P(
                        .Number("type", 0x6265616E)
                        .Text("name", "C")
                        .Text("port", "80")
-                       .Block("argu", ListOf(1, "x")),
+                       .Payload("argu", ListOf(1, "x")),
                    "JavaAction",
                    R"(<JavaAction Type="Bean" ID="A"><Class>C</Class><JavaServer/>)"
                    R"(<JavaServerPort>80</JavaServerPort><ParameterList>)"
@@ -269,10 +269,10 @@ INSTANTIATE_TEST_SUITE_P(
                     EqualCase{"OperatorByFourCharacters",
                               LegacyFile()
                                   .Action("if  ", "A")
-                                  .Block("ieei", ListOf(1, Slots(128, {"", "l", "equals", "r"})))
+                                  .Payload("ieei", ListOf(1, Slots(128, {"", "l", "equals", "r"})))
                                   .Bytes()},
                     EqualCase{"FileReadWithoutVariables",
-                              LegacyFile().Action("flvt", "A").Block("flmd", "r").Bytes()},
+                              LegacyFile().Action("flvt", "A").Payload("flmd", "r").Bytes()},
                     EqualCase{"FileWithoutOperation", DocumentWith("<FileAction ID='A'/>", "")}),
     [](const testing::TestParamInfo<EqualCase>& test_case) { return test_case.param.name; });
 
@@ -300,12 +300,12 @@ TEST(AssignSpecification, ResultsAreRebuiltAsServerTags) {
 TEST(AssignSpecification, SectionIsBoundedByTheFileAndKeepsWhatWasRead) {
   const std::string items = ListOf(2, AssignItem("v", "a", "s") + BigEndian(0xFFFFFFFF));
   TZanfoFile file;
-  EXPECT_EQ(test::LoadBytes(LegacyFile().Action("asgn", "A").Block("agit", items).Bytes(), file),
+  EXPECT_EQ(test::LoadBytes(LegacyFile().Action("asgn", "A").Payload("agit", items).Bytes(), file),
             Status::kFailure);
   // A section that claims no length at all is read all the same.
   std::string bytes = LegacyFile()
                           .Action("asgn", "A")
-                          .Block("agit", ListOf(1, AssignItem("v\rw", "a", "s")))
+                          .Payload("agit", ListOf(1, AssignItem("v\rw", "a", "s")))
                           .Bytes();
   bytes.replace(bytes.find("agit") + 8, 4, BigEndian(0));
   EXPECT_NE(ToXml(bytes).find("<Value><![CDATA[v\r\nw]]></Value>"), std::string::npos);
@@ -314,7 +314,7 @@ TEST(AssignSpecification, SectionIsBoundedByTheFileAndKeepsWhatWasRead) {
 TEST(ConditionLists, SlicesOverlapWhenTheCountIsTooGreat) {
   const auto lefts = [](std::uint32_t count, std::string_view records) {
     const std::string document =
-        ToXml(LegacyFile().Action("if  ", "A").Block("ieei", ListOf(count, records)).Bytes());
+        ToXml(LegacyFile().Action("if  ", "A").Payload("ieei", ListOf(count, records)).Bytes());
     std::string found;
     for (std::size_t at = 0; (at = document.find("<ExpLeft>", at)) != std::string::npos; ++at)
       found += document.substr(at + 9, document.find('<', at + 1) - at - 9) + ",";

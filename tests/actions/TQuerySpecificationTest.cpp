@@ -123,9 +123,9 @@ TEST(QuerySpecification, AssignmentsAreKeptAndLongOnesCountAlone) {
   TZanfoFile file;
   ASSERT_EQ(test::LoadBytes(LegacyFile()
                                 .Action("null", "A")
-                                .Block("assn", record("a", "short", 256))
-                                .Block("assx", record("a", std::string(300, 'v'), 1024) + "cut")
-                                .Block("assn", record("a", "late", 256))
+                                .Payload("assn", record("a", "short", 256))
+                                .Payload("assx", record("a", std::string(300, 'v'), 1024) + "cut")
+                                .Payload("assn", record("a", "late", 256))
                                 .Bytes(),
                             file),
             Status::kOk);
@@ -196,7 +196,7 @@ TEST(QuerySpecification, RecordSizeGrowsByNameAndSections) {
   TZanfoFile file;
   ASSERT_EQ(
       test::LoadBytes(
-          LegacyFile().Action("null", "Abc").Text("cmnt", "12345").Block("xxxx", "12").Bytes(),
+          LegacyFile().Action("null", "Abc").Text("cmnt", "12345").Payload("xxxx", "12").Bytes(),
           file),
       Status::kOk);
   EXPECT_EQ(file.GetApplication().total_record_size, 168U + 3 + 6 + 2);

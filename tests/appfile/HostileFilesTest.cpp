@@ -36,7 +36,7 @@ std::string WithEntry(std::string bytes, std::string_view code, std::uint32_t of
 LegacyFile Commented() { return LegacyFile().Action("null", "A").Text("cmnt", "c"); }
 
 std::string WithList(std::string_view type, std::string_view code, std::string_view payload) {
-  return LegacyFile().Action(type, "A").Block(code, payload).Bytes();
+  return LegacyFile().Action(type, "A").Payload(code, payload).Bytes();
 }
 
 std::string Repeat(std::string_view text, std::size_t count) {
@@ -111,11 +111,11 @@ INSTANTIATE_TEST_SUITE_P(
         HostileCase{"SectionIsItsOwnMap", WithEntry(Commented().Bytes(), "cmnt", 98, 4),
                     ActionWith("cmnt"), "Actions"},
         HostileCase{"ActionIsTheFileItself",
-                    WithEntry(LegacyFile().Block("head", "").Bytes(), "head", 0, 0),
+                    WithEntry(LegacyFile().Payload("head", "").Bytes(), "head", 0, 0),
                     "<Program><ActionRef Ref=\"\"/></Program>", "Program"},
         HostileCase{"ActionIsItsOwnSection", WithEntry(Commented().Bytes(), "cmnt", 48 + 16, 1),
                     ActionWith("A"), "Actions"},
-        HostileCase{"SizeZero", Commented().Block("cmnt", "").Bytes(),
+        HostileCase{"SizeZero", Commented().Payload("cmnt", "").Bytes(),
                     "<Actions><ResultAction ID=\"A\" Sig=\"457c797f\"/></Actions>", "Actions"},
         HostileCase{"SizeMinusOne", WithEntry(Commented().Bytes(), "cmnt", 96, kHuge), kFailure},
         HostileCase{"SizeOneTooMuch", WithEntry(Commented().Bytes(), "cmnt", 96, 27), kFailure},
@@ -126,10 +126,10 @@ INSTANTIATE_TEST_SUITE_P(
             "NumberCut",
             WithEntry(LegacyFile().Action("null", "A").Number("push", 1).Bytes(), "push", 121, 4),
             kFailure},
-        HostileCase{"MapOfAnActionIsThatOfTheFile", Commented().SetWord(48 + 8, 110).Bytes(),
+        HostileCase{"MapOfAnActionIsThatOfTheFile", Commented().SetNumber(48 + 8, 110).Bytes(),
                     "<Program><ActionRef Ref=\"A\"/></Program>", "Program"},
         HostileCase{"RunOnlyButNotScrambled",
-                    LegacyFile().Action("null", "A").SetWord(4, 0x72646F63).Bytes(), "<Actions/>",
+                    LegacyFile().Action("null", "A").SetNumber(4, 0x72646F63).Bytes(), "<Actions/>",
                     "Actions"},
         HostileCase{"LoginBlockCut", LegacyFile().Text("user", "ZC1:6453d41f3e59b5").Bytes(),
                     "<UserName>ZC1:6453d41f3e59b5</UserName>", "UserName"},

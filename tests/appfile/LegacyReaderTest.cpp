@@ -73,14 +73,14 @@ INSTANTIATE_TEST_SUITE_P(
         StatusCase{"FormatTooNew", LegacyFile("appl", 0x01000004), Status::kUnsupportedFormat},
         StatusCase{"FormatNegative", LegacyFile("appl", kHuge), Status::kUnsupportedFormat},
         StatusCase{"NoActions", LegacyFile(), Status::kOk},
-        StatusCase{"MapCountTooGreat", LegacyFile().Action("null", "A").SetWord(12, 2),
+        StatusCase{"MapCountTooGreat", LegacyFile().Action("null", "A").SetNumber(12, 2),
                    Status::kMalformed},
-        StatusCase{"MapCountHuge", LegacyFile().Action("null", "A").SetWord(12, kHuge),
+        StatusCase{"MapCountHuge", LegacyFile().Action("null", "A").SetNumber(12, kHuge),
                    Status::kMalformed},
-        StatusCase{"MapBeyondTheEnd", LegacyFile().Action("null", "A").SetWord(8, kHuge),
+        StatusCase{"MapBeyondTheEnd", LegacyFile().Action("null", "A").SetNumber(8, kHuge),
                    Status::kMalformed},
-        StatusCase{"EmptyMapBeyondTheEnd", LegacyFile().SetWord(8, kHuge), Status::kOk},
-        StatusCase{"ActionHeaderCut", LegacyFile().Block("head", ""), Status::kFailure},
+        StatusCase{"EmptyMapBeyondTheEnd", LegacyFile().SetNumber(8, kHuge), Status::kOk},
+        StatusCase{"ActionHeaderCut", LegacyFile().Payload("head", ""), Status::kFailure},
         StatusCase{"ParentIsNoAncestor",
                    LegacyFile()
                        .Action("cntr", "R")
@@ -101,14 +101,17 @@ INSTANTIATE_TEST_SUITE_P(
                    LegacyFile().Action("cntr", "R", "", 0).Action("null", "A", "R", 0x01000003),
                    Status::kOk, "R<R A<R "},
         StatusCase{"ActionMapNotWholeReadsNothing",
-                   LegacyFile().Action("cntr", "R").Text("cmnt", "c").SetWord(48 + 12, kHuge),
+                   LegacyFile().Action("cntr", "R").Text("cmnt", "c").SetNumber(48 + 12, kHuge),
                    Status::kOk, "R<R "},
-        StatusCase{
-            "EmptySectionAtTheEndFails",
-            LegacyFile().Block("titl", "").SetWord(48, 0x7469746C).SetWord(52, 60).SetWord(56, 0),
-            Status::kFailure},
+        StatusCase{"EmptySectionAtTheEndFails",
+                   LegacyFile()
+                       .Payload("titl", "")
+                       .SetNumber(48, 0x7469746C)
+                       .SetNumber(52, 60)
+                       .SetNumber(56, 0),
+                   Status::kFailure},
         StatusCase{"UnknownSectionsAreNotRead",
-                   LegacyFile().Block("xxxx", "").SetWord(52, kHuge).SetWord(56, kHuge),
+                   LegacyFile().Payload("xxxx", "").SetNumber(52, kHuge).SetNumber(56, kHuge),
                    Status::kOk}),
     [](const testing::TestParamInfo<StatusCase>& test_case) { return test_case.param.name; });
 
@@ -161,8 +164,8 @@ TEST(LegacyReader, WorkIsBoundedByTheFileSize) {
   constexpr std::uint32_t kBlockSize = 3 << 20;
   const auto file_with_claims = [](std::size_t count) {
     LegacyFile file;
-    file.Block("xxxx", std::string(kBlockSize, 'x')).Action("cntr", "R");
-    for (std::size_t i = 0; i < count; ++i) file.Block("cmnt", "");
+    file.Payload("xxxx", std::string(kBlockSize, 'x')).Action("cntr", "R");
+    for (std::size_t i = 0; i < count; ++i) file.Payload("cmnt", "");
     std::string bytes = file.Bytes();
     for (std::size_t at = bytes.find("cmnt"); at != std::string::npos;
          at = bytes.find("cmnt", at + 4))

@@ -176,7 +176,7 @@ TEST_F(ConversionRun, WalksAsDeepAsPathNamesReach) {
 TEST_F(ConversionRun, ReportsEveryFailureOfMemoryAndMistakesNothing) {
   std::filesystem::copy_file(ZAF2XML_SAMPLES "/guestbook.zaf", directory_.Path("in/a.zaf"));
   directory_.Write("in/sub/b.zaf",
-                   LegacyFile().Action("igrp", "A").Block("frmt", std::string(640, 'f')).Bytes());
+                   LegacyFile().Action("igrp", "A").Payload("frmt", std::string(640, 'f')).Bytes());
   ASSERT_EQ(Run({"-r"}), "");
   const auto all = directory_.List("out");
   const std::string content = directory_.Read("out/a.xzf");

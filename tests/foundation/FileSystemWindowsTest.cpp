@@ -16,8 +16,9 @@ using testing::IsEmpty;
 TEST(FileSystem, NamesOfDevicesAndStreamsFailAndLoseNothing) {
   const TTestDirectory directory;
   directory.Write("a", "mine");
-  for (const char* name : {"con", "NUL.txt", "com1.a.b", "LPT\xC2\xB2", "aux .x", "conout$", "a:b",
-                           "a::$DATA", ":b", "a.", "a ", "a|b", "a?", "\xFF", "\xED\xA0\x80"}) {
+  for (const char* name :
+       {"con", "NUL.txt", "com1.a.b", "LPT\xC2\xB2", "aux .x", "conout$", "a:b", "a::$DATA", ":b",
+        "a.", "a ", "a|b", "a?", "\xFF", "\xED\xA0\x80", "\xEF\xBF\xBD"}) {
     const CText path(directory.Path() + "\\" + name);
     TInputFile input;
     TNewFile output;

@@ -65,14 +65,14 @@ LegacyFile& LegacyFile::Action(std::string_view type, std::string_view name,
 }
 
 LegacyFile& LegacyFile::Text(std::string_view code, std::string_view text) {
-  return Block(code, std::string(text) + '\0');
+  return Payload(code, std::string(text) + '\0');
 }
 
 LegacyFile& LegacyFile::Number(std::string_view code, std::uint32_t value) {
-  return Block(code, BigEndian(value));
+  return Payload(code, BigEndian(value));
 }
 
-LegacyFile& LegacyFile::Block(std::string_view code, std::string_view bytes) {
+LegacyFile& LegacyFile::Payload(std::string_view code, std::string_view bytes) {
   records_.back().sections.push_back({std::string(code), std::string(bytes)});
   return *this;
 }
@@ -82,7 +82,7 @@ LegacyFile& LegacyFile::TruncateTo(std::size_t size) {
   return *this;
 }
 
-LegacyFile& LegacyFile::SetWord(std::size_t offset, std::uint32_t value) {
+LegacyFile& LegacyFile::SetNumber(std::size_t offset, std::uint32_t value) {
   damages_.push_back({false, offset, value});
   return *this;
 }

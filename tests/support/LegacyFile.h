@@ -22,8 +22,7 @@ std::string Slots(std::size_t width, std::initializer_list<std::string_view> tex
 std::string ListOf(std::uint32_t count, std::string_view records);
 
 /// Payloads of sections, among them some that any type of field takes: numbers, codes, texts, lists
-/// of records of many sizes, blocks. At least one of those changes the field from its initial
-/// value.
+/// of records of many sizes, bytes. At least one of those changes the field from its initial value.
 std::vector<std::string> SectionPayloads();
 
 /// Builds the bytes of a legacy file, sound by default. Sections before the first Action belong to
@@ -38,10 +37,10 @@ class LegacyFile {
                      std::uint32_t format = 0x01000002);
   LegacyFile& Text(std::string_view code, std::string_view text);  ///< With its NUL.
   LegacyFile& Number(std::string_view code, std::uint32_t value);
-  LegacyFile& Block(std::string_view code, std::string_view bytes);
+  LegacyFile& Payload(std::string_view code, std::string_view bytes);
 
   LegacyFile& TruncateTo(std::size_t size);
-  LegacyFile& SetWord(std::size_t offset, std::uint32_t value);
+  LegacyFile& SetNumber(std::size_t offset, std::uint32_t value);
 
   /// The file. A run-only one ("rdoc") is scrambled behind its header.
   [[nodiscard]] std::string Bytes() const;

@@ -8,12 +8,12 @@
 namespace zaf {
 namespace {
 
-// What looks at texts by blocks has to find a character at every place of texts of every size
-// around one, two and three blocks.
+// Functions that examine a text 16 characters at a time must find a character at every place of
+// texts of every size around one, two and three times 16.
 
 constexpr std::size_t kLongest = 3 * dom::kBlock + 2;
 
-TEST(BlockEdges, LineFeedsAreAddedEverywhere) {
+TEST(TextEdges, LineFeedsAreAddedEverywhere) {
   for (std::size_t size = 0; size <= kLongest; ++size)
     for (std::size_t first = 0; first <= size; ++first)
       for (const std::size_t distance : {std::size_t{1}, std::size_t{2}, dom::kBlock}) {
@@ -27,7 +27,7 @@ TEST(BlockEdges, LineFeedsAreAddedEverywhere) {
       }
 }
 
-TEST(BlockEdges, CharactersThatCountAreFoundEverywhere) {
+TEST(TextEdges, CharactersThatCountAreFoundEverywhere) {
   for (std::size_t size = 1; size <= kLongest; ++size)
     for (std::size_t place = 0; place < size; ++place)
       for (const char c : {'\0', '\x1F', '\r', '\n', '<', '\x7F', '\xFF', 'x'}) {

@@ -5,8 +5,9 @@
 
 namespace zaf {
 
-/// A section that is carried as it stands. It has no XML form.
-class TBlockCodec final : public TFieldCodec {
+/// A section of opaque bytes, carried unchanged from legacy file to legacy file. It has no XML
+/// form. An empty one has no section.
+class TBytesCodec final : public TFieldCodec {
  public:
   Status ReadLegacy(const TProperty& row, void* field,
                     const TLegacySection& section) const override;
@@ -14,11 +15,11 @@ class TBlockCodec final : public TFieldCodec {
   bool IsEqual(const void* field, const void* other) const override;
 };
 
-inline constexpr TBlockCodec kBlockCodec{};
+inline constexpr TBytesCodec kBytesCodec{};
 
 template <>
 struct TCodecOf<CData> {
-  static constexpr const TFieldCodec& kCodec = kBlockCodec;
+  static constexpr const TFieldCodec& kCodec = kBytesCodec;
 };
 
 }  // namespace zaf
