@@ -272,9 +272,11 @@ TEST(TDataFile, ShortReadOfAStreamLeavesTheResult) {
 }
 
 TEST(TDataFile, BoundsTheWorkOfAStream) {
-  std::string content(std::size_t{1} << 20, 'x');
-  TDataFile file(fmemopen(content.data(), content.size(), "r+b"));
-  std::string buffer = content;
+  const TTestDirectory directory;
+  std::string buffer(std::size_t{1} << 20, 'x');
+  directory.Write("file", buffer);
+  TDataFile file;
+  ASSERT_EQ(file.Open(directory.Name("file"), TOpenMode::kReadWrite), Status::kOk);
   for (int i = 0; i < 16; ++i)
     ASSERT_EQ(file.ReadAt(kCode, 0, Length(buffer), buffer.data()), Status::kOk);
   EXPECT_EQ(file.ReadAt(kCode, 0, 1, buffer.data()), Status::kMalformed);
