@@ -146,6 +146,11 @@ class TFileConversion {
     return std::move(result_);
   }
 
+  static FileOutcome NotStored(const TDataFile& output) {
+    return output.HasWriteFailed() ? FileOutcome::kOutputNotWritten
+                                   : FileOutcome::kOutputNotCreated;
+  }
+
   /// Writes the document to a new file at the path. What was written is removed when it is not
   /// whole.
   void WriteOutput(const CText& path) {
@@ -158,7 +163,7 @@ class TFileConversion {
         if (status != Status::kOk) return FileOutcome::kOutputNotWritten;
       }
       status = output.OpenNew(path);
-      if (status != Status::kOk) return FileOutcome::kOutputNotCreated;
+      if (status != Status::kOk) return NotStored(output);
       if (request_.target == TargetForm::kLegacy) {
         output.SetScrambled(false);
         const std::span<std::byte> bytes = image.GetBytes();
@@ -170,16 +175,15 @@ class TFileConversion {
     };
     const auto publish = [&] {
       status = output.Publish();
-      if (status == Status::kOk) return FileOutcome::kConverted;
-      return output.HasWriteFailed() ? FileOutcome::kOutputNotWritten
-                                    : FileOutcome::kOutputNotCreated;
+      return status == Status::kOk ? FileOutcome::kConverted : NotStored(output);
     };
     FileOutcome outcome = Attempt(save, FileOutcome::kOutputNotWritten);
     if (outcome == FileOutcome::kConverted)
       outcome = Attempt(publish, FileOutcome::kOutputNotWritten);
     result_.outcome = outcome;
     result_.status = status;
-    if (outcome == FileOutcome::kOutputNotWritten) result_.is_disk_failure = output.HasWriteFailed();
+    if (outcome == FileOutcome::kOutputNotWritten)
+      result_.is_disk_failure = output.HasWriteFailed();
     output.Close();
     if (outcome != FileOutcome::kConverted) return;
     result_.bytes_out = output.GetWritten();

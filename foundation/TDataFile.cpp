@@ -145,7 +145,7 @@ Status TDataFile::Open(const CText& name, TOpenMode mode) {
   if (is_in_memory_) return Status::kFailure;
   Close();
   if (mode == TOpenMode::kRead) return OpenImage(name);
-  stream_ = std::fopen(name.GetCString(), StreamMode(mode));
+  stream_ = OpenStream(name, StreamMode(mode));
   return Result(stream_ != nullptr);
 }
 
@@ -219,9 +219,7 @@ int TDataFile::Close() {
   return 0;
 }
 
-int TDataFile::DeleteFile(const CText& name) {
-  return std::remove(name.GetCString()) == 0 ? 0 : -1;
-}
+int TDataFile::DeleteFile(const CText& name) { return RemoveFile(name) ? 0 : -1; }
 
 std::uint32_t TDataFile::GetSize() {
   std::uint64_t size = size_;

@@ -96,8 +96,8 @@ class TDataFile : public TDiskFile {
   /// the name exists already or the content could not be stored.
   Status Publish();
   /// Whether the content of a file opened with OpenNew could not be stored: Write failed, or
-  /// Publish did for lack of space. When Publish fails and this is false, the name could not be
-  /// created.
+  /// Publish did for lack of space, or no file of this system can have that name. When OpenNew or
+  /// Publish fails and this is false, the name could not be created.
   [[nodiscard]] bool HasWriteFailed() const { return new_file_.HasWriteFailed(); }
 
  protected:

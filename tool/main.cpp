@@ -28,9 +28,14 @@ int EndParsing(const CLI::App& program, const CLI::ParseError& end) {
 
 }  // namespace
 
-int main(int argument_count, char** arguments) {
+#ifdef _WIN32
+#define main wmain
+#endif
+
+int main(int argument_count, zaf::TArgumentCharacter** argument_values) {
   try {
     zaf::PrepareProcess();
+    const zaf::TArguments arguments(argument_count, argument_values);
     zaf::SetBinaryOutput();
     CLI::App program("Brings applications of Zanfo 3.x over to XML documents, and back.", "zaf");
     program.set_version_flag("--version", "zaf " + std::string(zaf::kVersion));
@@ -40,7 +45,7 @@ int main(int argument_count, char** arguments) {
     zaf::AddCheckCommand(program, action);
     zaf::AddCompletionCommand(program, action);
     try {
-      program.parse(argument_count, arguments);
+      program.parse(argument_count, arguments.Get().data());
     } catch (const CLI::ParseError& end) {
       return EndParsing(program, end);
     }
