@@ -238,16 +238,10 @@ bool TDataFile::FindPlainImage() {
   return is_plain_image_;
 }
 
-Status TDataFile::ViewText(FourCharCode code, std::uint32_t offset, std::uint32_t length,
-                           std::string_view& text) {
-  if (!IsPlainImage()) {
-    const Status status = ReadText(code, offset, length, text_);
-    if (status == Status::kOk) text = text_.View();
-    return status;
-  }
-  ByteView block;
-  const Status status = TakeBlock(offset, length, block);
-  if (status == Status::kOk) text = TextOfSection(block);
+Status TDataFile::FetchText(FourCharCode code, std::uint32_t offset, std::uint32_t length,
+                            std::string_view& text) {
+  const Status status = ReadText(code, offset, length, text_);
+  if (status == Status::kOk) text = text_.View();
   return status;
 }
 

@@ -65,7 +65,13 @@ class TDataFile : public TDiskFile {
   }
   /// The same for a text section, by ReadText. One final NUL is not part of the text.
   Status ViewText(FourCharCode code, std::uint32_t offset, std::uint32_t length,
-                  std::string_view& text);
+                  std::string_view& text) {
+    if (!IsPlainImage()) return FetchText(code, offset, length, text);
+    ByteView block;
+    const Status status = TakeBlock(offset, length, block);
+    if (status == Status::kOk) text = TextOfSection(block);
+    return status;
+  }
 
   /// Sets whether the bytes of the file are scrambled. The image of a file in memory is transformed
   /// in place, once, when this changes, so its reads return plain bytes from then on.
@@ -108,6 +114,8 @@ class TDataFile : public TDiskFile {
   /// Whether sections can be taken from the image without a virtual call that could be overridden.
   [[nodiscard]] bool IsPlainImage() { return is_plain_image_ || FindPlainImage(); }
   [[nodiscard]] bool FindPlainImage();
+  Status FetchText(FourCharCode code, std::uint32_t offset, std::uint32_t length,
+                   std::string_view& text);
   Status OpenImage(const CText& name);
   [[nodiscard]] bool AllocateImage(std::uint64_t size);
   void TakeImage(std::uint32_t size);
