@@ -20,7 +20,8 @@ namespace zaf {
 /// - `Properties()`: the rows of its own fields, in the order of the XML element; the `BasePart()`
 ///   row says where the part of `Base` goes. Every class declares it, if only to return no rows.
 /// - `LegacyOrder()`, optional: the order of its legacy sections where that differs; kNoCode stands
-///   for the sections of `Base`, which else come last.
+///   for the sections of `Base`, which else come last;
+/// - `kBaseSectionsFirst`, optional: the sections of `Base` come first instead. Classes inherit it.
 /// - `kReadByHand`, where it overrides ReadLegacyProperty and is itself a base: the codes for which
 ///   it does so.
 ///
@@ -31,10 +32,8 @@ class TTableSpecification : public Base {
  public:
   TTableSpecification() { this->SetTypeCode(Action::kTypeCode); }
 
-  std::unique_ptr<TQuerySpecification> Clone(TQuerySpecification* target) const override {
-    if (target == nullptr) return std::make_unique<Action>(Self());
-    static_cast<Action&>(*target) = Self();
-    return nullptr;
+  Status Clone(std::unique_ptr<TQuerySpecification>& target) const override {
+    return CloneAction(Self(), target);
   }
 
   bool IsEqual(const TQuerySpecification& other) const override {
@@ -61,6 +60,9 @@ class TTableSpecification : public Base {
         if (status != Status::kOk) return status;
       }
       return Status::kOk;
+    } else if constexpr (requires { Action::kBaseSectionsFirst; }) {
+      const Status status = Base::WriteLegacyProperties(out);
+      return status == Status::kOk ? WriteLegacyRows(Rows(), &Self(), out) : status;
     } else {
       const Status status = WriteLegacyRows(Rows(), &Self(), out);
       return status == Status::kOk ? Base::WriteLegacyProperties(out) : status;

@@ -13,23 +13,29 @@ constexpr FourCharCode kActionEntry = Code("head");
 /// Reads the action whose record header is at `offset` and places it in the tree. An action of a
 /// format that is too new ends the load: `is_too_new` is then set and the status is kOk.
 Status ReadAction(TDataFile& file, std::uint32_t offset, const TQuerySpecificationServer& server,
-                  TApplication& application, bool& is_too_new) {
+                  TApplication& application, TLoadProgress* progress, bool& is_too_new) {
   TRecordHeader header;
   if (const Status status = ReadRecordHeader(file, offset, header); status != Status::kOk)
     return status;
   is_too_new = header.format > kNewestFormat;
   if (is_too_new) return Status::kOk;
   std::unique_ptr<TQuerySpecification> action = server.CreateByType(header.type);
+  if (action == nullptr) return Status::kFailure;
   action->SetName(header.name.View());
+  action->SetOwner(&application);
   if (const Status status = action->ReadLegacy(&file, header); status != Status::kOk) return status;
   application.total_record_size += action->GetRecordSize();
-  return application.actions.Place(std::move(action));
+  const TQuerySpecification& read = *action;
+  const Status status = application.actions.Place(std::move(action));
+  if (status == Status::kOk && progress != nullptr) progress->OnAction(read);
+  return status;
 }
 
 }  // namespace
 
 Status ReadLegacyApplication(TDataFile& file, const TQuerySpecificationServer& server,
-                             RunOnlyFiles run_only, TApplication& application) {
+                             RunOnlyFiles run_only, TApplication& application,
+                             TLoadProgress* progress) {
   application.is_legacy = true;
   file.SetScrambled(false);
   TRecordHeader header;
@@ -51,7 +57,7 @@ Status ReadLegacyApplication(TDataFile& file, const TQuerySpecificationServer& s
   while (!is_too_new && map.Next(entry)) {
     Status status = Status::kOk;
     if (entry.code == kActionEntry) {
-      status = ReadAction(file, entry.offset, server, application, is_too_new);
+      status = ReadAction(file, entry.offset, server, application, progress, is_too_new);
     } else if (const TCodeIndex::TField& field = index.Find(entry.code); field.row != nullptr) {
       status = field.Read(&application, {&file, entry.code, entry.offset, entry.length, nullptr});
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "appfile/TApplication.h"
+#include "appfile/TLoadProgress.h"
 #include "appfile/TQuerySpecificationServer.h"
 #include "foundation/Status.h"
 #include "foundation/TDataFile.h"
@@ -15,8 +16,9 @@ enum class RunOnlyFiles : bool { kRefused, kAllowed };
 /// format word names no known version. kRunOnlyNotAllowed: the file is run-only and none is
 /// allowed. kMalformed: the section map is not whole, an action's parent is not found, a section
 /// contradicts itself, or the file asks for more work than its size allows. Other statuses are the
-/// data file's.
+/// data file's. `progress` may be null.
 Status ReadLegacyApplication(TDataFile& file, const TQuerySpecificationServer& server,
-                             RunOnlyFiles run_only, TApplication& application);
+                             RunOnlyFiles run_only, TApplication& application,
+                             TLoadProgress* progress);
 
 }  // namespace zaf

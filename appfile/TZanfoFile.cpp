@@ -99,14 +99,14 @@ bool TZanfoFile::IsEqual(const TZanfoFile& other) const {
 }
 
 Status TZanfoFile::Load(TDataFile& file, const TQuerySpecificationServer* server,
-                        RunOnlyFiles run_only) {
+                        RunOnlyFiles run_only, TLoadProgress* progress) {
   static const TQuerySpecificationServer usual_server;
   if (server == nullptr) server = &usual_server;
-  return Attempt([&] { return LoadContent(file, *server, run_only); }, Status::kFailure);
+  return Attempt([&] { return LoadContent(file, *server, run_only, progress); }, Status::kFailure);
 }
 
 Status TZanfoFile::LoadContent(TDataFile& file, const TQuerySpecificationServer& server,
-                               RunOnlyFiles run_only) {
+                               RunOnlyFiles run_only, TLoadProgress* progress) {
   const std::string_view content = AsText(file.GetImage());
   std::span<std::byte> text = file.GetMutableImage();
   if (IsProtectedDocument(content)) {
@@ -114,9 +114,9 @@ Status TZanfoFile::LoadContent(TDataFile& file, const TQuerySpecificationServer&
     const Status status = ReadProtected(text.subspan(FirstLineSize(content)), text);
     if (status != Status::kOk) return status;
   } else if (!IsPlainDocument(content)) {
-    return ReadLegacyApplication(file, server, run_only, application_);
+    return ReadLegacyApplication(file, server, run_only, application_, progress);
   }
-  return ReadXmlDocument(text, server, application_);
+  return ReadXmlDocument(text, server, application_, progress);
 }
 
 Status TZanfoFile::Save(TDataFile& file, const TQuerySpecificationServer*, Protection protection) {

@@ -29,14 +29,17 @@ Status ReadDefaultDataSource(dom::Element data_sources, const TXmlReadContext& c
 /// Reads every element in `actions` into an action of its class; the tree adopts them.
 Status ReadActions(dom::Element actions, const TXmlReadContext& context,
                    const TQuerySpecificationServer& server, TActionTree& tree,
-                   std::vector<TActionEntry*>& entries) {
+                   TLoadProgress* progress, std::vector<TActionEntry*>& entries) {
   for (dom::Element element = actions.getFirstChildElement(); element;
        element = element.getNextSiblingElement()) {
-    std::unique_ptr<TQuerySpecification> action = server.CreateByElement(element.getTagName());
-    if (action == nullptr) return Status::kMalformed;
-    if (const Status status = action->ReadXml(context, element); status != Status::kOk)
-      return status;
-    entries.push_back(&tree.Adopt(std::move(action)));
+    std::unique_ptr<TQuerySpecification> action;
+    Status status = server.CreateByElement(element.getTagName(), action);
+    if (status == Status::kOk) status = action->ReadXml(context, element);
+    if (status != Status::kOk) return status;
+    TActionEntry* const entry = tree.Adopt(std::move(action));
+    if (entry == nullptr) return Status::kFailure;
+    entries.push_back(entry);
+    if (progress != nullptr) progress->OnAction(*entry->action);
   }
   return Status::kOk;
 }
@@ -44,7 +47,7 @@ Status ReadActions(dom::Element actions, const TXmlReadContext& context,
 }  // namespace
 
 Status ReadXmlDocument(std::span<std::byte> text, const TQuerySpecificationServer& server,
-                       TApplication& application) {
+                       TApplication& application, TLoadProgress* progress) {
   const dom::Document document = dom::DOMImplementation::createDocument(text);
   if (!document.IsComplete()) return Status::kFailure;
   const dom::Element root = document.getDocumentElement();
@@ -62,7 +65,7 @@ Status ReadXmlDocument(std::span<std::byte> text, const TQuerySpecificationServe
   if (status != Status::kOk) return status;
   std::vector<TActionEntry*> entries;
   status = ReadActions(root.getFirstChildElement("Actions"), context, server, application.actions,
-                       entries);
+                       progress, entries);
   if (status != Status::kOk) return status;
   status = ReadProgram(root.getFirstChildElement("Program"), entries, application.actions);
   // Texts of several pieces are joined in the memory of the document.

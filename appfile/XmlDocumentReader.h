@@ -4,6 +4,7 @@
 #include <span>
 
 #include "appfile/TApplication.h"
+#include "appfile/TLoadProgress.h"
 #include "appfile/TQuerySpecificationServer.h"
 #include "foundation/Status.h"
 
@@ -13,8 +14,8 @@ namespace zaf {
 /// are overwritten. kMalformed: it is no well-formed document as `dom::DOMImplementation` has it,
 /// its root is neither `ZAF` nor `ZCF`, an action has an unknown element or a word that its class
 /// refuses, an `ActionRef` names an action that is not there, or the actions refer to more text
-/// than a document of this size can need. kFailure: memory ran out.
+/// than a document of this size can need. kFailure: memory ran out. `progress` may be null.
 Status ReadXmlDocument(std::span<std::byte> text, const TQuerySpecificationServer& server,
-                       TApplication& application);
+                       TApplication& application, TLoadProgress* progress);
 
 }  // namespace zaf

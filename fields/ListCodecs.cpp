@@ -78,7 +78,7 @@ Status TRecordListCodecBase::ReadLegacy(const TProperty&, void* field,
 Status TRecordListCodecBase::AppendSlices(const TLegacySection& section, ByteView records,
                                           std::uint32_t count, CDynamicArray& list) const {
   const std::size_t slice_size = records.size() / count;
-  if (slice_size == type_.size && list.IsEmpty()) return TakeRecords(records, count, list);
+  if (slice_size == type_.size && list.IsEmpty()) return TakeRecords(section, records, count, list);
   const bool is_current = slicing_ == Slicing::kOverlap || slice_size == type_.size;
   const std::uint32_t first = list.GetCount();
   static_cast<void>(list.ReserveElements(first + count));  // Only saves growing later.
@@ -90,21 +90,27 @@ Status TRecordListCodecBase::AppendSlices(const TLegacySection& section, ByteVie
     else
       status = AppendSlice(section, is_current ? rest : rest.first(slice_size), list);
   }
-  SwapByteOrder(list, first);
+  FixRecords(section, list, first);
   return status;
 }
 
-Status TRecordListCodecBase::TakeRecords(ByteView records, std::uint32_t count,
-                                         CDynamicArray& list) const {
+Status TRecordListCodecBase::TakeRecords(const TLegacySection& section, ByteView records,
+                                         std::uint32_t count, CDynamicArray& list) const {
   const auto size = static_cast<std::uint32_t>(count * type_.size);
   if (list.Set(records.data(), size) != size) return Status::kFailure;
-  SwapByteOrder(list, 0);
+  FixRecords(section, list, 0);
   return Status::kOk;
 }
 
-void TRecordListCodecBase::SwapByteOrder(CDynamicArray& list, std::uint32_t first) const {
+void TRecordListCodecBase::FixRecords(const TLegacySection& section, CDynamicArray& list,
+                                      std::uint32_t first) const {
   const TRecordWords& words = type_.words();
-  for (std::uint32_t i = first; i < list.GetCount(); ++i) words.SwapByteOrder(list.ElementAt(i));
+  for (std::uint32_t i = first; i < list.GetCount(); ++i) {
+    if (section.converter != nullptr)
+      section.converter->FixRecord(section.code, words, list.ElementAt(i));
+    else
+      words.SwapByteOrder(list.ElementAt(i));
+  }
 }
 
 Status TRecordListCodecBase::AppendSlice(const TLegacySection& section, ByteView slice,

@@ -77,9 +77,10 @@ class TRecordListCodecBase : public TFieldCodec {
   Status AppendSlices(const TLegacySection& section, ByteView records, std::uint32_t count,
                       CDynamicArray& list) const;
   /// Fills the list, which is empty, with `count` records that need no upgrade, all at once.
-  Status TakeRecords(ByteView records, std::uint32_t count, CDynamicArray& list) const;
-  /// Turns the numbers of the records from `first` on into the machine's byte order.
-  void SwapByteOrder(CDynamicArray& list, std::uint32_t first) const;
+  Status TakeRecords(const TLegacySection& section, ByteView records, std::uint32_t count,
+                     CDynamicArray& list) const;
+  /// Has the action finish the records from `first` on.
+  void FixRecords(const TLegacySection& section, CDynamicArray& list, std::uint32_t first) const;
   /// Appends what becomes of a slice that is not just a record.
   Status AppendSlice(const TLegacySection& section, ByteView slice, CDynamicArray& list) const;
 

@@ -13,6 +13,8 @@
 
 namespace zaf {
 
+class TRecordWords;
+
 /// Converts records of older versions of a list section. An action implements it for its lists.
 class TRecordConverter {
  public:
@@ -20,6 +22,9 @@ class TRecordConverter {
   /// whether there is a record to keep.
   virtual bool ConvertLegacyRecord(FourCharCode code, ByteView legacy_record,
                                    std::span<std::byte> record) = 0;
+  /// Finishes a record of the list section `code`, of the current size: turns its numbers from the
+  /// file's byte order into the machine's.
+  virtual void FixRecord(FourCharCode code, const TRecordWords& words, void* record);
 
  protected:
   ~TRecordConverter() = default;

@@ -141,6 +141,10 @@ void TRecordWords::Add(std::span<const TProperty> rows, const void* part, const 
   }
 }
 
+void TRecordConverter::FixRecord(FourCharCode, const TRecordWords& words, void* record) {
+  words.SwapByteOrder(record);
+}
+
 void TRecordWords::SwapByteOrder(void* record) const {
   for (const std::uint32_t offset : offsets_) {
     auto* const word = static_cast<unsigned char*>(record) + offset;

@@ -7,8 +7,7 @@
 #include <vector>
 
 #include "actions/builders/TInsertGroupSpecification.h"
-#include "actions/flow/TAssignItem.h"
-#include "foundation/Heap.h"
+#include "fields/SectionMap.h"
 #include "tests/support/Convert.h"
 #include "tests/support/LegacyFile.h"
 
@@ -214,26 +213,6 @@ TEST(InsertGroupSpecification, EverythingIsWrittenInOrderAndReadBack) {
   ExpectTheSameThroughTheLegacyForm(file);
 }
 
-TEST(LazyParts, HaveNoSectionsOfTheirOwn) {
-  for (const auto rows : {TPageFormat::Properties(), TCookie::Properties()})
-    for (const TProperty& row : rows) EXPECT_EQ(row.code, kNoCode) << row.name;
-}
-
-TEST(InsertGroupSpecification, FormatThatFindsNoMemoryFailsAndLeavesTheOldOne) {
-  const std::string format = Format("1");
-  TDataFile file(AsBytes(format));
-  const TLegacySection section{&file, Code("frmt"), 0, static_cast<std::uint32_t>(format.size())};
-  const TInsertGroupSpecification initial;
-  TInsertGroupSpecification action;
-  {
-    const heap::TAllocationFault fault(0);
-    EXPECT_EQ(action.ReadLegacyProperty(section), Status::kFailure);
-  }
-  EXPECT_TRUE(action.IsEqual(initial));
-  EXPECT_EQ(action.ReadLegacyProperty(section), Status::kOk);
-  EXPECT_FALSE(action.IsEqual(initial));
-}
-
 TEST(SearchGroupSpecification, EmptyBuildersHaveAllContainers) {
   const std::string format = FormatXml("", "", "");
   for (const std::string& bytes :
@@ -340,6 +319,46 @@ TEST(ListItems, BelongToEveryListThatTheyNameExactlyInFileOrder) {
   file.Action("igrp", "A").Block("fval", ListOf(5, items)).Block("icol", ListOf(4, columns));
   EXPECT_EQ(ItemsOf(ToXml(file.Bytes())), "25||14|25|");
   ExpectTheSameThroughTheLegacyForm(file);
+}
+
+TEST(ListItems, AreThereAfterEachSectionAndAfterEachRecord) {
+  TInsertGroupSpecification one;
+  const auto read = [&](std::string_view code, const std::string& payload) {
+    TDataFile file(AsBytes(payload));
+    EXPECT_EQ(one.ReadLegacyProperty(
+                  {&file, CodeOfText(code), 0, static_cast<std::uint32_t>(payload.size()), &one}),
+              Status::kOk);
+  };
+  const std::string a = ListOf(1, Column("a") + Input("drop"));
+  const std::string b = ListOf(1, Column("b") + Input("drop"));
+  read("fval", ListOf(2, Item({"a"}, "1") + Item({"b"}, "2")));
+  read("icol", a);
+  read("icol", b);
+  read("fval", ListOf(1, Item({"a"}, "3")));
+  TInsertGroupSpecification two;
+  for (const LegacyFile& record :
+       {LegacyFile()
+            .Action("igrp", "A")
+            .Block("icol", a)
+            .Block("fval", ListOf(1, Item({"a"}, "1"))),
+        LegacyFile()
+            .Action("igrp", "A")
+            .Block("icol", b)
+            .Block("fval", ListOf(2, Item({"b"}, "2") + Item({"a"}, "3")))}) {
+    const std::string bytes = record.Bytes();
+    TDataFile file(AsBytes(bytes));
+    TRecordHeader header;
+    ASSERT_EQ(ReadRecordHeader(file, 48, header), Status::kOk);
+    ASSERT_EQ(two.ReadLegacy(&file, header), Status::kOk);
+  }
+  EXPECT_TRUE(one.IsEqual(two));
+  LegacyFile file;
+  file.Action("igrp", "A").Block("icol", ListOf(2, a.substr(4) + b.substr(4)));
+  TZanfoFile loaded;
+  const std::string items = Item({"a"}, "1") + Item({"a"}, "3") + Item({"b"}, "2");
+  ASSERT_EQ(test::LoadBytes(file.Block("fval", ListOf(3, items)).Bytes(), loaded), Status::kOk);
+  EXPECT_EQ(ItemsOf(test::SaveToXml(loaded)), "13|2|");
+  EXPECT_TRUE(one.IsEqual(*loaded.GetApplication().actions.GetRoot()->first_child->action));
 }
 
 TEST(ListItems, OfOtherOwnersOrTablesAreDropped) {
