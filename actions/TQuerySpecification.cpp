@@ -7,6 +7,7 @@
 #include "fields/OutputCodec.h"
 #include "fields/SectionMap.h"
 #include "fields/ValueCodecs.h"
+#include "foundation/CTextLocal.h"
 
 namespace zaf {
 namespace {
@@ -81,10 +82,8 @@ bool TQuerySpecification::ConvertLegacyRecord(FourCharCode, ByteView, std::span<
   return false;
 }
 
-std::unique_ptr<TQuerySpecification> TQuerySpecification::Clone(TQuerySpecification* target) const {
-  if (target == nullptr) return std::make_unique<TQuerySpecification>(*this);
-  *target = *this;
-  return nullptr;
+Status TQuerySpecification::Clone(std::unique_ptr<TQuerySpecification>& target) const {
+  return CloneAction(*this, target);
 }
 
 std::uint32_t TQuerySpecification::GetRecordSize() const { return record_size_; }
@@ -160,14 +159,15 @@ Status TQuerySpecification::WriteLegacy(TDataFile& file, std::uint32_t& offset,
                                         TRecordHeader& header) const {
   header.format = kWrittenFormat;
   header.type = type_code_;
-  header.name.Set(name_.View());
+  header.name = ToRecordName(name_.View());
   TSectionWriter out(file, offset);
   if (const Status status = WriteLegacyProperties(out); status != Status::kOk) return status;
   return out.WriteMap(header.map_offset, header.map_count);
 }
 
 Status TQuerySpecification::WriteLegacyProperties(TSectionWriter& out) const {
-  if (const CText& parent_name = GetParentName(); !parent_name.IsEmpty()) {
+  const CTextLocal<kRecordNameWidth> parent_name(ToRecordName(GetParentName().View()).View());
+  if (!parent_name.IsEmpty()) {
     if (const Status status = out.Write(kParent, parent_name); status != Status::kOk) return status;
   }
   if (const Status status = WriteInOrder(kOrderBeforeAssignments, *this, out);
@@ -186,16 +186,19 @@ Status TQuerySpecification::WriteLegacyProperties(TSectionWriter& out) const {
 
 Status TQuerySpecification::WriteAssignments(FourCharCode code, std::size_t value_width,
                                              TSectionWriter& out) const {
-  std::string records;
-  const auto append = [&](std::string_view text, std::size_t width) {
-    const std::size_t kept = std::min(text.size(), width - 1);
-    records.append(text.substr(0, kept)).append(width - kept, '\0');
+  const auto write = [&] {
+    std::string records;
+    const auto append = [&](std::string_view text, std::size_t width) {
+      const std::size_t kept = std::min(text.size(), width - 1);
+      records.append(text.substr(0, kept)).append(width - kept, '\0');
+    };
+    for (const TGlobalAssignment& assignment : assignments_) {
+      append(assignment.name.View(), kAssignmentNameWidth);
+      append(assignment.value.View(), value_width);
+    }
+    return out.Write(code, AsBytes(records));
   };
-  for (const TGlobalAssignment& assignment : assignments_) {
-    append(assignment.name.View(), kAssignmentNameWidth);
-    append(assignment.value.View(), value_width);
-  }
-  return out.Write(code, AsBytes(records));
+  return Attempt(write, Status::kFailure);
 }
 
 const CText& TQuerySpecification::GetParentName() const {

@@ -12,12 +12,15 @@
 #include "fields/TRecordHeader.h"
 #include "fields/TSectionWriter.h"
 #include "fields/TXmlContext.h"
+#include "foundation/Attempt.h"
 #include "foundation/CText.h"
 #include "foundation/FourCharCode.h"
 #include "foundation/Status.h"
 #include "foundation/TOwningArray.h"
 
 namespace zaf {
+
+struct TApplication;
 
 /// An assignment of an action: a variable and its value.
 struct TGlobalAssignment {
@@ -26,6 +29,20 @@ struct TGlobalAssignment {
 };
 using CGlobalAssignmentArray = TOwningArray<TGlobalAssignment>;
 
+/// The name of an action as legacy files hold it: cut to 31 bytes.
+inline TFixedText<kRecordNameWidth> ToRecordName(std::string_view name) {
+  TFixedText<kRecordNameWidth> record_name;
+  record_name.Set(name);
+  return record_name;
+}
+
+/// State of the server's run time. It is cloned, but neither compared nor written.
+struct TRunTimeState {
+  std::uint32_t word = 0;
+  std::uint32_t second_word = 0;
+  std::uint32_t flag = 0;
+};
+
 /// The base class of every action of an application, and by itself the results action. It holds
 /// what every action has, and it defines the one table of virtual operations through which an
 /// application loads an action from a legacy file, writes it back, writes it as an XML element and
@@ -33,6 +50,8 @@ using CGlobalAssignmentArray = TOwningArray<TGlobalAssignment>;
 ///
 /// An action owns its texts and lists. The nesting of actions is kept in the application's tree, to
 /// which an action has a link that it does not own; the tree outlives its use.
+///
+/// No operation throws; memory that runs out is a failure status, null or false.
 class TQuerySpecification : public TRecordConverter {
  public:
   static constexpr FourCharCode kTypeCode = Code("null");
@@ -48,9 +67,9 @@ class TQuerySpecification : public TRecordConverter {
   bool ConvertLegacyRecord(FourCharCode code, ByteView legacy_record,
                            std::span<std::byte> record) override;
   virtual ~TQuerySpecification() = default;
-  /// Copies every field into `target`, which is of the same class, and returns null; without a
-  /// target the copy is a new action, which is returned.
-  virtual std::unique_ptr<TQuerySpecification> Clone(TQuerySpecification* target) const;
+  /// Copies every field into `target`, an action of the same class; null becomes a new one.
+  /// kFailure when memory runs out: a null target then stays null, another one is undefined.
+  virtual Status Clone(std::unique_ptr<TQuerySpecification>& target) const;
   /// Bytes of the action's legacy record: those of its class, and after a load those of its name
   /// and of all its sections, too.
   [[nodiscard]] virtual std::uint32_t GetRecordSize() const;
@@ -68,7 +87,7 @@ class TQuerySpecification : public TRecordConverter {
   /// Writes the record's sections and their map at `offset`, which moves on behind them, and fills
   /// `header`, which the caller writes.
   virtual Status WriteLegacy(TDataFile& file, std::uint32_t& offset, TRecordHeader& header) const;
-  /// Writes the sections of all properties.
+  /// Writes the sections of all properties. The parent's name is cut as that in a record header is.
   virtual Status WriteLegacyProperties(TSectionWriter& out) const;
   // Hooks of the server's run time, which a conversion never calls.
   virtual void PrepareRun() {}
@@ -126,6 +145,11 @@ class TQuerySpecification : public TRecordConverter {
   void SetNoResults(const char* text);
   void SetError(const char* text);
   void SetComments(const char* text);
+  /// The application that the action belongs to; not owned, null outside of an application.
+  void SetOwner(const TApplication* owner) { owner_ = owner; }
+  [[nodiscard]] const TApplication* GetOwner() const { return owner_; }
+  [[nodiscard]] TRunTimeState& GetRunTime() { return run_time_; }
+  [[nodiscard]] const TRunTimeState& GetRunTime() const { return run_time_; }
   /// The action's entry in the application's tree; it is not owned.
   void SetTreeEntry(const TActionEntry* entry) { tree_entry_ = entry; }
   [[nodiscard]] const TActionEntry* GetTreeEntry() const { return tree_entry_; }
@@ -167,7 +191,25 @@ class TQuerySpecification : public TRecordConverter {
   CText parent_name_;  ///< Empty: that of the entry above. A copy for each child could be huge.
   bool is_expanded_ = false;
   bool has_long_assignments_ = false;  ///< A section of long values was read: it counts alone.
+  const TApplication* owner_ = nullptr;
   const TActionEntry* tree_entry_ = nullptr;
+  TRunTimeState run_time_;
 };
+
+/// Clone for an action of class `Action`.
+template <class Action>
+Status CloneAction(const Action& action, std::unique_ptr<TQuerySpecification>& target) {
+  const bool is_new = target == nullptr;
+  const auto clone = [&] {
+    if (is_new)
+      target = std::make_unique<Action>(action);
+    else
+      static_cast<Action&>(*target) = action;
+    return Status::kOk;
+  };
+  const Status status = Attempt(clone, Status::kFailure);
+  if (is_new && status != Status::kOk) target.reset();
+  return status;
+}
 
 }  // namespace zaf

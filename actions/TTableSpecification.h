@@ -21,6 +21,7 @@ namespace zaf {
 ///   row marks where `Base` writes its part. Required, even to return no rows.
 /// - `LegacyOrder()`, optional: the order of its legacy sections if it differs. kNoCode is the
 ///   place of the sections of `Base`, which otherwise come last.
+/// - `kBaseSectionsFirst`, optional: the sections of `Base` come first instead. Classes inherit it.
 /// - `kReadByHand`: the codes for which it overrides ReadLegacyProperty. Required if it does and is
 ///   itself a base.
 ///
@@ -31,10 +32,8 @@ class TTableSpecification : public Base {
  public:
   TTableSpecification() { this->SetTypeCode(Action::kTypeCode); }
 
-  std::unique_ptr<TQuerySpecification> Clone(TQuerySpecification* target) const override {
-    if (target == nullptr) return std::make_unique<Action>(Self());
-    static_cast<Action&>(*target) = Self();
-    return nullptr;
+  Status Clone(std::unique_ptr<TQuerySpecification>& target) const override {
+    return CloneAction(Self(), target);
   }
 
   bool IsEqual(const TQuerySpecification& other) const override {
@@ -57,6 +56,9 @@ class TTableSpecification : public Base {
         if (status != Status::kOk) return status;
       }
       return Status::kOk;
+    } else if constexpr (requires { Action::kBaseSectionsFirst; }) {
+      const Status status = Base::WriteLegacyProperties(out);
+      return status == Status::kOk ? WriteLegacyRows(Rows(), &Self(), out) : status;
     } else {
       const Status status = WriteLegacyRows(Rows(), &Self(), out);
       return status == Status::kOk ? Base::WriteLegacyProperties(out) : status;

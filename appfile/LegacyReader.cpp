@@ -13,14 +13,18 @@ constexpr FourCharCode kActionEntry = Code("head");
 /// Reads the action whose record header is at `offset` and places it in the tree. An action of a
 /// format that is too new ends the load: `is_too_new` is then set and the status is kOk.
 Status ReadAction(TDataFile& file, std::uint32_t offset, const TQuerySpecificationServer& server,
-                  TApplication& application, bool& is_too_new, TErrorPlace& place) {
+                  TApplication& application, TLoadProgress* progress, bool& is_too_new,
+                  TErrorPlace& place) {
   TRecordHeader header;
   if (const Status status = ReadRecordHeader(file, offset, header); status != Status::kOk)
     return status;
   is_too_new = header.format > kNewestFormat;
   if (is_too_new) return Status::kOk;
   std::unique_ptr<TQuerySpecification> action = server.CreateByType(header.type);
+  if (action == nullptr) return Status::kFailure;
   action->SetName(header.name.View());
+  action->SetOwner(&application);
+  const TQuerySpecification& read = *action;
   Status status = action->ReadLegacy(&file, header);
   if (status == Status::kOk) {
     application.total_record_size += action->GetRecordSize();
@@ -28,14 +32,18 @@ Status ReadAction(TDataFile& file, std::uint32_t offset, const TQuerySpecificati
     if (status != Status::kOk)
       place.reason = "The parent that the action names is none of the actions that lead to it";
   }
-  if (status != Status::kOk) place.action = header.name.View();
+  if (status != Status::kOk)
+    place.action = header.name.View();
+  else if (progress != nullptr)
+    progress->OnAction(read);
   return status;
 }
 
 }  // namespace
 
 Status ReadLegacyApplication(TDataFile& file, const TQuerySpecificationServer& server,
-                             RunOnlyFiles run_only, TApplication& application, TErrorPlace& place) {
+                             RunOnlyFiles run_only, TApplication& application, TErrorPlace& place,
+                             TLoadProgress* progress) {
   application.is_legacy = true;
   file.SetScrambled(false);
   TRecordHeader header;
@@ -65,7 +73,7 @@ Status ReadLegacyApplication(TDataFile& file, const TQuerySpecificationServer& s
   while (!is_too_new && map.Next(entry)) {
     Status status = Status::kOk;
     if (entry.code == kActionEntry) {
-      status = ReadAction(file, entry.offset, server, application, is_too_new, place);
+      status = ReadAction(file, entry.offset, server, application, progress, is_too_new, place);
     } else if (const TCodeIndex::TField& field = index.Find(entry.code); field.row != nullptr) {
       status = field.Read(&application, {&file, entry.code, entry.offset, entry.length, nullptr});
     }

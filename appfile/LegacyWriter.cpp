@@ -1,9 +1,45 @@
 #include "appfile/LegacyWriter.h"
 
+#include <algorithm>
+#include <map>
+#include <string>
+#include <utility>
+
 #include "fields/SectionMap.h"
+#include "foundation/CaseFolding.h"
 
 namespace zaf {
 namespace {
+
+/// The application's sections, in the order in which they are written.
+constexpr FourCharCode kSections[] = {
+    Code("dsrc"), Code("host"), Code("htyp"), Code("data"), Code("user"),
+    Code("pass"), Code("dbms"), Code("form"), Code("asts"), Code("athr"),
+    Code("titl"), Code("vers"), Code("cmnt"), Code("dbug"),
+};
+
+/// Whether each parent has a name in the file that is no other action's.
+bool ArePlacesTold(const TActionTree& tree) {
+  std::map<std::string, bool> parents;  // By name, whether it is a parent's.
+  for (const TActionEntry* entry = tree.GetRoot(); entry != nullptr;
+       entry = TActionTree::GetNext(*entry)) {
+    const bool is_parent = entry->first_child != nullptr;
+    std::string name(ToRecordName(entry->action->GetName().View()).View());
+    if (is_parent && name.empty()) return false;
+    std::transform(name.begin(), name.end(), name.begin(), ToUpper);
+    const auto [known, is_new] = parents.try_emplace(std::move(name), is_parent);
+    if (!is_new && (is_parent || known->second)) return false;
+  }
+  return true;
+}
+
+Status WriteSections(const TApplication& application, TSectionWriter& out) {
+  for (const FourCharCode code : kSections) {
+    const Status status = WriteLegacyRow(TApplication::Properties(), &application, code, out);
+    if (status != Status::kOk) return status;
+  }
+  return Status::kOk;
+}
 
 /// Writes an action's record at `offset`, header first, and notes it in the file's map.
 Status WriteAction(const TQuerySpecification& action, TDataFile& file, std::uint32_t& offset,
@@ -24,6 +60,7 @@ Status WriteAction(const TQuerySpecification& action, TDataFile& file, std::uint
 }  // namespace
 
 Status WriteLegacyApplication(const TApplication& application, TDataFile& file) {
+  if (!ArePlacesTold(application.actions)) return Status::kFailure;
   TRecordHeader header;
   header.format = kWrittenFormat;
   header.type = application.is_run_only ? Code("rdoc") : Code("appl");
@@ -33,9 +70,7 @@ Status WriteLegacyApplication(const TApplication& application, TDataFile& file) 
   file.SetScrambled(application.is_run_only);
   std::uint32_t offset = kRecordHeaderSize;
   TSectionWriter out(file, offset);
-  if (const Status status = WriteLegacyRows(TApplication::Properties(), &application, out);
-      status != Status::kOk)
-    return status;
+  if (const Status status = WriteSections(application, out); status != Status::kOk) return status;
   for (const TActionEntry* entry = application.actions.GetRoot(); entry != nullptr;
        entry = TActionTree::GetNext(*entry)) {
     const Status status = WriteAction(*entry->action, file, offset, out);

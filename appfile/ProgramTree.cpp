@@ -102,9 +102,10 @@ Status ReadProgram(dom::Element program, std::span<TActionEntry* const> entries,
                    TActionTree& tree) {
   if (entries.empty())
     return program.getFirstChildElement(kReference) ? Status::kMalformed : Status::kOk;
-  TActionEntry& root = tree.EnsureRoot();
+  TActionEntry* const root = tree.EnsureRoot();
+  if (root == nullptr) return Status::kFailure;
   TActionIndex index(entries);
-  std::vector<TLevel> levels{{&root}};
+  std::vector<TLevel> levels{{root}};
   dom::Element reference = program.getFirstChildElement(kReference);
   while (reference) {
     TActionEntry* const entry = index.Take(reference.getAttribute("Ref"));
@@ -127,7 +128,7 @@ Status ReadProgram(dom::Element program, std::span<TActionEntry* const> entries,
     reference = next;
   }
   for (TActionEntry* const entry : entries)
-    if (entry->parent == nullptr) TActionTree::Hang(*entry, root);
+    if (entry->parent == nullptr) TActionTree::Hang(*entry, *root);
   return Status::kOk;
 }
 

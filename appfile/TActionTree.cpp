@@ -4,32 +4,39 @@
 #include <utility>
 
 #include "actions/flow/TContainerSpecification.h"
+#include "foundation/Attempt.h"
 #include "foundation/CaseFolding.h"
 
 namespace zaf {
 
-TActionEntry& TActionTree::EnsureRoot() {
-  if (root_ == nullptr) {
-    auto container = std::make_unique<TContainerSpecification>();
-    container->SetName(kRootName);
-    container->SetParentName(kRootName);
-    root_ = &Adopt(std::move(container));
-    root_->parent = root_;
-    last_placed_ = root_;
-  }
-  return *root_;
+TActionEntry* TActionTree::EnsureRoot() {
+  if (root_ != nullptr) return root_;
+  std::unique_ptr<TQuerySpecification> container(new (std::nothrow) TContainerSpecification);
+  if (container == nullptr) return nullptr;
+  container->SetName(kRootName);
+  container->SetParentName(kRootName);
+  root_ = Adopt(std::move(container));
+  if (root_ != nullptr) root_->parent = root_;
+  last_placed_ = root_;
+  return root_;
 }
 
 Status TActionTree::Place(std::unique_ptr<TQuerySpecification> action) {
+  return Attempt([&] { return PlaceByName(std::move(action)); }, Status::kFailure);
+}
+
+Status TActionTree::PlaceByName(std::unique_ptr<TQuerySpecification> action) {
   if (root_ == nullptr) {
-    TActionEntry& first = Adopt(std::move(action));
-    if (first.action->GetTypeCode() == TContainerSpecification::kTypeCode) {
-      root_ = &first;
+    TActionEntry* const first = Adopt(std::move(action));
+    if (first == nullptr) return Status::kFailure;
+    if (first->action->GetTypeCode() == TContainerSpecification::kTypeCode) {
+      root_ = first;
       root_->parent = root_;
     } else {
-      Hang(first, EnsureRoot());
+      if (EnsureRoot() == nullptr) return Status::kFailure;
+      Hang(*first, *root_);
     }
-    last_placed_ = &first;
+    last_placed_ = first;
     return Status::kOk;
   }
   if (action->GetParentName().IsEmpty()) action->SetParentName(kRootName);
@@ -40,18 +47,20 @@ Status TActionTree::Place(std::unique_ptr<TQuerySpecification> action) {
     if (parent == root_) return Status::kMalformed;
     parent = parent->parent;
   }
-  TActionEntry& entry = Adopt(std::move(action));
-  Link(entry, *parent);
-  last_placed_ = &entry;
+  TActionEntry* const entry = Adopt(std::move(action));
+  if (entry == nullptr) return Status::kFailure;
+  Link(*entry, *parent);
+  last_placed_ = entry;
   return Status::kOk;
 }
 
-TActionEntry& TActionTree::Adopt(std::unique_ptr<TQuerySpecification> action) {
+TActionEntry* TActionTree::Adopt(std::unique_ptr<TQuerySpecification> action) {
   TActionEntry* const entry = entries_.Append();
-  if (entry == nullptr) throw std::bad_alloc();
+  if (entry == nullptr) return nullptr;
   entry->action = std::move(action);
   entry->action->SetTreeEntry(entry);
-  return *entry;
+  entry->action->SetOwner(owner_);
+  return entry;
 }
 
 void TActionTree::Hang(TActionEntry& entry, TActionEntry& parent) {
@@ -73,6 +82,11 @@ const TActionEntry* TActionTree::GetNext(const TActionEntry& entry) {
 }
 
 bool TActionTree::IsEqual(const TActionTree& other) const {
+  if (root_ == nullptr || other.root_ == nullptr) {
+    const TActionEntry* const root = root_ == nullptr ? other.root_ : root_;
+    return root == nullptr ||
+           (root->first_child == nullptr && root->action->IsEqual(TContainerSpecification()));
+  }
   const TActionEntry* mine = root_;
   const TActionEntry* theirs = other.root_;
   for (; mine != nullptr && theirs != nullptr; mine = GetNext(*mine), theirs = GetNext(*theirs)) {

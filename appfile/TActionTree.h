@@ -19,22 +19,25 @@ class TActionTree {
   /// The name of a root container that no file names. The odd spelling is what files hold.
   static constexpr std::string_view kRootName = "ContainerSpecif__1";
 
-  TActionTree() = default;
+  /// `owner` is the application of the actions; it outlives the tree. Null: they have none.
+  explicit TActionTree(const TApplication* owner = nullptr) : owner_(owner) {}
   TActionTree(const TActionTree&) = delete;
   TActionTree& operator=(const TActionTree&) = delete;
 
   [[nodiscard]] const TActionEntry* GetRoot() const { return root_; }
-  /// The root; a tree that has none gets a container of the fixed name.
-  TActionEntry& EnsureRoot();
+  /// The root; a tree that has none gets a container of the fixed name. Null when memory runs out.
+  TActionEntry* EnsureRoot();
 
   /// Places an action of a legacy file by the name of its parent. The first action is the root if
   /// it is a container; any other hangs under the entry placed last or one of the entries above
   /// it, whichever bears the name first (case ignored). An action without parent name is given
-  /// the root's fixed name. kMalformed when nobody bears the name; the action is lost then.
+  /// the root's fixed name. kMalformed when nobody bears the name, kFailure when memory runs out;
+  /// the action is lost then.
   Status Place(std::unique_ptr<TQuerySpecification> action);
 
-  /// Takes an action without placing it.
-  TActionEntry& Adopt(std::unique_ptr<TQuerySpecification> action);
+  /// Takes an action, which is not null, without placing it. Null when memory runs out; the action
+  /// is lost then.
+  TActionEntry* Adopt(std::unique_ptr<TQuerySpecification> action);
   /// Makes an adopted entry the last child of `parent`, whatever its action said of its parent.
   static void Hang(TActionEntry& entry, TActionEntry& parent);
 
@@ -46,12 +49,15 @@ class TActionTree {
   /// The entry behind this one in depth-first order; null behind the last.
   static const TActionEntry* GetNext(const TActionEntry& entry);
 
-  /// Whether both trees have the same shape and equal actions in the same places.
+  /// Whether both trees have the same shape and equal actions in the same places. A tree without
+  /// root is one that holds only an empty root: documents do not write it.
   [[nodiscard]] bool IsEqual(const TActionTree& other) const;
 
  private:
+  Status PlaceByName(std::unique_ptr<TQuerySpecification> action);
   static void Link(TActionEntry& entry, TActionEntry& parent);
 
+  const TApplication* owner_;
   TOwningArray<TActionEntry> entries_;
   TActionEntry* root_ = nullptr;
   TActionEntry* last_placed_ = nullptr;

@@ -38,7 +38,11 @@ struct TApplication {
   CText revision;
   bool is_debug = false;
 
-  TActionTree actions;
+  TActionTree actions{this};
+
+  TApplication() = default;
+  TApplication(const TApplication&) = delete;
+  TApplication& operator=(const TApplication&) = delete;
 
   /// Everything that has a legacy section, and the attributes and children of the XML root.
   static std::span<const TProperty> Properties();

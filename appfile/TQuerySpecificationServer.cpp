@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <new>
 #include <span>
 
 #include "actions/AllActions.h"
@@ -18,7 +19,7 @@ struct TActionClass {
 template <class Action>
 constexpr TActionClass MakeClass() {
   const auto create = []() -> std::unique_ptr<TQuerySpecification> {
-    return std::make_unique<Action>();
+    return std::unique_ptr<Action>(new (std::nothrow) Action);
   };
   if constexpr (requires { Action::kElements; })
     return {Action::kTypeCode, Action::kElements, create};
@@ -38,15 +39,17 @@ constexpr std::span<const TActionClass> kClasses = TAllActions<TClassTable>::kRo
 std::unique_ptr<TQuerySpecification> TQuerySpecificationServer::CreateByType(
     FourCharCode type) const {
   const auto found = std::ranges::find(kClasses, type, &TActionClass::type);
-  if (found == kClasses.end()) return std::make_unique<TQuerySpecification>();
-  return found->create();
+  return found == kClasses.end() ? MakeClass<TQuerySpecification>().create() : found->create();
 }
 
-std::unique_ptr<TQuerySpecification> TQuerySpecificationServer::CreateByElement(
-    std::string_view element) const {
-  for (const TActionClass& known : kClasses)
-    if (std::ranges::find(known.elements, element) != known.elements.end()) return known.create();
-  return nullptr;
+Status TQuerySpecificationServer::CreateByElement(
+    std::string_view element, std::unique_ptr<TQuerySpecification>& action) const {
+  const auto found = std::ranges::find_if(kClasses, [=](const TActionClass& known) {
+    return std::ranges::find(known.elements, element) != known.elements.end();
+  });
+  action = found == kClasses.end() ? nullptr : found->create();
+  if (found == kClasses.end()) return Status::kMalformed;
+  return action == nullptr ? Status::kFailure : Status::kOk;
 }
 
 }  // namespace zaf

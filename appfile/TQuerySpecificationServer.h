@@ -5,6 +5,7 @@
 
 #include "actions/TQuerySpecification.h"
 #include "foundation/FourCharCode.h"
+#include "foundation/Status.h"
 
 namespace zaf {
 
@@ -12,12 +13,13 @@ namespace zaf {
 class TQuerySpecificationServer {
  public:
   /// An action of the class for a record header's type code; the results action for an unknown
-  /// code. Never null.
+  /// code. Null when memory runs out.
   [[nodiscard]] std::unique_ptr<TQuerySpecification> CreateByType(FourCharCode type) const;
 
-  /// An action of the class that writes this element; null for an unknown element.
-  [[nodiscard]] std::unique_ptr<TQuerySpecification> CreateByElement(
-      std::string_view element) const;
+  /// Makes `action` one of the class that writes this element. kMalformed for an unknown element,
+  /// kFailure when memory runs out; it is null then.
+  Status CreateByElement(std::string_view element,
+                         std::unique_ptr<TQuerySpecification>& action) const;
 };
 
 }  // namespace zaf

@@ -104,14 +104,14 @@ DocumentForm TZanfoFile::GetForm() const {
 }
 
 Status TZanfoFile::Load(TDataFile& file, const TQuerySpecificationServer* server,
-                        RunOnlyFiles run_only) {
+                        RunOnlyFiles run_only, TLoadProgress* progress) {
   static const TQuerySpecificationServer usual_server;
   if (server == nullptr) server = &usual_server;
-  return Attempt([&] { return LoadContent(file, *server, run_only); }, Status::kFailure);
+  return Attempt([&] { return LoadContent(file, *server, run_only, progress); }, Status::kFailure);
 }
 
 Status TZanfoFile::LoadContent(TDataFile& file, const TQuerySpecificationServer& server,
-                               RunOnlyFiles run_only) {
+                               RunOnlyFiles run_only, TLoadProgress* progress) {
   const std::string_view content = AsText(file.GetImage());
   std::span<std::byte> text = file.GetMutableImage();
   if (IsProtectedDocument(content)) {
@@ -119,9 +119,9 @@ Status TZanfoFile::LoadContent(TDataFile& file, const TQuerySpecificationServer&
     const Status status = ReadProtected(text.subspan(FirstLineSize(content)), text);
     if (status != Status::kOk) return status;
   } else if (!IsPlainDocument(content)) {
-    return ReadLegacyApplication(file, server, run_only, application_, error_place_);
+    return ReadLegacyApplication(file, server, run_only, application_, error_place_, progress);
   }
-  return ReadXmlDocument(text, server, application_, error_place_);
+  return ReadXmlDocument(text, server, application_, error_place_, progress);
 }
 
 Status TZanfoFile::Save(TDataFile& file, const TQuerySpecificationServer*, Protection protection) {

@@ -34,12 +34,14 @@ class TZanfoFile {
 
   /// Reads a file that is open in memory. Its first line tells the form: a protected or plain XML
   /// document; anything else is a legacy file. XML is parsed in place, so the file's image is of no
-  /// further use. `server` makes the actions; null for the usual one. The statuses are those of
+  /// further use. `server` makes the actions; null for the usual one. `progress`, if not null, is
+  /// called once for each action. The statuses are those of
   /// ReadLegacyApplication and ReadXmlDocument; kMalformed for a protected document that is
   /// damaged; kFailure when memory ran out. After a failure the object holds what was read
   /// before.
   virtual Status Load(TDataFile& file, const TQuerySpecificationServer* server,
-                      RunOnlyFiles run_only = RunOnlyFiles::kAllowed);
+                      RunOnlyFiles run_only = RunOnlyFiles::kAllowed,
+                      TLoadProgress* progress = nullptr);
 
   /// Writes the XML document to a file opened for writing: a small one with one write, a large one
   /// while it is made. kFailure when it cannot be made or is too long (4 GiB and more); else the
@@ -47,7 +49,8 @@ class TZanfoFile {
   virtual Status Save(TDataFile& file, const TQuerySpecificationServer* server,
                       Protection protection);
 
-  /// Writes the legacy form into an empty file opened for reading and writing.
+  /// Writes the legacy form into an empty file opened for reading and writing. kFailure, with
+  /// nothing written, when the names of the actions, cut to 31 bytes, do not tell the parents.
   Status SaveLegacy(TDataFile& file) const;
 
   /// The form of the file that was loaded, also when that failed.
@@ -70,7 +73,7 @@ class TZanfoFile {
   // What Load and Save do; std::bad_alloc is for them to report.
 
   Status LoadContent(TDataFile& file, const TQuerySpecificationServer& server,
-                     RunOnlyFiles run_only);
+                     RunOnlyFiles run_only, TLoadProgress* progress);
   Status SaveDocument(TDataFile& file, Protection protection) const;
 
   TApplication application_;

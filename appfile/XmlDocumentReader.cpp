@@ -29,20 +29,26 @@ Status ReadDefaultDataSource(dom::Element data_sources, const TXmlReadContext& c
 /// Reads every element in `actions` into an action of its class; the tree adopts them.
 Status ReadActions(dom::Element actions, const TXmlReadContext& context,
                    const TQuerySpecificationServer& server, TActionTree& tree,
-                   std::vector<TActionEntry*>& entries, TErrorPlace& place) {
+                   TLoadProgress* progress, std::vector<TActionEntry*>& entries,
+                   TErrorPlace& place) {
   for (dom::Element element = actions.getFirstChildElement(); element;
        element = element.getNextSiblingElement()) {
-    std::unique_ptr<TQuerySpecification> action = server.CreateByElement(element.getTagName());
-    if (action == nullptr) {
-      place.reason = "An element in Actions is none of an action";
+    std::unique_ptr<TQuerySpecification> action;
+    Status status = server.CreateByElement(element.getTagName(), action);
+    if (status == Status::kMalformed) {
+      place.reason = "An element in Actions is not that of an action";
       place.action = element.getTagName();
-      return Status::kMalformed;
-    }
-    if (const Status status = action->ReadXml(context, element); status != Status::kOk) {
-      place.action = action->GetName().View();
       return status;
     }
-    entries.push_back(&tree.Adopt(std::move(action)));
+    if (status == Status::kOk) status = action->ReadXml(context, element);
+    if (status != Status::kOk) {
+      if (action != nullptr) place.action = action->GetName().View();
+      return status;
+    }
+    TActionEntry* const entry = tree.Adopt(std::move(action));
+    if (entry == nullptr) return Status::kFailure;
+    entries.push_back(entry);
+    if (progress != nullptr) progress->OnAction(*entry->action);
   }
   return Status::kOk;
 }
@@ -50,7 +56,7 @@ Status ReadActions(dom::Element actions, const TXmlReadContext& context,
 }  // namespace
 
 Status ReadXmlDocument(std::span<std::byte> text, const TQuerySpecificationServer& server,
-                       TApplication& application, TErrorPlace& place) {
+                       TApplication& application, TErrorPlace& place, TLoadProgress* progress) {
   dom::ParseReport report;
   const dom::Document document = dom::DOMImplementation::createDocument(text, &report);
   if (report.fault != dom::ParseFault::kNone) {
@@ -79,7 +85,7 @@ Status ReadXmlDocument(std::span<std::byte> text, const TQuerySpecificationServe
   if (status != Status::kOk) return status;
   std::vector<TActionEntry*> entries;
   status = ReadActions(root.getFirstChildElement("Actions"), context, server, application.actions,
-                       entries, place);
+                       progress, entries, place);
   if (status != Status::kOk) return status;
   status = ReadProgram(root.getFirstChildElement("Program"), entries, application.actions);
   if (status == Status::kMalformed)

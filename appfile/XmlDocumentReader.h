@@ -5,6 +5,7 @@
 
 #include "appfile/TApplication.h"
 #include "appfile/TErrorPlace.h"
+#include "appfile/TLoadProgress.h"
 #include "appfile/TQuerySpecificationServer.h"
 #include "foundation/Status.h"
 
@@ -15,8 +16,8 @@ namespace zaf {
 /// its root is neither `ZAF` nor `ZCF`, an action has an unknown element or a keyword that its
 /// class refuses, an `ActionRef` names an action that is not there, or the actions refer to more
 /// text than a document of this size can need. kFailure: memory ran out. A failed load sets in
-/// `place` what is known of where it failed.
+/// `place` what is known of where it failed. `progress` may be null.
 Status ReadXmlDocument(std::span<std::byte> text, const TQuerySpecificationServer& server,
-                       TApplication& application, TErrorPlace& place);
+                       TApplication& application, TErrorPlace& place, TLoadProgress* progress);
 
 }  // namespace zaf

@@ -78,7 +78,7 @@ Status TRecordListCodecBase::ReadLegacy(const TProperty&, void* field,
 Status TRecordListCodecBase::AppendSlices(const TLegacySection& section, ByteView records,
                                           std::uint32_t count, CDynamicArray& list) const {
   const std::size_t slice_size = records.size() / count;
-  if (slice_size == type_.size && list.IsEmpty()) return TakeRecords(records, count, list);
+  if (slice_size == type_.size && list.IsEmpty()) return TakeRecords(section, records, count, list);
   const bool is_current = slicing_ == Slicing::kOverlap || slice_size == type_.size;
   const std::uint32_t first = list.GetCount();
   Status status = Status::kOk;
@@ -91,22 +91,27 @@ Status TRecordListCodecBase::AppendSlices(const TLegacySection& section, ByteVie
     else
       status = AppendSlice(section, is_current ? rest : rest.first(slice_size), list);
   }
-  ConvertByteOrder(list, first);
+  FixRecords(section, list, first);
   return status;
 }
 
-Status TRecordListCodecBase::TakeRecords(ByteView records, std::uint32_t count,
-                                         CDynamicArray& list) const {
+Status TRecordListCodecBase::TakeRecords(const TLegacySection& section, ByteView records,
+                                         std::uint32_t count, CDynamicArray& list) const {
   const auto size = static_cast<std::uint32_t>(count * type_.size);
   if (list.Set(records.data(), size).length != size) return Status::kFailure;
-  ConvertByteOrder(list, 0);
+  FixRecords(section, list, 0);
   return Status::kOk;
 }
 
-void TRecordListCodecBase::ConvertByteOrder(CDynamicArray& list, std::uint32_t first) const {
+void TRecordListCodecBase::FixRecords(const TLegacySection& section, CDynamicArray& list,
+                                      std::uint32_t first) const {
   const TRecordNumbers& numbers = type_.numbers();
-  for (std::uint32_t i = first; i < list.GetCount(); ++i)
-    numbers.ConvertByteOrder(list.ElementAt(i));
+  for (std::uint32_t i = first; i < list.GetCount(); ++i) {
+    if (section.converter != nullptr)
+      section.converter->FixRecord(section.code, numbers, list.ElementAt(i));
+    else
+      numbers.ConvertByteOrder(list.ElementAt(i));
+  }
 }
 
 Status TRecordListCodecBase::AppendSlice(const TLegacySection& section, ByteView slice,

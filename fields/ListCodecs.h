@@ -77,9 +77,10 @@ class TRecordListCodecBase : public TFieldCodec {
   Status AppendSlices(const TLegacySection& section, ByteView records, std::uint32_t count,
                       CDynamicArray& list) const;
   /// Fills the list, which must be empty, with `count` records of the current size in one copy.
-  Status TakeRecords(ByteView records, std::uint32_t count, CDynamicArray& list) const;
-  /// Converts the numbers of the records from index `first` on to the host's byte order.
-  void ConvertByteOrder(CDynamicArray& list, std::uint32_t first) const;
+  Status TakeRecords(const TLegacySection& section, ByteView records, std::uint32_t count,
+                     CDynamicArray& list) const;
+  /// Has the action finish the records from index `first` on.
+  void FixRecords(const TLegacySection& section, CDynamicArray& list, std::uint32_t first) const;
   /// Appends the record that is made of a slice of another size; none if it has no upgrade.
   Status AppendSlice(const TLegacySection& section, ByteView slice, CDynamicArray& list) const;
 

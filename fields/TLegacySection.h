@@ -13,6 +13,8 @@
 
 namespace zaf {
 
+class TRecordNumbers;
+
 /// Converts older records of list sections. An action implements it for its lists.
 class TRecordConverter {
  public:
@@ -20,6 +22,9 @@ class TRecordConverter {
   /// the record is to be dropped.
   virtual bool ConvertLegacyRecord(FourCharCode code, ByteView legacy_record,
                                    std::span<std::byte> record) = 0;
+  /// Finishes a record of the list section `code`, of the current size: converts its numbers
+  /// to the host's byte order.
+  virtual void FixRecord(FourCharCode code, const TRecordNumbers& numbers, void* record);
 
  protected:
   ~TRecordConverter() = default;

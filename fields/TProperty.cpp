@@ -127,6 +127,10 @@ void TRecordNumbers::Add(std::span<const TProperty> rows, const TFieldPath& part
   }
 }
 
+void TRecordConverter::FixRecord(FourCharCode, const TRecordNumbers& numbers, void* record) {
+  numbers.ConvertByteOrder(record);
+}
+
 void TRecordNumbers::ConvertByteOrder(void* record) const {
   using std::endian;
   static_assert(endian::native == endian::big || endian::native == endian::little);

@@ -1,40 +1,20 @@
 #include "actions/builders/CInputColumnArray.h"
 
 #include <algorithm>
-#include <array>
 #include <cstring>
-#include <map>
 #include <set>
 #include <string_view>
-#include <vector>
+
+#include "foundation/Attempt.h"
 
 namespace zaf {
 namespace {
 
-using TName = TFixedText<128>;
-
-/// The owner, the table and the column. In records that have fewer names the first are empty. The
-/// views refer to the records.
-using TKey = std::array<std::string_view, 3>;
-
-/// The last `count` names of a column.
-TKey KeyOf(const TBuilderColumn& column, std::size_t count) {
-  TKey key{column.owner.View(), column.table.View(), column.column.View()};
-  std::fill_n(key.begin(), key.size() - count, std::string_view());
-  return key;
+/// Copies a name that may fill its slot, with zeros behind its end.
+void SetName(TFixedText<128>& name, std::string_view text) {
+  name = {};
+  std::copy(text.begin(), text.end(), name.bytes);
 }
-
-/// A legacy record: its names, followed by its item.
-struct TLegacyItemView {
-  TKey key{};
-  const TListItem* item;
-
-  TLegacyItemView(const void* record, std::size_t name_count) {
-    const auto* name = static_cast<const TName*>(record);
-    for (std::size_t i = key.size() - name_count; i < key.size(); ++i) key[i] = (name++)->View();
-    item = static_cast<const TListItem*>(static_cast<const void*>(name));
-  }
-};
 
 }  // namespace
 
@@ -47,14 +27,20 @@ std::span<const TProperty> TInputColumn::Properties() {
 }
 
 CInputColumnArray::CInputColumnArray(std::uint32_t record_size, std::size_t name_count)
-    : CDynamicArray(record_size),
-      name_count_(name_count),
-      unassigned_(static_cast<std::uint32_t>(name_count * sizeof(TName) + sizeof(TListItem))) {}
+    : CDynamicArray(record_size), name_count_(name_count) {}
 
 std::span<const TListItem> CInputColumnArray::GetItems(std::uint32_t column) const {
-  if (column >= runs_.GetCount()) return {};
-  const TRun& run = runs_[column];
-  return {items_.begin() + run.first, run.count};
+  if (column < runs_.GetCount() && runs_[column].count != 0)
+    return {items_.begin() + runs_[column].first, runs_[column].count};
+  return FindSharedItems(column);
+}
+
+std::span<const TListItem> CInputColumnArray::FindSharedItems(std::uint32_t column) const {
+  if (shared_items_.empty() || column >= GetCount() || !GetColumn(column).input.HasList())
+    return {};
+  const auto found = shared_items_.find(NamesOf(GetColumn(column).column));
+  if (found == shared_items_.end()) return {};
+  return found->second;
 }
 
 TListItem* CInputColumnArray::AppendItem(std::uint32_t column) {
@@ -68,78 +54,56 @@ TListItem* CInputColumnArray::AppendItem(std::uint32_t column) {
   return item;
 }
 
-Status CInputColumnArray::AssignItems(TDataFile& file) {
-  if (unassigned_.IsEmpty()) return Status::kOk;
-  // The first column of each key collects the items; the others of that key share its run.
-  std::map<TKey, std::uint32_t> index;
-  std::vector<std::uint32_t> collectors(GetCount(), kNoIndex);
-  for (std::uint32_t i = 0; i < collectors.size(); ++i) {
-    if (!GetColumn(i).input.HasList()) continue;
-    collectors[i] = index.try_emplace(KeyOf(GetColumn(i).column, name_count_), i).first->second;
-  }
-  std::vector<std::uint32_t> owners(unassigned_.GetCount(), kNoIndex);
-  for (std::uint32_t i = 0; i < owners.size(); ++i) {
-    const auto found = index.find(TLegacyItemView(unassigned_.ElementAt(i), name_count_).key);
-    if (found != index.end()) owners[i] = found->second;
-  }
-  if (const Status status = MakeRuns(collectors, owners, file); status != Status::kOk)
-    return status;
-  std::vector<std::uint32_t> ends(collectors.size());
-  for (std::uint32_t i = 0; i < ends.size(); ++i) ends[i] = runs_[i].first;
-  for (std::uint32_t i = 0; i < owners.size(); ++i) {
-    const TLegacyItemView record(unassigned_.ElementAt(i), name_count_);
-    if (owners[i] != kNoIndex) items_[ends[owners[i]]++] = *record.item;
-  }
-  unassigned_.RemoveAll();
-  return Status::kOk;
+CDynamicArray CInputColumnArray::MakeItemRecords() const {
+  return CDynamicArray(
+      static_cast<std::uint32_t>(name_count_ * sizeof(TNames::value_type) + sizeof(TListItem)));
 }
 
-Status CInputColumnArray::MakeRuns(std::span<const std::uint32_t> collectors,
-                                   std::span<const std::uint32_t> owners, TDataFile& file) {
-  std::vector<TRun> runs(collectors.size(), TRun{0, 0});
-  for (const std::uint32_t owner : owners)
-    if (owner != kNoIndex) ++runs[owner].count;
-  std::uint32_t total = 0;
-  std::uint64_t shared = 0;
-  for (std::uint32_t i = 0; i < runs.size(); ++i) {
-    if (collectors[i] == i) {
-      runs[i].first = total;
-      total += runs[i].count;
-    } else if (collectors[i] != kNoIndex) {
-      runs[i] = runs[collectors[i]];
-      shared += runs[i].count;
-    }
+void CInputColumnArray::AddItems(const CDynamicArray& records) {
+  for (std::uint32_t i = 0; i < records.GetCount(); ++i) {
+    const auto* name = static_cast<const TNames::value_type*>(records.ElementAt(i));
+    TNames names{};
+    for (TNames::value_type& own : std::span(names).last(name_count_))
+      SetName(own, (name++)->View());
+    TListItem item;
+    std::memcpy(&item, name, sizeof item);
+    shared_items_[names].push_back(item);
   }
-  const Status status = file.ChargeRecords(shared * unassigned_.GetElementSize());
-  if (status != Status::kOk) return status;
-  const auto fill = [](CDynamicArray& array, const void* elements, std::size_t count) {
-    const auto size = static_cast<std::uint32_t>(count * array.GetElementSize());
-    return array.Set(elements, size).length == size;
-  };
-  return fill(runs_, runs.data(), runs.size()) && fill(items_, nullptr, total) ? Status::kOk
-                                                                               : Status::kFailure;
 }
 
-bool CInputColumnArray::AppendLegacyItems(CDynamicArray& records) const {
-  std::set<TKey> written;
-  for (std::uint32_t i = 0; i < runs_.GetCount(); ++i) {
+bool CInputColumnArray::AppendItemRecords(CDynamicArray& records) const {
+  std::set<TNames, TNamesLess> written;
+  for (std::uint32_t i = 0; i < GetCount(); ++i) {
     const std::span<const TListItem> items = GetItems(i);
     if (items.empty()) continue;
     const TBuilderColumn& column = GetColumn(i).column;
-    if (!written.insert(KeyOf(column, name_count_)).second) continue;
-    const TName* const names[] = {&column.owner, &column.table, &column.column};
+    if (!written.insert(NamesOf(column)).second) continue;
+    const TNames names{column.owner, column.table, column.column};
     for (const TListItem& item : items) {
-      auto* target = static_cast<TName*>(records.ElementAt(records.Add(nullptr)));
+      auto* target = static_cast<TNames::value_type*>(records.ElementAt(records.Add(nullptr)));
       if (target == nullptr) return false;
-      for (const TName* name : std::span(names).last(name_count_)) *target++ = *name;
+      for (const TNames::value_type& name : std::span(names).last(name_count_)) *target++ = name;
       std::memcpy(target, &item, sizeof item);
     }
   }
   return true;
 }
 
+Status CInputColumnArray::ChargeItems(TDataFile& file) const {
+  const auto charge = [&] {
+    std::set<const TListItem*> counted;  // Lists that have a column; reading has counted them.
+    std::uint64_t count = 0;
+    for (std::uint32_t i = 0; i < GetCount(); ++i) {
+      const std::span<const TListItem> items = FindSharedItems(i);
+      if (!counted.insert(items.data()).second) count += items.size();
+    }
+    return file.ChargeRecords(count * MakeItemRecords().GetElementSize());
+  };
+  return Attempt(charge, Status::kFailure);
+}
+
 bool CInputColumnArray::HasEqualItems(const CInputColumnArray& other) const {
-  const std::uint32_t count = std::max(runs_.GetCount(), other.runs_.GetCount());
+  const std::uint32_t count = std::max(GetCount(), other.GetCount());
   for (std::uint32_t i = 0; i < count; ++i) {
     const std::span<const TListItem> one = GetItems(i);
     const std::span<const TListItem> two = other.GetItems(i);
@@ -150,6 +114,18 @@ bool CInputColumnArray::HasEqualItems(const CInputColumnArray& other) const {
     if (!is_equal) return false;
   }
   return true;
+}
+
+CInputColumnArray::TNames CInputColumnArray::NamesOf(const TBuilderColumn& column) const {
+  TNames names{};
+  const TNames::value_type* const own[] = {&column.owner, &column.table, &column.column};
+  for (std::size_t i = names.size() - name_count_; i < names.size(); ++i)
+    SetName(names[i], own[i]->View());
+  return names;
+}
+
+bool CInputColumnArray::TNamesLess::operator()(const TNames& one, const TNames& two) const {
+  return std::memcmp(one.data(), two.data(), sizeof one) < 0;
 }
 
 }  // namespace zaf

@@ -1,8 +1,11 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
+#include <map>
 #include <span>
+#include <vector>
 
 #include "actions/builders/TBuilderColumn.h"
 #include "actions/builders/TInputOptions.h"
@@ -29,7 +32,8 @@ static_assert(offsetof(TInputColumn, input) == 524);
 /// those whose input offers a list.
 ///
 /// In a legacy file the items have sections of their own, in any order with those of the columns,
-/// and name the columns that they belong to. They are kept as they are read until `AssignItems`.
+/// and name the columns that they belong to: an item belongs to every column with a list that it
+/// names exactly, in the order of the file. In a document each column has its own items.
 class CInputColumnArray : public CDynamicArray {
  public:
   /// `record_size`: bytes of a column record. `name_count`: names in a legacy list item, 1 or 3.
@@ -40,41 +44,44 @@ class CInputColumnArray : public CDynamicArray {
   }
   /// The list items of a column, until the array changes.
   [[nodiscard]] std::span<const TListItem> GetItems(std::uint32_t column) const;
-  /// Adds an item of zeros to a column, of which none behind has items yet; null when memory could
-  /// not be had.
+  /// Adds an item of zeros to a column of a document. No later column has items yet. Null when
+  /// memory runs out.
   TListItem* AppendItem(std::uint32_t column);
 
-  /// The records of the legacy sections that are not assigned yet.
-  [[nodiscard]] CDynamicArray& GetUnassigned() { return unassigned_; }
-  [[nodiscard]] const CDynamicArray& GetUnassigned() const { return unassigned_; }
-  /// Gives the records read from `file` to every column with a list that they name exactly, in
-  /// their order, in time linear in both; others are dropped. A record counts as one of the file
-  /// for each column that it is given to: kMalformed when those are too many for the file's size.
-  Status AssignItems(TDataFile& file);
-  /// Appends all assigned items to `records`, as records of a legacy file. There columns of the
-  /// same names have the same items: those of the first of them that has any. False when memory
-  /// could not be had.
-  bool AppendLegacyItems(CDynamicArray& records) const;
+  /// An empty list for legacy records of items.
+  [[nodiscard]] CDynamicArray MakeItemRecords() const;
+  /// Takes the items of legacy records. Throws std::bad_alloc.
+  void AddItems(const CDynamicArray& records);
+  /// Appends the items of all columns to `records`. A legacy file has one list of items for all
+  /// columns of the same names: that of the first of them that has any. Throws std::bad_alloc;
+  /// false when memory runs out otherwise.
+  bool AppendItemRecords(CDynamicArray& records) const;
+  /// Counts a legacy item as a record of `file` once more for each column that it belongs to.
+  /// kMalformed when those are too many for the file's size.
+  Status ChargeItems(TDataFile& file) const;
 
   [[nodiscard]] bool HasEqualItems(const CInputColumnArray& other) const;
 
  private:
-  /// The items of one column: a part of `items_`, which columns of the same names share.
+  /// The items of one column: a part of `items_`.
   struct TRun {
     std::uint32_t first;
     std::uint32_t count;
   };
+  /// The owner, the table and the column, zero behind their ends. In records that have fewer names
+  /// the first are empty.
+  using TNames = std::array<TFixedText<128>, 3>;
+  struct TNamesLess {
+    bool operator()(const TNames& one, const TNames& two) const;
+  };
 
-  /// Makes a run for each column, with room for the items that it is going to have. `collectors`
-  /// has for each column the one whose items it shares, `owners` for each unassigned record the
-  /// column that collects it; kNoIndex: none.
-  Status MakeRuns(std::span<const std::uint32_t> collectors, std::span<const std::uint32_t> owners,
-                  TDataFile& file);
+  [[nodiscard]] TNames NamesOf(const TBuilderColumn& column) const;
+  [[nodiscard]] std::span<const TListItem> FindSharedItems(std::uint32_t column) const;
 
   std::size_t name_count_;
-  TRecordArray<TListItem> items_;
-  TRecordArray<TRun> runs_;  ///< By column; columns behind its end have no items.
-  CDynamicArray unassigned_;
+  TRecordArray<TListItem> items_;  ///< Read from a document.
+  TRecordArray<TRun> runs_;        ///< By column; columns behind its end have no such items.
+  std::map<TNames, std::vector<TListItem>, TNamesLess> shared_items_;  ///< Read from legacy files.
 };
 
 /// The columns of one page: their records, and the number of names in its legacy list items.

@@ -1,5 +1,7 @@
 #include "actions/builders/InputColumnsCodec.h"
 
+#include "foundation/Attempt.h"
+
 namespace zaf {
 namespace {
 
@@ -54,22 +56,31 @@ Status TInputColumnsCodecBase::ReadXml(const TProperty& row, void* field,
 
 Status TListItemsCodec::ReadLegacy(const TProperty& row, void* field,
                                    const TLegacySection& section) const {
-  return records_.ReadLegacy(row, &static_cast<CInputColumnArray*>(field)->GetUnassigned(),
-                             section);
+  auto& columns = *static_cast<CInputColumnArray*>(field);
+  const auto read = [&] {
+    CDynamicArray records = columns.MakeItemRecords();
+    const Status status = records_.ReadLegacy(row, &records, section);
+    columns.AddItems(records);
+    return status;
+  };
+  return Attempt(read, Status::kFailure);
 }
 
 Status TListItemsCodec::WriteLegacy(const TProperty& row, const void* field,
                                     TSectionWriter& out) const {
   const auto& columns = *static_cast<const CInputColumnArray*>(field);
-  CDynamicArray records = columns.GetUnassigned();
-  if (!columns.AppendLegacyItems(records)) return Status::kFailure;
-  return records_.WriteLegacy(row, &records, out);
+  const auto write = [&] {
+    CDynamicArray records = columns.MakeItemRecords();
+    return columns.AppendItemRecords(records) ? records_.WriteLegacy(row, &records, out)
+                                              : Status::kFailure;
+  };
+  return Attempt(write, Status::kFailure);
 }
 
 bool TListItemsCodec::IsEqual(const void* field, const void* other) const {
   const auto& one = *static_cast<const CInputColumnArray*>(field);
   const auto& two = *static_cast<const CInputColumnArray*>(other);
-  return records_.IsEqual(&one.GetUnassigned(), &two.GetUnassigned()) && one.HasEqualItems(two);
+  return one.HasEqualItems(two);
 }
 
 }  // namespace zaf

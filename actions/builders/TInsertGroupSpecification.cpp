@@ -38,7 +38,7 @@ bool TInsertGroupSpecification::ConvertLegacyRecord(FourCharCode code, ByteView 
 
 Status TInsertGroupSpecification::ReadLegacy(TDataFile* file, const TRecordHeader& header) {
   const Status status = Table::ReadLegacy(file, header);
-  return status == Status::kOk ? columns_.AssignItems(*file) : status;
+  return status == Status::kOk ? columns_.ChargeItems(*file) : status;
 }
 
 }  // namespace zaf

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+
 #include "actions/builders/CInputColumnArray.h"
 #include "actions/builders/TPageFormat.h"
 #include "actions/database/TSourceSpecification.h"
@@ -19,12 +21,15 @@ class TInsertGroupSpecification
   static constexpr std::string_view kElement = "NewRecordBuilderAction";
   static constexpr std::string_view kLabel = "[New Record Builder Action] ";
   static std::span<const TProperty> Properties();
+  static constexpr std::array<FourCharCode, 9> LegacyOrder() {
+    return {kNoCode,      Code("icol"), Code("fval"), Code("frmt"), Code("head"),
+            Code("foot"), Code("resp"), Code("sbtn"), Code("rbtn")};
+  }
 
   /// Records of the builder's own lists are copied as far as they fit.
   bool ConvertLegacyRecord(FourCharCode code, ByteView legacy_record,
                            std::span<std::byte> record) override;
-  /// Also gives the list items to their columns; kMalformed when columns of the same name share
-  /// more items than the file's size allows.
+  /// kMalformed also when columns of the same name share more items than the file's size allows.
   Status ReadLegacy(TDataFile* file, const TRecordHeader& header) override;
 
  private:

@@ -42,8 +42,8 @@ bool TSearchGroupSpecification::ConvertLegacyRecord(FourCharCode code, ByteView 
 
 Status TSearchGroupSpecification::ReadLegacy(TDataFile* file, const TRecordHeader& header) {
   if (const Status status = Table::ReadLegacy(file, header); status != Status::kOk) return status;
-  const Status status = search_page_.columns.AssignItems(*file);
-  return status == Status::kOk ? details_page_.columns.AssignItems(*file) : status;
+  const Status status = search_page_.columns.ChargeItems(*file);
+  return status == Status::kOk ? details_page_.columns.ChargeItems(*file) : status;
 }
 
 }  // namespace zaf

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+
 #include "actions/builders/SearchBuilderPages.h"
 #include "actions/database/TSourceSpecification.h"
 
@@ -15,13 +17,19 @@ class TSearchGroupSpecification
   static constexpr std::string_view kElement = "SearchBuilderAction";
   static constexpr std::string_view kLabel = "[Search Builder Action] ";
   static std::span<const TProperty> Properties();
+  static constexpr std::array<FourCharCode, 30> LegacyOrder() {
+    return {kNoCode,      Code("scit"), Code("lcit"), Code("dcit"), Code("sfvt"), Code("dfvt"),
+            Code("lsrt"), Code("join"), Code("dltj"), Code("spgf"), Code("lpgf"), Code("dpgf"),
+            Code("mpgs"), Code("adel"), Code("srbn"), Code("updh"), Code("snre"), Code("schd"),
+            Code("scft"), Code("mrow"), Code("sbtn"), Code("lchd"), Code("lcft"), Code("fbtn"),
+            Code("drbn"), Code("dtbl"), Code("delh"), Code("dchd"), Code("dcft"), Code("dbtn")};
+  }
 
   /// Records of the builder's own lists are copied as far as they fit; joins are upgraded as in a
   /// search action.
   bool ConvertLegacyRecord(FourCharCode code, ByteView legacy_record,
                            std::span<std::byte> record) override;
-  /// Also gives the list items to their columns; kMalformed when columns of the same names share
-  /// more items than the file's size allows.
+  /// kMalformed also when columns of the same names share more items than the file's size allows.
   Status ReadLegacy(TDataFile* file, const TRecordHeader& header) override;
 
  private:

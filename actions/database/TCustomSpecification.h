@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+
 #include "actions/database/TSourceSpecification.h"
 
 namespace zaf {
@@ -12,6 +14,9 @@ class TCustomSpecification final
   static constexpr std::string_view kElement = "DirectDBMSAction";
   static constexpr std::string_view kLabel = "[Direct DBMS Action] ";
   static std::span<const TProperty> Properties();
+  static constexpr std::array<FourCharCode, 4> LegacyOrder() {
+    return {kNoCode, Code("cust"), Code("maxm"), Code("strr")};
+  }
 
  private:
   CText statement_;

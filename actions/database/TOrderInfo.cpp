@@ -12,6 +12,19 @@ namespace {
 constexpr std::string_view kAscendingElement = "Ascending";
 constexpr std::string_view kOwnerElement = "TableOwner";
 
+/// The direction, without XML form of its own. Compared ignoring case.
+class TAscendingCodec final : public TFieldCodec {
+ public:
+  bool IsEqual(const void* field, const void* other) const override {
+    const auto text = [](const void* direction) {
+      return static_cast<const decltype(TOrderInfo::ascending)*>(direction)->View();
+    };
+    return EqualsIgnoringCase(text(field), text(other));
+  }
+};
+
+constexpr TAscendingCodec kAscendingCodec;
+
 }  // namespace
 
 std::span<const TProperty> TOrderInfo::Properties() {
@@ -19,7 +32,7 @@ std::span<const TProperty> TOrderInfo::Properties() {
   static constexpr TProperty kRows[] = {
       Child<&Order::table>(kNoCode, "TableName"),
       Child<&Order::column>(kNoCode, "ColumnName"),
-      Carried<&Order::ascending>(kNoCode),
+      Carried<&Order::ascending>(kNoCode, kAscendingCodec),
   };
   return kRows;
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+
 #include "actions/database/TColumnInfo.h"
 #include "actions/database/TColumnReference.h"
 #include "actions/database/TCriteriaItem.h"
@@ -19,11 +21,18 @@ class TSearchSpecification
   static constexpr std::string_view kElement = "SearchAction";
   static constexpr std::string_view kLabel = "[Search Action] ";
   static std::span<const TProperty> Properties();
+  static constexpr std::array<FourCharCode, 13> LegacyOrder() {
+    return {kNoCode,      Code("tabl"), Code("cols"), Code("slct"), Code("ordr"),
+            Code("grup"), Code("crit"), Code("have"), Code("join"), Code("strr"),
+            Code("maxm"), Code("totr"), Code("rdro")};
+  }
 
   /// Outer joins of older records change their direction. A join of an unknown size is kept, empty;
   /// a criterion of an unknown size is not.
   bool ConvertLegacyRecord(FourCharCode code, ByteView legacy_record,
                            std::span<std::byte> record) override;
+  /// An operation of the server's run time.
+  virtual void PrepareStatement() {}
 
  private:
   CTextPtrArray tables_;

@@ -12,8 +12,9 @@ namespace zaf {
 class TSourceSpecification : public TTableSpecification<TSourceSpecification, TQuerySpecification> {
  public:
   static constexpr std::string_view kLabel = "[Data Source] ";
+  static constexpr bool kBaseSectionsFirst = true;
   static std::span<const TProperty> Properties();
-  /// The sections of every action come first. Whether the default is used is read only.
+  /// Whether the default is used is read only.
   static constexpr std::array<FourCharCode, 10> LegacyOrder() {
     return {kNoCode,      Code("htyp"), Code("dsrc"), Code("host"), Code("data"),
             Code("user"), Code("pass"), Code("dbms"), Code("dusr"), Code("dpas")};
@@ -22,6 +23,27 @@ class TSourceSpecification : public TTableSpecification<TSourceSpecification, TQ
   TSourceSpecification() { SetRecordSize(368); }
 
   [[nodiscard]] const TDataSource& GetDataSource() const { return data_source_; }
+
+  // Hooks of the server's run time and editor, which have nothing to add yet.
+  void PrepareRun() override {}
+  bool CanRun() const override { return true; }
+  bool CanFollow() const override { return true; }
+  void BeginRun() override {}
+  void ResetRun() override {}
+  void BeginEdit() override {}
+  void EndEdit() override {}
+  std::int32_t GetNextProperty(std::int32_t& id, std::uint32_t& flags) const override {
+    return TQuerySpecification::GetNextProperty(id, flags);
+  }
+  [[nodiscard]] bool IsProperty(std::int32_t id) const override {
+    return TQuerySpecification::IsProperty(id);
+  }
+  std::int32_t GetProperty(CText& text, std::int32_t id) const override {
+    return TQuerySpecification::GetProperty(text, id);
+  }
+  std::int32_t SetProperty(const char* text, std::int32_t id) override {
+    return TQuerySpecification::SetProperty(text, id);
+  }
 
   Status ReadLegacyProperty(const TLegacySection& section) override;
   static constexpr FourCharCode kReadByHand[] = {Code("htyp")};

@@ -17,6 +17,8 @@ class TTransCloseSpecification final
 
   /// Everything but a rollback is a commit.
   [[nodiscard]] bool IsCommit() const;
+  /// An operation of the server's run time.
+  virtual void ReleaseConnection() {}
 
   /// Older files tell the end type by the platform "plat": only "mac " commits.
   Status ReadLegacyProperty(const TLegacySection& section) override;

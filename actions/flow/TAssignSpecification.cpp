@@ -1,6 +1,8 @@
 #include "actions/flow/TAssignSpecification.h"
 
 #include <cstring>
+#include <memory>
+#include <new>
 #include <string>
 
 #include "fields/AssignWithLineFeeds.h"
@@ -70,6 +72,23 @@ Status ReadItem(TPartReader& reader, TAssignItem& item) {
   return item.cookie.Set(cookie) ? Status::kOk : Status::kFailure;
 }
 
+/// The bytes of a section with these items.
+std::string LayOut(const TAssignItemArray& items) {
+  std::string bytes;
+  AppendU32(items.GetCount(), bytes);
+  for (const TAssignItem& item : items) {
+    AppendU32(item.value.GetCharacterCount(), bytes);
+    bytes.append(item.value.View());
+    bytes.append(item.name.bytes, sizeof item.name).append(item.scope.bytes, sizeof item.scope);
+    const TCookie& cookie = item.cookie.Get();
+    bytes.append(cookie.expiry.bytes, sizeof cookie.expiry);
+    bytes.append(cookie.path.bytes, sizeof cookie.path);
+    bytes.append(cookie.domain.bytes, sizeof cookie.domain);
+    AppendU32(static_cast<std::uint32_t>(cookie.is_secure), bytes);
+  }
+  return bytes;
+}
+
 /// The items of an assign action: a section of items of variable length; in XML an element each,
 /// whose name tells cookies from the others.
 class TAssignItemsCodec final : public TFieldCodec {
@@ -80,7 +99,8 @@ class TAssignItemsCodec final : public TFieldCodec {
     std::int32_t count = 0;
     if (const Status status = reader.ReadNumber(count); status != Status::kOk) return status;
     for (auto left = static_cast<std::uint32_t>(count); left > 0; --left) {
-      auto item = std::make_unique<TAssignItem>();
+      std::unique_ptr<TAssignItem> item(new (std::nothrow) TAssignItem);
+      if (item == nullptr) return Status::kFailure;
       if (const Status status = ReadItem(reader, *item); status != Status::kOk) return status;
       if (Items(field).Add(std::move(item)) == kNoIndex) return Status::kFailure;
     }
@@ -88,20 +108,8 @@ class TAssignItemsCodec final : public TFieldCodec {
   }
 
   Status WriteLegacy(const TProperty& row, const void* field, TSectionWriter& out) const override {
-    const TAssignItemArray& items = Items(field);
-    std::string bytes;
-    AppendU32(items.GetCount(), bytes);
-    for (const TAssignItem& item : items) {
-      AppendU32(item.value.GetCharacterCount(), bytes);
-      bytes.append(item.value.View());
-      bytes.append(item.name.bytes, sizeof item.name).append(item.scope.bytes, sizeof item.scope);
-      const TCookie& cookie = item.cookie.Get();
-      bytes.append(cookie.expiry.bytes, sizeof cookie.expiry);
-      bytes.append(cookie.path.bytes, sizeof cookie.path);
-      bytes.append(cookie.domain.bytes, sizeof cookie.domain);
-      AppendU32(static_cast<std::uint32_t>(cookie.is_secure), bytes);
-    }
-    return out.Write(row.code, AsBytes(bytes));
+    const auto write = [&] { return out.Write(row.code, AsBytes(LayOut(Items(field)))); };
+    return Attempt(write, Status::kFailure);
   }
 
   void WriteXml(const TProperty&, const void* field, const TXmlWriteScope& scope) const override {
@@ -122,7 +130,8 @@ class TAssignItemsCodec final : public TFieldCodec {
          element = element.getNextSiblingElement()) {
       const bool is_cookie = element.getTagName() == kCookieElement;
       if (!is_cookie && element.getTagName() != kVariableElement) continue;
-      auto item = std::make_unique<TAssignItem>();
+      std::unique_ptr<TAssignItem> item(new (std::nothrow) TAssignItem);
+      if (item == nullptr) return Status::kFailure;
       const Status status = ReadXmlRows(
           is_cookie ? TAssignItem::CookieProperties() : TAssignItem::VariableProperties(),
           item.get(), {scope.context, element});

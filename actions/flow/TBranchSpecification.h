@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+
 #include "actions/TTableSpecification.h"
 
 namespace zaf {
@@ -12,6 +14,9 @@ class TBranchSpecification final
   static constexpr std::string_view kElement = "BranchAction";
   static constexpr std::string_view kLabel = "[Branch Action] ";
   static std::span<const TProperty> Properties();
+  static constexpr std::array<FourCharCode, 5> LegacyOrder() {
+    return {Code("snam"), Code("dnam"), Code("fnam"), Code("iret"), kNoCode};
+  }
 
   Status ReadLegacyProperty(const TLegacySection& section) override;
 

@@ -1,5 +1,7 @@
 #include "actions/flow/TExpressionInfo.h"
 
+#include <cstring>
+
 #include "fields/ValueCodecs.h"
 
 namespace zaf {
@@ -7,19 +9,15 @@ namespace {
 
 constexpr std::size_t kOperatorSize = 4;
 
-/// An operator. It is compared by its first four characters, and written with that many or whole.
+/// An operator. It is compared by its first four bytes, those behind a NUL included.
 class TOperatorCodec final : public TValueCodec {
  public:
-  constexpr explicit TOperatorCodec(std::size_t written_size) : written_size_(written_size) {}
-
   bool IsEqual(const void* field, const void* other) const override {
-    return Text(field).substr(0, kOperatorSize) == Text(other).substr(0, kOperatorSize);
+    return std::memcmp(field, other, kOperatorSize) == 0;
   }
 
  protected:
-  std::string_view Spell(const void* field, TScratch&) const override {
-    return Text(field).substr(0, written_size_);
-  }
+  std::string_view Spell(const void* field, TScratch&) const override { return Text(field); }
   Status Parse(void* field, std::string_view text) const override {
     static_cast<TFixedText<128>*>(field)->Set(text);
     return Status::kOk;
@@ -30,14 +28,13 @@ class TOperatorCodec final : public TValueCodec {
   static std::string_view Text(const void* field) {
     return static_cast<const TFixedText<128>*>(field)->View();
   }
-
-  std::size_t written_size_;
 };
 
-constexpr TOperatorCodec kCutOperatorCodec{kOperatorSize};
-constexpr TOperatorCodec kWholeOperatorCodec{std::string_view::npos};
+constexpr TOperatorCodec kOperatorCodec;
 
 }  // namespace
+
+void TExpressionInfo::CutOperator() { comparison.Set(comparison.View().substr(0, kOperatorSize)); }
 
 std::span<const TProperty> TIfExpressionInfo::Properties() {
   using Info = TExpressionInfo;
@@ -45,7 +42,7 @@ std::span<const TProperty> TIfExpressionInfo::Properties() {
       Child<&Info::left>(kNoCode, "ExpLeft"),
       Child<&Info::right>(kNoCode, "ExpRight"),
       ChildIfSet<&Info::conjunction>(kNoCode, "Conjunction"),
-      Child<&Info::comparison>(kNoCode, "Operator", kCutOperatorCodec),
+      Child<&Info::comparison>(kNoCode, "Operator", kOperatorCodec),
   };
   return kRows;
 }
@@ -54,7 +51,7 @@ std::span<const TProperty> TWhileExpressionInfo::Properties() {
   using Info = TExpressionInfo;
   static constexpr TProperty kRows[] = {
       Attribute<&Info::conjunction>(kNoCode, "Conjunction"),
-      Attribute<&Info::comparison>(kNoCode, "Operator", kWholeOperatorCodec),
+      Attribute<&Info::comparison>(kNoCode, "Operator", kOperatorCodec),
       Child<&Info::left>(kNoCode, "ExpLeft"),
       Child<&Info::right>(kNoCode, "ExpRight"),
   };

@@ -16,16 +16,18 @@ struct TExpressionInfo {
   TFixedText<128> left;
   TFixedText<128> comparison;  ///< The operator.
   TFixedText<128> right;
+
+  /// Cuts the operator to the characters that count.
+  void CutOperator();
 };
 static_assert(sizeof(TExpressionInfo) == 512);
 
-/// A comparison of an if or else-if: all four are child elements, and the operator is cut to its
-/// four characters.
+/// A comparison of an if or else-if: all four are child elements.
 struct TIfExpressionInfo : TExpressionInfo {
   static std::span<const TProperty> Properties();
 };
 
-/// A comparison of a while: conjunction and operator are attributes, always written and whole.
+/// A comparison of a while: conjunction and operator are attributes, always written.
 struct TWhileExpressionInfo : TExpressionInfo {
   static std::span<const TProperty> Properties();
 };

@@ -12,4 +12,10 @@ std::span<const TProperty> TIfSpecification::Properties() {
   return kRows;
 }
 
+Status TIfSpecification::WriteXml(TXmlWriteContext& context, dom::Element element,
+                                  dom::Element parent) const {
+  for (TIfExpressionInfo& comparison : comparisons_) comparison.CutOperator();
+  return TTableSpecification::WriteXml(context, element, parent);
+}
+
 }  // namespace zaf

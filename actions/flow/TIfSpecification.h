@@ -13,9 +13,14 @@ class TIfSpecification : public TTableSpecification<TIfSpecification, TQuerySpec
   static constexpr std::string_view kLabel = "[If Action] ";
   static std::span<const TProperty> Properties();
 
+  /// Cuts the operators, those of the action itself, to four characters.
+  Status WriteXml(TXmlWriteContext& context, dom::Element element,
+                  dom::Element parent) const override;
+
  private:
-  CText expression_;                                     ///< The condition as one expression.
-  TExpressionInfoArray<TIfExpressionInfo> comparisons_;  ///< The same, taken apart.
+  CText expression_;  ///< The condition as one expression.
+  /// The same, taken apart. Writing cuts the operators, of which the rest never counted.
+  mutable TExpressionInfoArray<TIfExpressionInfo> comparisons_;
 };
 
 }  // namespace zaf

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+
 #include "actions/TTableSpecification.h"
 
 namespace zaf {
@@ -12,6 +14,12 @@ class TStopSpecification final
   static constexpr std::string_view kElement = "ReturnAction";
   static constexpr std::string_view kLabel = "[Return Action] ";
   static std::span<const TProperty> Properties() { return {}; }
+
+  /// Texts of the server's run time. They are cloned, but neither compared nor written.
+  [[nodiscard]] std::array<CText, 2>& GetRunTexts() { return run_texts_; }
+
+ private:
+  std::array<CText, 2> run_texts_;
 };
 
 }  // namespace zaf

@@ -90,23 +90,37 @@ Status TExternalQuerySpecification::WriteLegacyProperties(TSectionWriter& out) c
 }
 
 Status TExternalQuerySpecification::WriteParameters(FourCharCode code, TSectionWriter& out) const {
-  std::string bytes;
-  if (code == kEventPlatform) {
-    AppendU32(static_cast<std::uint32_t>(event_class_), bytes);
-    AppendU32(static_cast<std::uint32_t>(event_code_), bytes);
-  }
-  AppendTerminated(target_, bytes);
-  AppendU32(parameters_.GetCount(), bytes);
-  for (const TExternalParameter& parameter : parameters_) {
-    AppendTerminated(parameter.name, bytes);
-    AppendTerminated(parameter.value, bytes);
-  }
-  return out.Write(code, AsBytes(bytes));
+  const auto write = [&] {
+    std::string bytes;
+    if (code == kEventPlatform) {
+      AppendU32(static_cast<std::uint32_t>(event_class_), bytes);
+      AppendU32(static_cast<std::uint32_t>(event_code_), bytes);
+    }
+    AppendTerminated(target_, bytes);
+    AppendU32(parameters_.GetCount(), bytes);
+    for (const TExternalParameter& parameter : parameters_) {
+      AppendTerminated(parameter.name, bytes);
+      AppendTerminated(parameter.value, bytes);
+    }
+    return out.Write(code, AsBytes(bytes));
+  };
+  return Attempt(write, Status::kFailure);
 }
 
 bool TExternalQuerySpecification::IsEqual(const TQuerySpecification& other) const {
   const auto* const that = dynamic_cast<const TExternalQuerySpecification*>(&other);
   return TTableSpecification::IsEqual(other) && that != nullptr && parameters_ == that->parameters_;
+}
+
+Status TExternalQuerySpecification::CheckEnvironment(CText& error) const {
+  if (platform_ != kCommandPlatform) return Status::kOk;
+  const bool is_sound =
+      std::all_of(parameters_.begin(), parameters_.end(), [](const TExternalParameter& variable) {
+        return !variable.name.IsEmpty() || variable.value.IsEmpty();
+      });
+  if (is_sound) return Status::kOk;
+  error = "External action environment variable has value but no name";
+  return Status::kFailure;
 }
 
 Status TExternalQuerySpecification::WriteXml(TXmlWriteContext& context, dom::Element,

@@ -34,6 +34,9 @@ class TExternalQuerySpecification
   Status ReadLegacyProperty(const TLegacySection& section) override;
   Status WriteLegacyProperties(TSectionWriter& out) const override;
   [[nodiscard]] bool IsEqual(const TQuerySpecification& other) const override;
+  /// Whether the variables can become the environment of a command line: kFailure, with the reason
+  /// in `error`, when one has a value and no name.
+  Status CheckEnvironment(CText& error) const;
   Status WriteXml(TXmlWriteContext& context, dom::Element element,
                   dom::Element parent) const override;
   Status ReadXml(const TXmlReadContext& context, dom::Element element) override;

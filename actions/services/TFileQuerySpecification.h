@@ -14,6 +14,7 @@ class TFileQuerySpecification final
   static constexpr FourCharCode kTypeCode = Code("flvt");
   static constexpr std::string_view kElement = "FileAction";
   static constexpr std::string_view kLabel = "[File Action] ";
+  static constexpr bool kBaseSectionsFirst = true;
   static std::span<const TProperty> Properties();
 
   Status WriteXml(TXmlWriteContext& context, dom::Element element,

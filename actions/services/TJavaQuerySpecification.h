@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+
 #include "actions/TTableSpecification.h"
 #include "foundation/CTextPtrArray.h"
 
@@ -13,6 +15,9 @@ class TJavaQuerySpecification final
   static constexpr std::string_view kElement = "JavaAction";
   static constexpr std::string_view kLabel = "[Java External Action] ";
   static std::span<const TProperty> Properties();
+  static constexpr std::array<FourCharCode, 6> LegacyOrder() {
+    return {kNoCode, Code("name"), Code("type"), Code("host"), Code("port"), Code("argu")};
+  }
 
  private:
   CText class_name_;

@@ -5,8 +5,10 @@
 namespace zaf {
 namespace {
 
+constexpr FourCharCode kJavaScript = Code("jscr");
+
 constexpr TKeyword kLanguageKeywords[] = {
-    {static_cast<std::int32_t>(Code("jscr")), "JavaScript" },
+    {static_cast<std::int32_t>(kJavaScript),  "JavaScript" },
     {static_cast<std::int32_t>(Code("vscr")), "VBScript"   },
     {static_cast<std::int32_t>(Code("ascr")), "AppleScript"},
 };
@@ -43,8 +45,14 @@ std::span<const TProperty> TScriptSpecification::Properties() {
 /// An empty language is a code of its own; only a missing one is the usual language.
 Status TScriptSpecification::ReadXml(const TXmlReadContext& context, dom::Element element) {
   const Status status = TTableSpecification::ReadXml(context, element);
-  if (!element.hasAttribute(kLanguageAttribute)) language_ = Code("jscr");
+  if (!element.hasAttribute(kLanguageAttribute)) language_ = kJavaScript;
   return status;
+}
+
+Status TScriptSpecification::CheckEngine(ScriptEngine engine, CText& error) const {
+  if (language_ != kJavaScript || engine == ScriptEngine::kPresent) return Status::kOk;
+  error = "Javascript is not available";
+  return Status::kFailure;
 }
 
 }  // namespace zaf

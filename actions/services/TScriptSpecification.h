@@ -1,8 +1,13 @@
 #pragma once
 
+#include <array>
+
 #include "actions/TTableSpecification.h"
 
 namespace zaf {
+
+/// Whether the server has an engine for JavaScript.
+enum class ScriptEngine : bool { kMissing, kPresent };
 
 /// Runs a script. Owns its texts.
 class TScriptSpecification final
@@ -12,8 +17,14 @@ class TScriptSpecification final
   static constexpr std::string_view kElement = "ScriptAction";
   static constexpr std::string_view kLabel = "[Script Action] ";
   static std::span<const TProperty> Properties();
+  static constexpr std::array<FourCharCode, 5> LegacyOrder() {
+    return {kNoCode, Code("flav"), Code("scrp"), Code("scop"), Code("blok")};
+  }
 
   Status ReadXml(const TXmlReadContext& context, dom::Element element) override;
+  /// Whether the server can run the script: kFailure, with the reason in `error`, for JavaScript
+  /// without an engine.
+  Status CheckEngine(ScriptEngine engine, CText& error) const;
 
  private:
   FourCharCode language_ = Code("jscr");

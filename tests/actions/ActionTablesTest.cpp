@@ -1,46 +1,172 @@
 // Walks the tables of all action classes: what every row of every class has to keep.
 
-#include <cstdio>
 #include <gtest/gtest.h>
+#include <map>
 #include <set>
 #include <string>
 
 #include "actions/AllActions.h"
 #include "appfile/TQuerySpecificationServer.h"
+#include "fields/SectionMap.h"
 #include "tests/support/Convert.h"
 #include "tests/support/LegacyFile.h"
 
 namespace zaf {
 namespace {
 
-/// All rows of a class, those of its parts included.
-void Collect(std::span<const TProperty> rows, std::vector<const TProperty*>& all) {
+/// All rows of a class or record, those of its parts included, and where their fields are.
+using TFields = std::vector<std::pair<const TProperty*, void*>>;
+void Collect(std::span<const TProperty> rows, void* object, TFields& fields) {
   for (const TProperty& row : rows) {
     if (row.codec == nullptr) continue;
-    all.push_back(&row);
-    Collect(row.codec->Nested(), all);
+    void* const field = row.locate(object);
+    fields.emplace_back(&row, field);
+    Collect(row.codec->Nested(), field, fields);
   }
 }
-
-/// Reads one section, made of `payload`, into an action.
-Status ReadSection(TQuerySpecification& action, FourCharCode code, std::string_view payload) {
-  TDataFile file(AsBytes(payload));
-  return action.ReadLegacyProperty(
-      {&file, code, 0, static_cast<std::uint32_t>(payload.size()), &action});
+TFields FieldsOf(std::span<const TProperty> rows, void* object) {
+  TFields fields;
+  Collect(rows, object, fields);
+  return fields;
 }
 
-/// Writes the action's legacy record and reads it into `copy`.
-void WriteAndReadBack(const TQuerySpecification& action, TQuerySpecification& copy) {
-  std::FILE* const stream = std::tmpfile();
-  TDataFile written(stream);
-  std::uint32_t size = 0;
+std::string NameOf(FourCharCode code) { return {Characters(code).data(), 4}; }
+
+/// Reads one section, made of `payload`, into an action.
+Status ReadSection(TQuerySpecification& action, std::string_view code, std::string_view payload) {
+  TDataFile file(AsBytes(payload));
+  return action.ReadLegacyProperty(
+      {&file, CodeOfText(code), 0, static_cast<std::uint32_t>(payload.size()), &action});
+}
+
+/// An action's legacy record: its header, and its sections with their map, from offset 48.
+struct TRecord {
   TRecordHeader header;
-  ASSERT_EQ(action.WriteLegacy(written, size, header), Status::kOk);
-  std::string bytes(written.GetSize(), '\0');
-  std::rewind(stream);
-  ASSERT_EQ(std::fread(bytes.data(), 1, bytes.size(), stream), bytes.size());
-  TDataFile file(AsBytes(bytes));
-  EXPECT_EQ(copy.ReadLegacy(&file, header), Status::kOk);
+  std::string bytes;
+  std::string order;  ///< The codes of the sections, a blank behind each.
+};
+
+TRecord WriteRecord(const TQuerySpecification& action) {
+  static std::string place(1 << 16, '\0');
+  TRecord record;
+  TDataFile stream(fmemopen(place.data(), place.size(), "w+b"));
+  std::uint32_t offset = kRecordHeaderSize;
+  EXPECT_EQ(WriteRecordHeader(stream, 0, record.header), Status::kOk);
+  EXPECT_EQ(action.WriteLegacy(stream, offset, record.header), Status::kOk);
+  stream.Close();
+  record.bytes = place.substr(0, offset);
+  TDataFile file(AsBytes(record.bytes));
+  TSectionMap map;
+  EXPECT_EQ(map.Open(file, record.header), Status::kOk);
+  for (TSectionMapEntry entry; map.Next(entry);) record.order += NameOf(entry.code) + " ";
+  return record;
+}
+
+Status ReadRecord(const TRecord& record, TQuerySpecification& action) {
+  TDataFile file(AsBytes(record.bytes));
+  return action.ReadLegacy(&file, record.header);
+}
+
+/// Payloads of which at least one changes any field from its initial value: numbers, texts, lists,
+/// and records of names, which as columns of a page offer list items.
+std::vector<std::string> Payloads() {
+  std::string names(1024, 'r');
+  names.replace(524, 4, "drop");
+  return {test::ListOf(1, names),
+          test::BigEndian(1),
+          test::BigEndian(2),
+          std::string("some text\0", 10),
+          test::ListOf(1, "entry\0"),
+          test::ListOf(1, names.substr(0, 446)),
+          std::string(640, 'f'),
+          test::ListOf(1, test::BigEndian(1) + "v" + std::string(1028, 'a'))};
+}
+
+/// Takes the first payload that makes a difference.
+template <class Action>
+void Change(Action& action, const std::string& code) {
+  for (const std::string& payload : Payloads()) {
+    Action attempt = action;
+    if (ReadSection(attempt, code, payload) != Status::kOk || attempt.IsEqual(action)) continue;
+    EXPECT_EQ(ReadSection(action, code, payload), Status::kOk);
+    return;
+  }
+  ADD_FAILURE() << code << ": no payload makes a difference";
+}
+
+const std::string kResults = "[Results Action] ";
+const std::string kBase = "pare none rslt err  assx assn cmnt push expd ";
+const std::string kSource = kBase + "htyp dsrc host data user pass dbms dusr dpas ";
+const std::string kSearch =
+    kSource + "tabl cols slct ordr grup crit have join strr maxm totr rdro ";
+
+/// What is the class's own: its label, the size of a new record, and the order of its sections.
+struct TClassFacts {
+  std::string label;
+  std::uint32_t size;
+  std::string order;
+};
+
+const std::map<std::string, TClassFacts> kFacts{
+    {"null", {kResults, 168, kBase}                                                             },
+    {"cntr", {kResults, 168, kBase}                                                             },
+    {"srch", {"[Search Action] ", 368, kSearch}                                                 },
+    {"dele", {"[Delete Action] ", 368, kSearch + "cmit "}                                       },
+    {"insr", {"[Insert Action] ", 368, kSearch + "cmit valu "}                                  },
+    {"updt", {"[Update Action] ", 368, kSearch + "cmit valu "}                                  },
+    {"cust", {"[Direct DBMS Action] ", 368, kSource + "cust maxm strr "}                        },
+    {"bgnt", {"[Open Transaction] ", 368, kSource + "ilvl rber "}                               },
+    {"endt", {"[Close Transaction]  with commit ", 368, kSource + "eact "}                      },
+    {"sgrp",
+     {"[Search Builder Action] ", 368,
+      kSource + "scit lcit dcit sfvt dfvt lsrt join dltj spgf lpgf dpgf mpgs adel srbn updh snre "
+                "schd scft mrow sbtn lchd lcft fbtn drbn dtbl delh dchd dcft dbtn "}            },
+    {"igrp",
+     {"[New Record Builder Action] ", 368, kSource + "icol fval frmt head foot resp sbtn rbtn "}},
+    {"if  ", {"[If Action] ", 168, "ifex ieei " + kBase}                                        },
+    {"elif", {"[ElseIf Action] ", 168, "ifex ieei " + kBase}                                    },
+    {"else", {"[Else Action] ", 168, kBase}                                                     },
+    {"whil", {"[While Loop Action] ", 168, "lexp weit " + kBase}                                },
+    {"forl", {"[For Loop Action] ", 168, "lsta lend linc lvar lsgn " + kBase}                   },
+    {"brek", {"[Break Action] ", 168, "llbl " + kBase}                                          },
+    {"bran", {"[Branch Action] ", 168, "snam dnam fnam iret " + kBase}                          },
+    {"grop", {kResults, 168, kBase}                                                             },
+    {"stop", {"[Return Action] ", 168, kBase}                                                   },
+    {"goto", {kResults, 168, "goto comp " + kBase}                                              },
+    {"brtr", {kResults, 168, "goto comp " + kBase}                                              },
+    {"brfa", {kResults, 168, "goto comp " + kBase}                                              },
+    {"asgn", {"[Assign Action] ", 168, "agit " + kBase}                                         },
+    {"mail",
+     {"[Mail Action] ", 168,
+      "srvr port from to   cc   bcc  subj body ctyp cset wrap chdr " + kBase}                   },
+    {"flvt", {"[File Action] ", 168, kBase + "flnm flmd acsg vbls fnvr mctp mccr "}             },
+    {"scrp", {"[Script Action] ", 168, kBase + "flav scrp scop blok "}                          },
+    {"jvvt", {"[Java External Action] ", 168, kBase + "name type host port argu "}              },
+    {"cobj", {kResults, 168, kBase}                                                             },
+    {"calm", {kResults, 168, kBase}                                                             },
+    {"oblp", {kResults, 168, kBase}                                                             },
+    {"pres", {kResults, 168, kBase}                                                             },
+    {"aevt", {"[External Action] ", 168, "exev aevx aevt plat " + kBase}                        },
+    {"adll", {"[External Action] ", 168, "exev aevx aevt plat " + kBase}                        },
+};
+
+/// The codes of the sections, each filled up with blanks.
+std::vector<std::string> Split(const std::string& order) {
+  std::vector<std::string> codes;
+  for (std::size_t at = 0; at < order.size(); at += 5) codes.push_back(order.substr(at, 4));
+  return codes;
+}
+
+/// What makes no difference: the place in the tree and the assignments.
+const std::set<std::string> kNoContent{"pare", "assx", "assn"};
+
+/// An action of which every field that has a section has been changed.
+template <class Action>
+Action Filled() {
+  Action action;
+  for (const std::string& code : Split(kFacts.at(NameOf(Action::kTypeCode)).order))
+    if (!kNoContent.contains(code)) Change(action, code);
+  return action;
 }
 
 template <class Action>
@@ -49,51 +175,48 @@ class ActionTable : public testing::Test {};
 TYPED_TEST_SUITE(ActionTable, TAllActions<testing::Types>);
 
 TYPED_TEST(ActionTable, NamesNoCodeAndNoElementTwice) {
-  std::vector<const TProperty*> rows;
-  Collect(TypeParam::Properties(), rows);
-  std::set<FourCharCode> codes;
-  for (const TProperty* row : rows) {
-    const std::string code(Characters(row->code).data(), 4);
-    EXPECT_TRUE(row->code == kNoCode || codes.insert(row->code).second) << code;
+  TypeParam action;
+  std::set<std::string> codes;
+  const std::string order = kFacts.at(NameOf(TypeParam::kTypeCode)).order;
+  for (const auto& [row, field] : FieldsOf(TypeParam::Properties(), &action)) {
+    if (row->code == kNoCode) continue;
+    EXPECT_TRUE(codes.insert(NameOf(row->code)).second) << NameOf(row->code);
+    EXPECT_NE(order.find(NameOf(row->code)), std::string::npos) << NameOf(row->code);
   }
   std::set<std::string_view> names;
   for (const TProperty& row : TypeParam::Properties())
     EXPECT_TRUE(row.name.empty() || names.insert(row.name).second) << row.name;
 }
 
-TYPED_TEST(ActionTable, EveryLegacyFieldCountsAndIsClonedAndWrittenBack) {
-  std::vector<const TProperty*> rows;
-  Collect(TypeParam::Properties(), rows);
-  for (const TProperty* row : rows) {
-    // The place in the tree is no content.
-    if (row->code == kNoCode || row->code == Code("pare")) continue;
-    SCOPED_TRACE(std::string(Characters(row->code).data(), 4));
-    const TypeParam initial;
-    TypeParam changed;
-    std::string payload;
-    for (const std::string& candidate : test::SectionPayloads()) {
-      TypeParam attempt;
-      if (ReadSection(attempt, row->code, candidate) == Status::kOk && !attempt.IsEqual(initial)) {
-        payload = candidate;
-        EXPECT_EQ(ReadSection(changed, row->code, candidate), Status::kOk);
-        break;
-      }
-    }
-    ASSERT_FALSE(payload.empty()) << "no payload makes a difference";
-    const std::unique_ptr<TQuerySpecification> clone = changed.Clone(nullptr);
-    EXPECT_TRUE(clone->IsEqual(changed));
-    TypeParam target;
-    EXPECT_EQ(changed.Clone(&target), nullptr);
-    EXPECT_TRUE(target.IsEqual(changed));
-    EXPECT_FALSE(initial.IsEqual(changed));
-    // The first is only read; list items are dropped unless their column is there.
-    if (row->code == Code("dflt") || row->code == Code("fval") || row->code == Code("sfvt") ||
-        row->code == Code("dfvt"))
-      continue;
-    TypeParam copy;
-    WriteAndReadBack(changed, copy);
-    EXPECT_TRUE(copy.IsEqual(changed));
+TYPED_TEST(ActionTable, EveryFieldCountsIsClonedAndSurvivesTheLegacyForm) {
+  TypeParam filled = Filled<TypeParam>();
+  const TActionEntry entry;
+  filled.SetName("A");
+  filled.SetParentName("P");
+  filled.SetTreeEntry(&entry);
+  filled.GetRunTime() = {1, 2, 3};
+  ASSERT_EQ(ReadSection(filled, "assx", test::Slots(32, {"v"}) + std::string(1024, 'a')),
+            Status::kOk);
+  const TRecord record = WriteRecord(filled);
+  EXPECT_EQ(record.header.format, 0x01000002U);
+  std::unique_ptr<TQuerySpecification> made;
+  std::unique_ptr<TQuerySpecification> overwritten = std::make_unique<TypeParam>();
+  for (auto* const clone : {&made, &overwritten}) {
+    ASSERT_EQ(filled.Clone(*clone), Status::kOk);
+    const TQuerySpecification& copy = **clone;
+    EXPECT_TRUE(copy.IsEqual(filled));
+    EXPECT_EQ(WriteRecord(copy).bytes, record.bytes);
+    EXPECT_EQ(copy.GetName().View(), "A");
+    EXPECT_EQ(copy.GetTreeEntry(), &entry);
+    EXPECT_EQ(
+        copy.GetRunTime().word + 10 * copy.GetRunTime().second_word + 100 * copy.GetRunTime().flag,
+        321U);
   }
+  TypeParam read;
+  ASSERT_EQ(ReadRecord(record, read), Status::kOk);
+  EXPECT_TRUE(read.IsEqual(filled));
+  read.SetName("A");
+  EXPECT_EQ(WriteRecord(read).bytes, record.bytes);
 }
 
 TYPED_TEST(ActionTable, ElementReadsBackAsTheClass) {
@@ -103,14 +226,107 @@ TYPED_TEST(ActionTable, ElementReadsBackAsTheClass) {
       TypeParam::kElement.empty()
           ? (TypeParam::kTypeCode == Code("adll") ? "ExternalDLLAction" : "AppleEventAction")
           : TypeParam::kElement;
-  const auto action = server.CreateByElement(element);
-  ASSERT_NE(action, nullptr);
+  std::unique_ptr<TQuerySpecification> action;
+  ASSERT_EQ(server.CreateByElement(element, action), Status::kOk);
   const bool is_written_as_the_base = TypeParam::kElement == TQuerySpecification::kElement;
   EXPECT_EQ(action->GetTypeCode(),
             is_written_as_the_base ? TQuerySpecification::kTypeCode : TypeParam::kTypeCode);
-  const auto by_type = server.CreateByType(TypeParam::kTypeCode);
-  EXPECT_EQ(by_type->GetTypeCode(), TypeParam::kTypeCode);
 }
+
+TYPED_TEST(ActionTable, LabelSizeAndOrderAreThoseOfTheClass) {
+  const TClassFacts& facts = kFacts.at(NameOf(TypeParam::kTypeCode));
+  TypeParam action;
+  EXPECT_EQ(action.GetRecordSize(), facts.size);
+  action.SetName("A");
+  action.SetParentName("P");
+  CText name;
+  action.GetDisplayName(name);
+  EXPECT_EQ(name.View(), facts.label + "A");
+  // All sections that are written only when there is something to say.
+  for (const std::string& code : Split(facts.order))
+    for (const std::string& payload : {std::string("text\0", 5), std::string(1056, 'a')})
+      if (code != "eact") static_cast<void>(ReadSection(action, code, payload));
+  EXPECT_EQ(WriteRecord(action).order, facts.order);
+}
+
+/// The first bytes of options, in the machine's order.
+std::string InputKind(FourCharCode kind) { return {reinterpret_cast<const char*>(&kind), 4}; }
+std::string Number(char number) { return {number, 0, 0, 0}; }
+
+template <class Record>
+class RecordTable : public testing::Test {};
+using TRecords = testing::Types<TColumnInfo, TColumnReference, TCriteriaItem, TGroupInfo, TJoinItem,
+                                TOrderInfo, TValueItem, TIfExpressionInfo, TWhileExpressionInfo,
+                                TSearchColumnInfo, TListColumnInfo, TDetailColumnInfo,
+                                TSortColumnInfo, TListItem, TPageFormat, TCookie>;
+TYPED_TEST_SUITE(RecordTable, TRecords);
+
+TYPED_TEST(RecordTable, EveryFieldCounts) {
+  TypeParam record;
+  std::memset(static_cast<void*>(&record), 'r', sizeof record);
+  for (const auto& [row, field] : FieldsOf(TypeParam::Properties(), &record)) {
+    SCOPED_TRACE(row->name);
+    TypeParam changed = record;
+    const auto place = static_cast<char*>(field) - reinterpret_cast<char*>(&record);
+    const std::string value = row->name == "InputOptions"     ? InputKind(Code("fixd"))
+                              : row->name == "DisplayOptions" ? Number(6)
+                                                              : Number(0);
+    std::memcpy(reinterpret_cast<char*>(&changed) + place, value.data(), value.size());
+    EXPECT_TRUE(AreRowsEqual(TypeParam::Properties(), &record, &record));
+    EXPECT_FALSE(AreRowsEqual(TypeParam::Properties(), &record, &changed));
+  }
+}
+
+struct TChoiceCase {
+  const char* name;
+  const TFieldCodec* codec;
+  std::string kind;              ///< The first bytes of the record, in the machine's order.
+  std::set<std::size_t> fields;  ///< Offsets of those that count for the kind.
+};
+
+/// Where fields of input and of display options begin, carried ones among them.
+constexpr std::size_t kOffsets[] = {4,   8,   12,  132, 136, 140, 144,
+                                    145, 146, 147, 148, 276, 280, 408};
+const std::set<std::size_t> kTextFields{4, 132, 136, 140, 144, 145, 146};
+const TChoiceCase kChoices[] = {
+    {"Text",      &kInputOptionsCodec,  InputKind(Code("text")), kTextFields},
+    {"DropDown",  &kInputOptionsCodec,  InputKind(Code("drop")), {}         },
+    {"Pick",      &kInputOptionsCodec,  InputKind(Code("pick")), {147}      },
+    {"Radio",     &kInputOptionsCodec,  InputKind(Code("radi")), {}         },
+    {"CheckBox",  &kInputOptionsCodec,  InputKind(Code("chek")), {147, 148} },
+    {"Fixed",     &kInputOptionsCodec,  InputKind(Code("fixd")), {276, 280} },
+    {"Normal",    &kListDisplayCodec,   Number(0),               {4, 8}     },
+    {"Link",      &kListDisplayCodec,   Number(1),               {}         },
+    {"ImageFile", &kDetailDisplayCodec, Number(4),               {12}       },
+};
+
+class BuilderChoice : public testing::TestWithParam<TChoiceCase> {};
+
+/// Options whose fields, of any kind, are all set.
+std::string Options(const TChoiceCase& choice) {
+  std::string options = choice.kind + std::string(416, '\0');
+  for (const std::size_t offset : kOffsets) options[offset] = 1;
+  return options;
+}
+
+TEST_P(BuilderChoice, CountsTheFieldsOfItsKind) {
+  const std::string one = Options(GetParam());
+  for (const std::size_t offset : kOffsets) {
+    std::string two = one;
+    two[offset] = 0;
+    EXPECT_EQ(GetParam().codec->IsEqual(one.data(), two.data()),
+              !GetParam().fields.contains(offset))
+        << offset;
+  }
+  for (const TChoiceCase& other : kChoices) {
+    if (other.codec != GetParam().codec) continue;
+    EXPECT_EQ(other.codec->IsEqual(one.data(), Options(other).data()),
+              other.kind == GetParam().kind);
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Kinds, BuilderChoice, testing::ValuesIn(kChoices),
+                         [](const auto& test_case) { return test_case.param.name; });
 
 }  // namespace
 }  // namespace zaf

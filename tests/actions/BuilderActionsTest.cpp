@@ -7,9 +7,7 @@
 #include <vector>
 
 #include "actions/builders/TInsertGroupSpecification.h"
-#include "actions/flow/TAssignItem.h"
-#include "foundation/Heap.h"
-#include "tests/support/AllocationFault.h"
+#include "fields/SectionMap.h"
 #include "tests/support/Convert.h"
 #include "tests/support/LegacyFile.h"
 
@@ -138,10 +136,10 @@ TEST(SearchGroupSpecification, EverythingIsWrittenInOrderAndReadBack) {
   file.Payload("scit", ListOf(1, Column("a") + Input("drop") + Slot("<=", 12)));
   file.Payload("lcit", ListOf(1, Column("b") + Display(1)));
   file.Payload("lsrt", ListOf(2, Slots({"O", "T", "b"}) + BigEndian(256) + Slots({"", "T", "a"}) +
-                                     BigEndian(0)));
+                                   BigEndian(0)));
   file.Payload("join", ListOf(1, Join("Emp", "EMP", " =* ")));
   file.Payload("dcit", ListOf(1, Column("d") + Input("radi") + BigEndian(4) + std::string(8, '\0') +
-                                     Slot("p", 32) + "rest"));
+                                   Slot("p", 32) + "rest"));
   file.Payload("dfvt", ListOf(1, Item({"O", "T", "d"}, "M")));
   file.Payload("dltj", ListOf(1, Join("Emp", "Dep", " *= ")));
   file.Payload("spgf", Format("1")).Payload("lpgf", Format("2")).Payload("dpgf", Format("3"));
@@ -215,27 +213,6 @@ TEST(InsertGroupSpecification, EverythingIsWrittenInOrderAndReadBack) {
   ExpectTheSameThroughTheLegacyForm(file);
 }
 
-TEST(LazyParts, HaveNoSectionsOfTheirOwn) {
-  for (const auto rows : {TPageFormat::Properties(), TCookie::Properties()})
-    for (const TProperty& row : rows) EXPECT_EQ(row.code, kNoCode) << row.name;
-}
-
-TEST(InsertGroupSpecification, FormatThatFindsNoMemoryFailsAndLeavesTheOldOne) {
-  const std::string format = Format("1");
-  TDataFile file(AsBytes(format));
-  const TLegacySection section{&file, Code("frmt"), 0, static_cast<std::uint32_t>(format.size())};
-  const TInsertGroupSpecification initial;
-  TInsertGroupSpecification action;
-  EXPECT_EQ(TInsertGroupSpecification().ReadLegacyProperty(section), Status::kOk);  // Indexes rows.
-  {
-    const test::TAllocationFault fault(0);
-    EXPECT_EQ(action.ReadLegacyProperty(section), Status::kFailure);
-  }
-  EXPECT_TRUE(action.IsEqual(initial));
-  EXPECT_EQ(action.ReadLegacyProperty(section), Status::kOk);
-  EXPECT_FALSE(action.IsEqual(initial));
-}
-
 TEST(SearchGroupSpecification, EmptyBuildersHaveAllContainers) {
   const std::string format = FormatXml("", "", "");
   for (const std::string& bytes :
@@ -277,8 +254,7 @@ TEST_P(BuilderOptions, AreWrittenReadAndCarried) {
   const std::string element = is_input ? "InputOptions" : "DisplayOptions";
   const std::string column = Column("a") + test.record;
   LegacyFile file;
-  file.Action(is_input ? "igrp" : "sgrp", "A")
-      .Payload(is_input ? "icol" : "lcit", ListOf(1, column));
+  file.Action(is_input ? "igrp" : "sgrp", "A").Payload(is_input ? "icol" : "lcit", ListOf(1, column));
   const std::string document = ToXml(file.Bytes());
   const auto wrapped = [&](const std::string& xml) {
     return "<" + element + ">" + xml + "</" + element + ">";
@@ -345,11 +321,51 @@ TEST(ListItems, BelongToEveryListThatTheyNameExactlyInFileOrder) {
   ExpectTheSameThroughTheLegacyForm(file);
 }
 
+TEST(ListItems, AreThereAfterEachSectionAndAfterEachRecord) {
+  TInsertGroupSpecification one;
+  const auto read = [&](std::string_view code, const std::string& payload) {
+    TDataFile file(AsBytes(payload));
+    EXPECT_EQ(one.ReadLegacyProperty(
+                  {&file, CodeOfText(code), 0, static_cast<std::uint32_t>(payload.size()), &one}),
+              Status::kOk);
+  };
+  const std::string a = ListOf(1, Column("a") + Input("drop"));
+  const std::string b = ListOf(1, Column("b") + Input("drop"));
+  read("fval", ListOf(2, Item({"a"}, "1") + Item({"b"}, "2")));
+  read("icol", a);
+  read("icol", b);
+  read("fval", ListOf(1, Item({"a"}, "3")));
+  TInsertGroupSpecification two;
+  for (const LegacyFile& record :
+       {LegacyFile()
+            .Action("igrp", "A")
+            .Payload("icol", a)
+            .Payload("fval", ListOf(1, Item({"a"}, "1"))),
+        LegacyFile()
+            .Action("igrp", "A")
+            .Payload("icol", b)
+            .Payload("fval", ListOf(2, Item({"b"}, "2") + Item({"a"}, "3")))}) {
+    const std::string bytes = record.Bytes();
+    TDataFile file(AsBytes(bytes));
+    TRecordHeader header;
+    ASSERT_EQ(ReadRecordHeader(file, 48, header), Status::kOk);
+    ASSERT_EQ(two.ReadLegacy(&file, header), Status::kOk);
+  }
+  EXPECT_TRUE(one.IsEqual(two));
+  LegacyFile file;
+  file.Action("igrp", "A").Payload("icol", ListOf(2, a.substr(4) + b.substr(4)));
+  TZanfoFile loaded;
+  const std::string items = Item({"a"}, "1") + Item({"a"}, "3") + Item({"b"}, "2");
+  ASSERT_EQ(test::LoadBytes(file.Payload("fval", ListOf(3, items)).Bytes(), loaded), Status::kOk);
+  EXPECT_EQ(ItemsOf(test::SaveToXml(loaded)), "13|2|");
+  EXPECT_TRUE(one.IsEqual(*loaded.GetApplication().actions.GetRoot()->first_child->action));
+}
+
 TEST(ListItems, OfOtherOwnersOrTablesAreDropped) {
   LegacyFile file;
   file.Action("sgrp", "A").Payload("scit", ListOf(1, Column("a") + Input("drop") + Slot("=", 12)));
   file.Payload("sfvt", ListOf(3, Item({"", "T", "a"}, "1") + Item({"O", "t", "a"}, "2") +
-                                     Item({"O", "T", "a"}, "3")));
+                                   Item({"O", "T", "a"}, "3")));
   file.Payload("dfvt", ListOf(1, Item({"O", "T", "a"}, "4")));
   EXPECT_EQ(ItemsOf(ToXml(file.Bytes())), "3");
 }

@@ -259,6 +259,51 @@ TEST(DeleteSpecification, UnreadableSwitchIsOn) {
   EXPECT_FALSE(update.IsEqual(other));
 }
 
+/// Reads one section of an action.
+void ReadSection(TQuerySpecification& action, std::string_view code, std::string_view payload) {
+  TDataFile file(AsBytes(payload));
+  EXPECT_EQ(action.ReadLegacyProperty({&file, CodeOfText(code), 0, 4, &action}), Status::kOk);
+}
+
+TEST(SourceSpecification, TypeNameAndUseOfTheDefaultCount) {
+  TUpdateSpecification action;  // The base does so for derived classes, too.
+  TUpdateSpecification other;
+  for (const std::string_view host_type : {"oci ", "dam "}) ReadSection(action, "htyp", host_type);
+  EXPECT_EQ(action.GetDataSource().type_name.View(), "Oracle");
+  ReadSection(other, "htyp", "dam ");
+  EXPECT_FALSE(action.IsEqual(other));
+  ReadSection(other, "htyp", "oci ");
+  ReadSection(other, "htyp", "dam ");
+  EXPECT_TRUE(action.IsEqual(other));
+  ReadSection(other, "dflt", BigEndian(1));
+  EXPECT_FALSE(action.IsEqual(other));
+}
+
+TEST(TransCloseSpecification, NumberOfTheEndTypeCountsAndTwoIsARollback) {
+  const char* const labels[] = {"commit", "commit", "rollback", "commit"};
+  TTransCloseSpecification initial;
+  for (std::uint32_t end_type = 0; end_type < 4; ++end_type) {
+    TTransCloseSpecification action;
+    ReadSection(action, "eact", BigEndian(end_type));
+    EXPECT_EQ(action.IsEqual(initial), end_type == 0);
+    CText name;
+    action.GetDisplayName(name);
+    EXPECT_EQ(name.View(), std::string("[Close Transaction]  with ") + labels[end_type] + " ");
+    EXPECT_EQ(action.IsCommit(), end_type != 2);
+  }
+}
+
+TEST(SearchSpecification, DirectionsOfOrderColumnsCompareIgnoringCase) {
+  const auto equal = [](std::string_view one, std::string_view two) {
+    TOrderInfo orders[2] = {};
+    orders[0].ascending.Set(one);
+    orders[1].ascending.Set(two);
+    return AreRowsEqual(TOrderInfo::Properties(), &orders[0], &orders[1]);
+  };
+  EXPECT_TRUE(equal("TRUE", "true"));
+  EXPECT_FALSE(equal("true", "false"));
+}
+
 TEST(SearchSpecification, RefusedJoinIsNotKept) {
   std::string text = JoinElement("Outer", "");
   const dom::Document document =
@@ -284,14 +329,6 @@ TEST(TransCloseSpecification, PlatformTellsTheEndTypeAndNoDataSourceIsWritten) {
       R"(<EndType>Rollback</EndType></EndTransactionAction>)"
       R"(<BeginTransactionAction DSID="DataSource.0" DeploymentDSID="DataSource.0" ID="B" Sig="5d9067f2"/>)"
       R"(</Actions>)");
-}
-
-TEST(TransCloseSpecification, DisplayNameTellsHowItEnds) {
-  TTransCloseSpecification action;
-  action.SetName("E");
-  CText name;
-  action.GetDisplayName(name);
-  EXPECT_EQ(name.View(), "[Close Transaction]  with commit E");
 }
 
 LegacyFile& WithSource(LegacyFile& file, std::string_view name, std::string_view password) {
@@ -333,18 +370,6 @@ TEST(SourceSpecification, ActionsWithEqualDataSourcesShareOne) {
   EXPECT_EQ(ToXml(document), document);
 }
 
-TEST(SourceSpecification, EachOfManyDataSourcesIsFoundAgain) {
-  constexpr int kCount = 100;
-  LegacyFile file;
-  for (int i = 0; i < 2 * kCount; ++i) WithSource(file, "A", std::to_string(i % kCount));
-  const std::string document = ToXml(file.Bytes());
-  // The deployment element of the first is the second, and that of all.
-  EXPECT_EQ(document.find("ID=\"DataSource.101\""), std::string::npos);
-  const std::size_t again = document.rfind("DSID=\"DataSource.0\"");
-  EXPECT_LT(document.find("DSID=\"DataSource.100\""), again);
-  EXPECT_LT(again, document.rfind("DSID=\"DataSource.100\" DeploymentDSID=\"DataSource.1\""));
-}
-
 TEST(SourceSpecification, DeploymentElementGivesOnlyItsLogin) {
   const std::string document = Document(
       R"(<DirectDBMSAction ID="A" DSID="x" DeploymentDSID="y" UseDevelopmentDataSource="True"/>
@@ -369,28 +394,6 @@ TEST(SourceSpecification, DeploymentElementGivesOnlyItsLogin) {
   EXPECT_TRUE(b.host_type == kNoCode && b.data_source.IsEmpty());
   EXPECT_EQ(b.deployment_user_name.View(), Enciphered("clear"));
   EXPECT_NE(test::SaveToXml(file).find("UseDevelopmentDataSource=\"TRUE\""), std::string::npos);
-}
-
-TEST(SourceSpecification, TypeNameIsThatOfTheLastKnownHostType) {
-  TUpdateSpecification action;  // The base does so for derived classes, too.
-  for (const std::string_view host_type : {"oci ", "dam "}) {
-    TDataFile file(AsBytes(host_type));
-    EXPECT_EQ(action.ReadLegacyProperty({&file, Code("htyp"), 0, 4, nullptr}), Status::kOk);
-  }
-  EXPECT_EQ(action.GetDataSource().type_name.View(), "Oracle");
-}
-
-TEST(SourceSpecification, AllNineSectionsAreWrittenBehindThoseOfTheBase) {
-  TZanfoFile file;
-  ASSERT_EQ(test::LoadBytes(LegacyFile().Action("bgnt", "B").Number("dflt", 1).Bytes(), file),
-            Status::kOk);
-  const std::string written = test::SaveToLegacy(file);
-  std::size_t at = written.find("expd", written.find("rber"));
-  for (const char* code :
-       {"htyp", "dsrc", "host", "data", "user", "pass", "dbms", "dusr", "dpas"}) {
-    at += 12;
-    EXPECT_EQ(written.find(code, at), at) << code;
-  }
 }
 
 }  // namespace

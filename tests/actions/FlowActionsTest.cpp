@@ -3,6 +3,9 @@
 #include <gtest/gtest.h>
 #include <string>
 
+#include "actions/flow/TExpressionInfo.h"
+#include "actions/services/TExternalQuerySpecification.h"
+#include "actions/services/TScriptSpecification.h"
 #include "tests/support/Convert.h"
 #include "tests/support/LegacyFile.h"
 
@@ -309,6 +312,119 @@ TEST(AssignSpecification, SectionIsBoundedByTheFileAndKeepsWhatWasRead) {
                           .Bytes();
   bytes.replace(bytes.find("agit") + 8, 4, BigEndian(0));
   EXPECT_NE(ToXml(bytes).find("<Value><![CDATA[v\r\nw]]></Value>"), std::string::npos);
+}
+
+TEST(IfSpecification, WritingCutsTheStoredOperatorsToo) {
+  TZanfoFile file;
+  const std::string list = ListOf(1, Slots(128, {"", "l", "equals", "r"}));
+  ASSERT_EQ(test::LoadBytes(LegacyFile()
+                                .Action("if  ", "A")
+                                .Payload("ieei", list)
+                                .Action("elif", "B")
+                                .Payload("ieei", list)
+                                .Action("whil", "C")
+                                .Payload("weit", list)
+                                .Bytes(),
+                            file),
+            Status::kOk);
+  const auto count = [&](std::string_view part) {
+    const std::string legacy = test::SaveToLegacy(file);
+    int found = 0;
+    for (std::size_t at = 0; (at = legacy.find(part, at)) != std::string::npos; ++at) ++found;
+    return found;
+  };
+  EXPECT_EQ(count(list), 3);
+  static_cast<void>(test::SaveToXml(file));
+  EXPECT_EQ(count(list), 1);
+  EXPECT_EQ(count(ListOf(1, Slots(128, {"", "l", "equa", "r"}))), 2);
+}
+
+TEST(IfSpecification, OperatorsCompareByFourBytes) {
+  const auto equal = [](std::string_view one, std::string_view two) {
+    TIfExpressionInfo infos[2] = {};
+    infos[0].comparison.Set(one);
+    infos[1].comparison.Set(two);
+    return AreRowsEqual(TIfExpressionInfo::Properties(), &infos[0], &infos[1]);
+  };
+  EXPECT_TRUE(equal("equals", "equal"));
+  EXPECT_FALSE(equal("<=", "<"));
+  EXPECT_FALSE(equal({"<\0a", 3}, {"<\0b", 3}));
+}
+
+/// Contents of one element that differ in one field, which has no legacy section of its own.
+struct TDifference {
+  std::string_view element;
+  std::string_view one;
+  std::string_view two = {};
+};
+
+const TDifference kDifferences[] = {
+    {"MailAction",                                    "<ParameterList><ParameterItem>a</ParameterItem></ParameterList>"},
+    {                                                             "CommandLineAction", "<VariableList><VariableItem/></VariableList>"                                                                 },
+    {                                           "CommandLineAction",
+     "<VariableList><VariableItem><Name>a</Name></VariableItem></VariableList>",                                                                  "<VariableList><VariableItem/></VariableList>"},
+    {                                           "CommandLineAction",
+     "<VariableList><VariableItem><Value>a</Value></VariableItem></VariableList>",                                                                  "<VariableList><VariableItem/></VariableList>"},
+    {                                            "AppleEventAction",                                               "<Target>a</Target>"                                                                                              },
+    { "AppleEventAction",                              "<EventClass>core</EventClass>"                                  },
+    {                              "AppleEventAction",                                "<EventCode>core</EventCode>"                                                                 },
+    {                 "AssignAction",                                "<AssignItem/>"                                                                                                },
+    {                                                "AssignAction",                                "<AssignItem><Name>a</Name></AssignItem>",                                                                                                 "<AssignItem/>"},
+    {                                                "AssignAction",                                "<AssignItem><Value>a</Value></AssignItem>",                                                                                                 "<AssignItem/>"},
+    {                                            "AssignAction",                                    "<AssignItem><Scope>a</Scope></AssignItem>",                                                                                                     "<AssignItem/>"},
+    {                                                "AssignAction",                                    "<Cookie><Expiry>1</Expiry></Cookie>",                                                                                                     "<Cookie/>"},
+    {                                                "AssignAction",                                    "<Cookie><Path>/</Path></Cookie>",                                                                                                     "<Cookie/>"},
+    {                                                "AssignAction",                                    "<Cookie><Domain>d</Domain></Cookie>",                                                                                                     "<Cookie/>"},
+    {                                "AssignAction",                                               "<Cookie Secure='True'/>",                                                                                                                 "<Cookie/>"},
+};
+
+TEST(FieldsWithoutASection, CountInTheComparison) {
+  for (const TDifference& difference : kDifferences) {
+    SCOPED_TRACE(difference.one);
+    TZanfoFile files[2];
+    for (TZanfoFile& file : files) {
+      // The results that an assign action gets of its items are the same.
+      const std::string_view content = &file == files ? difference.one : difference.two;
+      const std::string name(difference.element);
+      const std::string element =
+          "<" + name + "><ResultsOutput Ref='x'/>" + std::string(content) + "</" + name + ">";
+      ASSERT_EQ(test::LoadBytes(DocumentWith(element, "", "", "<Output ID='x'>r</Output>"), file),
+                Status::kOk);
+    }
+    EXPECT_FALSE(files[0].IsEqual(files[1]));
+  }
+}
+
+TEST(Refusals, HaveTheirTexts) {
+  const std::string list =
+      "<VariableList><VariableItem/><VariableItem><Value>v</Value></VariableItem></VariableList>";
+  TZanfoFile file;
+  ASSERT_EQ(test::LoadBytes(DocumentWith("<CommandLineAction>" + list +
+                                             "</CommandLineAction><AppleEventAction>" + list +
+                                             "</AppleEventAction><ScriptAction Type='VBScript'/>"
+                                             "<ScriptAction/>",
+                                         ""),
+                            file),
+            Status::kOk);
+  const TActionEntry* const command = file.GetApplication().actions.GetRoot()->first_child;
+  const TActionEntry* const event = command->next_sibling;
+  const TActionEntry* const script = event->next_sibling;
+  const auto check = [](const TActionEntry* entry, ScriptEngine engine = ScriptEngine::kMissing) {
+    CText error;
+    const auto* const external =
+        dynamic_cast<const TExternalQuerySpecification*>(entry->action.get());
+    const Status status =
+        external != nullptr
+            ? external->CheckEnvironment(error)
+            : static_cast<const TScriptSpecification&>(*entry->action).CheckEngine(engine, error);
+    EXPECT_EQ(status, error.IsEmpty() ? Status::kOk : Status::kFailure);
+    return std::string(error.View());
+  };
+  EXPECT_EQ(check(command), "External action environment variable has value but no name");
+  EXPECT_EQ(check(event), "");
+  EXPECT_EQ(check(script), "");
+  EXPECT_EQ(check(script->next_sibling, ScriptEngine::kPresent), "");
+  EXPECT_EQ(check(script->next_sibling), "Javascript is not available");
 }
 
 TEST(ConditionLists, SlicesOverlapWhenTheCountIsTooGreat) {

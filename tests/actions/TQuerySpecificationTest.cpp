@@ -2,7 +2,9 @@
 #include <string>
 
 #include "actions/TQuerySpecification.h"
+#include "actions/flow/TBranchTrueSpecification.h"
 #include "actions/flow/TContainerSpecification.h"
+#include "actions/flow/TStopSpecification.h"
 #include "dom/Serializer.h"
 #include "fields/WriteTextElement.h"
 #include "tests/support/Convert.h"
@@ -63,11 +65,6 @@ INSTANTIATE_TEST_SUITE_P(
                              "<T><![CDATA[]]]]><![CDATA[>]]]]><![CDATA[>]]></T>"},
                     TextCase{"Brackets", "]]", "<T>]]</T>"}),
     [](const testing::TestParamInfo<TextCase>& test_case) { return test_case.param.name; });
-
-TEST(QuerySpecification, EmptyActionHasOnlyIdAndSignature) {
-  EXPECT_EQ(ElementOf(ToXml(LegacyFile().Action("null", "List").Bytes()), "ResultAction"),
-            "<ResultAction ID=\"List\" Sig=\"669f7e2c\"/>");
-}
 
 TEST(QuerySpecification, EverythingIsWrittenInOrderAndReadBack) {
   const std::string document = ToXml(LegacyFile()
@@ -135,25 +132,6 @@ TEST(QuerySpecification, AssignmentsAreKeptAndLongOnesCountAlone) {
   EXPECT_EQ(legacy.find("late"), std::string::npos);
 }
 
-TEST(QuerySpecification, LegacySectionsAreWrittenInTheirOrder) {
-  const std::string legacy_file = LegacyFile()
-                                      .Action("cntr", "R")
-                                      .Action("null", "A", "R")
-                                      .Text("cmnt", "c")
-                                      .Text("rslt", "r")
-                                      .Text("none", "n")
-                                      .Text("err ", "e")
-                                      .Bytes();
-  TZanfoFile file;
-  ASSERT_EQ(test::LoadBytes(legacy_file, file), Status::kOk);
-  const std::string written = test::SaveToLegacy(file);
-  std::size_t at = written.find("pare");
-  for (const char* code : {"none", "rslt", "err ", "cmnt", "push", "expd"}) {
-    EXPECT_EQ(written.find(code, at), at + 12) << code;
-    at += 12;
-  }
-}
-
 TEST(QuerySpecification, EditorPropertiesAreNumberedFromOneToFive) {
   TQuerySpecification action;
   std::int32_t id = 0;
@@ -167,9 +145,49 @@ TEST(QuerySpecification, EditorPropertiesAreNumberedFromOneToFive) {
     EXPECT_EQ(text.View(), std::to_string(id));
     EXPECT_EQ(action.GetNextProperty(id, flags), expected < 5 ? 0 : -1);
   }
+  EXPECT_EQ(action.SetProperty(nullptr, 3), -2);
+  CText results;
+  action.GetResults(results);
+  EXPECT_EQ(results.View(), "3");
   id = 6;
   EXPECT_EQ(action.GetNextProperty(id, flags), -2);
+  EXPECT_EQ(action.GetProperty(results, id), -2);
+  EXPECT_FALSE(action.IsProperty(0) || action.IsProperty(6));
   EXPECT_EQ(action.GetName().View(), "1");
+}
+
+TEST(QuerySpecification, SettersOfTextsIgnoreNull) {
+  TQuerySpecification action;
+  const auto set = [&](const char* comments, const char* results, const char* none,
+                       const char* error) {
+    action.SetComments(comments);
+    action.SetResults(results);
+    action.SetNoResults(none);
+    action.SetError(error);
+  };
+  set("2", "3", "4", "5");
+  set(nullptr, nullptr, nullptr, nullptr);
+  for (std::int32_t id = 2; id <= 5; ++id) {
+    CText text;
+    EXPECT_EQ(action.GetProperty(text, id), 0);
+    EXPECT_EQ(text.View(), std::to_string(id));
+  }
+  EXPECT_TRUE(action.CanRun() && action.CanFollow());
+}
+
+TEST(QuerySpecification, StateOfTheRunTimeIsClonedOnly) {
+  TStopSpecification stop;
+  stop.GetRunTexts()[1] = "b";
+  TBranchTrueSpecification jump;
+  jump.SetRunState(7);
+  std::unique_ptr<TQuerySpecification> clone;
+  ASSERT_EQ(stop.Clone(clone), Status::kOk);
+  EXPECT_EQ(static_cast<TStopSpecification&>(*clone).GetRunTexts()[1].View(), "b");
+  EXPECT_TRUE(clone->IsEqual(TStopSpecification()));
+  clone.reset();
+  ASSERT_EQ(jump.Clone(clone), Status::kOk);
+  EXPECT_EQ(clone->GetRunState(), 7);
+  EXPECT_TRUE(clone->IsEqual(TBranchTrueSpecification()));
 }
 
 TEST(QuerySpecification, SectionsWithoutAFileAreRefused) {
@@ -221,6 +239,23 @@ TEST(ContainerSpecification, WalksIntoItsChildrenAndThenOn) {
     EXPECT_TRUE(entry->action->IsLeaf());
   }
   EXPECT_EQ(names, "R>A A>B B>end C>end ");
+}
+
+TEST(QuerySpecification, PlainActionGoesOnToItsSiblingAndIsALeafWithoutChildren) {
+  TZanfoFile file;
+  ASSERT_EQ(test::LoadBytes(LegacyFile()
+                                .Action("cntr", "R")
+                                .Action("if  ", "A", "R")
+                                .Action("null", "B", "A")
+                                .Action("null", "C", "R")
+                                .Bytes(),
+                            file),
+            Status::kOk);
+  const TActionEntry& branch = *file.GetApplication().actions.GetRoot()->first_child;
+  EXPECT_EQ(branch.action->GetNextInTree(), branch.next_sibling);
+  EXPECT_FALSE(branch.action->IsLeaf());
+  EXPECT_TRUE(branch.next_sibling->action->IsLeaf());
+  EXPECT_EQ(branch.next_sibling->action->GetNextInTree(), nullptr);
 }
 
 }  // namespace

@@ -127,38 +127,6 @@ TEST(LegacyReader, RunOnlyFileIsScrambledAndMayBeRefused) {
   EXPECT_EQ(Shape(refused), "");
 }
 
-TEST(LegacyReader, ApplicationWrittenInLegacyFormReadsBackEqual) {
-  const std::string bytes = LegacyFile("rdoc")
-                                .Number("htyp", 0x6F646263)
-                                .Text("dsrc", "orders")
-                                .Text("host", "h")
-                                .Text("data", "d")
-                                .Text("user", "me")
-                                .Text("pass", "secret")
-                                .Text("dbms", "x")
-                                .Text("form", "f")
-                                .Text("asts", "s")
-                                .Text("athr", "a")
-                                .Text("titl", "t")
-                                .Text("vers", "1")
-                                .Text("cmnt", "c")
-                                .Number("dbug", 1)
-                                .Action("cntr", "R")
-                                .Action("null", "A", "R")
-                                .Text("rslt", "x\n")
-                                .Bytes();
-  TZanfoFile file;
-  ASSERT_EQ(LoadBytes(bytes, file), Status::kOk);
-  const std::string written = test::SaveToLegacy(file);
-  EXPECT_EQ(written.find("secret"), std::string::npos);
-  TZanfoFile again;
-  ASSERT_EQ(LoadBytes(written, again), Status::kOk);
-  EXPECT_TRUE(again.IsEqual(file));
-  EXPECT_TRUE(again.IsRunOnly());
-  EXPECT_EQ(again.GetApplication().password.View(), "secret");
-  EXPECT_EQ(Shape(again), "R<R A<R ");
-}
-
 TEST(LegacyReader, WorkIsBoundedByTheFileSize) {
   // Sections that all claim the same great block: the file may be read eight times over.
   constexpr std::uint32_t kBlockSize = 3 << 20;
@@ -176,25 +144,6 @@ TEST(LegacyReader, WorkIsBoundedByTheFileSize) {
   EXPECT_EQ(LoadBytes(file_with_claims(7), within), Status::kOk);
   TZanfoFile beyond;
   EXPECT_EQ(LoadBytes(file_with_claims(9), beyond), Status::kMalformed);
-}
-
-TEST(LegacyReader, LongAndDeepTreesLoadInLinearTime) {
-  constexpr int kCount = 100'000;
-  for (const bool is_deep : {false, true}) {
-    LegacyFile file;
-    file.Action("cntr", "N");
-    // Every name is the same, so the nearest entry is the parent, or the root for a flat file.
-    for (int i = 0; i < kCount; ++i) file.Action("null", is_deep ? "N" : "M", "N");
-    const std::string bytes = file.Bytes();
-    const auto begin = std::chrono::steady_clock::now();
-    TZanfoFile loaded;
-    ASSERT_EQ(LoadBytes(bytes, loaded), Status::kOk);
-    const std::string document = test::SaveToXml(loaded);
-    TZanfoFile again;
-    ASSERT_EQ(LoadBytes(document, again), Status::kOk);
-    EXPECT_TRUE(again.IsEqual(loaded));
-    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(20));
-  }
 }
 
 }  // namespace

@@ -1,12 +1,15 @@
 // Documents that are read and written again: the same bytes, but for what changes by design.
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
 #include <map>
+#include <set>
 #include <string>
 #include <vector>
 
+#include "foundation/CaseFolding.h"
 #include "fuzz/NamedChanges.h"
 #include "fuzz/WellFormed.h"
 #include "tests/support/Convert.h"
@@ -99,23 +102,45 @@ TEST(RoundTrip, DocumentsStayButForWhatChangesByDesign) {
     EXPECT_GT(changed[change.name], 0) << change.name;
 }
 
+/// The text with one line feed behind a return at most: each time that a return is read from a
+/// legacy file it gets another one.
+std::string WithoutFeeds(std::string text) {
+  for (std::size_t at = 0; (at = text.find("\r\n\n", at)) != std::string::npos;)
+    text.erase(at + 1, 1);
+  return text;
+}
+
+/// Whether two actions have one name in a legacy file.
+bool HasNameTwice(const TZanfoFile& file) {
+  std::set<std::string> names;
+  for (const TActionEntry* entry = file.GetApplication().actions.GetRoot(); entry != nullptr;
+       entry = TActionTree::GetNext(*entry)) {
+    std::string name(entry->action->GetName().View().substr(0, 31));
+    std::transform(name.begin(), name.end(), name.begin(), ToUpper);
+    if (!names.insert(name).second) return true;
+  }
+  return false;
+}
+
 TEST(RoundTrip, LegacyFilesReadBackEqual) {
   for (const fs::path& path : Files()) {
     SCOPED_TRACE(path);
     TZanfoFile file;
     if (test::LoadBytes(ReadFile(path), file) != Status::kOk) continue;
-    // Written once, a return in an output has got its line feed and names have been cut.
-    TZanfoFile once;
-    once.SetKind(file.GetApplication().kind);
-    if (test::LoadBytes(test::SaveToLegacy(file), once) != Status::kOk) continue;
-    const std::string written = test::SaveToLegacy(once);
-    TZanfoFile twice;
-    twice.SetKind(file.GetApplication().kind);
-    ASSERT_EQ(test::LoadBytes(written, twice), Status::kOk);
-    if (test::SaveToXml(once).find('\r') != std::string::npos) continue;
-    EXPECT_TRUE(twice.IsEqual(once));
-    EXPECT_EQ(test::SaveToLegacy(twice), written);
-    EXPECT_EQ(test::SaveToXml(twice), test::SaveToXml(once));
+    std::string written = test::SaveToLegacy(file);
+    if (written == "save failed") {
+      EXPECT_TRUE(HasNameTwice(file));
+      continue;
+    }
+    TZanfoFile files[2];  // As they are read first, and when that is written and read again.
+    for (TZanfoFile& read : files) {
+      read.SetKind(file.GetApplication().kind);
+      ASSERT_EQ(test::LoadBytes(written, read), Status::kOk);
+      written = test::SaveToLegacy(read);
+    }
+    const std::string document = test::SaveToXml(files[0]);
+    EXPECT_EQ(WithoutFeeds(test::SaveToXml(files[1])), WithoutFeeds(document));
+    EXPECT_TRUE(document.find('\r') != std::string::npos || files[1].IsEqual(files[0]));
   }
 }
 

@@ -2,9 +2,6 @@
 #include <gtest/gtest.h>
 #include <string>
 
-#include "foundation/Heap.h"
-#include "foundation/TDataFile.h"
-#include "tests/support/AllocationFault.h"
 #include "tests/support/Convert.h"
 #include "tests/support/LegacyFile.h"
 
@@ -85,25 +82,6 @@ TEST(XmlDocument, ClassFileDiffersInItsRootAlone) {
   const std::string document = test::SaveToXml(file);
   EXPECT_THAT(document, HasSubstr("<!DOCTYPE ZCF SYSTEM \"zanfo.dtd\">\n<ZCF Version="));
   EXPECT_EQ(ToXml(document), document);
-}
-
-TEST(XmlDocument, ActionsStandFlatAndReferencesNest) {
-  const std::string document = ToXml(LegacyFile()
-                                         .Action("cntr", "R")
-                                         .Action("null", "A", "R")
-                                         .Action("cntr", "B", "A")
-                                         .Action("null", "C", "B")
-                                         .Action("null", "D", "A")
-                                         .Bytes());
-  EXPECT_EQ(ElementOf(document, "Program"), R"(<Program>
-    <ActionRef Ref="A">
-      <ActionRef Ref="B">
-        <ActionRef Ref="C"/>
-      </ActionRef>
-      <ActionRef Ref="D"/>
-    </ActionRef>
-  </Program>)");
-  EXPECT_EQ(ToXml(document), ToXml(ToXml(document)));
 }
 
 TEST(XmlDocument, ReferencesTakeActionsOfOneIdInTurnAndOthersHangUnderTheRoot) {
@@ -206,26 +184,6 @@ TEST(XmlDocument, EqualityCountsApplicationActionsAndShape) {
                          .Number("dbug", 1)
                          .Action("cntr", "R")
                          .Action("null", "A", "R")));
-}
-
-TEST(XmlDocument, LackOfMemoryIsAFailureInEitherForm) {
-  const std::string legacy =
-      LegacyFile().Action("cntr", "R").Action("mail", "A", "R").Text("body", "x").Bytes();
-  const std::string document = ToXml(legacy);
-  for (const std::string& bytes : {legacy, document}) {
-    TZanfoFile whole;
-    ASSERT_EQ(test::LoadBytes(bytes, whole), Status::kOk);
-    bool has_failed = true;
-    for (std::uint64_t failing = 0; has_failed; ++failing) {
-      TDataFile data(AsBytes(bytes));
-      TZanfoFile file;
-      const test::TAllocationFault fault(failing);
-      const Status status = file.Load(data, nullptr);
-      has_failed = fault.GetRequestCount() > failing;
-      ASSERT_EQ(status, has_failed ? Status::kFailure : Status::kOk) << failing;
-      EXPECT_TRUE(has_failed || file.IsEqual(whole));
-    }
-  }
 }
 
 }  // namespace
