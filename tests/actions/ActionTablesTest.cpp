@@ -1,5 +1,6 @@
 // Walks the tables of all action classes: what every row of every class has to keep.
 
+#include <cstdio>
 #include <cstring>
 #include <gtest/gtest.h>
 #include <map>
@@ -40,7 +41,7 @@ Status ReadSection(TQuerySpecification& action, std::string_view code, std::stri
       {&file, CodeOfText(code), 0, static_cast<std::uint32_t>(payload.size()), &action});
 }
 
-/// An action's legacy record: its header, and its sections with their map, from offset 48.
+/// An action's legacy record: its header, and its sections with their map.
 struct TRecord {
   TRecordHeader header;
   std::string bytes;
@@ -48,17 +49,17 @@ struct TRecord {
 };
 
 TRecord WriteRecord(const TQuerySpecification& action) {
-  static std::string place(1 << 16, '\0');
   TRecord record;
-  TDataFile stream(fmemopen(place.data(), place.size(), "w+b"));
-  std::uint32_t offset = kRecordHeaderSize;
-  EXPECT_EQ(WriteRecordHeader(stream, 0, record.header), Status::kOk);
+  std::FILE* const file = std::tmpfile();
+  TDataFile stream(file);
+  std::uint32_t offset = 0;
   EXPECT_EQ(action.WriteLegacy(stream, offset, record.header), Status::kOk);
-  stream.Close();
-  record.bytes = place.substr(0, offset);
-  TDataFile file(AsBytes(record.bytes));
+  record.bytes.resize(offset);
+  std::rewind(file);
+  EXPECT_EQ(std::fread(record.bytes.data(), 1, offset, file), offset);
+  TDataFile image(AsBytes(record.bytes));
   TSectionMap map;
-  EXPECT_EQ(map.Open(file, record.header), Status::kOk);
+  EXPECT_EQ(map.Open(image, record.header), Status::kOk);
   for (TSectionMapEntry entry; map.Next(entry);) record.order += NameOf(entry.code) + " ";
   return record;
 }
