@@ -293,17 +293,6 @@ TEST(TransCloseSpecification, NumberOfTheEndTypeCountsAndTwoIsARollback) {
   }
 }
 
-TEST(SearchSpecification, DirectionsOfOrderColumnsCompareIgnoringCase) {
-  const auto equal = [](std::string_view one, std::string_view two) {
-    TOrderInfo orders[2] = {};
-    orders[0].ascending.Set(one);
-    orders[1].ascending.Set(two);
-    return AreRowsEqual(TOrderInfo::Properties(), &orders[0], &orders[1]);
-  };
-  EXPECT_TRUE(equal("TRUE", "true"));
-  EXPECT_FALSE(equal("true", "false"));
-}
-
 TEST(SearchSpecification, RefusedJoinIsNotKept) {
   std::string text = JoinElement("Outer", "");
   const dom::Document document =

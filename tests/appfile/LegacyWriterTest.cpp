@@ -1,3 +1,4 @@
+#include <cstdio>
 #include <gtest/gtest.h>
 #include <string>
 
@@ -55,18 +56,12 @@ class LegacyNames : public testing::TestWithParam<NamesCase> {};
 TEST_P(LegacyNames, AreCutAlikeOrRefused) {
   TZanfoFile file;
   ASSERT_EQ(LoadBytes(DocumentWith(GetParam().actions, GetParam().program), file), Status::kOk);
-  std::string room(1 << 14, '\0');
-  TDataFile stream(fmemopen(room.data(), room.size(), "w+b"));
-  const Status status = file.SaveLegacy(stream);
-  const std::uint32_t size = stream.GetSize();
-  stream.Close();
-  EXPECT_EQ(status, GetParam().is_written ? Status::kOk : Status::kFailure);
-  if (!GetParam().is_written) {
-    EXPECT_EQ(room, std::string(room.size(), '\0')) << "something was written";
-    return;
-  }
+  TDataFile stream(std::tmpfile());
+  EXPECT_EQ(file.SaveLegacy(stream), GetParam().is_written ? Status::kOk : Status::kFailure);
+  EXPECT_EQ(stream.GetSize() != 0, GetParam().is_written);
+  if (!GetParam().is_written) return;
   TZanfoFile again;
-  ASSERT_EQ(LoadBytes(room.substr(0, size), again), Status::kOk);
+  ASSERT_EQ(LoadBytes(SaveToLegacy(file), again), Status::kOk);
   EXPECT_TRUE(again.IsEqual(file));
   EXPECT_EQ(SaveToLegacy(again), SaveToLegacy(file));
 }

@@ -136,11 +136,11 @@ TEST(RoundTrip, LegacyFilesReadBackEqual) {
     for (TZanfoFile& read : files) {
       read.SetKind(file.GetApplication().kind);
       ASSERT_EQ(test::LoadBytes(written, read), Status::kOk);
+      read.SetRunOnly(false);  // Then the bytes are not scrambled.
       written = test::SaveToLegacy(read);
     }
-    const std::string document = test::SaveToXml(files[0]);
-    EXPECT_EQ(WithoutFeeds(test::SaveToXml(files[1])), WithoutFeeds(document));
-    EXPECT_TRUE(document.find('\r') != std::string::npos || files[1].IsEqual(files[0]));
+    EXPECT_EQ(WithoutFeeds(test::SaveToXml(files[1])), WithoutFeeds(test::SaveToXml(files[0])));
+    EXPECT_TRUE(written.find('\r') != std::string::npos || files[1].IsEqual(files[0]));
   }
 }
 
