@@ -6,8 +6,8 @@ namespace zaf {
 namespace {
 
 constexpr TKeyword kLanguageKeywords[] = {
-    {static_cast<std::int32_t>(Code("jscr")), "JavaScript" },
-    {static_cast<std::int32_t>(Code("vscr")), "VBScript"   },
+    {static_cast<std::int32_t>(Code("jscr")), "JavaScript"},
+    {static_cast<std::int32_t>(Code("vscr")), "VBScript"},
     {static_cast<std::int32_t>(Code("ascr")), "AppleScript"},
 };
 constexpr TVocabulary kLanguages{kLanguageKeywords, TVocabulary::Fallback::kCharacters};
