@@ -111,7 +111,10 @@ Status TQuerySpecification::ReadLegacy(TDataFile* file, const TRecordHeader& hea
   TSectionMapEntry entry;
   while (map.Next(entry)) {
     const Status status = ReadLegacyProperty({file, entry.code, entry.offset, entry.length, this});
-    if (status != Status::kOk) return status;
+    if (status != Status::kOk) {
+      file->NoteFailure({entry.code, entry.offset});
+      return status;
+    }
     record_size_ += entry.length;
   }
   return Status::kOk;
@@ -136,9 +139,8 @@ Status TQuerySpecification::ReadLegacyProperty(const TLegacySection& section) {
 /// has them keeps no others, in whatever order the sections stand.
 Status TQuerySpecification::ReadAssignments(const TLegacySection& section,
                                             std::size_t value_width) {
-  CData scratch;
   ByteView records;
-  if (const Status status = section.View(scratch, records); status != Status::kOk) return status;
+  if (const Status status = section.View(records); status != Status::kOk) return status;
   const bool is_long = value_width == kLongAssignmentValueWidth;
   if (!is_long && has_long_assignments_) return Status::kOk;
   if (is_long && !has_long_assignments_) assignments_.DeleteAll();

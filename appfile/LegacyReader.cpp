@@ -13,7 +13,7 @@ constexpr FourCharCode kActionEntry = Code("head");
 /// Reads the action whose record header is at `offset` and places it in the tree. An action of a
 /// format that is too new ends the load: `is_too_new` is then set and the status is kOk.
 Status ReadAction(TDataFile& file, std::uint32_t offset, const TQuerySpecificationServer& server,
-                  TApplication& application, bool& is_too_new) {
+                  TApplication& application, bool& is_too_new, TErrorPlace& place) {
   TRecordHeader header;
   if (const Status status = ReadRecordHeader(file, offset, header); status != Status::kOk)
     return status;
@@ -21,21 +21,31 @@ Status ReadAction(TDataFile& file, std::uint32_t offset, const TQuerySpecificati
   if (is_too_new) return Status::kOk;
   std::unique_ptr<TQuerySpecification> action = server.CreateByType(header.type);
   action->SetName(header.name.View());
-  if (const Status status = action->ReadLegacy(&file, header); status != Status::kOk) return status;
-  application.total_record_size += action->GetRecordSize();
-  return application.actions.Place(std::move(action));
+  Status status = action->ReadLegacy(&file, header);
+  if (status == Status::kOk) {
+    application.total_record_size += action->GetRecordSize();
+    status = application.actions.Place(std::move(action));
+    if (status != Status::kOk)
+      place.reason = "The parent that the action names is none of the actions that lead to it";
+  }
+  if (status != Status::kOk) place.action = header.name.View();
+  return status;
 }
 
 }  // namespace
 
 Status ReadLegacyApplication(TDataFile& file, const TQuerySpecificationServer& server,
-                             RunOnlyFiles run_only, TApplication& application) {
+                             RunOnlyFiles run_only, TApplication& application, TErrorPlace& place) {
   application.is_legacy = true;
   file.SetScrambled(false);
   TRecordHeader header;
   if (const Status status = ReadRecordHeader(file, 0, header); status != Status::kOk) return status;
-  if (header.format < kOldestFormat || header.format > kNewestFormat)
+  if (header.format < kOldestFormat || header.format > kNewestFormat) {
+    place.reason =
+        "The file begins neither with an XML declaration nor with the number of a known format";
+    place.offset = 0;
     return Status::kUnsupportedFormat;
+  }
   application.format_version = header.format;
   if (header.type == kRunOnlyDocument) {
     application.is_run_only = true;
@@ -44,18 +54,27 @@ Status ReadLegacyApplication(TDataFile& file, const TQuerySpecificationServer& s
   }
   TSectionMap map;
   if (const Status status = map.Open(file, header); status != Status::kOk) return status;
-  if (!map.IsComplete()) return Status::kMalformed;
+  if (!map.IsComplete()) {
+    place.reason = "The section map of the file has fewer entries than its header counts";
+    place.offset = header.map_offset;
+    return Status::kMalformed;
+  }
   static const TCodeIndex index(TApplication::Properties());
   TSectionMapEntry entry;
   bool is_too_new = false;
   while (!is_too_new && map.Next(entry)) {
     Status status = Status::kOk;
     if (entry.code == kActionEntry) {
-      status = ReadAction(file, entry.offset, server, application, is_too_new);
+      status = ReadAction(file, entry.offset, server, application, is_too_new, place);
     } else if (const TCodeIndex::TField& field = index.Find(entry.code); field.row != nullptr) {
       status = field.Read(&application, {&file, entry.code, entry.offset, entry.length, nullptr});
     }
-    if (status != Status::kOk) return status;
+    if (status != Status::kOk) {
+      file.NoteFailure({entry.code, entry.offset});
+      place.section = file.GetFailure()->code;
+      place.offset = file.GetFailure()->offset;
+      return status;
+    }
   }
   return Status::kOk;
 }

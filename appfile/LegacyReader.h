@@ -1,6 +1,7 @@
 #pragma once
 
 #include "appfile/TApplication.h"
+#include "appfile/TErrorPlace.h"
 #include "appfile/TQuerySpecificationServer.h"
 #include "foundation/Status.h"
 #include "foundation/TDataFile.h"
@@ -16,7 +17,9 @@ enum class RunOnlyFiles : bool { kRefused, kAllowed };
 /// allowed. kMalformed: the section map is not whole, an action's parent is not found, a section
 /// contradicts itself, or the file asks for more work than its size allows. Other statuses are the
 /// data file's.
+///
+/// A failed load sets in `place` what is known of where it failed.
 Status ReadLegacyApplication(TDataFile& file, const TQuerySpecificationServer& server,
-                             RunOnlyFiles run_only, TApplication& application);
+                             RunOnlyFiles run_only, TApplication& application, TErrorPlace& place);
 
 }  // namespace zaf

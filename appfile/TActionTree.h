@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <string_view>
 
@@ -36,6 +37,11 @@ class TActionTree {
   TActionEntry& Adopt(std::unique_ptr<TQuerySpecification> action);
   /// Makes an adopted entry the last child of `parent`, whatever its action said of its parent.
   static void Hang(TActionEntry& entry, TActionEntry& parent);
+
+  /// The number of actions, without the root.
+  [[nodiscard]] std::uint32_t GetActionCount() const {
+    return entries_.GetCount() - (root_ != nullptr ? 1 : 0);
+  }
 
   /// The entry behind this one in depth-first order; null behind the last.
   static const TActionEntry* GetNext(const TActionEntry& entry);

@@ -98,6 +98,11 @@ bool TZanfoFile::IsEqual(const TZanfoFile& other) const {
   return application_.IsEqual(other.application_);
 }
 
+DocumentForm TZanfoFile::GetForm() const {
+  if (application_.is_legacy) return DocumentForm::kLegacy;
+  return application_.is_run_only ? DocumentForm::kProtected : DocumentForm::kXml;
+}
+
 Status TZanfoFile::Load(TDataFile& file, const TQuerySpecificationServer* server,
                         RunOnlyFiles run_only) {
   static const TQuerySpecificationServer usual_server;
@@ -114,9 +119,9 @@ Status TZanfoFile::LoadContent(TDataFile& file, const TQuerySpecificationServer&
     const Status status = ReadProtected(text.subspan(FirstLineSize(content)), text);
     if (status != Status::kOk) return status;
   } else if (!IsPlainDocument(content)) {
-    return ReadLegacyApplication(file, server, run_only, application_);
+    return ReadLegacyApplication(file, server, run_only, application_, error_place_);
   }
-  return ReadXmlDocument(text, server, application_);
+  return ReadXmlDocument(text, server, application_, error_place_);
 }
 
 Status TZanfoFile::Save(TDataFile& file, const TQuerySpecificationServer*, Protection protection) {

@@ -1,17 +1,24 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 
 #include "appfile/LegacyReader.h"
 #include "appfile/TApplication.h"
+#include "appfile/TErrorPlace.h"
 #include "appfile/TQuerySpecificationServer.h"
 #include "foundation/Status.h"
 #include "foundation/TDataFile.h"
 
 namespace zaf {
 
+class TLossObserver;
+
 /// The form in which an application is saved.
 enum class Protection : bool { kPlain, kProtected };
+
+/// The form in which a file is stored.
+enum class DocumentForm : std::uint8_t { kLegacy, kXml, kProtected };
 
 /// One application file, or class file, in memory. It is loaded once, from the legacy or the XML
 /// form, plain or protected, and saved as XML or in the legacy form.
@@ -43,9 +50,17 @@ class TZanfoFile {
   /// Writes the legacy form into an empty file opened for reading and writing.
   Status SaveLegacy(TDataFile& file) const;
 
+  /// The form of the file that was loaded, also when that failed.
+  [[nodiscard]] DocumentForm GetForm() const;
+  /// Where the load failed.
+  [[nodiscard]] const TErrorPlace& GetErrorPlace() const { return error_place_; }
+
   /// Says, before a file is loaded, what it describes. An XML document that says it is a class file
   /// is one in any case.
   void SetKind(DocumentKind kind) { application_.kind = kind; }
+  /// Names who is to be informed of losses while this file is loaded and saved: it has to live as
+  /// long. Null, as at first: nobody.
+  void SetObserver(TLossObserver* observer) { observer_ = observer; }
   /// Says whether the application is to be saved so that it can be run but not read.
   void SetRunOnly(bool is_run_only) { application_.is_run_only = is_run_only; }
   [[nodiscard]] bool IsRunOnly() const { return application_.is_run_only; }
@@ -59,6 +74,8 @@ class TZanfoFile {
   Status SaveDocument(TDataFile& file, Protection protection) const;
 
   TApplication application_;
+  TErrorPlace error_place_;
+  TLossObserver* observer_ = nullptr;
 };
 
 }  // namespace zaf

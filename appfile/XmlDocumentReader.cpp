@@ -29,13 +29,19 @@ Status ReadDefaultDataSource(dom::Element data_sources, const TXmlReadContext& c
 /// Reads every element in `actions` into an action of its class; the tree adopts them.
 Status ReadActions(dom::Element actions, const TXmlReadContext& context,
                    const TQuerySpecificationServer& server, TActionTree& tree,
-                   std::vector<TActionEntry*>& entries) {
+                   std::vector<TActionEntry*>& entries, TErrorPlace& place) {
   for (dom::Element element = actions.getFirstChildElement(); element;
        element = element.getNextSiblingElement()) {
     std::unique_ptr<TQuerySpecification> action = server.CreateByElement(element.getTagName());
-    if (action == nullptr) return Status::kMalformed;
-    if (const Status status = action->ReadXml(context, element); status != Status::kOk)
+    if (action == nullptr) {
+      place.reason = "An element in Actions is none of an action";
+      place.action = element.getTagName();
+      return Status::kMalformed;
+    }
+    if (const Status status = action->ReadXml(context, element); status != Status::kOk) {
+      place.action = action->GetName().View();
       return status;
+    }
     entries.push_back(&tree.Adopt(std::move(action)));
   }
   return Status::kOk;
@@ -44,12 +50,23 @@ Status ReadActions(dom::Element actions, const TXmlReadContext& context,
 }  // namespace
 
 Status ReadXmlDocument(std::span<std::byte> text, const TQuerySpecificationServer& server,
-                       TApplication& application) {
-  const dom::Document document = dom::DOMImplementation::createDocument(text);
+                       TApplication& application, TErrorPlace& place) {
+  dom::ParseReport report;
+  const dom::Document document = dom::DOMImplementation::createDocument(text, &report);
+  if (report.fault != dom::ParseFault::kNone) {
+    place.reason = report.GetReason();
+    place.reason.remove_suffix(1);  // The full stop.
+    place.line = static_cast<std::uint32_t>(report.line);
+    place.column = static_cast<std::uint32_t>(report.column);
+    return Status::kMalformed;
+  }
   if (!document.IsComplete()) return Status::kFailure;
   const dom::Element root = document.getDocumentElement();
   const std::string_view root_name = root.getTagName();
-  if (root_name != "ZAF" && root_name != "ZCF") return Status::kMalformed;
+  if (root_name != "ZAF" && root_name != "ZCF") {
+    place.reason = "The root element is neither ZAF nor ZCF";
+    return Status::kMalformed;
+  }
   if (root_name == "ZCF") application.kind = DocumentKind::kClassFile;
   const dom::Element data_sources = root.getFirstChildElement("DataSources");
   TDataSourceIndex data_source_index(data_sources);
@@ -62,9 +79,11 @@ Status ReadXmlDocument(std::span<std::byte> text, const TQuerySpecificationServe
   if (status != Status::kOk) return status;
   std::vector<TActionEntry*> entries;
   status = ReadActions(root.getFirstChildElement("Actions"), context, server, application.actions,
-                       entries);
+                       entries, place);
   if (status != Status::kOk) return status;
   status = ReadProgram(root.getFirstChildElement("Program"), entries, application.actions);
+  if (status == Status::kMalformed)
+    place.reason = "An ActionRef in Program names no action, or one that was taken before";
   // Texts of several pieces are joined in the memory of the document.
   return status == Status::kOk && !document.IsComplete() ? Status::kFailure : status;
 }

@@ -4,6 +4,7 @@
 #include <span>
 
 #include "appfile/TApplication.h"
+#include "appfile/TErrorPlace.h"
 #include "appfile/TQuerySpecificationServer.h"
 #include "foundation/Status.h"
 
@@ -13,8 +14,9 @@ namespace zaf {
 /// are overwritten. kMalformed: it is no well-formed document as `dom::DOMImplementation` has it,
 /// its root is neither `ZAF` nor `ZCF`, an action has an unknown element or a keyword that its
 /// class refuses, an `ActionRef` names an action that is not there, or the actions refer to more
-/// text than a document of this size can need. kFailure: memory ran out.
+/// text than a document of this size can need. kFailure: memory ran out. A failed load sets in
+/// `place` what is known of where it failed.
 Status ReadXmlDocument(std::span<std::byte> text, const TQuerySpecificationServer& server,
-                       TApplication& application);
+                       TApplication& application, TErrorPlace& place);
 
 }  // namespace zaf

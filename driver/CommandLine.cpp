@@ -139,13 +139,17 @@ std::optional<ConversionOptions> ReadOptions(Arguments arguments, const MessageS
     report(kBadCommandLine);
     return std::nullopt;
   }
+  // The input directory is the working directory now; the output directory will be.
+  std::optional<TFileIdentity> input_identity;
+  if (kDirectoriesHaveManyNames) input_identity = GetWorkingDirectoryIdentity();
   if (!TakeOutputDirectory(arguments, index, report, options)) return std::nullopt;
   if (!options.output_name.IsEmpty() && !options.input_name_given) {
     report(kOutputNameWithoutInputName);
     return std::nullopt;
   }
   DeriveTexts(options);
-  if (options.input_directory.View() == options.output_directory.View()) {
+  if (options.input_directory.View() == options.output_directory.View() ||
+      (input_identity && input_identity == GetWorkingDirectoryIdentity())) {
     report(kSameDirectory);
     return std::nullopt;
   }

@@ -38,7 +38,9 @@ struct TFilePaths {
 std::string_view MessageOf(FileOutcome outcome) {
   switch (outcome) {
     case FileOutcome::kConverted:
+    case FileOutcome::kSkipped:
     case FileOutcome::kOutputNotCreated:
+    case FileOutcome::kTimeNotKept:
       return {};
     case FileOutcome::kInputNotOpened:
       return messages::kCannotOpenInput;
@@ -55,14 +57,24 @@ std::string_view MessageOf(FileOutcome outcome) {
   return {};
 }
 
+/// With verification, an output that could not be created is one that cannot be opened, unless
+/// somebody else has created it meanwhile.
+FileOutcome ConvertFileOf(TFilePaths paths, bool verify) {
+  TFileRequest request;
+  request.input = std::move(paths.input);
+  request.output = std::move(paths.output);
+  request.verification = verify ? Verification::kOn : Verification::kOff;
+  const FileOutcome outcome = ConvertFile(request).outcome;
+  return outcome == FileOutcome::kOutputNotCreated && verify ? ReadBack(request.output).outcome
+                                                             : outcome;
+}
+
 /// Converts the file whose paths `make_paths` gives. False, with a message, when it failed.
 template <class MakePaths>
 bool ConvertFileOf(MakePaths make_paths, bool verify, const MessageSink& report) {
-  const auto paths = Attempt([&] { return std::optional<TFilePaths>(make_paths()); }, {});
-  const FileOutcome outcome = paths ? ConvertFile(paths->input, paths->output,
-                                                  verify ? Verification::kOn : Verification::kOff)
-                                          .outcome
-                                    : FileOutcome::kInputNotOpened;
+  auto paths = Attempt([&] { return std::optional<TFilePaths>(make_paths()); }, {});
+  const FileOutcome outcome =
+      paths ? ConvertFileOf(std::move(*paths), verify) : FileOutcome::kInputNotOpened;
   const std::string_view message = MessageOf(outcome);
   if (!message.empty()) report(message);
   return message.empty();

@@ -1,16 +1,22 @@
 #include "driver/FileConversion.h"
 
+#include <array>
+#include <cstdio>
+#include <filesystem>
+#include <random>
+#include <string>
 #include <string_view>
 
 #include "appfile/TQuerySpecificationServer.h"
-#include "appfile/TZanfoFile.h"
+#include "driver/TMemoryFile.h"
 #include "foundation/Attempt.h"
 #include "foundation/CaseFolding.h"
 #include "foundation/FileSystem.h"
-#include "foundation/TDataFile.h"
 
 namespace zaf {
 namespace {
+
+namespace fs = std::filesystem;
 
 /// Inputs whose names end in this, case ignored, are class files.
 constexpr std::string_view kClassFileExtension = ".zcf";
@@ -21,62 +27,238 @@ bool IsClassFileName(std::string_view name) {
                             kClassFileExtension);
 }
 
-/// Writes the document to a new file at the path. What was written is removed when it is not whole.
-TFileResult WriteOutput(TZanfoFile& document, const TQuerySpecificationServer& server,
-                        const CText& path, TDataFile& file) {
-  const Protection protection = document.IsRunOnly() ? Protection::kProtected : Protection::kPlain;
-  Status status = Status::kFailure;
-  const auto save = [&] {
-    status = file.OpenNew(path);
-    if (status != Status::kOk) return FileOutcome::kOutputNotCreated;
-    status = document.Save(file, &server, protection);
-    return status == Status::kOk ? FileOutcome::kConverted : FileOutcome::kOutputNotWritten;
-  };
-  const auto publish = [&] {
-    status = file.Publish();
-    if (status == Status::kOk) return FileOutcome::kConverted;
-    return file.HasWriteFailed() ? FileOutcome::kOutputNotWritten : FileOutcome::kOutputNotCreated;
-  };
-  FileOutcome outcome = Attempt(save, FileOutcome::kOutputNotWritten);
-  if (outcome == FileOutcome::kConverted)
-    outcome = Attempt(publish, FileOutcome::kOutputNotWritten);
-  file.Close();
-  return {outcome, status};
+/// A data file that counts what is written.
+class TCountingFile final : public TDataFile {
+ public:
+  Status Write(std::uint32_t count, void* buffer) override {
+    written_ += count;
+    return TDataFile::Write(count, buffer);
+  }
+  [[nodiscard]] std::uint32_t GetWritten() const { return written_; }
+
+ private:
+  std::uint32_t written_ = 0;
+};
+
+bool CopyTime(const fs::path& from, const fs::path& to) {
+  std::error_code error;
+  const fs::file_time_type time = fs::last_write_time(from, error);
+  if (!error) fs::last_write_time(to, time, error);
+  return !error;
 }
 
-/// Reads the output again.
-TFileResult VerifyOutput(const TZanfoFile& document, const CText& path, TDataFile& file) {
-  if (const Status status = file.Open(path, TOpenMode::kRead); status != Status::kOk)
-    return {FileOutcome::kOutputNotOpened, status};
-  TZanfoFile written;
-  if (const Status status = written.Load(file, nullptr); status != Status::kOk)
-    return {FileOutcome::kOutputNotRead, status};
-  file.Close();
-  // The result does not count: verification finds files that cannot be read.
-  static_cast<void>(Attempt([&] { return document.IsEqual(written); }, false));
-  return {};
+/// Whether the input was changed after the output. False when that is unknown.
+bool IsNewer(const fs::path& input, const fs::path& output) {
+  std::error_code input_error, output_error;
+  const fs::file_time_type input_time = fs::last_write_time(input, input_error);
+  return input_time > fs::last_write_time(output, output_error) && !input_error && !output_error;
 }
+
+/// A name for a file that is to replace the one at `path`, in the same directory.
+fs::path TemporaryPath(const fs::path& path) {
+  std::random_device random;
+  std::array<char, 32> name;
+  std::snprintf(name.data(), name.size(), ".zaf-%08x%08x.tmp", random(), random());
+  return fs::path(path).replace_filename(name.data());
+}
+
+class TFileConversion {
+ public:
+  explicit TFileConversion(const TFileRequest& request) : request_(request) {}
+
+  TFileResult Run() {
+    if (request_.place == OutputPlace::kFile && !FindPresence())
+      return Failed(FileOutcome::kSkipped, Status::kOk);
+    if (request_.is_dry_run) return PlanOutput();
+    if (const Status status = file_.Open(request_.input, TOpenMode::kRead); status != Status::kOk)
+      return Failed(FileOutcome::kInputNotOpened, status);
+    result_.bytes_in = file_.GetSize();
+    TZanfoFile document;
+    document_ = &document;
+    document.SetObserver(request_.observer);
+    if (IsClassFileName(request_.input)) document.SetKind(DocumentKind::kClassFile);
+    const Status status = document.Load(file_, &server_);
+    result_.form = document.GetForm();
+    const TApplication& application = document.GetApplication();
+    result_.is_class_file = application.kind == DocumentKind::kClassFile;
+    result_.actions = application.actions.GetActionCount();
+    if (status != Status::kOk) {
+      result_.error_place = document.GetErrorPlace();
+      return Failed(FileOutcome::kInputNotRead, status);
+    }
+    file_.Close();
+    return request_.place == OutputPlace::kFile ? ConvertToFile() : ConvertInMemory();
+  }
+
+ private:
+  TFileResult Failed(FileOutcome outcome, Status status) {
+    result_.outcome = outcome;
+    result_.status = status;
+    return std::move(result_);
+  }
+
+  /// Looks at what is at the output's path where that decides whether there is anything to do.
+  /// False when there is not.
+  bool FindPresence() {
+    if (request_.existing == ExistingOutput::kFail) return true;
+    is_replaced_ = ProbeFile(request_.output) != TPresence::kAbsent;
+    if (!is_replaced_) return true;
+    return request_.existing == ExistingOutput::kOverwrite ||
+           (request_.existing == ExistingOutput::kNewer &&
+            IsNewer(request_.input.View(), request_.output.View()));
+  }
+
+  TFileResult PlanOutput() {
+    const bool exists = request_.place == OutputPlace::kFile && !is_replaced_ &&
+                        ProbeFile(request_.output) != TPresence::kAbsent;
+    if (exists) return Failed(FileOutcome::kOutputExists, Status::kFailure);
+    return std::move(result_);
+  }
+
+  [[nodiscard]] Status SaveTo(TDataFile& file) {
+    if (request_.target == TargetForm::kLegacy) return document_->SaveLegacy(file);
+    const Protection protection =
+        document_->IsRunOnly() ? Protection::kProtected : Protection::kPlain;
+    return document_->Save(file, &server_, protection);
+  }
+
+  TFileResult ConvertToFile() {
+    if (is_replaced_) {
+      std::error_code error;
+      const fs::path output(request_.output.View());
+      if (!fs::is_regular_file(output, error))
+        return Failed(FileOutcome::kOutputNotCreated, Status::kFailure);
+      if (fs::equivalent(request_.input.View(), output, error))
+        return Failed(FileOutcome::kOutputExists, Status::kFailure);
+      Replace(output);
+    } else {
+      const TPresence presence = ProbeFile(request_.output);
+      if (presence == TPresence::kFile) return Failed(FileOutcome::kOutputExists, Status::kFailure);
+      result_.outcome = FileOutcome::kOutputNotCreated;
+      result_.status = Status::kFailure;
+      if (presence == TPresence::kAbsent) WriteOutput(request_.output);
+    }
+    if (result_.outcome != FileOutcome::kConverted || request_.verification == Verification::kOff)
+      return std::move(result_);
+    if (const Status status = file_.Open(request_.output, TOpenMode::kRead); status != Status::kOk)
+      return Failed(FileOutcome::kOutputNotOpened, status);
+    Verify(file_);
+    return std::move(result_);
+  }
+
+  static FileOutcome NotStored(const TDataFile& output) {
+    return output.HasWriteFailed() ? FileOutcome::kOutputNotWritten
+                                   : FileOutcome::kOutputNotCreated;
+  }
+
+  /// Writes the document to a new file at the path. What was written is removed when it is not
+  /// whole.
+  void WriteOutput(const CText& path) {
+    TCountingFile output;
+    Status status = Status::kFailure;
+    const auto save = [&] {
+      TMemoryFile image;  // The legacy form is not written from start to end.
+      if (request_.target == TargetForm::kLegacy) {
+        status = SaveTo(image);
+        if (status != Status::kOk) return FileOutcome::kOutputNotWritten;
+      }
+      status = output.OpenNew(path);
+      if (status != Status::kOk) return NotStored(output);
+      if (request_.target == TargetForm::kLegacy) {
+        output.SetScrambled(false);
+        const std::span<std::byte> bytes = image.GetBytes();
+        status = output.Write(static_cast<std::uint32_t>(bytes.size()), bytes.data());
+      } else {
+        status = SaveTo(output);
+      }
+      return status == Status::kOk ? FileOutcome::kConverted : FileOutcome::kOutputNotWritten;
+    };
+    const auto publish = [&] {
+      status = output.Publish();
+      return status == Status::kOk ? FileOutcome::kConverted : NotStored(output);
+    };
+    FileOutcome outcome = Attempt(save, FileOutcome::kOutputNotWritten);
+    if (outcome == FileOutcome::kConverted)
+      outcome = Attempt(publish, FileOutcome::kOutputNotWritten);
+    result_.outcome = outcome;
+    result_.status = status;
+    if (outcome == FileOutcome::kOutputNotWritten)
+      result_.is_disk_failure = output.HasWriteFailed();
+    output.Close();
+    if (outcome != FileOutcome::kConverted) return;
+    result_.bytes_out = output.GetWritten();
+    if (request_.keep_time && !CopyTime(request_.input.View(), path.View()))
+      result_.outcome = FileOutcome::kTimeNotKept;
+  }
+
+  /// Writes the document to a new file and gives it the name of the old one.
+  void Replace(const fs::path& path) {
+    const fs::path temporary = TemporaryPath(path);
+    WriteOutput(CText(temporary.string()));
+    if (result_.outcome != FileOutcome::kConverted && result_.outcome != FileOutcome::kTimeNotKept)
+      return;
+    std::error_code error;
+    fs::rename(temporary, path, error);
+    if (!error) return;
+    fs::remove(temporary, error);
+    result_.outcome = FileOutcome::kOutputNotCreated;
+    result_.status = Status::kFailure;
+  }
+
+  TFileResult ConvertInMemory() {
+    TMemoryFile image;
+    if (const Status status = SaveTo(image); status != Status::kOk)
+      return Failed(FileOutcome::kOutputNotWritten, status);
+    const std::span<std::byte> bytes = image.GetBytes();
+    result_.bytes_out = static_cast<std::uint32_t>(bytes.size());
+    if (request_.place == OutputPlace::kStandardOutput &&
+        (std::fwrite(bytes.data(), 1, bytes.size(), stdout) != bytes.size() ||
+         std::fflush(stdout) != 0)) {
+      result_.is_disk_failure = true;
+      return Failed(FileOutcome::kOutputNotWritten, Status::kFailure);
+    }
+    if (request_.verification == Verification::kOff) return std::move(result_);
+    TDataFile copy{bytes};
+    Verify(copy);
+    return std::move(result_);
+  }
+
+  /// Loads the output and compares it with the document.
+  void Verify(TDataFile& output) {
+    TZanfoFile written;
+    if (const Status status = written.Load(output, nullptr); status != Status::kOk) {
+      result_.outcome = FileOutcome::kOutputNotRead;
+      result_.status = status;
+      result_.error_place = written.GetErrorPlace();
+      return;
+    }
+    result_.is_restored = Attempt([&] { return document_->IsEqual(written); }, false);
+  }
+
+  const TFileRequest& request_;
+  const TQuerySpecificationServer server_{};
+  TDataFile file_;  ///< The input, and the output that is read back.
+  TZanfoFile* document_ = nullptr;
+  bool is_replaced_ = false;  ///< The output takes the place of something.
+  TFileResult result_;
+};
 
 }  // namespace
 
-TFileResult ConvertFile(const CText& input_path, const CText& output_path,
-                        Verification verification) {
+TFileResult ConvertFile(const TFileRequest& request) { return TFileConversion(request).Run(); }
+
+TFileResult ReadBack(const CText& path) {
+  TFileResult result;
   TDataFile file;
-  const TQuerySpecificationServer server;
-  if (const Status status = file.Open(input_path, TOpenMode::kRead); status != Status::kOk)
-    return {FileOutcome::kInputNotOpened, status};
-  TZanfoFile document;
-  if (IsClassFileName(input_path)) document.SetKind(DocumentKind::kClassFile);
-  if (const Status status = document.Load(file, &server); status != Status::kOk)
-    return {FileOutcome::kInputNotRead, status};
-  file.Close();
-  TFileResult result{FileOutcome::kOutputNotCreated, Status::kFailure};
-  const TPresence presence = ProbeFile(output_path);
-  if (presence == TPresence::kFile) return {FileOutcome::kOutputExists, Status::kFailure};
-  if (presence == TPresence::kAbsent) result = WriteOutput(document, server, output_path, file);
-  if (result.outcome == FileOutcome::kOutputNotWritten || verification == Verification::kOff)
+  result.status = file.Open(path, TOpenMode::kRead);
+  if (result.status != Status::kOk) {
+    result.outcome = FileOutcome::kOutputNotOpened;
     return result;
-  return VerifyOutput(document, output_path, file);
+  }
+  TZanfoFile written;
+  result.status = written.Load(file, nullptr);
+  if (result.status != Status::kOk) result.outcome = FileOutcome::kOutputNotRead;
+  return result;
 }
 
 }  // namespace zaf

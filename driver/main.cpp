@@ -1,4 +1,3 @@
-#include <cstddef>
 #include <cstdio>
 #include <exception>
 #include <optional>
@@ -7,16 +6,20 @@
 #include "driver/CommandLine.h"
 #include "driver/ConversionRun.h"
 
+#ifdef _WIN32
+#define main wmain
+#endif
+
 /// The exit status is 0 whatever happens.
-int main(int argument_count, char** argument_values) {
+int main(int argument_count, zaf::TArgumentCharacter** argument_values) {
   try {
     zaf::PrepareProcess();
     const zaf::MessageSink report = [](std::string_view text) {
       static_cast<void>(std::fwrite(text.data(), 1, text.size(), stderr));
     };
-    const zaf::Arguments arguments(argument_values, static_cast<std::size_t>(argument_count));
+    const zaf::TArguments arguments(argument_count, argument_values);
     if (const std::optional<zaf::ConversionOptions> options =
-            zaf::ParseCommandLine(arguments, report))
+            zaf::ParseCommandLine(arguments.Get(), report))
       zaf::RunConversion(*options, report);
   } catch (const std::exception&) {
     // Only memory can fail here; there is none to say so with.

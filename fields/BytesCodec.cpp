@@ -3,9 +3,8 @@
 namespace zaf {
 
 Status TBytesCodec::ReadLegacy(const TProperty&, void* field, const TLegacySection& section) const {
-  CData scratch;
   ByteView bytes;
-  if (const Status status = section.View(scratch, bytes); status != Status::kOk) return status;
+  if (const Status status = section.View(bytes); status != Status::kOk) return status;
   auto& data = *static_cast<CData*>(field);
   const auto size = static_cast<std::uint32_t>(bytes.size());
   return data.Set(bytes.data(), size).length == size ? Status::kOk : Status::kFailure;

@@ -60,9 +60,8 @@ bool TTextListCodec::IsEqual(const void* field, const void* other) const {
 
 Status TRecordListCodecBase::ReadLegacy(const TProperty&, void* field,
                                         const TLegacySection& section) const {
-  CData scratch;
   ByteView payload;
-  if (const Status status = section.View(scratch, payload); status != Status::kOk) return status;
+  if (const Status status = section.View(payload); status != Status::kOk) return status;
   if (payload.empty()) return Status::kOk;
   TByteReader reader(payload);
   std::uint32_t count = 0;
@@ -82,9 +81,10 @@ Status TRecordListCodecBase::AppendSlices(const TLegacySection& section, ByteVie
   if (slice_size == type_.size && list.IsEmpty()) return TakeRecords(records, count, list);
   const bool is_current = slicing_ == Slicing::kOverlap || slice_size == type_.size;
   const std::uint32_t first = list.GetCount();
-  static_cast<void>(list.ReserveElements(first + count));  // Only saves growing later.
   Status status = Status::kOk;
   for (std::uint32_t i = 0; i < count && status == Status::kOk; ++i) {
+    // Saves growing later. What is reserved for an empty list, its first element releases.
+    if (i == 1) static_cast<void>(list.ReserveElements(first + count));
     const ByteView rest = records.subspan(i * slice_size);
     if (is_current && rest.size() >= type_.size)
       status = list.Add(rest.data()) == kNoIndex ? Status::kFailure : Status::kOk;

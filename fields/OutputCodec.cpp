@@ -8,9 +8,8 @@ namespace zaf {
 Status TOutputCodec::ReadLegacy(const TProperty& row, void* field,
                                 const TLegacySection& section) const {
   if (line_feeds_ == LineFeeds::kNotAdded) return TTextCodecBase::ReadLegacy(row, field, section);
-  CText scratch;
   std::string_view text;
-  if (const Status status = section.View(scratch, text); status != Status::kOk) return status;
+  if (const Status status = section.View(text); status != Status::kOk) return status;
   return AssignWithLineFeeds(text, *static_cast<CText*>(field)) ? Status::kOk : Status::kFailure;
 }
 

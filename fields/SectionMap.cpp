@@ -6,9 +6,8 @@
 namespace zaf {
 
 Status ReadRecordHeader(TDataFile& file, std::uint32_t offset, TRecordHeader& header) {
-  CData scratch;
   ByteView bytes;
-  const Status status = file.ViewBlock(Code("head"), offset, kRecordHeaderSize, scratch, bytes);
+  const Status status = file.ViewBlock(Code("head"), offset, kRecordHeaderSize, bytes);
   if (status != Status::kOk) return status;
   TByteReader reader(bytes);
   std::array<std::uint32_t, 4> numbers;

@@ -5,7 +5,6 @@
 #include <span>
 #include <string_view>
 
-#include "foundation/CText.h"
 #include "foundation/CTextPtrArray.h"
 #include "foundation/FourCharCode.h"
 #include "foundation/Status.h"
@@ -36,15 +35,13 @@ struct TLegacySection {
   std::uint32_t length = 0;               ///< In bytes.
   TRecordConverter* converter = nullptr;  ///< Null: older records of lists are dropped.
 
-  /// The section's bytes, in place where possible, else read into `scratch`. Valid until the file
-  /// is closed or `scratch` changes.
-  Status View(CData& scratch, ByteView& bytes) const {
-    return file == nullptr ? Status::kNoFile
-                           : file->ViewBlock(code, offset, length, scratch, bytes);
+  /// The section's bytes, valid until another section is read or the file is closed.
+  Status View(ByteView& bytes) const {
+    return file == nullptr ? Status::kNoFile : file->ViewBlock(code, offset, length, bytes);
   }
   /// The same for a text, without one final NUL.
-  Status View(CText& scratch, std::string_view& text) const {
-    return file == nullptr ? Status::kNoFile : file->ViewText(code, offset, length, scratch, text);
+  Status View(std::string_view& text) const {
+    return file == nullptr ? Status::kNoFile : file->ViewText(code, offset, length, text);
   }
   /// A 32-bit number; reads 4 bytes regardless of the section's length.
   Status Read(std::int32_t& value) const {

@@ -63,9 +63,8 @@ Status TValueCodec::ReadXml(const TProperty& row, void* field, const TXmlReadSco
 
 Status TTextCodecBase::ReadLegacy(const TProperty&, void* field,
                                   const TLegacySection& section) const {
-  CText scratch;
   std::string_view text;
-  if (const Status status = section.View(scratch, text); status != Status::kOk) return status;
+  if (const Status status = section.View(text); status != Status::kOk) return status;
   if (inner_nul_ == InnerNul::kEndsText) text = UntilNul(text);
   Get<CText>(field) = text;
   return Get<CText>(field).GetCharacterCount() == text.size() ? Status::kOk : Status::kFailure;

@@ -10,9 +10,6 @@ namespace {
 
 constexpr std::uint64_t kGreatestSize = std::numeric_limits<std::uint32_t>::max();
 
-/// A buffer whose capacity exceeds a request by less than this does not shrink.
-constexpr std::uint32_t kSlack = 32;
-
 /// The new capacity of a buffer of `capacity` bytes that has to grow to `size`.
 std::uint64_t GrownCapacity(std::uint32_t capacity, std::uint32_t size) {
   const std::uint64_t step = capacity <= 4096 ? 16 : 4096;

@@ -115,6 +115,9 @@ class CData {
  protected:
   static constexpr char kZeroByte = 0;
 
+  /// A buffer whose capacity exceeds a request by less than this does not shrink.
+  static constexpr std::uint32_t kSlack = 32;
+
   /// For a derived class whose storage is an array directly after this base: uses that array and
   /// never frees it. The derived class overrides Reserve and Release, copies instead of moving, and
   /// calls DropStorage in its destructor.

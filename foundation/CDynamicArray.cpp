@@ -97,7 +97,10 @@ std::uint32_t CDynamicArray::Insert(std::uint32_t index, const void* source) {
   if (count + 1 > element_capacity_ && !ReserveElements(count + 1)) return kNoIndex;
   const std::uint32_t length = count * element_size_;
   SetLength(length);  // Drops bytes after the last whole element.
-  if (!is_own && count != 0 && position == count && element_size_ <= GetCapacity() - length) {
+  // The first element sets the buffer, which may shrink it; any other only needs the space.
+  const std::uint32_t space = GetCapacity() - length;
+  if (!is_own && position == count && element_size_ <= space &&
+      (count != 0 || space - element_size_ < kSlack)) {
     StoreElement(position, source);
     SetLength(length + element_size_);
     return position;

@@ -27,9 +27,7 @@ void CTextPtrArray::Assign(const CData& other) {
                          dynamic_cast<const CTextArray*>(source) == nullptr))
     return;
   CTextPtrArray copy;
-  const std::uint32_t count = source->GetCount();
-  if (count != 0) copy.ReserveElements(count);
-  for (std::uint32_t i = 0; i < count; ++i) {
+  for (std::uint32_t i = 0; i < source->GetCount(); ++i) {
     const auto* text = static_cast<const CText*>(source->Get(i));
     if (text != nullptr && copy.Append(text->View()) == nullptr) return;
   }

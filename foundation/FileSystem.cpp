@@ -1,23 +1,26 @@
 #include "foundation/FileSystem.h"
 
 #include <algorithm>
+#include <array>
+#include <cstdio>
+#include <utility>
 
+#include "foundation/CText.h"
 #include "foundation/CaseFolding.h"
 
 namespace zaf {
 
-TDirectoryListing TDirectoryListing::Begin() {
-  TDirectoryListing listing;
-  listing.names.Append(".");
-  listing.names.Append("..");
-  return listing;
-}
-
-void TDirectoryListing::Sort() {
-  names.SortFrom(2);
-  // Both lists compare characters as unsigned bytes.
-  std::sort(subdirectories.begin(), subdirectories.end(),
+bool ListWorkingDirectory(Identities identities, TDirectoryListing& listing) {
+  TDirectoryListing found;
+  found.names.Append(".");
+  found.names.Append("..");
+  if (!found.ReadEntries(identities)) return false;
+  found.names.SortFrom(2);
+  // std::string compares its characters as unsigned bytes, as the other list does.
+  std::sort(found.subdirectories.begin(), found.subdirectories.end(),
             [](const TSubdirectory& a, const TSubdirectory& b) { return a.name < b.name; });
+  listing = std::move(found);
+  return true;
 }
 
 bool MatchesPattern(std::string_view name, std::string_view pattern) {
@@ -43,6 +46,58 @@ bool MatchesPattern(std::string_view name, std::string_view pattern) {
     }
   }
   return pattern.find_first_not_of('*', at_pattern) == kNone;
+}
+
+bool TInputFile::Read(void* buffer, std::size_t count, std::size_t& count_read) {
+  auto* const bytes = static_cast<std::byte*>(buffer);
+  std::size_t done = 0;
+  while (done < count) {
+    const std::ptrdiff_t taken = ReadSome(bytes + done, count - done);
+    if (taken < 0) return false;
+    if (taken == 0) break;
+    done += static_cast<std::size_t>(taken);
+  }
+  count_read = done;
+  return true;
+}
+
+bool TNewFile::Open(const CText& path) {
+  if (IsOpen() || path.IsEmpty()) return false;
+  write_failed_ = false;
+  path_ = path.View();
+  temporary_.clear();
+  return OpenUnpublished();
+}
+
+std::string TNewFile::TemporaryPath(std::uint64_t number) const {
+  // What ends a directory or a drive on any system: elsewhere it is part of the name that is kept.
+  const std::size_t begin = path_.find_last_of("\\/:") + 1;
+  const auto begins_character = [](char c) { return (c & 0xC0) != 0x80; };  // Of UTF-8.
+  const auto length = std::count_if(path_.begin() + static_cast<std::ptrdiff_t>(begin), path_.end(),
+                                    begins_character);
+  std::array<char, 40> name;
+  std::snprintf(name.data(), name.size(), "%016llx.Zaf2Xml.tmp",
+                static_cast<unsigned long long>(number));
+  const std::string_view whole = name.data();
+  return path_.substr(0, begin).append(
+      whole.substr(0, static_cast<std::size_t>(std::max<std::ptrdiff_t>(length, 1))));
+}
+
+bool TNewFile::Write(const void* bytes, std::size_t count) {
+  const auto* const data = static_cast<const std::byte*>(bytes);
+  std::size_t done = 0;
+  while (done < count && !write_failed_) {
+    const std::ptrdiff_t taken = WriteSome(data + done, count - done);
+    write_failed_ = taken <= 0;
+    if (taken > 0) done += static_cast<std::size_t>(taken);
+  }
+  return !write_failed_;
+}
+
+bool TNewFile::Publish() {
+  const bool is_named = IsOpen() && !write_failed_ && GiveName();
+  Discard();
+  return is_named;
 }
 
 }  // namespace zaf

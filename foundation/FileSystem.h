@@ -1,7 +1,9 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
+#include <cstdio>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -10,21 +12,43 @@
 #include "foundation/Status.h"
 #include "foundation/TNameList.h"
 
-/// The file system operations that the system uses, implemented by FileSystemPosix.cpp and
-/// FileSystemWindows.cpp.
+/// The file system operations that the program uses. FileSystemPosix.cpp and FileSystemWindows.cpp
+/// implement them, each on its own system, FileSystem.cpp what they share.
+///
+/// On Windows paths are UTF-8 and may be as long as the system allows (some 32,000 characters),
+/// the working directory's included. Paths that Windows would take for something else fail there:
+/// devices (`con`, `nul.txt`), streams (`a:b`), names that end with a full stop or a blank.
 namespace zaf {
 
 class CText;
 
 #ifdef _WIN32
 inline constexpr char kPathSeparator = '\\';
+/// Whether equal directories commonly have different names: by case, separators, short names.
+inline constexpr bool kDirectoriesHaveManyNames = true;
+/// What the arguments of the program consist of.
+using TArgumentCharacter = wchar_t;
 #else
 inline constexpr char kPathSeparator = '/';
+inline constexpr bool kDirectoriesHaveManyNames = false;
+using TArgumentCharacter = char;
 #endif
+
+/// The arguments of the program as texts of the program: on Windows in UTF-8.
+class TArguments {
+ public:
+  TArguments(int count, TArgumentCharacter** values);
+
+  [[nodiscard]] const std::vector<const char*>& Get() const { return values_; }
+
+ private:
+  std::vector<std::string> texts_;  ///< Where the arguments are not used in place.
+  std::vector<const char*> values_;
+};
 
 /// Prepares the process for file access, to be called first: a write that fails is an error and
 /// never a signal that ends the process, and a file opened later never gets the descriptor of a
-/// standard stream that the caller had closed.
+/// standard stream that the caller had closed. On Windows an error is no dialog.
 void PrepareProcess();
 
 /// Makes `path` the working directory.
@@ -43,19 +67,28 @@ inline constexpr std::size_t kWorkingDirectorySize = 260;
 /// or does not fit kWorkingDirectorySize.
 [[nodiscard]] bool GetWorkingDirectory(CText& path);
 
+/// Opens a stream of the C library; null when that fails.
+[[nodiscard]] std::FILE* OpenStream(const CText& path, const char* mode);
+
+/// Removes the file `path`.
+[[nodiscard]] bool RemoveFile(const CText& path);
+
 /// Identifies a file or directory independently of its names.
 struct TFileIdentity {
   std::uint64_t volume = 0;
-  std::uint64_t file = 0;
+  std::array<std::uint64_t, 2> file{};  ///< All zero: not known.
   bool operator==(const TFileIdentity&) const = default;
 };
 
-/// The identity of the working directory, if available.
+/// The identity of the working directory, if the volume has identities.
 [[nodiscard]] std::optional<TFileIdentity> GetWorkingDirectoryIdentity();
 
 /// Whether `name` matches `pattern`, in which `*` matches any characters and `?` one. Case is
 /// ignored. The pattern `*.*` matches every name, also one without a full stop.
 [[nodiscard]] bool MatchesPattern(std::string_view name, std::string_view pattern);
+
+/// Whether a listing includes the identity of each directory (one system call each).
+enum class Identities { kOmitted, kWanted };
 
 /// An entry of a listing that is a directory.
 struct TSubdirectory {
@@ -69,14 +102,9 @@ struct TDirectoryListing {
   /// The other names that are directories, in the same order. Symbolic links are not included.
   std::vector<TSubdirectory> subdirectories;
 
-  /// A listing of "." and "..".
-  static TDirectoryListing Begin();
-  /// Sorts the entries added since.
-  void Sort();
+  /// Appends the entries of the working directory, except "." and "..", in any order.
+  [[nodiscard]] bool ReadEntries(Identities identities);
 };
-
-/// Whether a listing includes the identity of each directory (one system call each).
-enum class Identities { kOmitted, kWanted };
 
 /// Lists the working directory. The listing is a snapshot and nothing remains open. False, and
 /// `listing` unchanged, when the directory cannot be read. Throws std::bad_alloc when memory is
@@ -112,13 +140,17 @@ class TInputFile {
   [[nodiscard]] bool Read(void* buffer, std::size_t count, std::size_t& count_read);
 
  private:
+  /// Reads up to `count` bytes: 0 at the end of the file, less than 0 on failure.
+  [[nodiscard]] std::ptrdiff_t ReadSome(std::byte* buffer, std::size_t count);
+
   std::intptr_t handle_ = -1;
   std::uint64_t size_ = 0;
 };
 
 /// A file that gets its name only when it is complete, and never replaces another one. Until then
-/// it is unnamed where the file system supports that, else it has a temporary name. Owns the open
-/// file; the destructor discards it unless it was published.
+/// it is unnamed where the file system supports that, else it has a temporary name; on Windows the
+/// system deletes it however the process ends. Owns the open file; the destructor discards it
+/// unless it was published.
 class TNewFile {
  public:
   TNewFile() = default;
@@ -127,7 +159,8 @@ class TNewFile {
   ~TNewFile() { Discard(); }
 
   /// Creates a file, to be named `path`, in the directory of that path. Whether the name is free is
-  /// known only when the file is published. Fails when a file is open already.
+  /// known only when the file is published. Fails when a file is open already. A name that no file
+  /// of this system can have counts as a failed write.
   [[nodiscard]] bool Open(const CText& path);
   [[nodiscard]] bool IsOpen() const { return handle_ != -1; }
 
@@ -153,10 +186,19 @@ class TNewFile {
   [[nodiscard]] bool HasWriteFailed() const { return write_failed_; }
 
  private:
+  /// Opens the file without its name.
+  [[nodiscard]] bool OpenUnpublished();
+  /// Opens the file under a temporary name.
   [[nodiscard]] bool OpenTemporary();
-  [[nodiscard]] bool CloseFile();
-  [[nodiscard]] bool NameUnnamedFile();
+  /// A temporary path in the directory of the file, which differs by `number`. Its last name has at
+  /// most as many characters as that of the file: whatever fits one of the two fits both.
+  [[nodiscard]] std::string TemporaryPath(std::uint64_t number) const;
+  /// Writes some of the bytes: how many, or less than 1 on failure.
+  [[nodiscard]] std::ptrdiff_t WriteSome(const std::byte* bytes, std::size_t count);
+  /// Gives the complete file its name; on failure says in `write_failed_` whether content was lost.
+  [[nodiscard]] bool GiveName();
   [[nodiscard]] bool NameTemporaryFile();
+  [[nodiscard]] bool CloseFile();
 
   std::intptr_t handle_ = -1;
   bool write_failed_ = false;

@@ -34,7 +34,7 @@ auto Retry(Call call) {
 }
 
 TFileIdentity IdentityOf(const struct stat& info) {
-  return {static_cast<std::uint64_t>(info.st_dev), static_cast<std::uint64_t>(info.st_ino)};
+  return {static_cast<std::uint64_t>(info.st_dev), {static_cast<std::uint64_t>(info.st_ino)}};
 }
 
 /// The directory part of a path, which a new file of that path goes to.
@@ -125,6 +125,8 @@ void PrepareProcess() {
   if (descriptor >= 0) close(descriptor);
 }
 
+TArguments::TArguments(int count, char** values) : values_(values, values + count) {}
+
 bool EnterDirectory(const CText& path) { return chdir(path.GetCString()) == 0; }
 
 bool MakeDirectory(const CText& path) { return mkdir(path.GetCString(), kDirectoryMode) == 0; }
@@ -138,33 +140,32 @@ bool GetWorkingDirectory(CText& path) {
   return true;
 }
 
+std::FILE* OpenStream(const CText& path, const char* mode) {
+  return std::fopen(path.GetCString(), mode);
+}
+
+bool RemoveFile(const CText& path) { return std::remove(path.GetCString()) == 0; }
+
 std::optional<TFileIdentity> GetWorkingDirectoryIdentity() {
   struct stat info {};
   if (stat(".", &info) != 0) return std::nullopt;
   return IdentityOf(info);
 }
 
-bool ListWorkingDirectory(Identities identities, TDirectoryListing& listing) {
+bool TDirectoryListing::ReadEntries(Identities identities) {
   const std::unique_ptr<DIR, DirectoryCloser> directory(opendir("."));
   if (directory == nullptr) return false;
-  TDirectoryListing found = TDirectoryListing::Begin();
   for (;;) {
     errno = 0;
     const dirent* const next = readdir(directory.get());
-    if (next == nullptr) {
-      if (errno != 0) return false;
-      break;
-    }
+    if (next == nullptr) return errno == 0;
     const std::string_view name = next->d_name;
     if (name == "." || name == "..") continue;
-    found.names.Append(name);
+    names.Append(name);
     TFileIdentity identity;
     if (IsSubdirectory(dirfd(directory.get()), *next, identities, identity))
-      found.subdirectories.push_back({std::string(name), identity});
+      subdirectories.push_back({std::string(name), identity});
   }
-  found.Sort();
-  listing = std::move(found);
-  return true;
 }
 
 TPresence ProbeFile(const CText& path) {
@@ -195,25 +196,11 @@ bool TInputFile::Open(const CText& path) {
   return true;
 }
 
-bool TInputFile::Read(void* buffer, std::size_t count, std::size_t& count_read) {
-  auto* const bytes = static_cast<std::byte*>(buffer);
-  std::size_t done = 0;
-  while (done < count) {
-    const ssize_t taken =
-        Retry([&] { return read(Descriptor(handle_), bytes + done, count - done); });
-    if (taken < 0) return false;
-    if (taken == 0) break;
-    done += static_cast<std::size_t>(taken);
-  }
-  count_read = done;
-  return true;
+std::ptrdiff_t TInputFile::ReadSome(std::byte* buffer, std::size_t count) {
+  return Retry([&] { return read(Descriptor(handle_), buffer, count); });
 }
 
-bool TNewFile::Open(const CText& path) {
-  if (IsOpen() || path.IsEmpty()) return false;
-  write_failed_ = false;
-  path_ = path.View();
-  temporary_.clear();
+bool TNewFile::OpenUnpublished() {
   const std::string directory = DirectoryOf(path_);
   handle_ =
       Retry([&] { return open(directory.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, kFileMode); });
@@ -227,10 +214,7 @@ bool TNewFile::OpenTemporary() {
   for (int attempt = 0; attempt < kAttempts; ++attempt) {
     std::uint64_t number = 0;
     if (getrandom(&number, sizeof number, 0) != sizeof number) return false;
-    std::array<char, 40> name;
-    std::snprintf(name.data(), name.size(), "/.Zaf2Xml-%016llx.tmp",
-                  static_cast<unsigned long long>(number));
-    temporary_ = DirectoryOf(path_) + name.data();
+    temporary_ = TemporaryPath(number);
     handle_ = Retry(
         [&] { return open(temporary_.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, kFileMode); });
     if (handle_ != -1) return true;
@@ -240,18 +224,8 @@ bool TNewFile::OpenTemporary() {
   return false;
 }
 
-bool TNewFile::Write(const void* bytes, std::size_t count) {
-  const auto* const data = static_cast<const std::byte*>(bytes);
-  std::size_t done = 0;
-  while (done < count && !write_failed_) {
-    const ssize_t taken =
-        Retry([&] { return write(Descriptor(handle_), data + done, count - done); });
-    if (taken <= 0)
-      write_failed_ = true;
-    else
-      done += static_cast<std::size_t>(taken);
-  }
-  return !write_failed_;
+std::ptrdiff_t TNewFile::WriteSome(const std::byte* bytes, std::size_t count) {
+  return Retry([&] { return write(Descriptor(handle_), bytes, count); });
 }
 
 bool TNewFile::Seek(std::uint64_t offset) {
@@ -269,14 +243,8 @@ bool TNewFile::CloseFile() {
   return result == 0 || errno == EINTR;
 }
 
-bool TNewFile::Publish() {
-  const bool is_named =
-      IsOpen() && !write_failed_ && (temporary_.empty() ? NameUnnamedFile() : NameTemporaryFile());
-  Discard();
-  return is_named;
-}
-
-bool TNewFile::NameUnnamedFile() {
+bool TNewFile::GiveName() {
+  if (!temporary_.empty()) return NameTemporaryFile();
   if (LinkUnnamed(Descriptor(handle_), path_.c_str())) return true;
   // ENOENT can also mean that this process does not see /proc, and file systems refuse to link in
   // ways of their own. What really stands in the way shows when a named copy is made.

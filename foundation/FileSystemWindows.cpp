@@ -1,11 +1,14 @@
+// Everything of the program that is for Windows alone.
+
 #include <algorithm>
 #include <array>
-#include <cstdio>
-#include <direct.h>
-#include <stdlib.h>
+#include <cstring>
+#include <memory>
+#include <type_traits>
 #include <utility>
 #include <windows.h>
 
+#include "foundation/Attempt.h"
 #include "foundation/CText.h"
 #include "foundation/FileSystem.h"
 
@@ -15,11 +18,117 @@ namespace {
 HANDLE Handle(std::intptr_t handle) { return reinterpret_cast<HANDLE>(handle); }
 std::intptr_t Number(HANDLE handle) { return reinterpret_cast<std::intptr_t>(handle); }
 
-// A file object keeps -1 for "not open".
+// A file object keeps -1 for "not open", which is INVALID_HANDLE_VALUE.
 static_assert(sizeof(HANDLE) == sizeof(std::intptr_t));
+
+struct HandleCloser {
+  using pointer = HANDLE;
+  void operator()(HANDLE handle) const { CloseHandle(handle); }
+};
+struct SearchCloser {
+  using pointer = HANDLE;
+  void operator()(HANDLE handle) const { FindClose(handle); }
+};
+
+/// A handle that is closed in any case; null instead of INVALID_HANDLE_VALUE.
+template <class Closer>
+using TOwned = std::unique_ptr<HANDLE, Closer>;
+using TOpenFile = TOwned<HandleCloser>;
+using TSearch = TOwned<SearchCloser>;
+
+template <class Owned>
+Owned Own(HANDLE handle) {
+  return Owned(handle == INVALID_HANDLE_VALUE ? nullptr : handle);
+}
 
 /// Largest piece handed to one system call.
 constexpr std::size_t kMostAtOnce = std::size_t{1} << 30;
+
+// ---- Texts
+
+/// UTF-8 as the system's UTF-16; empty when it is not UTF-8.
+std::wstring ToWide(std::string_view text) {
+  constexpr DWORD kStrictly = MB_ERR_INVALID_CHARS;
+  const auto size = static_cast<int>(text.size());
+  const int length = MultiByteToWideChar(CP_UTF8, kStrictly, text.data(), size, nullptr, 0);
+  std::wstring wide(static_cast<std::size_t>(length), L'\0');
+  MultiByteToWideChar(CP_UTF8, kStrictly, text.data(), size, wide.data(), length);
+  return wide;
+}
+
+/// UTF-16 as UTF-8; half a surrogate pair becomes the replacement character.
+std::string ToUtf8(std::wstring_view wide) {
+  const auto length = static_cast<int>(wide.size());
+  const auto convert = [&](char* text, int size) {
+    return WideCharToMultiByte(CP_UTF8, 0, wide.data(), length, text, size, nullptr, nullptr);
+  };
+  const int size = convert(nullptr, 0);
+  std::string text(static_cast<std::size_t>(size), '\0');
+  convert(text.data(), size);
+  return text;
+}
+
+// ---- Paths
+
+/// The working directory when it is too long to be the system's, as an absolute path; else empty.
+std::wstring long_working_directory;
+
+bool EqualsIgnoringCase(std::wstring_view a, std::wstring_view b) {
+  return CompareStringOrdinal(a.data(), static_cast<int>(a.size()), b.data(),
+                              static_cast<int>(b.size()), TRUE) == CSTR_EQUAL;
+}
+
+/// Whether Windows, or an older version of it, takes the name for a device.
+bool IsDeviceName(std::wstring_view name) {
+  constexpr std::wstring_view kDevices[] = {L"CON", L"PRN", L"AUX", L"NUL", L"CONIN$", L"CONOUT$"};
+  constexpr std::wstring_view kNumbered[] = {L"COM", L"LPT"};
+  constexpr std::wstring_view kDigits = L"0123456789\u00B9\u00B2\u00B3";
+  name = name.substr(0, name.find(L'.'));
+  name = name.substr(0, name.find_last_not_of(L' ') + 1);
+  const auto equals = [&](std::wstring_view device) { return EqualsIgnoringCase(name, device); };
+  if (std::ranges::any_of(kDevices, equals)) return true;
+  if (name.empty() || kDigits.find(name.back()) == kDigits.npos) return false;
+  name.remove_suffix(1);
+  return std::ranges::any_of(kNumbered, equals);
+}
+
+/// Whether the last name of a path is one that Windows takes as it is.
+bool IsPlainName(std::wstring_view name) {
+  if (name.empty() || name == L"." || name == L"..") return true;
+  return name.back() != L'.' && name.back() != L' ' && !IsDeviceName(name);
+}
+
+/// The absolute path of what `path` names; empty when that can be no file or directory.
+std::wstring AbsolutePath(std::string_view path) {
+  constexpr std::wstring_view kVerbatim = L"\\\\?\\";
+  std::wstring wide = ToWide(path);
+  std::ranges::replace(wide, L'/', L'\\');
+  const std::size_t drive = wide.starts_with(kVerbatim) ? kVerbatim.size() + 1 : 1;
+  const std::size_t colon = wide.rfind(L':');
+  // A replacement character is in names that have no UTF-8 form, or that no file here has.
+  if (wide.empty() || wide.find(L'\uFFFD') != wide.npos || (colon != wide.npos && colon != drive) ||
+      !IsPlainName(std::wstring_view(wide).substr(wide.rfind(L'\\') + 1)))
+    return {};
+  const bool is_relative = wide.front() != L'\\' && colon == wide.npos;
+  if (is_relative && !long_working_directory.empty()) wide = long_working_directory + L'\\' + wide;
+  const DWORD size = GetFullPathNameW(wide.c_str(), 0, nullptr, nullptr);
+  std::wstring absolute(size, L'\0');
+  absolute.resize(GetFullPathNameW(wide.c_str(), size, absolute.data(), nullptr));
+  return absolute.starts_with(L"\\\\.\\") ? std::wstring() : absolute;  // A device.
+}
+
+/// The same in the form in which it may be of any length. Also empty when memory ran out.
+std::wstring SystemPath(std::string_view path) {
+  const auto make = [&]() -> std::wstring {
+    std::wstring absolute = AbsolutePath(path);
+    if (absolute.starts_with(L"\\\\?\\") || absolute.empty()) return absolute;
+    if (!absolute.starts_with(L"\\\\")) return L"\\\\?\\" + absolute;
+    return L"\\\\?\\UNC" + absolute.substr(1);
+  };
+  return Attempt(make, {});
+}
+
+// ---- System calls
 
 /// Whether a name could not be given for a reason that creating the file by that name would have
 /// met as well: it is taken, or the directory does not have it.
@@ -29,109 +138,185 @@ bool IsNameRefusal(DWORD error) {
     case ERROR_ALREADY_EXISTS:
     case ERROR_FILE_NOT_FOUND:
     case ERROR_PATH_NOT_FOUND:
-    case ERROR_INVALID_NAME:
     case ERROR_FILENAME_EXCED_RANGE:
     case ERROR_ACCESS_DENIED:
-    case ERROR_SHARING_VIOLATION:
+    case ERROR_WRITE_PROTECT:
       return true;
     default:
       return false;
   }
 }
 
-HANDLE OpenToLook(const char* path, DWORD access, DWORD flags) {
-  return CreateFileA(path, access, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
-                     OPEN_EXISTING, flags, nullptr);
+/// Whether another program, a virus scanner say, holds the file at the moment.
+bool IsHeld(DWORD error) {
+  return error == ERROR_SHARING_VIOLATION || error == ERROR_LOCK_VIOLATION;
 }
 
-/// The identity of a directory; none when it cannot be had.
-std::optional<TFileIdentity> IdentityOf(const char* path) {
-  const HANDLE handle = OpenToLook(path, FILE_READ_ATTRIBUTES,
-                                   FILE_FLAG_BACKUP_SEMANTICS | FILE_FLAG_OPEN_REPARSE_POINT);
-  if (handle == INVALID_HANDLE_VALUE) return std::nullopt;
-  BY_HANDLE_FILE_INFORMATION info{};
-  const bool is_known = GetFileInformationByHandle(handle, &info) != 0;
-  CloseHandle(handle);
-  if (!is_known) return std::nullopt;
-  return TFileIdentity{info.dwVolumeSerialNumber,
-                       std::uint64_t{info.nFileIndexHigh} << 32 | info.nFileIndexLow};
-}
-
-/// A search for names that is closed in any case.
-class TSearch {
- public:
-  explicit TSearch(HANDLE handle) : handle_(handle) {}
-  TSearch(const TSearch&) = delete;
-  TSearch& operator=(const TSearch&) = delete;
-  ~TSearch() {
-    if (IsOpen()) FindClose(handle_);
+/// Makes a call until it succeeds or fails for another reason than that the file is held, for half
+/// a second at most. The last result; the system's last error is the call's.
+template <class Call>
+auto WhileHeld(Call call) {
+  constexpr DWORD kLongestPause = 256;
+  for (DWORD pause = 1;; pause *= 2) {
+    auto result = call();
+    if (result || !IsHeld(GetLastError()) || pause > kLongestPause) return result;
+    Sleep(pause);
   }
-  [[nodiscard]] bool IsOpen() const { return handle_ != INVALID_HANDLE_VALUE; }
-  [[nodiscard]] HANDLE Get() const { return handle_; }
+}
+
+/// Opens what exists; null when that fails.
+TOpenFile OpenExisting(const std::wstring& path, DWORD access, DWORD flags) {
+  constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+  return WhileHeld([&] {
+    return Own<TOpenFile>(
+        CreateFileW(path.c_str(), access, kShareAll, nullptr, OPEN_EXISTING, flags, nullptr));
+  });
+}
+
+/// The size of an open regular file; none when it is something else.
+std::optional<std::uint64_t> SizeOfRegularFile(HANDLE file) {
+  LARGE_INTEGER size{};
+  if (GetFileType(file) != FILE_TYPE_DISK || GetFileSizeEx(file, &size) == 0) return std::nullopt;
+  return static_cast<std::uint64_t>(size.QuadPart);
+}
+
+/// The identity of a directory; none when the volume has none.
+std::optional<TFileIdentity> IdentityOf(const std::wstring& path) {
+  const TOpenFile directory = OpenExisting(path, FILE_READ_ATTRIBUTES, FILE_FLAG_BACKUP_SEMANTICS);
+  FILE_ID_INFO info{};
+  TFileIdentity identity;
+  static_assert(sizeof identity.file == sizeof info.FileId);
+  if (!directory || !GetFileInformationByHandleEx(directory.get(), FileIdInfo, &info, sizeof info))
+    return std::nullopt;
+  std::memcpy(identity.file.data(), &info.FileId, sizeof info.FileId);
+  if (identity == TFileIdentity{}) return std::nullopt;
+  identity.volume = info.VolumeSerialNumber;
+  return identity;
+}
+
+/// Links to directories count as files; directories with other data, as of a cloud, do not.
+bool IsDirectory(const WIN32_FIND_DATAW& entry) {
+  const bool is_link = (entry.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0 &&
+                       IsReparseTagNameSurrogate(entry.dwReserved0);
+  return (entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0 && !is_link;
+}
+
+/// Says whether the system is to delete the file when its handle is closed, by whatever end.
+bool SetDeletion(HANDLE file, bool is_to_be_deleted) {
+  FILE_DISPOSITION_INFO info{};
+  info.DeleteFile = is_to_be_deleted;
+  return SetFileInformationByHandle(file, FileDispositionInfo, &info, sizeof info) != 0;
+}
+
+/// What the system is told to rename an open file to; it then fails when anything has the name.
+class TRenaming {
+ public:
+  explicit TRenaming(const std::wstring& path)
+      : size_(sizeof(FILE_RENAME_INFO) + path.size() * sizeof(wchar_t)),
+        buffer_(std::make_unique<std::byte[]>(size_)) {
+    auto* const info = new (buffer_.get()) FILE_RENAME_INFO{};
+    info->FileNameLength = static_cast<DWORD>(path.size() * sizeof(wchar_t));
+    std::memcpy(info->FileName, path.data(), info->FileNameLength);
+  }
+  [[nodiscard]] bool Apply(HANDLE file) const {
+    return WhileHeld([&] {
+      return SetFileInformationByHandle(file, FileRenameInfo, buffer_.get(),
+                                        static_cast<DWORD>(size_)) != 0;
+    });
+  }
 
  private:
-  HANDLE handle_;
+  std::size_t size_;
+  std::unique_ptr<std::byte[]> buffer_;
 };
-
-/// A link to a directory is not one.
-bool IsDirectory(DWORD attributes) {
-  return (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0 &&
-         (attributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0;
-}
 
 }  // namespace
 
-// Such writes and such streams do no harm here.
-void PrepareProcess() {}
+// Errors are results, not dialogs that wait for somebody.
+void PrepareProcess() { SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX); }
 
-bool EnterDirectory(const CText& path) { return _chdir(path.GetCString()) == 0; }
+TArguments::TArguments(int count, wchar_t** values) {
+  for (int i = 0; i < count; ++i) texts_.push_back(ToUtf8(values[i]));
+  for (const std::string& text : texts_) values_.push_back(text.c_str());
+}
 
-bool MakeDirectory(const CText& path) { return _mkdir(path.GetCString()) == 0; }
+bool EnterDirectory(const CText& path) {
+  const auto enter = [&] {
+    std::wstring directory = AbsolutePath(path.GetCString());
+    if (directory.empty()) return false;
+    if (SetCurrentDirectoryW(directory.c_str()) != 0) {
+      long_working_directory.clear();
+      return true;
+    }
+    // It can be too long for the system.
+    if (directory.size() + 2 < MAX_PATH) return false;
+    const DWORD attributes = GetFileAttributesW(SystemPath(path.GetCString()).c_str());
+    if (attributes == INVALID_FILE_ATTRIBUTES || (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0)
+      return false;
+    long_working_directory = directory;
+    // Paths that begin at the root of a drive count from the system's, which is to be the same.
+    for (std::size_t end = directory.size(); end != directory.npos && end > 0;
+         end = directory.rfind(L'\\', end - 1))
+      if (SetCurrentDirectoryW(directory.substr(0, end + 1).c_str()) != 0) break;
+    return true;
+  };
+  return Attempt(enter, false);
+}
 
-bool DeleteDirectory(const CText& path) { return _rmdir(path.GetCString()) == 0; }
+bool MakeDirectory(const CText& path) {
+  return CreateDirectoryW(SystemPath(path.GetCString()).c_str(), nullptr) != 0;
+}
+
+bool DeleteDirectory(const CText& path) {
+  const std::wstring name = SystemPath(path.GetCString());
+  return WhileHeld([&] { return RemoveDirectoryW(name.c_str()) != 0; });
+}
 
 bool GetWorkingDirectory(CText& path) {
-  std::array<char, kWorkingDirectorySize> buffer;
-  if (_getcwd(buffer.data(), static_cast<int>(buffer.size())) == nullptr) return false;
-  path = std::string_view(buffer.data());
+  std::array<wchar_t, kWorkingDirectorySize> buffer;
+  const DWORD length = GetCurrentDirectoryW(static_cast<DWORD>(buffer.size()), buffer.data());
+  if (!long_working_directory.empty() || length == 0 || length >= buffer.size()) return false;
+  const std::string text = ToUtf8({buffer.data(), length});
+  if (text.size() >= kWorkingDirectorySize) return false;
+  path = std::string_view(text);
   return true;
 }
 
-std::optional<TFileIdentity> GetWorkingDirectoryIdentity() { return IdentityOf("."); }
+std::FILE* OpenStream(const CText& path, const char* mode) {
+  return _wfopen(SystemPath(path.GetCString()).c_str(), ToWide(mode).c_str());
+}
 
-bool ListWorkingDirectory(Identities identities, TDirectoryListing& listing) {
-  WIN32_FIND_DATAA data{};
-  const TSearch search(FindFirstFileA("*", &data));
+bool RemoveFile(const CText& path) {
+  return DeleteFileW(SystemPath(path.GetCString()).c_str()) != 0;
+}
+
+std::optional<TFileIdentity> GetWorkingDirectoryIdentity() { return IdentityOf(SystemPath(".")); }
+
+bool TDirectoryListing::ReadEntries(Identities identities) {
+  WIN32_FIND_DATAW entry{};
+  const auto search =
+      Own<TSearch>(FindFirstFileExW(SystemPath("*").c_str(), FindExInfoBasic, &entry,
+                                    FindExSearchNameMatch, nullptr, FIND_FIRST_EX_LARGE_FETCH));
   // The root of an empty volume has not even a "." to find.
-  if (!search.IsOpen() && GetLastError() != ERROR_FILE_NOT_FOUND) return false;
-  TDirectoryListing found = TDirectoryListing::Begin();
-  bool is_whole = true;
-  if (search.IsOpen()) {
-    do {
-      const std::string_view name = data.cFileName;
-      if (name == "." || name == "..") continue;
-      found.names.Append(name);
-      if (!IsDirectory(data.dwFileAttributes)) continue;
-      TFileIdentity identity;
-      if (identities == Identities::kWanted)
-        identity = IdentityOf(data.cFileName).value_or(TFileIdentity{});
-      found.subdirectories.push_back({std::string(name), identity});
-    } while (FindNextFileA(search.Get(), &data) != 0);
-    is_whole = GetLastError() == ERROR_NO_MORE_FILES;
-  }
-  if (!is_whole) return false;
-  found.Sort();
-  listing = std::move(found);
-  return true;
+  if (!search) return GetLastError() == ERROR_FILE_NOT_FOUND;
+  do {
+    std::string name = ToUtf8(entry.cFileName);
+    if (name == "." || name == "..") continue;
+    names.Append(name);
+    if (!IsDirectory(entry)) continue;
+    TFileIdentity identity;
+    if (identities == Identities::kWanted)
+      identity = IdentityOf(SystemPath(name)).value_or(TFileIdentity{});
+    subdirectories.push_back({std::move(name), identity});
+  } while (FindNextFileW(search.get(), &entry) != 0);
+  return GetLastError() == ERROR_NO_MORE_FILES;
 }
 
 TPresence ProbeFile(const CText& path) {
-  const HANDLE handle = OpenToLook(path.GetCString(), GENERIC_READ, FILE_ATTRIBUTE_NORMAL);
-  if (handle == INVALID_HANDLE_VALUE) return TPresence::kAbsent;
-  LARGE_INTEGER size{};
-  const bool is_file = GetFileType(handle) == FILE_TYPE_DISK && GetFileSizeEx(handle, &size) != 0;
-  CloseHandle(handle);
-  return is_file && size.QuadPart > 0 ? TPresence::kFile : TPresence::kBlocked;
+  const TOpenFile file =
+      OpenExisting(SystemPath(path.GetCString()), GENERIC_READ, FILE_ATTRIBUTE_NORMAL);
+  if (!file) return IsHeld(GetLastError()) ? TPresence::kFile : TPresence::kAbsent;
+  return SizeOfRegularFile(file.get()).value_or(0) > 0 ? TPresence::kFile : TPresence::kBlocked;
 }
 
 TInputFile::~TInputFile() {
@@ -140,71 +325,61 @@ TInputFile::~TInputFile() {
 
 bool TInputFile::Open(const CText& path) {
   if (handle_ != -1) return false;
-  const HANDLE handle = OpenToLook(path.GetCString(), GENERIC_READ, FILE_FLAG_SEQUENTIAL_SCAN);
-  if (handle == INVALID_HANDLE_VALUE) return false;
-  LARGE_INTEGER size{};
-  if (GetFileType(handle) != FILE_TYPE_DISK || GetFileSizeEx(handle, &size) == 0) {
-    CloseHandle(handle);
+  TOpenFile file =
+      OpenExisting(SystemPath(path.GetCString()), GENERIC_READ, FILE_FLAG_SEQUENTIAL_SCAN);
+  const std::optional<std::uint64_t> size = file ? SizeOfRegularFile(file.get()) : std::nullopt;
+  if (!size) return false;
+  handle_ = Number(file.release());
+  size_ = *size;
+  return true;
+}
+
+std::ptrdiff_t TInputFile::ReadSome(std::byte* buffer, std::size_t count) {
+  const auto wanted = static_cast<DWORD>(std::min(count, kMostAtOnce));
+  DWORD taken = 0;
+  if (ReadFile(Handle(handle_), buffer, wanted, &taken, nullptr) == 0) return -1;
+  return static_cast<std::ptrdiff_t>(taken);
+}
+
+bool TNewFile::OpenUnpublished() {
+  if (SystemPath(path_).empty()) {
+    write_failed_ = true;
     return false;
   }
-  handle_ = Number(handle);
-  size_ = static_cast<std::uint64_t>(size.QuadPart);
-  return true;
-}
-
-bool TInputFile::Read(void* buffer, std::size_t count, std::size_t& count_read) {
-  auto* const bytes = static_cast<std::byte*>(buffer);
-  std::size_t done = 0;
-  while (done < count) {
-    const auto wanted = static_cast<DWORD>(std::min(count - done, kMostAtOnce));
-    DWORD taken = 0;
-    if (ReadFile(Handle(handle_), bytes + done, wanted, &taken, nullptr) == 0) return false;
-    if (taken == 0) break;
-    done += taken;
-  }
-  count_read = done;
-  return true;
-}
-
-bool TNewFile::Open(const CText& path) {
-  if (IsOpen() || path.IsEmpty()) return false;
-  write_failed_ = false;
-  path_ = path.View();
-  temporary_.clear();
   return OpenTemporary();
 }
 
 bool TNewFile::OpenTemporary() {
   constexpr int kAttempts = 16;
-  const std::size_t name_begin = path_.find_last_of("\\/:") + 1;
+  // Multiplying by an odd number makes the first digits differ, too.
+  constexpr std::uint64_t kOddNumber = 0x9E3779B97F4A7C15;
   for (int attempt = 0; attempt < kAttempts; ++attempt) {
     LARGE_INTEGER ticks{};
     QueryPerformanceCounter(&ticks);
-    std::array<char, 64> name;
-    std::snprintf(name.data(), name.size(), ".Zaf2Xml-%08lx%016llx.tmp", GetCurrentProcessId(),
-                  static_cast<unsigned long long>(ticks.QuadPart));
-    temporary_ = path_.substr(0, name_begin) + name.data();
-    handle_ = Number(CreateFileA(temporary_.c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr,
-                                 CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr));
-    if (handle_ != -1) return true;
-    if (GetLastError() != ERROR_FILE_EXISTS) break;
+    const std::uint64_t number = static_cast<std::uint64_t>(ticks.QuadPart) + GetCurrentProcessId();
+    const std::wstring path = SystemPath(TemporaryPath(number * kOddNumber));
+    const HANDLE file = CreateFileW(path.c_str(), GENERIC_READ | GENERIC_WRITE | DELETE, 0, nullptr,
+                                    CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
+    handle_ = Number(file);
+    if (!IsOpen()) {
+      // The name of a file that is being deleted denies the access.
+      if (GetLastError() == ERROR_FILE_EXISTS || GetLastError() == ERROR_ACCESS_DENIED) continue;
+      return false;
+    }
+    if (SetDeletion(file, true)) return true;
+    Discard();
+    DeleteFileW(path.c_str());
+    write_failed_ = true;
+    return false;
   }
-  temporary_.clear();
   return false;
 }
 
-bool TNewFile::Write(const void* bytes, std::size_t count) {
-  const auto* const data = static_cast<const std::byte*>(bytes);
-  std::size_t done = 0;
-  while (done < count && !write_failed_) {
-    const auto wanted = static_cast<DWORD>(std::min(count - done, kMostAtOnce));
-    DWORD taken = 0;
-    if (WriteFile(Handle(handle_), data + done, wanted, &taken, nullptr) == 0 || taken == 0)
-      write_failed_ = true;
-    else
-      done += taken;
-  }
-  return !write_failed_;
+std::ptrdiff_t TNewFile::WriteSome(const std::byte* bytes, std::size_t count) {
+  const auto wanted = static_cast<DWORD>(std::min(count, kMostAtOnce));
+  DWORD taken = 0;
+  if (WriteFile(Handle(handle_), bytes, wanted, &taken, nullptr) == 0) return -1;
+  return static_cast<std::ptrdiff_t>(taken);
 }
 
 bool TNewFile::Seek(std::uint64_t offset) {
@@ -213,40 +388,20 @@ bool TNewFile::Seek(std::uint64_t offset) {
   return SetFilePointerEx(Handle(handle_), distance, nullptr, FILE_BEGIN) != 0;
 }
 
-std::uint64_t TNewFile::GetSize() const {
-  LARGE_INTEGER size{};
-  return GetFileSizeEx(Handle(handle_), &size) != 0 ? static_cast<std::uint64_t>(size.QuadPart) : 0;
-}
+std::uint64_t TNewFile::GetSize() const { return SizeOfRegularFile(Handle(handle_)).value_or(0); }
 
-bool TNewFile::CloseFile() { return CloseHandle(Handle(std::exchange(handle_, -1))) != 0; }
-
-bool TNewFile::Publish() {
-  const bool is_named = IsOpen() && !write_failed_ && NameTemporaryFile();
-  Discard();
-  return is_named;
-}
-
-// There are no unnamed files here.
-bool TNewFile::NameUnnamedFile() { return false; }
-
-bool TNewFile::NameTemporaryFile() {
-  if (!CloseFile()) {
-    write_failed_ = true;
-    return false;
-  }
-  // Without MOVEFILE_REPLACE_EXISTING a file that has the name makes it fail.
-  if (MoveFileExA(temporary_.c_str(), path_.c_str(), 0) == 0) {
-    write_failed_ = !IsNameRefusal(GetLastError());
-    return false;
-  }
-  temporary_.clear();
-  return true;
+bool TNewFile::GiveName() {
+  const HANDLE file = Handle(handle_);
+  const TRenaming renaming(SystemPath(path_));
+  // A file that is to be deleted cannot be renamed.
+  if (SetDeletion(file, false) && renaming.Apply(file)) return true;
+  write_failed_ = !IsNameRefusal(GetLastError());
+  SetDeletion(file, true);
+  return false;
 }
 
 void TNewFile::Discard() {
-  if (IsOpen()) static_cast<void>(CloseFile());
-  if (!temporary_.empty()) ::DeleteFileA(temporary_.c_str());
-  temporary_.clear();
+  if (IsOpen()) CloseHandle(Handle(std::exchange(handle_, -1)));
 }
 
 }  // namespace zaf

@@ -4,6 +4,7 @@
 #include <cstring>
 #include <limits>
 #include <mutex>
+#include <typeinfo>
 #include <utility>
 
 #include "foundation/CData.h"
@@ -144,7 +145,7 @@ Status TDataFile::Open(const CText& name, TOpenMode mode) {
   if (is_in_memory_) return Status::kFailure;
   Close();
   if (mode == TOpenMode::kRead) return OpenImage(name);
-  stream_ = std::fopen(name.GetCString(), StreamMode(mode));
+  stream_ = OpenStream(name, StreamMode(mode));
   return Result(stream_ != nullptr);
 }
 
@@ -201,7 +202,7 @@ void TDataFile::FreeImage() {
   heap::Free(image_);
   image_ = nullptr;
   image_capacity_ = 0;
-  is_in_memory_ = false;
+  is_in_memory_ = is_plain_image_ = false;
   size_ = position_ = 0;
 }
 
@@ -218,9 +219,7 @@ int TDataFile::Close() {
   return 0;
 }
 
-int TDataFile::DeleteFile(const CText& name) {
-  return std::remove(name.GetCString()) == 0 ? 0 : -1;
-}
+int TDataFile::DeleteFile(const CText& name) { return RemoveFile(name) ? 0 : -1; }
 
 std::uint32_t TDataFile::GetSize() {
   std::uint64_t size = size_;
@@ -234,16 +233,15 @@ std::uint32_t TDataFile::GetSize() {
   return static_cast<std::uint32_t>(std::min(size, kMost));
 }
 
-Status TDataFile::ViewText(FourCharCode code, std::uint32_t offset, std::uint32_t length,
-                           CText& scratch, std::string_view& text) {
-  if (!IsPlainImage()) {
-    const Status status = ReadText(code, offset, length, scratch);
-    if (status == Status::kOk) text = scratch.View();
-    return status;
-  }
-  ByteView block;
-  const Status status = TakeBlock(offset, length, block);
-  if (status == Status::kOk) text = TextOfSection(block);
+bool TDataFile::FindPlainImage() {
+  is_plain_image_ = is_in_memory_ && typeid(*this) == typeid(TDataFile);
+  return is_plain_image_;
+}
+
+Status TDataFile::FetchText(FourCharCode code, std::uint32_t offset, std::uint32_t length,
+                            std::string_view& text) {
+  const Status status = ReadText(code, offset, length, text_);
+  if (status == Status::kOk) text = text_.View();
   return status;
 }
 

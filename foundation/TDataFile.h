@@ -3,9 +3,10 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
+#include <optional>
 #include <span>
-#include <typeinfo>
 
+#include "foundation/CText.h"
 #include "foundation/FileSystem.h"
 #include "foundation/TDiskFile.h"
 
@@ -50,17 +51,27 @@ class TDataFile : public TDiskFile {
   /// Leaves a stream at its end; 0 when that fails. The largest number for a longer file.
   std::uint32_t GetSize() override;
 
-  /// Returns the bytes of a section without copying them where it can: in place when the file is in
-  /// memory and is not of a derived class, which sees every section; else read into `scratch` by
-  /// ReadBlock. `view` is valid until the file is closed, scrambling or `scratch` changes.
+  /// Returns the bytes of a section: in place when the file is in memory and is not of a derived
+  /// class, which sees every section; else read by ReadBlock. `view` is valid until the next
+  /// section is read, scrambling changes or the file is closed.
+  Status ViewBlock(FourCharCode code, std::uint32_t offset, std::uint32_t length, ByteView& view) {
+    return ViewBlock(code, offset, length, block_, view);
+  }
+  /// The same with a buffer of the caller, for a view that is valid while other sections are read.
   Status ViewBlock(FourCharCode code, std::uint32_t offset, std::uint32_t length, CData& scratch,
                    ByteView& view) {
     return IsPlainImage() ? TakeBlock(offset, length, view)
                           : TDiskFile::FetchBlock(code, offset, length, scratch, view);
   }
   /// The same for a text section, by ReadText. One final NUL is not part of the text.
-  Status ViewText(FourCharCode code, std::uint32_t offset, std::uint32_t length, CText& scratch,
-                  std::string_view& text);
+  Status ViewText(FourCharCode code, std::uint32_t offset, std::uint32_t length,
+                  std::string_view& text) {
+    if (!IsPlainImage()) return FetchText(code, offset, length, text);
+    ByteView block;
+    const Status status = TakeBlock(offset, length, block);
+    if (status == Status::kOk) text = TextOfSection(block);
+    return status;
+  }
 
   /// Sets whether the bytes of the file are scrambled. The image of a file in memory is transformed
   /// in place, once, when this changes, so its reads return plain bytes from then on.
@@ -68,6 +79,17 @@ class TDataFile : public TDiskFile {
 
   /// Charges for records that a list of the file makes, before they are made.
   Status ChargeRecords(std::uint64_t bytes);
+
+  /// A section and its place in the file.
+  struct TSectionPlace {
+    FourCharCode code;
+    std::uint32_t offset;
+  };
+  /// Records the section whose read ended a load. The first one recorded counts.
+  void NoteFailure(TSectionPlace place) {
+    if (!failure_) failure_ = place;
+  }
+  [[nodiscard]] const std::optional<TSectionPlace>& GetFailure() const { return failure_; }
 
   /// All bytes of a file in memory, else none.
   [[nodiscard]] ByteView GetImage() const { return {image_, size_}; }
@@ -80,8 +102,8 @@ class TDataFile : public TDiskFile {
   /// the name exists already or the content could not be stored.
   Status Publish();
   /// Whether the content of a file opened with OpenNew could not be stored: Write failed, or
-  /// Publish did for lack of space. When Publish fails and this is false, the name could not be
-  /// created.
+  /// Publish did for lack of space, or no file of this system can have that name. When OpenNew or
+  /// Publish fails and this is false, the name could not be created.
   [[nodiscard]] bool HasWriteFailed() const { return new_file_.HasWriteFailed(); }
 
  protected:
@@ -90,9 +112,10 @@ class TDataFile : public TDiskFile {
 
  private:
   /// Whether sections can be taken from the image without a virtual call that could be overridden.
-  [[nodiscard]] bool IsPlainImage() const {
-    return is_in_memory_ && typeid(*this) == typeid(TDataFile);
-  }
+  [[nodiscard]] bool IsPlainImage() { return is_plain_image_ || FindPlainImage(); }
+  [[nodiscard]] bool FindPlainImage();
+  Status FetchText(FourCharCode code, std::uint32_t offset, std::uint32_t length,
+                   std::string_view& text);
   Status OpenImage(const CText& name);
   [[nodiscard]] bool AllocateImage(std::uint64_t size);
   void TakeImage(std::uint32_t size);
@@ -120,14 +143,18 @@ class TDataFile : public TDiskFile {
 
   std::FILE* stream_ = nullptr;
   bool is_in_memory_ = false;
-  bool has_limits_ = false;     ///< Whether the limits are those of the current content.
-  std::byte* image_ = nullptr;  ///< The content and one spare byte.
-  std::uint32_t size_ = 0;      ///< Bytes in the image without the spare one.
+  bool is_plain_image_ = false;  ///< A positive result of FindPlainImage.
+  bool has_limits_ = false;      ///< Whether the limits are those of the current content.
+  std::byte* image_ = nullptr;   ///< The content and one spare byte.
+  std::uint32_t size_ = 0;       ///< Bytes in the image without the spare one.
   std::uint32_t position_ = 0;
   std::size_t image_capacity_ = 0;
   std::uint64_t readable_bytes_ = 0;  ///< Remainders of the two limits.
   std::uint64_t record_bytes_ = 0;
+  CData block_;  ///< The last section that was not viewed in place.
+  CText text_;
   TNewFile new_file_;
+  std::optional<TSectionPlace> failure_;
 };
 
 }  // namespace zaf

@@ -96,7 +96,6 @@ class TOwningArray : public CObjectArray {
  private:
   bool CopyFrom(const TOwningArray& other) {
     if constexpr (std::is_copy_constructible_v<T>) {
-      if (other.GetCount() != 0) ReserveElements(other.GetCount());
       for (const T& object : other)
         if (Add(heap::MakeUnique<T>(object)) == kNoIndex) return false;
       return true;

@@ -11,13 +11,22 @@ namespace {
 
 constexpr std::size_t kLongestName = 31;
 
-/// Empty when the file has more bytes than there is room for.
+std::FILE* OpenBuffer() {
+#ifdef _WIN32
+  return std::tmpfile();
+#else
+  static char buffer[1 << 18];
+  return fmemopen(buffer, sizeof buffer, "w+b");
+#endif
+}
+
+/// Empty when the file has more bytes than fit the buffer.
 std::string SaveToLegacy(const TZanfoFile& file) {
-  static char room[1 << 18];
-  TDataFile data(fmemopen(room, sizeof room, "w+b"));
-  const Status status = file.SaveLegacy(data);
-  const std::uint32_t size = data.GetSize();
-  return status == Status::kOk && size < sizeof room ? std::string(room, size) : std::string();
+  TDataFile data(OpenBuffer());
+  CData content;
+  const bool is_saved = file.SaveLegacy(data) == Status::kOk &&
+                        data.ReadBlock(kNoCode, 0, data.GetSize(), content) == Status::kOk;
+  return is_saved ? std::string(AsText(content.Bytes())) : std::string();
 }
 
 /// Whether a login of the document has a NUL, enciphered as it is, at which legacy texts end.

@@ -21,9 +21,8 @@ std::span<const TProperty> TPageFormat::Properties() {
 
 Status TPageFormatCodec::ReadLegacy(const TProperty&, void* field,
                                     const TLegacySection& section) const {
-  CData scratch;
   ByteView bytes;
-  if (const Status status = section.View(scratch, bytes); status != Status::kOk) return status;
+  if (const Status status = section.View(bytes); status != Status::kOk) return status;
   TPageFormat format;
   if (!bytes.empty()) std::memcpy(&format, bytes.data(), std::min(bytes.size(), sizeof format));
   return Set(field, format);

@@ -27,15 +27,14 @@ class TPartReader {
     const TLegacySection part = Next(sizeof value);
     return part.file == nullptr ? Status::kFailure : part.Read(value);
   }
-  Status ReadBytes(std::uint32_t count, CData& scratch, ByteView& bytes) {
+  Status ReadBytes(std::uint32_t count, ByteView& bytes) {
     const TLegacySection part = Next(count);
-    return part.file == nullptr ? Status::kFailure : part.View(scratch, bytes);
+    return part.file == nullptr ? Status::kFailure : part.View(bytes);
   }
   template <std::size_t kWidth>
   Status ReadText(TFixedText<kWidth>& text) {
-    CData scratch;
     ByteView bytes;
-    const Status status = ReadBytes(kWidth, scratch, bytes);
+    const Status status = ReadBytes(kWidth, bytes);
     if (status == Status::kOk) std::memcpy(text.bytes, bytes.data(), kWidth);
     return status;
   }
@@ -58,10 +57,8 @@ class TPartReader {
 Status ReadItem(TPartReader& reader, TAssignItem& item) {
   std::int32_t value_length = 0;
   if (const Status status = reader.ReadNumber(value_length); status != Status::kOk) return status;
-  CData scratch;
   ByteView value;
-  if (const Status status =
-          reader.ReadBytes(static_cast<std::uint32_t>(value_length), scratch, value);
+  if (const Status status = reader.ReadBytes(static_cast<std::uint32_t>(value_length), value);
       status != Status::kOk)
     return status;
   if (!AssignWithLineFeeds(AsText(value), item.value)) return Status::kFailure;

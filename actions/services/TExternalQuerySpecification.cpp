@@ -54,9 +54,8 @@ Status TExternalQuerySpecification::ReadLegacyProperty(const TLegacySection& sec
 }
 
 Status TExternalQuerySpecification::ReadParameters(const TLegacySection& section) {
-  CData scratch;
   ByteView bytes;
-  if (const Status status = section.View(scratch, bytes); status != Status::kOk) return status;
+  if (const Status status = section.View(bytes); status != Status::kOk) return status;
   target_.Clear();
   parameters_.DeleteAll();
   TByteReader reader(bytes);

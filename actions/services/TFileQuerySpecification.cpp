@@ -22,9 +22,8 @@ constexpr TVocabulary kRules{kRuleKeywords, TVocabulary::Fallback::kFirstKeyword
 class TModeCodec final : public TFieldCodec {
  public:
   Status ReadLegacy(const TProperty&, void* field, const TLegacySection& section) const override {
-    CData scratch;
     ByteView bytes;
-    if (const Status status = section.View(scratch, bytes); status != Status::kOk) return status;
+    if (const Status status = section.View(bytes); status != Status::kOk) return status;
     if (bytes.empty()) return Status::kOk;
     const bool is_number = bytes.size() == 4 && bytes.front() == std::byte{0};
     *static_cast<char*>(field) = std::to_integer<char>(is_number ? bytes.back() : bytes.front());

@@ -54,7 +54,7 @@ TEST(RoundTrip, LegacyFilesLoadAlikeFromMemoryStreamsAndSubclasses) {
     if (bytes.empty() || !usual.GetApplication().is_legacy) continue;
     ++legacy_files;
     TDerivedFile derived(AsBytes(bytes));
-    TDataFile stream(fmemopen(bytes.data(), bytes.size(), "rb"));
+    TDataFile stream(std::fopen(path.string().c_str(), "rb"));
     for (TDataFile* const file : {static_cast<TDataFile*>(&derived), &stream}) {
       TZanfoFile other;
       EXPECT_EQ(other.Load(*file, nullptr), status);

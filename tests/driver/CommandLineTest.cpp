@@ -73,7 +73,7 @@ class CommandLine : public testing::TestWithParam<TCommandLineCase> {
     if (!options) return messages;
     input_directory_ = options->input_directory.View();
     return messages + Describe(*options) + " in " +
-           std::filesystem::current_path().lexically_relative(directory_.Path()).string();
+           std::filesystem::current_path().lexically_relative(directory_.Path()).generic_string();
   }
 
   TTestDirectory directory_;
@@ -134,15 +134,31 @@ INSTANTIATE_TEST_SUITE_P(Driver, CommandLine, testing::ValuesIn(kCommandLines),
 TEST_F(CommandLine, InputIsTheWorkingDirectoryUnlessNamed) {
   Parse({"-i", "in", "out"});
   EXPECT_EQ(input_directory_, "in");
-  std::string name = directory_.Path(std::string(150, 'a')) + "/";
-  name.resize(259, 'b');
-  for (const bool fits : {true, false}) {
-    std::filesystem::create_directories(name + "/out");
-    std::filesystem::current_path(name);
+  // The system's own working directory cannot have more than 258 characters on Windows.
+  const std::size_t longest = kPathSeparator == '/' ? 259 : 250;
+  const CText top = directory_.Name(std::string(150, 'a'));
+  ASSERT_TRUE(MakeDirectory(top));
+  for (const std::size_t length : {longest, std::size_t{260}}) {
+    std::string name = std::string(top.View()) + kPathSeparator;
+    name.resize(length, 'b');
+    const CText directory(name), output(name + kPathSeparator + "out");
+    ASSERT_TRUE(MakeDirectory(directory) && MakeDirectory(output) && EnterDirectory(directory));
+    const bool fits = length == longest;
+    input_directory_ = "none";
     EXPECT_EQ(Parse({"out"}) != "ERROR: _getcwd error", fits);
     EXPECT_EQ(input_directory_, fits ? name : "none");
-    name += "b";
-    input_directory_ = "none";
+    // The library's functions cannot remove it everywhere.
+    ASSERT_TRUE(EnterDirectory(top) && DeleteDirectory(output) && DeleteDirectory(directory));
+  }
+}
+
+// Elsewhere only equal texts are refused.
+TEST_F(CommandLine, OtherNamesOfTheInputDirectoryAreRefusedOnWindows) {
+  const std::string input = directory_.Path("in");
+  for (const char* output : {"IN", "in/out/.."}) {
+    const std::string messages = Parse({"-i", input.c_str(), directory_.Path(output).c_str()});
+    const bool is_refused = messages.starts_with("ERROR: The output directory must be different");
+    EXPECT_EQ(is_refused, kDirectoriesHaveManyNames);
   }
 }
 

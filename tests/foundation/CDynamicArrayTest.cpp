@@ -166,7 +166,7 @@ TEST(CTextPtrArray, AddsAllOrNothingWithoutMemory) {
   texts.Append("old");
   CTextPtrArray others;
   others.Append("x");
-  for (const std::uint64_t failing : {1U, 2U}) {
+  for (const std::uint64_t failing : {0U, 1U, 2U}) {
     const test::TAllocationFault fault(failing);
     texts = others;
     EXPECT_EQ(texts[0].View(), "old");

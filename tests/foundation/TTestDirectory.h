@@ -4,12 +4,17 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <stdlib.h>
+#include <random>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "foundation/CText.h"
+#include "foundation/FileSystem.h"
+
+#ifndef _WIN32
+#include <sys/stat.h>
+#endif
 
 namespace zaf::test {
 
@@ -18,8 +23,11 @@ namespace zaf::test {
 class TTestDirectory {
  public:
   TTestDirectory() : before_(std::filesystem::current_path()) {
-    std::string name = (std::filesystem::temp_directory_path() / "zaf2xml-XXXXXX").string();
-    if (mkdtemp(name.data()) != nullptr) root_ = std::filesystem::canonical(name);
+    std::random_device random;
+    do {
+      root_ = std::filesystem::canonical(std::filesystem::temp_directory_path()) /
+              ("zaf2xml-" + std::to_string(random()));
+    } while (!std::filesystem::create_directory(root_));
   }
   ~TTestDirectory() {
     std::filesystem::current_path(before_);
@@ -27,34 +35,66 @@ class TTestDirectory {
   }
 
   [[nodiscard]] std::string Path(std::string_view path = {}) const {
-    return path.empty() ? root_.string() : (root_ / path).string();
+    std::string text = Encode(path.empty() ? root_ : Whole(path));
+    std::replace(text.begin(), text.end(), '/', kPathSeparator);
+    return text;
   }
   [[nodiscard]] CText Name(std::string_view path) const { return CText(Path(path)); }
 
   /// Writes a file; Make makes a directory. Both make the directories above.
   void Write(std::string_view path, std::string_view content) const {
-    std::filesystem::create_directories(std::filesystem::path(Path(path)).parent_path());
-    std::ofstream(Path(path), std::ios::binary) << content;
+    std::filesystem::create_directories(Whole(path).parent_path());
+    std::ofstream(Whole(path), std::ios::binary) << content;
+  }
+  /// Makes a FIFO; on Windows an empty file, which fails to open, too.
+  void MakeFifo(std::string_view path) const {
+#ifdef _WIN32
+    Write(path, "");
+#else
+    mkfifo(Path(path).c_str(), 0600);
+#endif
+  }
+  /// Makes a symbolic link. Where users cannot make any: a copy of the file, an empty file where
+  /// there is none, or nothing where it is a directory.
+  void Link(std::string_view target, std::string_view path) const {
+#ifdef _WIN32
+    const std::filesystem::path file = Whole(path).parent_path() / target;
+    if (std::filesystem::is_regular_file(file))
+      std::filesystem::copy_file(file, Whole(path));
+    else if (!std::filesystem::exists(file))
+      Write(path, "");
+#else
+    std::filesystem::create_symlink(target, Whole(path));
+#endif
   }
   [[nodiscard]] std::string Read(std::string_view path) const {
-    std::ifstream file(Path(path), std::ios::binary);
+    std::ifstream file(Whole(path), std::ios::binary);
     return {std::istreambuf_iterator<char>(file), {}};
   }
-  void Make(std::string_view path) const { std::filesystem::create_directories(Path(path)); }
+  void Make(std::string_view path) const { std::filesystem::create_directories(Whole(path)); }
 
   /// Everything beneath `path`, counted from there, in ascending order; directories end with "/".
   [[nodiscard]] std::vector<std::string> List(std::string_view path = {}) const {
     std::vector<std::string> names;
-    for (const auto& entry : std::filesystem::recursive_directory_iterator(Path(path))) {
+    const std::filesystem::path top = Whole(path);
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(top)) {
       const bool is_directory = !entry.is_symlink() && entry.is_directory();
-      names.push_back(entry.path().lexically_relative(Path(path)).string() +
-                      (is_directory ? "/" : ""));
+      names.push_back(Encode(entry.path().lexically_relative(top)) + (is_directory ? "/" : ""));
     }
     std::sort(names.begin(), names.end());
     return names;
   }
 
  private:
+  // The library takes plain characters for those of a locale on Windows.
+  [[nodiscard]] std::filesystem::path Whole(std::string_view path) const {
+    return root_ / std::u8string(path.begin(), path.end());
+  }
+  static std::string Encode(const std::filesystem::path& path) {
+    const std::u8string text = path.generic_u8string();
+    return {text.begin(), text.end()};
+  }
+
   std::filesystem::path before_;
   std::filesystem::path root_;
 };

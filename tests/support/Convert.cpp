@@ -5,8 +5,8 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <random>
 #include <set>
-#include <unistd.h>
 
 namespace zaf::test {
 namespace {
@@ -18,15 +18,13 @@ class TemporaryFile {
   TemporaryFile() {
     const std::filesystem::path memory = "/dev/shm";
     const bool has_memory = std::filesystem::is_directory(memory);
-    path_ = (has_memory ? memory : std::filesystem::temp_directory_path()) / "zaf2xml-XXXXXX";
-    std::string name = path_.string();
-    const int descriptor = mkstemp(name.data());
-    if (descriptor >= 0) close(descriptor);
-    path_ = name;
+    static std::random_device random;
+    path_ = (has_memory ? memory : std::filesystem::temp_directory_path()) /
+            ("zaf2xml-" + std::to_string(random()) + std::to_string(random()));
   }
   ~TemporaryFile() { std::filesystem::remove(path_); }
 
-  [[nodiscard]] CText Name() const { return CText(std::string_view(path_.native())); }
+  [[nodiscard]] CText Name() const { return CText(path_.string()); }
   [[nodiscard]] std::string Content() const {
     std::ifstream file(path_, std::ios::binary);
     return {std::istreambuf_iterator<char>(file), {}};
@@ -44,14 +42,12 @@ constexpr std::size_t kMostChecked = std::size_t{4} << 20;
 std::string Complaints(const TemporaryFile& document) {
   static const bool has_xmllint = std::system("xmllint --version >/dev/null 2>&1") == 0;
   if (!has_xmllint) return {};
+  const TemporaryFile complaints;
   const std::string command = "xmllint --nonet --noout --huge --dtdvalid " ZAF2XML_DTD " " +
-                              std::string(document.Name().View()) + " 2>&1";
-  std::FILE* const pipe = popen(command.c_str(), "r");
-  std::string complaints;
-  std::array<char, 4096> buffer;
-  while (const std::size_t count = std::fread(buffer.data(), 1, buffer.size(), pipe))
-    complaints.append(buffer.data(), count);
-  return pclose(pipe) == 0 ? std::string() : complaints;  // It warns of valid documents, too.
+                              std::string(document.Name().View()) + " 2>" +
+                              std::string(complaints.Name().View());
+  // It warns of valid documents, too.
+  return std::system(command.c_str()) == 0 ? std::string() : complaints.Content();
 }
 
 }  // namespace

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <cstddef>
+#include <vector>
+
+#include "foundation/TDataFile.h"
+
+namespace zaf {
+
+/// A data file that is written in memory: it is always open, and only written. A write fails that
+/// would end after 4 GiB; std::bad_alloc when memory runs out.
+class TMemoryFile final : public TDataFile {
+ public:
+  Status Seek(FourCharCode code, std::uint32_t offset) override;
+  Status Write(std::uint32_t count, void* buffer) override;
+
+  [[nodiscard]] std::span<std::byte> GetBytes() { return bytes_; }
+
+ private:
+  std::vector<std::byte> bytes_;
+  std::uint32_t position_ = 0;
+};
+
+}  // namespace zaf

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <CLI/CLI.hpp>
+#include <functional>
+
+namespace zaf {
+
+/// What the command that the user chose is to do; gives the exit status.
+using CommandAction = std::function<int()>;
+
+// Each adds a command to the program. When it is chosen, parsing sets `action`.
+
+void AddConvertCommand(CLI::App& program, CommandAction& action);
+void AddCheckCommand(CLI::App& program, CommandAction& action);
+void AddCompletionCommand(CLI::App& program, CommandAction& action);
+
+}  // namespace zaf

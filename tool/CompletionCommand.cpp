@@ -1,0 +1,86 @@
+#include <cstdio>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "tool/Commands.h"
+
+namespace zaf {
+namespace {
+
+/// The options of a command, and its words if it takes some, separated by blanks.
+std::string WordsOf(const CLI::App& command) {
+  std::string words;
+  for (const CLI::Option* const option : command.get_options()) {
+    for (const std::string& name : option->get_snames()) words += "-" + name + " ";
+    for (const std::string& name : option->get_lnames()) words += "--" + name + " ";
+  }
+  if (command.get_name() == "completion") words += "bash zsh fish ";
+  if (!words.empty()) words.pop_back();
+  return words;
+}
+
+std::string CommandNames(const CLI::App& program) {
+  std::string names;
+  for (const CLI::App* const command : program.get_subcommands({}))
+    names += (names.empty() ? "" : " ") + command->get_name();
+  return names;
+}
+
+/// For bash, and for zsh, which reads completions of bash.
+std::string BashScript(const CLI::App& program) {
+  std::string script =
+      "_zaf() {\n"
+      "  local words=\"" +
+      CommandNames(program) + " " + WordsOf(program) +
+      "\"\n"
+      "  case ${COMP_WORDS[1]} in\n";
+  for (const CLI::App* const command : program.get_subcommands({}))
+    script += "    " + command->get_name() + ") words=\"" + WordsOf(*command) + "\" ;;\n";
+  return script +
+         "  esac\n"
+         "  [ \"$COMP_CWORD\" -gt 1 ] || words=\"" +
+         CommandNames(program) + " " + WordsOf(program) +
+         "\"\n"
+         "  COMPREPLY=($(compgen -W \"$words\" -- \"${COMP_WORDS[COMP_CWORD]}\"))\n"
+         "}\n"
+         "complete -o default -F _zaf zaf\n";
+}
+
+std::string ZshScript(const CLI::App& program) {
+  return "#compdef zaf\nautoload -U +X bashcompinit && bashcompinit\n" + BashScript(program);
+}
+
+std::string FishScript(const CLI::App& program) {
+  std::string script = "complete -c zaf -n __fish_use_subcommand -a '" + CommandNames(program) +
+                       " " + WordsOf(program) + "'\n";
+  for (const CLI::App* const command : program.get_subcommands({}))
+    script += "complete -c zaf -n '__fish_seen_subcommand_from " + command->get_name() + "' -a '" +
+              WordsOf(*command) + "'\n";
+  return script;
+}
+
+struct TShell {
+  const char* name;
+  std::string (*script)(const CLI::App& program);
+};
+constexpr TShell kShells[] = {{"bash", BashScript}, {"zsh", ZshScript}, {"fish", FishScript}};
+
+}  // namespace
+
+void AddCompletionCommand(CLI::App& program, CommandAction& action) {
+  CLI::App* const command = program.add_subcommand("completion", "Print a completion script");
+  const auto shell = std::make_shared<std::string>();
+  command->add_option("SHELL", *shell, "bash, zsh or fish")
+      ->required()
+      ->check(CLI::IsMember({"bash", "zsh", "fish"}));
+  command->callback([&program, &action, shell] {
+    action = [&program, shell] {
+      for (const TShell& known : kShells)
+        if (*shell == known.name) std::fputs(known.script(program).c_str(), stdout);
+      return std::fflush(stdout) == 0 ? 0 : 4;
+    };
+  });
+}
+
+}  // namespace zaf

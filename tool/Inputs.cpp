@@ -1,0 +1,277 @@
+#include "tool/Inputs.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <unordered_map>
+#include <utility>
+
+#include "foundation/CaseFolding.h"
+#include "foundation/FileSystem.h"
+#include "tool/Report.h"
+
+namespace zaf {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::string_view kStandardStream = "-";
+
+bool HasExtension(std::string_view name, std::string_view extension) {
+  return name.size() > extension.size() && name[name.size() - extension.size() - 1] == '.' &&
+         EqualsIgnoringCase(name.substr(name.size() - extension.size()), extension);
+}
+
+bool HasAnyExtension(std::string_view name, const std::vector<std::string>& extensions) {
+  return std::ranges::any_of(
+      extensions, [&](const std::string& extension) { return HasExtension(name, extension); });
+}
+
+std::string MakeAbsolute(const std::string& path) {
+  std::error_code error;
+  const fs::path absolute = fs::absolute(path, error);
+  std::string text = (error ? fs::path(path) : absolute).lexically_normal().string();
+  while (text.size() > 1 && text.back() == kPathSeparator) text.pop_back();
+  return text;
+}
+
+/// The path below a directory that it begins with, with `/`.
+std::string PathBelow(std::string_view path, std::string_view base) {
+  std::string below(path.substr(base.size()));
+  if constexpr (kPathSeparator != '/') std::ranges::replace(below, kPathSeparator, '/');
+  return below.substr(std::min(below.find_first_not_of('/'), below.size()));
+}
+
+std::string_view NameOf(std::string_view path) {
+  const std::size_t separator = path.rfind(kPathSeparator);
+  return path.substr(separator == std::string_view::npos ? 0 : separator + 1);
+}
+
+void ReadList(const TRunOptions& options, std::vector<TInputRoot>& roots) {
+  std::ifstream file;
+  if (options.files_from != kStandardStream) file.open(options.files_from, std::ios::binary);
+  std::istream& list = options.files_from == kStandardStream ? std::cin : file;
+  const char end = options.is_null_separated ? '\0' : '\n';
+  for (std::string line; std::getline(list, line, end);)
+    if (!line.empty()) roots.push_back({line, line, {}, {}});
+  if (!list.eof())
+    throw TToolError(ExitStatus::kUsage, "The list " + options.files_from + " cannot be read");
+}
+
+/// Notes for each file that is its own base which earlier one has the same output.
+void FindRivals(const TRunOptions& options, std::vector<TInputRoot>& roots) {
+  std::unordered_map<std::string, const TInputRoot*> roots_by_output;
+  for (TInputRoot& root : roots) {
+    const std::string_view name = NameOf(root.path);
+    if (root.path != root.base || !options.filter.Takes(name)) continue;
+    const auto [place, is_new] = roots_by_output.try_emplace(OutputName(name, options), &root);
+    if (is_new) continue;
+    if (fs::is_directory(place->second->path))
+      place->second = &root;
+    else
+      root.rival = place->second->path;
+  }
+}
+
+}  // namespace
+
+std::vector<TInputRoot> GatherRoots(const TRunOptions& options) {
+  std::vector<TInputRoot> roots;
+  for (const std::string& path : options.inputs) roots.push_back({path, path, {}, {}});
+  if (!options.files_from.empty()) ReadList(options, roots);
+  if (!options.retry.empty())
+    for (TFailedInput& failed : ReadFailedInputs(options.retry))
+      roots.push_back({std::move(failed.path), std::move(failed.base), {}, {}});
+  for (TInputRoot& root : roots)
+    if (std::string absolute = MakeAbsolute(root.path); absolute != root.path)
+      root.absolute = std::move(absolute);
+  std::ranges::stable_sort(roots, {}, &TInputRoot::GetAbsolute);
+  const auto is_same = [](const TInputRoot& a, const TInputRoot& b) {
+    return a.GetAbsolute() == b.GetAbsolute();
+  };
+  roots.erase(std::unique(roots.begin(), roots.end(), is_same), roots.end());
+  if (!options.output.empty()) FindRivals(options, roots);
+  return roots;
+}
+
+/// The inputs of one root.
+class TInputWalk::TRootWalk {
+ public:
+  TRootWalk(const TInputRoot& root, const TRunOptions& options) : root_(root), options_(options) {
+    std::error_code error;
+    const fs::file_status status = fs::status(root.path, error);
+    input_.base = root.base;
+    path_ = root.path;
+    if (fs::is_directory(status)) {
+      EnterDirectory();
+      return;
+    }
+    input_.kind = fs::exists(status) ? InputKind::kFile : InputKind::kMissing;
+    input_.rival = root.rival;
+    is_single_ = true;
+  }
+
+  /// Goes to the next input; false after the last one.
+  bool Next() {
+    while (FindNext()) {
+      input_.path = path_;
+      input_.below =
+          root_.base == path_ ? std::string(NameOf(path_)) : PathBelow(path_, root_.base);
+      absolute_.assign(root_.GetAbsolute());
+      if (path_.size() > root_.path.size())
+        absolute_ = JoinPaths(absolute_, std::string_view(path_).substr(path_of_root_size_));
+      if (Takes()) return true;
+    }
+    return false;
+  }
+
+  [[nodiscard]] const TInput& GetInput() const { return input_; }
+  [[nodiscard]] const std::string& GetAbsolute() const { return absolute_; }
+
+ private:
+  struct TLevel {
+    TNameList names;  ///< Directories end with a separator, which gives the order of whole paths.
+    std::size_t next = 0;
+    std::size_t path_size = 0;  ///< Of the directory's path, with a separator.
+  };
+
+  [[nodiscard]] bool Takes() const {
+    return options_.filter.Takes(input_.below) && options_.shard.Takes(input_.below);
+  }
+
+  /// Sets `path_`, and the kind and rival of the input.
+  bool FindNext() {
+    if (is_single_) return !std::exchange(is_single_ended_, true);
+    if (std::exchange(is_unreadable_, false)) return true;
+    while (!levels_.empty()) {
+      TLevel& level = levels_.back();
+      path_.resize(level.path_size);
+      if (level.next == level.names.GetCount()) {
+        levels_.pop_back();
+        continue;
+      }
+      const std::string_view name = level.names[level.next++];
+      path_ += name;
+      if (name.back() == kPathSeparator) {
+        path_.pop_back();
+        EnterDirectory();
+        if (std::exchange(is_unreadable_, false)) return true;
+      } else {
+        input_.kind = InputKind::kFile;
+        input_.rival = FindRival(level, name);
+        return true;
+      }
+    }
+    return false;
+  }
+
+  /// Lists the directory at `path_` in a new level, unless it is the output.
+  void EnterDirectory() {
+    std::error_code error;
+    if (!options_.output.empty() && fs::equivalent(path_, options_.output, error)) return;
+    TLevel level;
+    fs::directory_iterator entry(path_, error);
+    for (; !error && entry != fs::directory_iterator(); entry.increment(error))
+      AddName(*entry, level);
+    if (error) {
+      input_.kind = InputKind::kUnreadableDirectory;
+      input_.rival.clear();
+      is_unreadable_ = true;
+      return;
+    }
+    level.names.SortFrom(0);
+    std::string path = JoinPaths(path_, "");
+    if (levels_.empty()) path_of_root_size_ = path.size();
+    level.path_size = path.size();
+    path_ = std::move(path);
+    levels_.push_back(std::move(level));
+  }
+
+  /// A link to a directory is neither a directory nor a file.
+  void AddName(const fs::directory_entry& entry, TLevel& level) const {
+    std::error_code error;
+    const std::string name = entry.path().filename().string();
+    const bool is_link = entry.is_symlink(error);
+    const bool is_directory = entry.is_directory(error);
+    if (is_directory && !is_link && options_.recurse)
+      level.names.Append(name + kPathSeparator);
+    else if (!is_directory && HasAnyExtension(name, options_.extensions))
+      level.names.Append(name);
+  }
+
+  /// An earlier file of the directory whose name differs from this one's only in the extension.
+  [[nodiscard]] std::string FindRival(const TLevel& level, std::string_view name) const {
+    const std::string_view stem = name.substr(0, name.rfind('.') + 1);
+    for (std::size_t i = level.next - 1; i-- > 0 && level.names[i].starts_with(stem);) {
+      const std::string_view other = level.names[i];
+      if (other.back() == kPathSeparator ||
+          OutputName(other, options_) != OutputName(name, options_))
+        continue;
+      std::string path = path_.substr(0, level.path_size).append(other);
+      if (options_.filter.Takes(PathBelow(path, root_.base))) return path;
+    }
+    return {};
+  }
+
+  const TInputRoot& root_;
+  const TRunOptions& options_;
+  bool is_single_ = false;
+  bool is_single_ended_ = false;
+  bool is_unreadable_ = false;  ///< The directory at `path_` is the next input.
+  std::vector<TLevel> levels_;
+  std::string path_;
+  std::size_t path_of_root_size_ = 0;  ///< With a separator.
+  TInput input_;
+  std::string absolute_;
+};
+
+TInputWalk::TInputWalk(const std::vector<TInputRoot>& roots, const TRunOptions& options)
+    : roots_(roots), options_(options) {}
+
+TInputWalk::~TInputWalk() = default;
+
+bool TInputWalk::Next(TInput& input) {
+  for (;;) {
+    AddRoots();
+    if (active_.empty()) return false;
+    // Equal paths come from directories that overlap; the root that is first in order counts.
+    const auto first = std::ranges::min_element(
+        active_, {}, [](const auto& walk) -> const std::string& { return walk->GetAbsolute(); });
+    const bool is_new = (*first)->GetAbsolute() != last_absolute_;
+    if (is_new) {
+      input = (*first)->GetInput();
+      last_absolute_ = (*first)->GetAbsolute();
+    }
+    if (!(*first)->Next()) active_.erase(first);
+    if (is_new) return true;
+  }
+}
+
+/// Nothing in a root is before the root itself: a root is of no interest until the paths get there.
+void TInputWalk::AddRoots() {
+  while (next_root_ < roots_.size() && std::ranges::none_of(active_, [&](const auto& walk) {
+           return walk->GetAbsolute() < roots_[next_root_].GetAbsolute();
+         })) {
+    auto walk = std::make_unique<TRootWalk>(roots_[next_root_++], options_);
+    if (walk->Next()) active_.push_back(std::move(walk));
+  }
+}
+
+std::string OutputName(std::string_view input, const TRunOptions& options) {
+  static const std::vector<std::string> known{"zaf", "zcf", "xzf"};
+  for (const std::vector<std::string>* const extensions : {&options.extensions, &known})
+    for (const std::string& extension : *extensions)
+      if (HasExtension(input, extension))
+        return std::string(input.substr(0, input.size() - extension.size())) + options.suffix;
+  return std::string(input) + "." + options.suffix;
+}
+
+std::string JoinPaths(std::string_view directory, std::string_view name) {
+  std::string path(directory);
+  if (!path.empty() && path.back() != kPathSeparator && path.back() != '/') path += kPathSeparator;
+  return path += name;
+}
+
+}  // namespace zaf

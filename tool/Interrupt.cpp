@@ -1,0 +1,25 @@
+#include "tool/Interrupt.h"
+
+#include <atomic>
+#include <csignal>
+
+namespace zaf {
+namespace {
+
+std::atomic<int> interrupt{0};
+static_assert(std::atomic<int>::is_always_lock_free);
+
+extern "C" void OnInterrupt(int number) {
+  interrupt = number;
+  std::signal(number, SIG_DFL);
+}
+
+}  // namespace
+
+void NoteInterrupts() {
+  for (const int number : {SIGINT, SIGTERM}) std::signal(number, OnInterrupt);
+}
+
+int GetInterrupt() { return interrupt; }
+
+}  // namespace zaf

@@ -1,0 +1,12 @@
+#pragma once
+
+namespace zaf {
+
+/// From now on SIGINT and SIGTERM are only noted, the first time that they come; the second one
+/// ends the process.
+void NoteInterrupts();
+
+/// The number of the signal that came; 0: none.
+[[nodiscard]] int GetInterrupt();
+
+}  // namespace zaf

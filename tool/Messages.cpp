@@ -1,0 +1,247 @@
+#include "tool/Messages.h"
+
+#include <array>
+#include <cstdio>
+#include <filesystem>
+#include <limits>
+
+namespace zaf {
+namespace {
+
+namespace fs = std::filesystem;
+
+/// A code and its sentence: what was found, what was expected and what was done. `{}` is the
+/// output.
+struct TSentence {
+  std::string_view code;  ///< Empty: the status.
+  std::string_view text;
+};
+
+constexpr TSentence kNotFound{"not-found", "There is no such file or directory; it was left out"};
+constexpr TSentence kDirectory{"list", "The directory cannot be listed; its files were left out"};
+constexpr TSentence kNoFile{"no-file", "An application is a regular file; this one was left out"};
+constexpr TSentence kEmpty{"empty", "The file is empty; it was left out"};
+constexpr TSentence kTooLarge{"too-large",
+                              "Only files of less than 4 GiB are read; it was left out"};
+constexpr TSentence kNotOpened{"open", "The file cannot be opened and read; it was left out"};
+constexpr TSentence kMalformed{
+    {}, "The content contradicts itself or names what is not there; nothing was written"};
+constexpr TSentence kCutOff{
+    {}, "The file ends before something that it refers to, or memory ran out; nothing was written"};
+constexpr TSentence kNotRead{{}, "The file cannot be read as an application; nothing was written"};
+constexpr TSentence kExists{"exists", "The output {} exists already; it was left as it is"};
+constexpr TSentence kIsInput{"exists", "The output {} is the input itself; it was left as it is"};
+constexpr TSentence kRival{"exists", "The output {} is also that of an earlier input, "};
+constexpr TSentence kNotCreated{"create", "The output {} cannot be created; nothing was written"};
+constexpr TSentence kNotStored{
+    "write", "The output {} cannot be stored, as if the disk were full; nothing of it was kept"};
+constexpr TSentence kNotSaved{
+    {}, "The application cannot be written in the form that is asked for; nothing was written"};
+constexpr TSentence kTimeNotKept{
+    "time", "The output {} was written, but cannot get the time stamp of the input"};
+constexpr TSentence kNotReopened{"reopen", "The output {} cannot be opened again to verify it"};
+constexpr TSentence kRefused{{}, "What was written is refused when it is read back"};
+constexpr TSentence kMemory{"memory", "Memory ran out; nothing was written"};
+
+std::string StatusCode(Status status) {
+  std::array<char, 8> text;
+  std::snprintf(text.data(), text.size(), "0x%04X", static_cast<unsigned>(status));
+  return text.data();
+}
+
+TInputError Fill(const TSentence& sentence, const TInputRecord& record) {
+  TInputError error{std::string(sentence.code), std::string(sentence.text)};
+  if (error.code.empty()) error.code = StatusCode(record.result.status);
+  if (const std::size_t place = error.text.find("{}"); place != std::string::npos)
+    error.text.replace(place, 2, record.output);
+  return error;
+}
+
+TSentence SentenceOfUnopened(const std::string& path) {
+  std::error_code error;
+  const fs::file_status status = fs::status(path, error);
+  if (status.type() == fs::file_type::not_found) return kNotFound;
+  if (!fs::is_regular_file(status)) return error ? kNotOpened : kNoFile;
+  const std::uintmax_t size = fs::file_size(path, error);
+  if (!error && size == 0) return kEmpty;
+  return !error && size > std::numeric_limits<std::uint32_t>::max() ? kTooLarge : kNotOpened;
+}
+
+TSentence SentenceOfUnread(Status status) {
+  switch (status) {
+    case Status::kMalformed:
+      return kMalformed;
+    case Status::kFailure:
+      return kCutOff;
+    default:
+      return kNotRead;
+  }
+}
+
+TSentence SentenceOf(const TInputRecord& record) {
+  std::error_code error;
+  switch (record.result.outcome) {
+    case FileOutcome::kInputNotOpened:
+      return SentenceOfUnopened(record.input.path);
+    case FileOutcome::kInputNotRead:
+      return SentenceOfUnread(record.result.status);
+    case FileOutcome::kOutputExists:
+      return fs::equivalent(record.input.path, record.output, error) ? kIsInput : kExists;
+    case FileOutcome::kOutputNotCreated:
+      return fs::exists(record.output, error) ? kExists : kNotCreated;
+    case FileOutcome::kOutputNotWritten:
+      return record.result.is_disk_failure ? kNotStored : kNotSaved;
+    case FileOutcome::kTimeNotKept:
+      return kTimeNotKept;
+    case FileOutcome::kOutputNotOpened:
+      return kNotReopened;
+    case FileOutcome::kOutputNotRead:
+    case FileOutcome::kConverted:
+    case FileOutcome::kSkipped:
+      break;
+  }
+  return kRefused;
+}
+
+std::string Word(std::string_view word, std::string_view color, Coloring coloring) {
+  std::string text;
+  if (coloring == Coloring::kOn) text.append("\x1b[").append(color).append("m");
+  text += word;
+  if (coloring == Coloring::kOn) text += "\x1b[0m";
+  return text;
+}
+
+/// Where something is in a legacy file, after its code.
+std::string PlaceText(const std::optional<std::uint64_t>& offset, FourCharCode section,
+                      const std::string& action) {
+  std::string text;
+  if (offset) {
+    std::array<char, 32> number;
+    std::snprintf(number.data(), number.size(), " at +0x%llX",
+                  static_cast<unsigned long long>(*offset));
+    text += number.data();
+  }
+  if (section != kNoCode) {
+    const std::array<char, 4> characters = Characters(section);
+    text += ", section '" + Printable(ToUtf8({characters.data(), characters.size()})) + "'";
+  }
+  if (!action.empty())
+    text +=
+        (section != kNoCode ? " of action \"" : ", action \"") + Printable(ToUtf8(action)) + "\"";
+  return text;
+}
+
+std::string Located(const std::string& path, std::uint32_t line, std::uint32_t column) {
+  std::string text = Printable(path) + ":";
+  if (line != 0) text += std::to_string(line) + ":" + std::to_string(column) + ":";
+  return text + " ";
+}
+
+}  // namespace
+
+TInputError ErrorOf(Fault fault, const TInputRecord& record) {
+  switch (fault) {
+    case Fault::kMissing:
+      return Fill(kNotFound, record);
+    case Fault::kDirectory:
+      return Fill(kDirectory, record);
+    case Fault::kRival: {
+      TInputError error = Fill(kRival, record);
+      error.text += record.input.rival + "; this one was not converted";
+      return error;
+    }
+    case Fault::kOutputDirectory:
+      return Fill(kNotCreated, record);
+    case Fault::kMemory:
+      return Fill(kMemory, record);
+  }
+  return {};
+}
+
+TInputError ErrorOfOutcome(const TInputRecord& record) {
+  TInputError error = Fill(SentenceOf(record), record);
+  const std::string_view reason = record.result.error_place.reason;
+  if (record.result.outcome == FileOutcome::kInputNotRead && !reason.empty())
+    error.text = std::string(reason) + "; nothing was written";
+  else if (record.result.outcome == FileOutcome::kOutputNotRead && !reason.empty())
+    error.text += ": " + std::string(reason);
+  return error;
+}
+
+std::string ErrorMessage(const TInputRecord& record, Coloring coloring) {
+  const TErrorPlace& place = record.result.error_place;
+  std::string text = Located(record.input.path, place.line, place.column);
+  text += Word("error", "1;31", coloring) + ": " + Printable(record.error->text) + " (";
+  return text + record.error->code + PlaceText(place.offset, place.section, place.action) + ")\n";
+}
+
+std::string LossMessage(const TInputRecord& record, const TLoss& loss, Coloring coloring) {
+  std::string text = Located(record.input.path, loss.line, loss.column);
+  text += IsLoss(loss.code) ? Word("loss", "1;33", coloring) : Word("note", "1;36", coloring);
+  text += ": " + Printable(ToUtf8(loss.text)) + " (";
+  text += LossWord(loss.code);
+  const auto offset = loss.has_range ? std::optional(loss.offset) : std::nullopt;
+  return text + PlaceText(offset, loss.section, loss.action) + ")\n";
+}
+
+std::string InputMessage(const TInputRecord& record) {
+  std::string text = Printable(record.input.path) + ": ";
+  const std::string output = Printable(record.output);
+  switch (record.status) {
+    case InputStatus::kConverted:
+      return text + "converted to " + output + "\n";
+    case InputStatus::kChecked:
+      return text + "checked\n";
+    case InputStatus::kSkipped:
+      return text + "skipped: " + output + " exists\n";
+    case InputStatus::kPlanned:
+    case InputStatus::kFailed:
+      break;
+  }
+  return {};
+}
+
+std::string Summary(const TTotals& totals, FileCommand command, bool has_looked_for_losses) {
+  std::string text = command == FileCommand::kCheck
+                         ? std::to_string(totals.checked) + " checked, "
+                         : std::to_string(totals.converted) + " converted, ";
+  text +=
+      std::to_string(totals.failed) + " failed, " + std::to_string(totals.skipped) + " skipped, ";
+  if (has_looked_for_losses) text += std::to_string(totals.with_losses) + " with losses, ";
+  std::array<char, 32> time;
+  std::snprintf(time.data(), time.size(), "%.1f s", totals.seconds);
+  return text + FormatBytes(static_cast<double>(totals.bytes_in)) + " in " + time.data() + "\n";
+}
+
+std::string Printable(std::string_view name) {
+  std::string text;
+  text.reserve(name.size());
+  bool is_after_c2 = false;  // UTF-8 has the control characters from 0x80 to 0x9F after it.
+  for (const char character : name) {
+    const auto byte = static_cast<unsigned char>(character);
+    const bool is_upper_control = is_after_c2 && byte < 0xA0;
+    if (is_upper_control) text.pop_back();
+    if (byte < 0x20 || byte == 0x7F || is_upper_control) {
+      std::array<char, 5> code;
+      std::snprintf(code.data(), code.size(), "\\x%02X", byte);
+      if (is_upper_control) text += "\\xC2";
+      text += code.data();
+    } else {
+      text += character;
+    }
+    is_after_c2 = byte == 0xC2;
+  }
+  return text;
+}
+
+std::string FormatBytes(double bytes) {
+  constexpr const char* kUnits[] = {"KB", "MB", "GB", "TB"};
+  constexpr double kStep = 1000;
+  std::array<char, 48> text;
+  std::size_t unit = 0;
+  for (bytes /= kStep; bytes >= kStep && unit + 1 < std::size(kUnits); ++unit) bytes /= kStep;
+  std::snprintf(text.data(), text.size(), "%.1f %s", bytes, kUnits[unit]);
+  return text.data();
+}
+
+}  // namespace zaf

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "tool/Report.h"
+
+namespace zaf {
+
+/// Why an input failed, as far as the outcome of its conversion leaves that open.
+enum class Fault : std::uint8_t {
+  kMissing,
+  kDirectory,
+  kRival,
+  kOutputDirectory,
+  kMemory,
+};
+
+TInputError ErrorOf(Fault fault, const TInputRecord& record);
+
+/// The error of a record whose outcome is a failed one. Looks at the input or output again to find
+/// out more.
+TInputError ErrorOfOutcome(const TInputRecord& record);
+
+/// The words of messages, coloured or not.
+enum class Coloring : bool { kOff, kOn };
+
+/// Messages, complete with their line ends.
+std::string ErrorMessage(const TInputRecord& record, Coloring coloring);
+std::string LossMessage(const TInputRecord& record, const TLoss& loss, Coloring coloring);
+std::string InputMessage(const TInputRecord& record);
+std::string Summary(const TTotals& totals, FileCommand command, bool has_looked_for_losses);
+
+/// A name with its control characters as \xNN.
+std::string Printable(std::string_view name);
+
+/// A number of bytes with its unit: "4.1 MB".
+std::string FormatBytes(double bytes);
+
+}  // namespace zaf

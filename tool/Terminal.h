@@ -1,0 +1,19 @@
+#pragma once
+
+#include <cstddef>
+
+namespace zaf {
+
+/// Whether standard error is a terminal.
+[[nodiscard]] bool IsErrorTerminal();
+
+/// Columns of the terminal of standard error; 80 when that is unknown.
+[[nodiscard]] std::size_t GetTerminalWidth();
+
+/// Leaves the bytes of standard output as they are written.
+void SetBinaryOutput();
+
+/// Processors that this process may use; at least 1.
+[[nodiscard]] unsigned GetProcessorCount();
+
+}  // namespace zaf
