@@ -116,19 +116,14 @@ void Run(benchmark::State& state, const TStep& step, SampleKind kind) {
 
 void RegisterAll() {
   const TStep steps[] = {
-      {"LoadLegacy",    LoadLegacy   },
-      {"BuildDocument", BuildDocument},
-      {"Serialise",     Serialise    },
-      {"LoadXml",       LoadXml      },
-      {"Compare",       Compare      },
-      {"Convert",       Convert      },
+      {"LoadLegacy", LoadLegacy}, {"BuildDocument", BuildDocument},
+      {"Serialise", Serialise},   {"LoadXml", LoadXml},
+      {"Compare", Compare},       {"Convert", Convert},
   };
   const TInput inputs[] = {
-      {"typical", SampleKind::kTypical, false},
-      {"dense",   SampleKind::kDense,   false},
-      {"flat",    SampleKind::kFlat,    true },
-      {"nested",  SampleKind::kNested,  true },
-      {"chain",   SampleKind::kChain,   true },
+      {"typical", SampleKind::kTypical, false}, {"dense", SampleKind::kDense, false},
+      {"flat", SampleKind::kFlat, true},        {"nested", SampleKind::kNested, true},
+      {"chain", SampleKind::kChain, true},
   };
   for (const TStep& step : steps)
     for (const TInput& input : inputs) {

@@ -13,11 +13,9 @@ struct EncodingName {
 };
 
 constexpr EncodingName kNames[] = {
-    {"iso-8859-1", Encoding::kLatin1},
-    {"latin1",     Encoding::kLatin1},
-    {"us-ascii",   Encoding::kAscii },
-    {"utf-8",      Encoding::kUtf8  },
-    {"utf-16",     Encoding::kUtf16 },
+    {"iso-8859-1", Encoding::kLatin1}, {"latin1", Encoding::kLatin1},
+    {"us-ascii", Encoding::kAscii},    {"utf-8", Encoding::kUtf8},
+    {"utf-16", Encoding::kUtf16},
 };
 
 constexpr std::string_view kBigEndianMark = "\xFE\xFF";

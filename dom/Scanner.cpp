@@ -11,11 +11,7 @@ struct Entity {
 };
 
 constexpr Entity kEntities[] = {
-    {"amp",  '&' },
-    {"lt",   '<' },
-    {"gt",   '>' },
-    {"quot", '"' },
-    {"apos", '\''},
+    {"amp", '&'}, {"lt", '<'}, {"gt", '>'}, {"quot", '"'}, {"apos", '\''},
 };
 
 /// The digit that `c` is, at least 16 when it is none.

@@ -30,15 +30,15 @@ using enum OptionKind;
 using namespace messages;
 
 constexpr TOption kOptions[] = {
-    {"-verify",    "-v", kFlag,      &Opts::verify,            nullptr,                {}            },
-    {"-debug",     "",   kFlag,      &Opts::debug,             nullptr,                {}            },
-    {"-extension", "-e", kWord,      nullptr,                  &Opts::extension,       kBadExtension },
-    {"-help",      "-h", kHelp,      nullptr,                  nullptr,                {}            },
-    {"-suffix",    "-s", kWord,      nullptr,                  &Opts::suffix,          kBadSuffix    },
-    {"-filename",  "-f", kQuotable,  &Opts::input_name_given,  &Opts::input_name,      kBadInputName },
-    {"-recurse",   "-r", kFlag,      &Opts::recurse,           nullptr,                {}            },
-    {"-output",    "-o", kQuotable,  &Opts::output_name_given, &Opts::output_name,     kBadOutputName},
-    {"-input",     "-i", kDirectory, nullptr,                  &Opts::input_directory, kBadInput     },
+    {"-verify", "-v", kFlag, &Opts::verify, nullptr, {}},
+    {"-debug", "", kFlag, &Opts::debug, nullptr, {}},
+    {"-extension", "-e", kWord, nullptr, &Opts::extension, kBadExtension},
+    {"-help", "-h", kHelp, nullptr, nullptr, {}},
+    {"-suffix", "-s", kWord, nullptr, &Opts::suffix, kBadSuffix},
+    {"-filename", "-f", kQuotable, &Opts::input_name_given, &Opts::input_name, kBadInputName},
+    {"-recurse", "-r", kFlag, &Opts::recurse, nullptr, {}},
+    {"-output", "-o", kQuotable, &Opts::output_name_given, &Opts::output_name, kBadOutputName},
+    {"-input", "-i", kDirectory, nullptr, &Opts::input_directory, kBadInput},
 };
 
 /// In the last place only these count, and only in lower case.

@@ -90,7 +90,7 @@ Status WriteLegacyRow(std::span<const TProperty> rows, const void* object, FourC
     const std::span<const TProperty> nested = row.codec->Nested();
     if (HasRow(nested, code)) return WriteLegacyRow(nested, row.locate(object), code, out);
   }
-  assert(!"a legacy order has a code that no row has");
+  assert(false && "a legacy order has a code that no row has");
   return Status::kFailure;
 }
 

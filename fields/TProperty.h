@@ -218,10 +218,7 @@ template <auto Member>
 constexpr TProperty Row(FourCharCode code, std::string_view name, XmlForm form,
                         const TFieldCodec& codec = DefaultCodec<Member>(),
                         std::string_view detail = {}) {
-  return {
-      code, name, form, &codec, {&LocateMember<Member>, &LocateConstMember<Member>},
-          detail
-  };
+  return {code, name, form, &codec, {&LocateMember<Member>, &LocateConstMember<Member>}, detail};
 }
 
 /// A child element, always written.

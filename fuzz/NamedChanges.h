@@ -44,7 +44,7 @@ inline bool FillsSlot(std::string_view text) {
 inline constexpr std::string_view kNamelessJoin = "a join without all of its names is refused";
 
 inline constexpr TElementChange kElementChanges[] = {
-    {"a text of dropped characters is empty",                           "",
+    {"a text of dropped characters is empty", "",
      [](dom::Element element) {
        const bool is_empty_section =
            element.getFirstChild().getNodeType() == dom::NodeType::kCDATASection &&
@@ -53,43 +53,43 @@ inline constexpr TElementChange kElementChanges[] = {
          return element.hasAttribute(name) && element.getAttribute(name).empty();
        };
        return is_empty_section || is_empty("Title") || is_empty("Author") || is_empty("Revision");
-     }                                                                                    },
-    {"a text that fills its slot is cut",                               "",
+     }},
+    {"a text that fills its slot is cut", "",
      [](dom::Element element) {
        dom::NamedNodeMap attributes = element.getAttributes();
        for (std::size_t i = 0; i < attributes.getLength(); ++i)
          if (FillsSlot(attributes.item(i).getValue())) return true;
        std::string joined;
        return !element.getFirstChildElement() && FillsSlot(element.getTextContent(joined));
-     }                                                                                    },
-    {"the development data source is read as not in use",               "",
+     }},
+    {"the development data source is read as not in use", "",
      [](dom::Element element) { return element.hasAttribute("UseDevelopmentDataSource"); }},
-    {"a check box is read under another spelling",                      "InputCheckBox",
-     [](dom::Element) { return true; }                                                    },
-    {"an event without its codes gets blank ones",                      "AppleEventAction",
+    {"a check box is read under another spelling", "InputCheckBox",
+     [](dom::Element) { return true; }},
+    {"an event without its codes gets blank ones", "AppleEventAction",
      [](dom::Element element) {
        return !HasChild(element, "EventClass") || !HasChild(element, "EventCode");
-     }                                                                                    },
-    {"a transaction without isolation is exclusive",                    "BeginTransactionAction",
-     [](dom::Element element) { return !HasChild(element, "Isolation"); }                 },
-    {"an assign action without results gets its tags",                  "AssignAction",
-     [](dom::Element element) { return !HasChild(element, "ResultsOutput"); }             },
+     }},
+    {"a transaction without isolation is exclusive", "BeginTransactionAction",
+     [](dom::Element element) { return !HasChild(element, "Isolation"); }},
+    {"an assign action without results gets its tags", "AssignAction",
+     [](dom::Element element) { return !HasChild(element, "ResultsOutput"); }},
     {"a default scope becomes an empty one, a cookie's makes a cookie", "AssignItem",
      [](dom::Element element) {
        const dom::Element scope = element.getFirstChildElement("Scope");
        return !scope || HasText(scope, "Default") || HasText(scope, "cookie");
-     }                                                                                    },
-    {"a script's default scope becomes an empty one",                   "ScriptAction",
+     }},
+    {"a script's default scope becomes an empty one", "ScriptAction",
      [](dom::Element element) {
        return HasText(element.getFirstChildElement("Scope"), "Default");
-     }                                                                                    },
-    {kNamelessJoin,                                                     "JoinItem",
+     }},
+    {kNamelessJoin, "JoinItem",
      [](dom::Element element) {
        for (const char* const name : {"FirstTable", "FirstColumn", "SecondTable", "SecondColumn"})
          if (TextOf(element.getFirstChildElement(name)).empty()) return true;
        return false;
-     }                                                                                    },
-    {"an application's data source of an unknown kind alone vanishes",  "DataSource",
+     }},
+    {"an application's data source of an unknown kind alone vanishes", "DataSource",
      [](dom::Element element) {
        if (!HasChild(element, "DataSourceInfo") || element.hasAttribute("Type")) return false;
        const dom::Element info = element.getFirstChildElement("DataSourceInfo");
@@ -99,7 +99,7 @@ inline constexpr TElementChange kElementChanges[] = {
        for (const char* const name : {"UserName", "Password"})
          texts += TextOf(info.getFirstChildElement(name));
        return texts.empty();
-     }                                                                                    },
+     }},
 };
 
 /// The element behind this one in the order of the document; a null one at the end.

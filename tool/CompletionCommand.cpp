@@ -64,11 +64,7 @@ struct TShell {
   const char* name;
   std::string (*script)(const CLI::App& program);
 };
-constexpr TShell kShells[] = {
-    {"bash", BashScript},
-    {"zsh",  ZshScript },
-    {"fish", FishScript}
-};
+constexpr TShell kShells[] = {{"bash", BashScript}, {"zsh", ZshScript}, {"fish", FishScript}};
 
 }  // namespace
 

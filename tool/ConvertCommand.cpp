@@ -7,16 +7,11 @@
 namespace zaf {
 namespace {
 
-const TWords<TargetForm> kTargetWords{
-    {"xml",    TargetForm::kXml   },
-    {"legacy", TargetForm::kLegacy}
-};
-const TWords<ExistingOutput> kExistingWords{
-    {"fail",      ExistingOutput::kFail     },
-    {"skip",      ExistingOutput::kSkip     },
-    {"overwrite", ExistingOutput::kOverwrite},
-    {"newer",     ExistingOutput::kNewer    }
-};
+const TWords<TargetForm> kTargetWords{{"xml", TargetForm::kXml}, {"legacy", TargetForm::kLegacy}};
+const TWords<ExistingOutput> kExistingWords{{"fail", ExistingOutput::kFail},
+                                            {"skip", ExistingOutput::kSkip},
+                                            {"overwrite", ExistingOutput::kOverwrite},
+                                            {"newer", ExistingOutput::kNewer}};
 
 void Finish(const CLI::App& command, TRunOptions& options) {
   FinishFileOptions(command, options);

@@ -89,29 +89,25 @@ ordered_json SectionOf(FourCharCode code) {
 double InMicroseconds(double seconds) { return std::round(seconds * 1e6) / 1e6; }
 
 ordered_json ErrorOf(const TInputError& error, const TErrorPlace& place) {
-  return {
-      {"code",    error.code                                                 },
-      {"text",    error.text                                                 },
-      {"offset",  place.offset ? ordered_json(*place.offset) : ordered_json()},
-      {"section", SectionOf(place.section)                                   },
-      {"action",  OrNull(ToUtf8(place.action))                               },
-      {"line",    OrNull(place.line)                                         },
-      {"column",  OrNull(place.column)                                       }
-  };
+  return {{"code", error.code},
+          {"text", error.text},
+          {"offset", place.offset ? ordered_json(*place.offset) : ordered_json()},
+          {"section", SectionOf(place.section)},
+          {"action", OrNull(ToUtf8(place.action))},
+          {"line", OrNull(place.line)},
+          {"column", OrNull(place.column)}};
 }
 
 ordered_json LossOf(const TLoss& loss) {
-  return {
-      {"code",    LossWord(loss.code)                                        },
-      {"level",   IsLoss(loss.code) ? "loss" : "note"                        },
-      {"text",    ToUtf8(loss.text)                                          },
-      {"action",  OrNull(ToUtf8(loss.action))                                },
-      {"section", SectionOf(loss.section)                                    },
-      {"offset",  loss.has_range ? ordered_json(loss.offset) : ordered_json()},
-      {"length",  loss.has_range ? ordered_json(loss.length) : ordered_json()},
-      {"line",    OrNull(loss.line)                                          },
-      {"column",  OrNull(loss.column)                                        }
-  };
+  return {{"code", LossWord(loss.code)},
+          {"level", IsLoss(loss.code) ? "loss" : "note"},
+          {"text", ToUtf8(loss.text)},
+          {"action", OrNull(ToUtf8(loss.action))},
+          {"section", SectionOf(loss.section)},
+          {"offset", loss.has_range ? ordered_json(loss.offset) : ordered_json()},
+          {"length", loss.has_range ? ordered_json(loss.length) : ordered_json()},
+          {"line", OrNull(loss.line)},
+          {"column", OrNull(loss.column)}};
 }
 
 /// The bytes of the base of an input: those at the beginning of the input that a report shows so.
@@ -152,9 +148,7 @@ void TTotals::Add(const TInputRecord& record) {
 
 std::string ReportLine(const TInputRecord& record) {
   const TFileResult& result = record.result;
-  ordered_json object{
-      {"input", record.input.path}
-  };
+  ordered_json object{{"input", record.input.path}};
   if (!IsUtf8(record.input.path)) object["input_raw"] = PercentEncoded(record.input.path);
   object["base"] = record.input.base;
   object["output"] = OrNull(record.output);
@@ -173,19 +167,17 @@ std::string ReportLine(const TInputRecord& record) {
 }
 
 std::string ReportLine(const TTotals& totals) {
-  const ordered_json object{
-      {"summary",
-       {{"inputs", totals.inputs},
-        {"converted", totals.converted},
-        {"checked", totals.checked},
-        {"skipped", totals.skipped},
-        {"failed", totals.failed},
-        {"with_losses", totals.with_losses},
-        {"bytes_in", totals.bytes_in},
-        {"bytes_out", totals.bytes_out},
-        {"seconds", InMicroseconds(totals.seconds)},
-        {"version", kVersion}}}
-  };
+  const ordered_json object{{"summary",
+                             {{"inputs", totals.inputs},
+                              {"converted", totals.converted},
+                              {"checked", totals.checked},
+                              {"skipped", totals.skipped},
+                              {"failed", totals.failed},
+                              {"with_losses", totals.with_losses},
+                              {"bytes_in", totals.bytes_in},
+                              {"bytes_out", totals.bytes_out},
+                              {"seconds", InMicroseconds(totals.seconds)},
+                              {"version", kVersion}}}};
   return Dump(object) + "\n";
 }
 

@@ -6,14 +6,14 @@ namespace zaf {
 namespace {
 
 constexpr TKeyword kFormatKeywords[] = {
-    {0, "None"              },
-    {1, "Date"              },
-    {2, "Time"              },
-    {3, "Timestamp"         },
-    {4, "Number"            },
-    {5, "Decimals"          },
-    {6, "NumberWithCommas"  },
-    {7, "Currency"          },
+    {0, "None"},
+    {1, "Date"},
+    {2, "Time"},
+    {3, "Timestamp"},
+    {4, "Number"},
+    {5, "Decimals"},
+    {6, "NumberWithCommas"},
+    {7, "Currency"},
     {8, "CurrencyWithCommas"},
 };
 constexpr TVocabulary kFormats{kFormatKeywords, TVocabulary::Fallback::kFirstKeyword};
@@ -34,13 +34,13 @@ struct TTables {
       Carried<&Display::line_breaks>(kNoCode),
   };
   static constexpr TChoice kKinds[] = {
-      {0,                  "DisplayNormal", kNormalRows},
-      {1,                  "DisplayDetailLink"                                },
-      {2,                  "DisplayURL"},
-      {3,                  "DisplayEmail"                                },
-      {4,                  "DisplayImageFile", kImageFileRows},
-      {5,    "DisplayImageURL"                  },
-      {6,"DisplayHTML"},
+      {0, "DisplayNormal", kNormalRows},
+      {1, "DisplayDetailLink"},
+      {2, "DisplayURL"},
+      {3, "DisplayEmail"},
+      {4, "DisplayImageFile", kImageFileRows},
+      {5, "DisplayImageURL"},
+      {6, "DisplayHTML"},
   };
   static constexpr TChoiceCodec kCodec{kKinds, kNumberRows};
 };

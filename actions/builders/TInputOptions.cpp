@@ -8,21 +8,23 @@
 namespace zaf {
 namespace {
 
+// clang-format off
 constexpr TKeyword kFixedKeywords[] = {
-    {0,  "SQLExpression"   },
-    {1,  "SQLStatement"    },
-    {2,  "CurrentTimestamp"},
-    {3,  "CurrentDate"     },
-    {4,  "CurrentTime"     },
-    {5,  "ClientName"      },
-    {6,  "ClientDomain"    },
-    {7,  "ClientIP"        },
-    {8,  "ClientBrowser"   },
-    {9,  "ServerAddress"   },
-    {10, "ServerPort"      },
-    {11, "Referrer"        },
-    {12, "Method"          },
+    {0, "SQLExpression"},
+    {1, "SQLStatement"},
+    {2, "CurrentTimestamp"},
+    {3, "CurrentDate"},
+    {4, "CurrentTime"},
+    {5, "ClientName"},
+    {6, "ClientDomain"},
+    {7, "ClientIP"},
+    {8, "ClientBrowser"},
+    {9, "ServerAddress"},
+    {10, "ServerPort"},
+    {11, "Referrer"},
+    {12, "Method"},
 };
+// clang-format on
 constexpr TVocabulary kFixedKinds{kFixedKeywords, TVocabulary::Fallback::kFirstKeyword};
 constexpr TKeywordCodec kFixedKindCodec{kFixedKinds};
 constexpr std::int32_t kLastFixedKindWithText = 1;
@@ -93,12 +95,12 @@ constexpr FourCharCode kRadioCluster = Code("radi");
 constexpr std::int32_t Number(FourCharCode code) { return static_cast<std::int32_t>(code); }
 
 constexpr TChoice kInputKinds[] = {
-    {Number(Code("text")),  "InputText",         kTextRows          },
+    {Number(Code("text")), "InputText", kTextRows},
     {Number(kDropDownList), "InputDropDownList"},
-    {Number(kPickList),      "InputPickList",       kPickListRows                   },
-    {Number(kRadioCluster),  "InputRadioCluster"                   },
-    {Number(Code("chek")),        "InputCheckBox",            kCheckBoxRows, "InputCheckbox"},
-    {Number(Code("fixd")),         "InputFixed",          kFixedRows},
+    {Number(kPickList), "InputPickList", kPickListRows},
+    {Number(kRadioCluster), "InputRadioCluster"},
+    {Number(Code("chek")), "InputCheckBox", kCheckBoxRows, "InputCheckbox"},
+    {Number(Code("fixd")), "InputFixed", kFixedRows},
 };
 
 }  // namespace

@@ -7,13 +7,13 @@ namespace zaf {
 namespace {
 
 constexpr TRecordUpgrade kUpgrades[] = {
-    {Code("scit"), kAnySize,              kCopyWhatFits           },
-    {Code("lcit"), kAnySize,              kCopyWhatFits           },
-    {Code("dcit"), kAnySize,              kCopyWhatFits           },
-    {Code("sfvt"), kAnySize,              kCopyWhatFits           },
-    {Code("dfvt"), kAnySize,              kCopyWhatFits           },
+    {Code("scit"), kAnySize, kCopyWhatFits},
+    {Code("lcit"), kAnySize, kCopyWhatFits},
+    {Code("dcit"), kAnySize, kCopyWhatFits},
+    {Code("sfvt"), kAnySize, kCopyWhatFits},
+    {Code("dfvt"), kAnySize, kCopyWhatFits},
     {Code("lsrt"), kNarrowSortColumnSize, kNarrowSortColumnUpgrade},
-    {Code("lsrt"), kAnySize,              kCopyWhatFits           },
+    {Code("lsrt"), kAnySize, kCopyWhatFits},
 };
 
 }  // namespace

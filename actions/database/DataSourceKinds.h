@@ -12,11 +12,11 @@ inline constexpr TKeyword kDefaultDataSourceKind{0, "Default"};
 /// The kinds of data source, by their host types. The first stands for every other host type.
 inline constexpr TKeyword kDataSourceKindsAndDefault[] = {
     kDefaultDataSourceKind,
-    {static_cast<std::int32_t>(Code("odbc")), "ODBC"      },
+    {static_cast<std::int32_t>(Code("odbc")), "ODBC"},
     {static_cast<std::int32_t>(Code("psql")), "Halvex.SQL"},
-    {static_cast<std::int32_t>(Code("oci ")), "Oracle"    },
-    {static_cast<std::int32_t>(Code("FMPm")), "FileMaker" },
-    {static_cast<std::int32_t>(Code("dam ")), "DAM"       },
+    {static_cast<std::int32_t>(Code("oci ")), "Oracle"},
+    {static_cast<std::int32_t>(Code("FMPm")), "FileMaker"},
+    {static_cast<std::int32_t>(Code("dam ")), "DAM"},
 };
 
 /// The same without the keyword for the others.

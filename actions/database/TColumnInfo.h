@@ -42,8 +42,8 @@ using CColumnInfoArray = TRecordArray<TColumnInfo>;
 inline constexpr TUpgradeStep kColumnInfoUpgrade[] = {
     WidenName(0, offsetof(TColumnInfo, table)),
     WidenName(32, offsetof(TColumnInfo, column)),
-    {TUpgradeStep::Kind::kNumber, 64, 4, offsetof(TColumnInfo, data_type),   4},
-    {TUpgradeStep::Kind::kBytes,  68, 3, offsetof(TColumnInfo, primary_key), 3},
+    {TUpgradeStep::Kind::kNumber, 64, 4, offsetof(TColumnInfo, data_type), 4},
+    {TUpgradeStep::Kind::kBytes, 68, 3, offsetof(TColumnInfo, primary_key), 3},
     {TUpgradeStep::Kind::kNumber, 72, 4, offsetof(TColumnInfo, column_type), 4},
     WidenName(76, offsetof(TColumnInfo, referenced_table)),
     WidenName(108, offsetof(TColumnInfo, referenced_column)),

@@ -13,8 +13,8 @@ constexpr FourCharCode kLeftOuter = Code(" =* ");
 constexpr FourCharCode kRightOuter = Code(" *= ");
 
 constexpr TKeyword kJoinKeywords[] = {
-    {static_cast<std::int32_t>(kEqual),      "Equal"     },
-    {static_cast<std::int32_t>(kLeftOuter),  "LeftOuter" },
+    {static_cast<std::int32_t>(kEqual), "Equal"},
+    {static_cast<std::int32_t>(kLeftOuter), "LeftOuter"},
     {static_cast<std::int32_t>(kRightOuter), "RightOuter"},
 };
 constexpr TVocabulary kJoinTypes{kJoinKeywords, TVocabulary::Fallback::kRefuse};
@@ -29,7 +29,7 @@ constexpr TUpgradeStep kFromNarrowNames[] = {
     WidenName(96, offsetof(TJoinItem, second_table)),
     {Kind::kNumber, 128, 4, offsetof(TJoinItem, join_operator), 4},
     WidenName(132, offsetof(TJoinItem, further_name)),
-    {Kind::kBytes,  164, 1, offsetof(TJoinItem, flag),          1},
+    {Kind::kBytes, 164, 1, offsetof(TJoinItem, flag), 1},
 };
 /// The current record without its padding.
 constexpr TUpgradeStep kFromUnpadded[] = {
@@ -39,7 +39,7 @@ constexpr TUpgradeStep kFromUnpadded[] = {
 /// Every list of join items has the same records, so the upgrades are for any code.
 constexpr TRecordUpgrade kUpgrades[] = {
     {kNoCode, 168, kFromNarrowNames},
-    {kNoCode, 646, kFromUnpadded   },
+    {kNoCode, 646, kFromUnpadded},
 };
 
 void MirrorOuterJoin(std::span<std::byte> join_operator) {

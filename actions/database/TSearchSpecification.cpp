@@ -4,14 +4,14 @@ namespace zaf {
 namespace {
 
 constexpr TRecordUpgrade kUpgrades[] = {
-    {Code("cols"), kAnySize, kColumnInfoUpgrade      },
-    {Code("slct"), kAnySize, kColumnReferenceUpgrade },
-    {Code("ordr"), kAnySize, kOrderInfoUpgrade       },
-    {Code("grup"), kAnySize, kGroupInfoUpgrade       },
-    {Code("crit"), 448,      kNarrowCriteriaUpgrade  },
-    {Code("crit"), 896,      kUnquotedCriteriaUpgrade},
-    {Code("have"), 448,      kNarrowCriteriaUpgrade  },
-    {Code("have"), 896,      kUnquotedCriteriaUpgrade},
+    {Code("cols"), kAnySize, kColumnInfoUpgrade},
+    {Code("slct"), kAnySize, kColumnReferenceUpgrade},
+    {Code("ordr"), kAnySize, kOrderInfoUpgrade},
+    {Code("grup"), kAnySize, kGroupInfoUpgrade},
+    {Code("crit"), 448, kNarrowCriteriaUpgrade},  // Two older sizes, of both lists.
+    {Code("crit"), 896, kUnquotedCriteriaUpgrade},
+    {Code("have"), 448, kNarrowCriteriaUpgrade},
+    {Code("have"), 896, kUnquotedCriteriaUpgrade},
 };
 
 }  // namespace

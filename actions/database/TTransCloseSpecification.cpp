@@ -7,7 +7,7 @@ constexpr std::int32_t kCommit = 1;
 constexpr std::int32_t kRollback = 2;
 
 constexpr TKeyword kEndKeywords[] = {
-    {kCommit,   "Commit"  },
+    {kCommit, "Commit"},
     {kRollback, "Rollback"},
 };
 constexpr TVocabulary kEndTypes{kEndKeywords, TVocabulary::Fallback::kRefuse};

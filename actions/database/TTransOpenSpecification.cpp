@@ -4,7 +4,7 @@ namespace zaf {
 namespace {
 
 constexpr TKeyword kIsolationKeywords[] = {
-    {2, "Exclusive"  },
+    {2, "Exclusive"},
     {1, "Uncommitted"},
 };
 constexpr TVocabulary kIsolations{kIsolationKeywords, TVocabulary::Fallback::kRefuse};

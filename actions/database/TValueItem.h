@@ -30,10 +30,10 @@ using CValueArray = TRecordArray<TValueItem>;
 /// is quoted.
 inline constexpr TUpgradeStep kValueItemUpgrade[] = {
     WidenName(0, offsetof(TValueItem, name)),
-    {TUpgradeStep::Kind::kText, 32, 256,                 offsetof(TValueItem, value), 128   },
+    {TUpgradeStep::Kind::kText, 32, 256, offsetof(TValueItem, value), 128},
     WidenName(288, offsetof(TValueItem, null_value)),
     WidenName(320, offsetof(TValueItem, include_if_empty)),
-    { TUpgradeStep::Kind::kConstant,                        0,  0, offsetof(TValueItem,        quote_value),    128, "true"},
+    {TUpgradeStep::Kind::kConstant, 0, 0, offsetof(TValueItem, quote_value), 128, "true"},
 };
 
 }  // namespace zaf

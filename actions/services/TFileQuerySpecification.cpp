@@ -13,8 +13,8 @@ constexpr std::string_view kRuleAttribute = "FileExistsRule";
 /// What writing does with a file that exists. The first one stands for an unknown keyword.
 constexpr TKeyword kRuleKeywords[] = {
     {'w', "Overwrite"},
-    {'a', "Append"   },
-    {'e', "Error"    },
+    {'a', "Append"},
+    {'e', "Error"},
 };
 constexpr TVocabulary kRules{kRuleKeywords, TVocabulary::Fallback::kFirstKeyword};
 
@@ -115,9 +115,9 @@ std::span<const TFileQuerySpecification::TOperation> TFileQuerySpecification::Op
       Items<&File::variables_>(kNoCode, "Variable", kVariablesCodec),
   };
   static constexpr TOperation kOperations[] = {
-      {"DeleteFile", "d",   kDeleteRows},
-      {"WriteFile",  "wae", kWriteRows },
-      {"ReadFile",   "",    kReadRows  },
+      {"DeleteFile", "d", kDeleteRows},
+      {"WriteFile", "wae", kWriteRows},
+      {"ReadFile", "", kReadRows},
   };
   return kOperations;
 }

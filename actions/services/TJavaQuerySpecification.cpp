@@ -4,8 +4,8 @@ namespace zaf {
 namespace {
 
 constexpr TKeyword kKindKeywords[] = {
-    {0,                                       "Class"},
-    {static_cast<std::int32_t>(Code("bean")), "Bean" },
+    {0, "Class"},
+    {static_cast<std::int32_t>(Code("bean")), "Bean"},
 };
 constexpr TVocabulary kKinds{kKindKeywords, TVocabulary::Fallback::kFirstKeyword};
 constexpr TKeywordCodec kKindCodec{kKinds};

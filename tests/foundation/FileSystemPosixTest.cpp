@@ -125,17 +125,17 @@ TEST_P(Publishing, GivesTheWholeFileOrLeavesNothingAndNeverReplaces) {
 }
 constexpr int kNo = EOPNOTSUPP;
 const TPublishCase kPublishCases[] = {
-    {"Unnamed",          {},                                                Outcome::kPublished  },
-    {"ThroughProc",      {.descriptor_link = ENOENT},                       Outcome::kPublished  },
-    {"CannotBeLinked",   {.link = EPERM},                                   Outcome::kPublished  },
-    {"WithoutProc",      {.link = ENOENT},                                  Outcome::kPublished  },
-    {"Named",            {.unnamed = kNo},                                  Outcome::kPublished  },
-    {"NamedLinked",      {.unnamed = kNo, .rename = EINVAL},                Outcome::kPublished  },
-    {"NamedNoWay",       {.unnamed = kNo, .link = EPERM, .rename = EINVAL}, Outcome::kWriteFailed},
-    {"DirectoryIsFull",  {.link = ENOSPC, .rename = ENOSPC},                Outcome::kWriteFailed},
-    {"DirectoryRefuses", {.unnamed = EACCES},                               Outcome::kRefused    },
-    {"NameRefused",      {.link = EACCES},                                  Outcome::kRefused    },
-    {"DiskIsFull",       {.write = ENOSPC},                                 Outcome::kWriteFailed},
+    {"Unnamed", {}, Outcome::kPublished},
+    {"ThroughProc", {.descriptor_link = ENOENT}, Outcome::kPublished},
+    {"CannotBeLinked", {.link = EPERM}, Outcome::kPublished},
+    {"WithoutProc", {.link = ENOENT}, Outcome::kPublished},
+    {"Named", {.unnamed = kNo}, Outcome::kPublished},
+    {"NamedLinked", {.unnamed = kNo, .rename = EINVAL}, Outcome::kPublished},
+    {"NamedNoWay", {.unnamed = kNo, .link = EPERM, .rename = EINVAL}, Outcome::kWriteFailed},
+    {"DirectoryIsFull", {.link = ENOSPC, .rename = ENOSPC}, Outcome::kWriteFailed},
+    {"DirectoryRefuses", {.unnamed = EACCES}, Outcome::kRefused},
+    {"NameRefused", {.link = EACCES}, Outcome::kRefused},
+    {"DiskIsFull", {.write = ENOSPC}, Outcome::kWriteFailed},
 };
 INSTANTIATE_TEST_SUITE_P(FileSystem, Publishing, testing::ValuesIn(kPublishCases),
                          [](const auto& row) { return row.param.name; });
@@ -144,11 +144,7 @@ TEST(FileSystem, ImageEndsInWhatWasRead) {
   const TTestDirectory directory;
   directory.Write("file", "content");
   const std::pair<std::vector<int>, std::string_view> cases[] = {
-      {{1, 2},    "content"},
-      {{1, 0},    "c"      },
-      {{0},       ""       },
-      {{-EINTR},  "content"},
-      {{1, -EIO}, ""       },
+      {{1, 2}, "content"}, {{1, 0}, "c"}, {{0}, ""}, {{-EINTR}, "content"}, {{1, -EIO}, ""},
   };
   for (const auto& [reads, expected] : cases) {
     TDataFile file;

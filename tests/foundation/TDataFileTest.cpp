@@ -125,15 +125,15 @@ TEST_P(TextList, IsReadAsFarAsItGoes) {
   EXPECT_EQ(texts, GetParam().texts);
 }
 const TListCase kLists[] = {
-    {"NoPayload",        ""sv,                    Status::kOk,        {}         },
-    {"HalfACount",       "\0\0\1"sv,              Status::kMalformed, {}         },
-    {"CountOfNone",      "\0\0\0\0"sv,            Status::kOk,        {}         },
-    {"Two",              "\0\0\0\2x\0yz\0"sv,     Status::kOk,        {"x", "yz"}},
-    {"MoreThanBytes",    "\0\0\0\3x\0"sv,         Status::kMalformed, {}         },
-    {"HugeCount",        "\xFF\xFF\xFF\xFFx\0"sv, Status::kMalformed, {}         },
-    {"LastWithoutNul",   "\0\0\0\2x\0yz"sv,       Status::kOk,        {"x", "yz"}},
-    {"EndsEarly",        "\0\0\0\3x\0y\0"sv,      Status::kOk,        {"x", "y"} },
-    {"MoreThanTheCount", "\0\0\0\1x\0y\0"sv,      Status::kOk,        {"x"}      },
+    {"NoPayload", ""sv, Status::kOk, {}},
+    {"HalfACount", "\0\0\1"sv, Status::kMalformed, {}},
+    {"CountOfNone", "\0\0\0\0"sv, Status::kOk, {}},
+    {"Two", "\0\0\0\2x\0yz\0"sv, Status::kOk, {"x", "yz"}},
+    {"MoreThanBytes", "\0\0\0\3x\0"sv, Status::kMalformed, {}},
+    {"HugeCount", "\xFF\xFF\xFF\xFFx\0"sv, Status::kMalformed, {}},
+    {"LastWithoutNul", "\0\0\0\2x\0yz"sv, Status::kOk, {"x", "yz"}},
+    {"EndsEarly", "\0\0\0\3x\0y\0"sv, Status::kOk, {"x", "y"}},
+    {"MoreThanTheCount", "\0\0\0\1x\0y\0"sv, Status::kOk, {"x"}},
 };
 INSTANTIATE_TEST_SUITE_P(TDataFile, TextList, testing::ValuesIn(kLists),
                          [](const auto& row) { return row.param.name; });
@@ -159,13 +159,10 @@ TEST(TDataFile, StreamModesAreThoseOfTheCLibrary) {
   // What "abc" is after "X" was written at 1, and whether a file that is not there opens, too.
   using Mode = TOpenMode;
   const std::tuple<Mode, std::string_view, bool> cases[] = {
-      {Mode::kWrite,      "\0X"sv, true },
-      {Mode::kAppend,     "abcX",  true },
-      {Mode::kReadWrite,  "aXc",   false},
-      {Mode::kReadAppend, "abcX",  true },
-      {Mode::kCreate,     "\0X"sv, true },
-      {Mode{0},           "\0X"sv, true },
-      {Mode{7},           "\0X"sv, true },
+      {Mode::kWrite, "\0X"sv, true},    {Mode::kAppend, "abcX", true},
+      {Mode::kReadWrite, "aXc", false}, {Mode::kReadAppend, "abcX", true},
+      {Mode::kCreate, "\0X"sv, true},   {Mode{0}, "\0X"sv, true},
+      {Mode{7}, "\0X"sv, true},
   };
   for (const auto& [mode, content, creates] : cases) {
     const TTestDirectory directory;

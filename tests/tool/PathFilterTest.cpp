@@ -12,28 +12,28 @@ TEST(PathFilter, GlobsMatchWholePaths) {
     const char* path;
     bool is_matched;
   } const rows[] = {
-      {"a.zaf",      "a.zaf",     true },
-      {"a.zaf",      "b/a.zaf",   false},
-      {"*.zaf",      "a.zaf",     true },
-      {"*.zaf",      ".zaf",      true },
-      {"*.zaf",      "b/a.zaf",   false},
-      {"*/a.zaf",    "b/a.zaf",   true },
-      {"**.zaf",     "b/c/a.zaf", true },
-      {"a**b",       "ab",        true },
-      {"**/a.zaf",   "a.zaf",     true },
-      {"**/a.zaf",   "b/c/a.zaf", true },
-      {"**/a.zaf",   "ba.zaf",    false},
-      {"b/**/a.zaf", "b/a.zaf",   true },
-      {"b/**",       "b/c/a.zaf", true },
-      {"b/**",       "b",         false},
-      {"?.zaf",      "a.zaf",     true },
-      {"a?b",        "a/b",       false},
-      {"",           "",          true },
-      {"",           "a",         false},
-      {"*",          "",          true },
-      {"[a].zaf",    "a.zaf",     false},
-      {"A.zaf",      "a.zaf",     false},
-      {"***a",       "b/a",       true },
+      {"a.zaf", "a.zaf", true},
+      {"a.zaf", "b/a.zaf", false},
+      {"*.zaf", "a.zaf", true},
+      {"*.zaf", ".zaf", true},
+      {"*.zaf", "b/a.zaf", false},
+      {"*/a.zaf", "b/a.zaf", true},
+      {"**.zaf", "b/c/a.zaf", true},
+      {"a**b", "ab", true},
+      {"**/a.zaf", "a.zaf", true},
+      {"**/a.zaf", "b/c/a.zaf", true},
+      {"**/a.zaf", "ba.zaf", false},
+      {"b/**/a.zaf", "b/a.zaf", true},
+      {"b/**", "b/c/a.zaf", true},
+      {"b/**", "b", false},
+      {"?.zaf", "a.zaf", true},
+      {"a?b", "a/b", false},
+      {"", "", true},
+      {"", "a", false},
+      {"*", "", true},
+      {"[a].zaf", "a.zaf", false},
+      {"A.zaf", "a.zaf", false},
+      {"***a", "b/a", true},
   };
   for (const auto& row : rows)
     EXPECT_EQ(MatchesGlob(row.path, row.glob), row.is_matched) << row.glob << " " << row.path;
@@ -61,11 +61,8 @@ TEST(PathFilter, TheLastMatchCountsAndTheFirstRuleSaysWhatElseIs) {
 
 // Test vectors of the 32-bit FNV-1a: "" 811C9DC5, "a" E40C292C, "foobar" BF9CF968.
 TEST(PathFilter, ShardsFollowTheHash) {
-  for (const auto& [path, hash] : {
-           std::pair{"",       0x811C9DC5U},
-           {"a",      0xE40C292CU},
-           {"foobar", 0xBF9CF968U}
-  })
+  for (const auto& [path, hash] :
+       {std::pair{"", 0x811C9DC5U}, {"a", 0xE40C292CU}, {"foobar", 0xBF9CF968U}})
     for (std::uint32_t k = 1; k <= 1000; ++k)
       ASSERT_EQ((TShard{k, 1000}.Takes(path)), hash % 1000 == k - 1) << path;
 }
