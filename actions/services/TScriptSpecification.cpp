@@ -8,8 +8,8 @@ namespace {
 constexpr FourCharCode kJavaScript = Code("jscr");
 
 constexpr TKeyword kLanguageKeywords[] = {
-    {static_cast<std::int32_t>(kJavaScript),  "JavaScript" },
-    {static_cast<std::int32_t>(Code("vscr")), "VBScript"   },
+    {static_cast<std::int32_t>(kJavaScript), "JavaScript"},
+    {static_cast<std::int32_t>(Code("vscr")), "VBScript"},
     {static_cast<std::int32_t>(Code("ascr")), "AppleScript"},
 };
 constexpr TVocabulary kLanguages{kLanguageKeywords, TVocabulary::Fallback::kCharacters};

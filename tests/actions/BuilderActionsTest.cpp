@@ -121,10 +121,10 @@ TEST(SearchGroupSpecification, EverythingIsWrittenInOrderAndReadBack) {
   file.Payload("scit", ListOf(1, Column("a") + Input("drop") + Slot("<=", 12)));
   file.Payload("lcit", ListOf(1, Column("b") + Display(1)));
   file.Payload("lsrt", ListOf(2, Slots({"O", "T", "b"}) + BigEndian(256) + Slots({"", "T", "a"}) +
-                                   BigEndian(0)));
+                                     BigEndian(0)));
   file.Payload("join", ListOf(1, Join("Emp", "EMP", " =* ")));
   file.Payload("dcit", ListOf(1, Column("d") + Input("radi") + BigEndian(4) + std::string(8, '\0') +
-                                   Slot("p", 32) + "rest"));
+                                     Slot("p", 32) + "rest"));
   file.Payload("dfvt", ListOf(1, Item({"O", "T", "d"}, "M")));
   file.Payload("dltj", ListOf(1, Join("Emp", "Dep", " *= ")));
   file.Payload("spgf", Format("1")).Payload("lpgf", Format("2")).Payload("dpgf", Format("3"));
@@ -237,7 +237,8 @@ TEST_P(BuilderOptions, AreWrittenReadAndCarried) {
   const std::string element = is_input ? "InputOptions" : "DisplayOptions";
   const std::string column = Column("a") + test.record;
   LegacyFile file;
-  file.Action(is_input ? "igrp" : "sgrp", "A").Payload(is_input ? "icol" : "lcit", ListOf(1, column));
+  file.Action(is_input ? "igrp" : "sgrp", "A")
+      .Payload(is_input ? "icol" : "lcit", ListOf(1, column));
   const std::string document = ToXml(file.Bytes());
   const auto wrapped = [&](const std::string& xml) {
     return "<" + element + ">" + xml + "</" + element + ">";
@@ -347,7 +348,7 @@ TEST(ListItems, OfOtherOwnersOrTablesAreDropped) {
   LegacyFile file;
   file.Action("sgrp", "A").Payload("scit", ListOf(1, Column("a") + Input("drop") + Slot("=", 12)));
   file.Payload("sfvt", ListOf(3, Item({"", "T", "a"}, "1") + Item({"O", "t", "a"}, "2") +
-                                   Item({"O", "T", "a"}, "3")));
+                                     Item({"O", "T", "a"}, "3")));
   file.Payload("dfvt", ListOf(1, Item({"O", "T", "a"}, "4")));
   EXPECT_EQ(ItemsOf(ToXml(file.Bytes())), "3");
 }

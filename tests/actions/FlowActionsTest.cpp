@@ -78,7 +78,7 @@ INSTANTIATE_TEST_SUITE_P(
                        .Action("if  ", "A")
                        .Text("ifex", "a<b")
                        .Payload("ieei", ListOf(2, Slots(128, {"", "l", "equals", "r"}) +
-                                                    Slots(128, {"and", "", "", ""}))),
+                                                      Slots(128, {"and", "", "", ""}))),
                    "IfAction",
                    R"(<IfAction ID="A"><Expression><![CDATA[a<b]]></Expression><ExpressionInfo>)"
                    R"(<ExpLeft>l</ExpLeft><ExpRight>r</ExpRight><Operator>equa</Operator>)"
@@ -124,8 +124,8 @@ INSTANTIATE_TEST_SUITE_P(
             LegacyFile()
                 .Action("asgn", "A")
                 .Payload("agit",
-                       ListOf(3, AssignItem("a", "x", "user") + AssignItem("1", "y", "DEFAULT") +
-                                     AssignItem("", "z", "COOKIE", "30", "/", "d", 7))),
+                         ListOf(3, AssignItem("a", "x", "user") + AssignItem("1", "y", "DEFAULT") +
+                                       AssignItem("", "z", "COOKIE", "30", "/", "d", 7))),
             "AssignAction", AssignElement("", ""),
             AssignElement("<Scope/>", "<ResultsOutput Ref=\"A.Results\"/>")},
         ActionCase{"MailHasItsDefaults",

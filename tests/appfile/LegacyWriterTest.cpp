@@ -4,8 +4,8 @@
 
 #include "actions/flow/TContainerSpecification.h"
 #include "appfile/LegacyReader.h"
-#include "tests/support/Convert.h"
 #include "tests/support/AllocationFault.h"
+#include "tests/support/Convert.h"
 #include "tests/support/LegacyFile.h"
 
 namespace zaf {
