@@ -140,9 +140,11 @@ class TFileConversion {
     }
     if (result_.outcome != FileOutcome::kConverted || request_.verification == Verification::kOff)
       return std::move(result_);
-    if (const Status status = file_.Open(request_.output, TOpenMode::kRead); status != Status::kOk)
+    // Not the file of the input: that one stays scrambled when the input was.
+    TDataFile output;
+    if (const Status status = output.Open(request_.output, TOpenMode::kRead); status != Status::kOk)
       return Failed(FileOutcome::kOutputNotOpened, status);
-    Verify(file_);
+    Verify(output);
     return std::move(result_);
   }
 
@@ -237,7 +239,7 @@ class TFileConversion {
 
   const TFileRequest& request_;
   const TQuerySpecificationServer server_{};
-  TDataFile file_;  ///< The input, and the output that is read back.
+  TDataFile file_;  ///< The input.
   TZanfoFile* document_ = nullptr;
   bool is_replaced_ = false;  ///< The output takes the place of something.
   TFileResult result_;

@@ -222,5 +222,10 @@ TEST_F(ConversionRun, ConvertsOneFile) {
   EXPECT_THAT(directory_.List("out"), ElementsAre("a.zaf.bak.xzf", "b", "plain.xzf"));
 }
 
+TEST_F(ConversionRun, ReadsRunOnlyFilesBack) {
+  directory_.Write("in/a.zaf", LegacyFile("rdoc").Action("null", "A").Bytes());
+  EXPECT_EQ(Run({"-v"}), "");
+}
+
 }  // namespace
 }  // namespace zaf
