@@ -241,23 +241,23 @@ TArguments::TArguments(int count, wchar_t** values) {
 }
 
 bool EnterDirectory(const CText& path) {
+  // The system's own has at most MAX_PATH characters, with the separator and the NUL at its end.
+  constexpr std::size_t kLongest = MAX_PATH - 2;
   const auto enter = [&] {
     std::wstring directory = AbsolutePath(path.GetCString());
     if (directory.empty()) return false;
-    if (SetCurrentDirectoryW(directory.c_str()) != 0) {
+    if (directory.size() <= kLongest) {
+      if (SetCurrentDirectoryW(directory.c_str()) == 0) return false;
       long_working_directory.clear();
       return true;
     }
-    // It can be too long for the system.
-    if (directory.size() + 2 < MAX_PATH) return false;
     const DWORD attributes = GetFileAttributesW(SystemPath(path.GetCString()).c_str());
     if (attributes == INVALID_FILE_ATTRIBUTES || (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0)
       return false;
-    long_working_directory = directory;
     // Paths that begin at the root of a drive count from the system's, which is to be the same.
-    for (std::size_t end = directory.size(); end != directory.npos && end > 0;
-         end = directory.rfind(L'\\', end - 1))
-      if (SetCurrentDirectoryW(directory.substr(0, end + 1).c_str()) != 0) break;
+    const std::size_t end = directory.rfind(L'\\', kLongest - 1);
+    SetCurrentDirectoryW(directory.substr(0, end + 1).c_str());
+    long_working_directory = std::move(directory);
     return true;
   };
   return Attempt(enter, false);
