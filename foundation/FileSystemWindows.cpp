@@ -117,15 +117,17 @@ std::wstring AbsolutePath(std::string_view path) {
   return absolute.starts_with(L"\\\\.\\") ? std::wstring() : absolute;  // A device.
 }
 
-/// The same in the form in which it may be of any length. Also empty when memory ran out.
+/// The same in the form in which it may be of any length. Throws std::bad_alloc.
+std::wstring MakeSystemPath(std::string_view path) {
+  std::wstring absolute = AbsolutePath(path);
+  if (absolute.starts_with(L"\\\\?\\") || absolute.empty()) return absolute;
+  if (!absolute.starts_with(L"\\\\")) return L"\\\\?\\" + absolute;
+  return L"\\\\?\\UNC" + absolute.substr(1);
+}
+
+/// The same; also empty when memory ran out.
 std::wstring SystemPath(std::string_view path) {
-  const auto make = [&]() -> std::wstring {
-    std::wstring absolute = AbsolutePath(path);
-    if (absolute.starts_with(L"\\\\?\\") || absolute.empty()) return absolute;
-    if (!absolute.starts_with(L"\\\\")) return L"\\\\?\\" + absolute;
-    return L"\\\\?\\UNC" + absolute.substr(1);
-  };
-  return Attempt(make, {});
+  return Attempt([&] { return MakeSystemPath(path); }, {});
 }
 
 // ---- System calls
@@ -241,23 +243,23 @@ TArguments::TArguments(int count, wchar_t** values) {
 }
 
 bool EnterDirectory(const CText& path) {
+  // The system's own has at most MAX_PATH characters, with the separator and the NUL at its end.
+  constexpr std::size_t kLongest = MAX_PATH - 2;
   const auto enter = [&] {
     std::wstring directory = AbsolutePath(path.GetCString());
     if (directory.empty()) return false;
-    if (SetCurrentDirectoryW(directory.c_str()) != 0) {
+    if (directory.size() <= kLongest) {
+      if (SetCurrentDirectoryW(directory.c_str()) == 0) return false;
       long_working_directory.clear();
       return true;
     }
-    // It can be too long for the system.
-    if (directory.size() + 2 < MAX_PATH) return false;
     const DWORD attributes = GetFileAttributesW(SystemPath(path.GetCString()).c_str());
     if (attributes == INVALID_FILE_ATTRIBUTES || (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0)
       return false;
-    long_working_directory = directory;
     // Paths that begin at the root of a drive count from the system's, which is to be the same.
-    for (std::size_t end = directory.size(); end != directory.npos && end > 0;
-         end = directory.rfind(L'\\', end - 1))
-      if (SetCurrentDirectoryW(directory.substr(0, end + 1).c_str()) != 0) break;
+    const std::size_t end = directory.rfind(L'\\', kLongest - 1);
+    SetCurrentDirectoryW(directory.substr(0, end + 1).c_str());
+    long_working_directory = std::move(directory);
     return true;
   };
   return Attempt(enter, false);
@@ -342,7 +344,7 @@ std::ptrdiff_t TInputFile::ReadSome(std::byte* buffer, std::size_t count) {
 }
 
 bool TNewFile::OpenUnpublished() {
-  if (SystemPath(path_).empty()) {
+  if (MakeSystemPath(path_).empty()) {
     write_failed_ = true;
     return false;
   }
@@ -357,7 +359,7 @@ bool TNewFile::OpenTemporary() {
     LARGE_INTEGER ticks{};
     QueryPerformanceCounter(&ticks);
     const std::uint64_t number = static_cast<std::uint64_t>(ticks.QuadPart) + GetCurrentProcessId();
-    const std::wstring path = SystemPath(TemporaryPath(number * kOddNumber));
+    const std::wstring path = MakeSystemPath(TemporaryPath(number * kOddNumber));
     const HANDLE file = CreateFileW(path.c_str(), GENERIC_READ | GENERIC_WRITE | DELETE, 0, nullptr,
                                     CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
     handle_ = Number(file);
@@ -392,7 +394,7 @@ std::uint64_t TNewFile::GetSize() const { return SizeOfRegularFile(Handle(handle
 
 bool TNewFile::GiveName() {
   const HANDLE file = Handle(handle_);
-  const TRenaming renaming(SystemPath(path_));
+  const TRenaming renaming(MakeSystemPath(path_));
   // A file that is to be deleted cannot be renamed.
   if (SetDeletion(file, false) && renaming.Apply(file)) return true;
   write_failed_ = !IsNameRefusal(GetLastError());
