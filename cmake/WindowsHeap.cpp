@@ -1,3 +1,2 @@
-// Has operator new and delete take their memory from mimalloc. On other systems the library
-// replaces them itself.
+// Makes operator new and delete use mimalloc, which replaces them itself on other systems.
 #include <mimalloc-new-delete.h>

@@ -36,7 +36,7 @@ const TreeAttribute* CompareAll(const TreeElement& element) {
 /// Whether the attribute was put into the table, whose size is a power of two: its name is new.
 bool IsNew(const TreeAttribute& attribute, const TreeAttribute** table, std::size_t size) {
   const std::string_view name = attribute.name.View();
-  std::size_t place = HashOf(name, table) >> (64 - std::countr_zero(size));
+  auto place = static_cast<std::size_t>(HashOf(name, table) >> (64 - std::countr_zero(size)));
   for (; table[place] != nullptr; place = (place + 1) % size)
     if (AreEqualNames(table[place]->name.View(), name)) return false;
   table[place] = &attribute;

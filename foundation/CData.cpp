@@ -27,7 +27,7 @@ bool CData::Reserve(std::uint32_t size) {
   }
   const std::uint64_t target = size > capacity_ ? GrownCapacity(capacity_, size) : size;
   if (target > kGreatestSize) return false;
-  void* block = heap::Reallocate(buffer_, capacity_, target);
+  void* block = heap::Reallocate(buffer_, capacity_, static_cast<std::size_t>(target));
   if (block == nullptr) return false;
   buffer_ = static_cast<char*>(block);
   capacity_ = static_cast<std::uint32_t>(target);

@@ -18,7 +18,9 @@ std::size_t BlockSize(std::size_t size) {
   constexpr std::size_t kLeastStep = 16;
   constexpr std::size_t kStepsPerPower = 8;
   const std::size_t step = std::max(kLeastStep, std::bit_floor(size) / kStepsPerPower);
-  return (size + step - 1) & ~(step - 1);  // A step is a power of two.
+  const std::size_t block = (size + step - 1) & ~(step - 1);  // A step is a power of two.
+  // With 32 bits the largest sizes have no next one.
+  return sizeof size > sizeof(std::uint32_t) || block >= size ? block : size;
 }
 
 }  // namespace
