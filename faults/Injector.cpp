@@ -32,10 +32,12 @@ class TCalls {
   constexpr explicit TCalls(const char* name) : name_(name) {}
 
   void Arm(const char* fault) {
-    char name[16] = "";
-    if (std::sscanf(fault, "%15s %lu %lu", name, &first_, &last_) != 3 ||
-        std::strcmp(name, name_) != 0)
-      first_ = last_ = 0;
+    const std::size_t size = std::strlen(name_);
+    if (std::strncmp(fault, name_, size) == 0 && fault[size] == ' ') {
+      char* end = nullptr;
+      first_ = std::strtoul(fault + size, &end, 10);
+      last_ = std::strtoul(end, nullptr, 10);
+    }
     is_armed_ = true;
   }
   /// Counts a call; true when it is to be disturbed.
@@ -91,7 +93,8 @@ void Report() {
   const std::int64_t numbers[] = {static_cast<std::int64_t>(allocations.GetCount()), live_blocks};
   // Not write(), whose calls are counted.
   const iovec bytes{const_cast<std::int64_t*>(numbers), sizeof numbers};
-  if (writev(std::atoi(descriptor), &bytes, 1) != sizeof numbers) _exit(3);
+  const auto number = static_cast<int>(std::strtol(descriptor, nullptr, 10));
+  if (writev(number, &bytes, 1) != sizeof numbers) _exit(3);
 }
 struct TReporter {
   ~TReporter() { Report(); }
