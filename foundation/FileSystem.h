@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -39,11 +40,13 @@ class TArguments {
  public:
   TArguments(int count, TArgumentCharacter** values);
 
-  [[nodiscard]] const std::vector<const char*>& Get() const { return values_; }
+  [[nodiscard]] std::span<const char* const> Get() const { return view_; }
 
  private:
-  std::vector<std::string> texts_;  ///< Where the arguments are not used in place.
+  // Where the arguments are not used in place.
+  std::vector<std::string> texts_;
   std::vector<const char*> values_;
+  std::span<const char* const> view_;
 };
 
 /// Prepares the process for file access, to be called first: a write that fails is an error and

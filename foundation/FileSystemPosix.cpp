@@ -125,7 +125,10 @@ void PrepareProcess() {
   if (descriptor >= 0) close(descriptor);
 }
 
-TArguments::TArguments(int count, char** values) : values_(values, values + count) {}
+TArguments::TArguments(int count, char** values) {
+  const char* const* const first = values;
+  view_ = {first, static_cast<std::size_t>(count)};
+}
 
 bool EnterDirectory(const CText& path) { return chdir(path.GetCString()) == 0; }
 

@@ -240,6 +240,7 @@ void PrepareProcess() { SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRO
 TArguments::TArguments(int count, wchar_t** values) {
   for (int i = 0; i < count; ++i) texts_.push_back(ToUtf8(values[i]));
   for (const std::string& text : texts_) values_.push_back(text.c_str());
+  view_ = values_;
 }
 
 bool EnterDirectory(const CText& path) {
