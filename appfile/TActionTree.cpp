@@ -1,17 +1,17 @@
 #include "appfile/TActionTree.h"
 
-#include <new>
 #include <utility>
 
 #include "actions/flow/TContainerSpecification.h"
 #include "foundation/Attempt.h"
 #include "foundation/CaseFolding.h"
+#include "foundation/Heap.h"
 
 namespace zaf {
 
 TActionEntry* TActionTree::EnsureRoot() {
   if (root_ != nullptr) return root_;
-  std::unique_ptr<TQuerySpecification> container(new (std::nothrow) TContainerSpecification);
+  auto container = heap::MakeUnique<TContainerSpecification>();
   if (container == nullptr) return nullptr;
   container->SetName(kRootName);
   container->SetParentName(kRootName);

@@ -2,10 +2,10 @@
 
 #include <algorithm>
 #include <array>
-#include <new>
 #include <span>
 
 #include "actions/AllActions.h"
+#include "foundation/Heap.h"
 
 namespace zaf {
 namespace {
@@ -19,7 +19,7 @@ struct TActionClass {
 template <class Action>
 constexpr TActionClass MakeClass() {
   const auto create = []() -> std::unique_ptr<TQuerySpecification> {
-    return std::unique_ptr<Action>(new (std::nothrow) Action);
+    return heap::MakeUnique<Action>();
   };
   if constexpr (requires { Action::kElements; })
     return {Action::kTypeCode, Action::kElements, create};

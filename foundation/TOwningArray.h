@@ -75,8 +75,9 @@ class TOwningArray : public CObjectArray {
   /// insufficient.
   template <class... Arguments>
   T* Append(Arguments&&... arguments) {
-    auto* const object = new (std::nothrow) T(std::forward<Arguments>(arguments)...);
-    return Add(std::unique_ptr<T>(object)) == kNoIndex ? nullptr : object;
+    auto object = heap::MakeUnique<T>(std::forward<Arguments>(arguments)...);
+    T* const added = object.get();
+    return Add(std::move(object)) == kNoIndex ? nullptr : added;
   }
 
   [[nodiscard]] TPointerIterator<T> begin() { return TPointerIterator<T>(Pointers()); }

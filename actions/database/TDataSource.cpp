@@ -45,7 +45,10 @@ void TDataSource::UpdateTypeName() {
 void TDataSource::WriteXml(TXmlWriteContext& context, std::uint32_t& development,
                            std::uint32_t& deployment) const {
   development = WriteElement(context, user_name, password);
-  deployment = WriteElement(context, deployment_user_name, deployment_password);
+  const bool is_one_login = deployment_user_name.View() == user_name.View() &&
+                            deployment_password.View() == password.View();
+  deployment =
+      is_one_login ? development : WriteElement(context, deployment_user_name, deployment_password);
 }
 
 Status TDataSource::ReadXml(const TXmlReadContext& context, std::string_view development,

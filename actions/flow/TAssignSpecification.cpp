@@ -2,12 +2,12 @@
 
 #include <cstring>
 #include <memory>
-#include <new>
 #include <string>
 
 #include "fields/AssignWithLineFeeds.h"
 #include "fields/WriteTextElement.h"
 #include "foundation/CaseFolding.h"
+#include "foundation/Heap.h"
 
 namespace zaf {
 namespace {
@@ -99,7 +99,7 @@ class TAssignItemsCodec final : public TFieldCodec {
     std::int32_t count = 0;
     if (const Status status = reader.ReadNumber(count); status != Status::kOk) return status;
     for (auto left = static_cast<std::uint32_t>(count); left > 0; --left) {
-      std::unique_ptr<TAssignItem> item(new (std::nothrow) TAssignItem);
+      auto item = heap::MakeUnique<TAssignItem>();
       if (item == nullptr) return Status::kFailure;
       if (const Status status = ReadItem(reader, *item); status != Status::kOk) return status;
       if (Items(field).Add(std::move(item)) == kNoIndex) return Status::kFailure;
@@ -130,7 +130,7 @@ class TAssignItemsCodec final : public TFieldCodec {
          element = element.getNextSiblingElement()) {
       const bool is_cookie = element.getTagName() == kCookieElement;
       if (!is_cookie && element.getTagName() != kVariableElement) continue;
-      std::unique_ptr<TAssignItem> item(new (std::nothrow) TAssignItem);
+      auto item = heap::MakeUnique<TAssignItem>();
       if (item == nullptr) return Status::kFailure;
       const Status status = ReadXmlRows(
           is_cookie ? TAssignItem::CookieProperties() : TAssignItem::VariableProperties(),
