@@ -45,8 +45,8 @@ class TQuerySpecification : public TRecordConverter {
   TQuerySpecification& operator=(const TQuerySpecification&) = default;
 
   /// The base class has no lists and keeps no record.
-  bool ConvertLegacyRecord(FourCharCode code, ByteView legacy_record,
-                           std::span<std::byte> record) override;
+  Conversion ConvertLegacyRecord(FourCharCode code, ByteView legacy_record,
+                                 std::span<std::byte> record) override;
   virtual ~TQuerySpecification() = default;
   /// Copies every field into `target`, which is of the same class, and returns null; without a
   /// target the copy is a new action, which is returned.

@@ -10,18 +10,30 @@ namespace {
 constexpr FourCharCode kRunOnlyDocument = Code("rdoc");
 constexpr FourCharCode kActionEntry = Code("head");
 
+/// Begins the losses of a record: those of an action, or, with an empty name, of the file.
+void CoverRecord(const TRecordHeader& header, std::uint32_t offset, std::string_view action,
+                 TLossReporter& losses) {
+  losses.SetAction(action);
+  losses.Cover(offset, kRecordHeaderSize);
+  losses.Cover(header.map_offset, std::uint64_t{header.map_count} * kSectionMapEntrySize);
+}
+
 /// Reads the action whose record header is at `offset` and places it in the tree. An action of a
 /// format that is too new ends the load: `is_too_new` is then set and the status is kOk.
 Status ReadAction(TDataFile& file, std::uint32_t offset, const TQuerySpecificationServer& server,
-                  TApplication& application, bool& is_too_new, TErrorPlace& place) {
+                  TApplication& application, bool& is_too_new, TErrorPlace& place,
+                  TLossReporter* losses) {
   TRecordHeader header;
+  header.losses = losses;
   if (const Status status = ReadRecordHeader(file, offset, header); status != Status::kOk)
     return status;
   is_too_new = header.format > kNewestFormat;
   if (is_too_new) return Status::kOk;
   std::unique_ptr<TQuerySpecification> action = server.CreateByType(header.type);
   action->SetName(header.name.View());
+  if (losses != nullptr) CoverRecord(header, offset, header.name.View(), *losses);
   Status status = action->ReadLegacy(&file, header);
+  if (losses != nullptr) losses->SetAction({});
   if (status == Status::kOk) {
     application.total_record_size += action->GetRecordSize();
     status = application.actions.Place(std::move(action));
@@ -35,7 +47,8 @@ Status ReadAction(TDataFile& file, std::uint32_t offset, const TQuerySpecificati
 }  // namespace
 
 Status ReadLegacyApplication(TDataFile& file, const TQuerySpecificationServer& server,
-                             RunOnlyFiles run_only, TApplication& application, TErrorPlace& place) {
+                             RunOnlyFiles run_only, TApplication& application, TErrorPlace& place,
+                             TLossReporter* losses) {
   application.is_legacy = true;
   file.SetScrambled(false);
   TRecordHeader header;
@@ -52,6 +65,10 @@ Status ReadLegacyApplication(TDataFile& file, const TQuerySpecificationServer& s
     if (run_only == RunOnlyFiles::kRefused) return Status::kRunOnlyNotAllowed;
     file.SetScrambled(true);
   }
+  if (losses != nullptr) {
+    losses->BeginFile(file.GetImage());
+    CoverRecord(header, 0, {}, *losses);
+  }
   TSectionMap map;
   if (const Status status = map.Open(file, header); status != Status::kOk) return status;
   if (!map.IsComplete()) {
@@ -64,10 +81,15 @@ Status ReadLegacyApplication(TDataFile& file, const TQuerySpecificationServer& s
   bool is_too_new = false;
   while (!is_too_new && map.Next(entry)) {
     Status status = Status::kOk;
+    if (losses != nullptr) losses->Cover(entry.offset, entry.length);
     if (entry.code == kActionEntry) {
-      status = ReadAction(file, entry.offset, server, application, is_too_new, place);
+      status = ReadAction(file, entry.offset, server, application, is_too_new, place, losses);
     } else if (const TCodeIndex::TField& field = index.Find(entry.code); field.row != nullptr) {
-      status = field.Read(&application, {&file, entry.code, entry.offset, entry.length, nullptr});
+      status = field.Read(&application,
+                          {&file, entry.code, entry.offset, entry.length, nullptr, losses});
+    } else if (losses != nullptr) {
+      losses->Report(LossReason::kUnknownSection,
+                     {&file, entry.code, entry.offset, entry.length, nullptr, losses});
     }
     if (status != Status::kOk) {
       file.NoteFailure({entry.code, entry.offset});
@@ -76,6 +98,7 @@ Status ReadLegacyApplication(TDataFile& file, const TQuerySpecificationServer& s
       return status;
     }
   }
+  if (losses != nullptr) losses->ReportUnreferenced();
   return Status::kOk;
 }
 

@@ -18,8 +18,10 @@ enum class RunOnlyFiles : bool { kRefused, kAllowed };
 /// contradicts itself, or the file asks for more work than its size allows. Other statuses are the
 /// data file's.
 ///
-/// A failed load sets in `place` what is known of where it failed.
+/// Losses go to `losses`, unless that is null. A failed load sets in `place` what is known of where
+/// it failed.
 Status ReadLegacyApplication(TDataFile& file, const TQuerySpecificationServer& server,
-                             RunOnlyFiles run_only, TApplication& application, TErrorPlace& place);
+                             RunOnlyFiles run_only, TApplication& application, TErrorPlace& place,
+                             TLossReporter* losses = nullptr);
 
 }  // namespace zaf

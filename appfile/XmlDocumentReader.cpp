@@ -38,6 +38,7 @@ Status ReadActions(dom::Element actions, const TXmlReadContext& context,
       place.action = element.getTagName();
       return Status::kMalformed;
     }
+    if (context.losses != nullptr) context.losses->SetAction(element.getAttribute("ID"));
     if (const Status status = action->ReadXml(context, element); status != Status::kOk) {
       place.action = action->GetName().View();
       return status;
@@ -50,8 +51,9 @@ Status ReadActions(dom::Element actions, const TXmlReadContext& context,
 }  // namespace
 
 Status ReadXmlDocument(std::span<std::byte> text, const TQuerySpecificationServer& server,
-                       TApplication& application, TErrorPlace& place) {
-  const dom::Document document = dom::DOMImplementation::createDocument(text);
+                       TApplication& application, TErrorPlace& place, TLossReporter* losses) {
+  dom::ParseReport report;
+  const dom::Document document = dom::DOMImplementation::createDocument(text, &report);
   if (!document.IsComplete()) return Status::kFailure;
   const dom::Element root = document.getDocumentElement();
   const std::string_view root_name = root.getTagName();
@@ -65,7 +67,12 @@ Status ReadXmlDocument(std::span<std::byte> text, const TQuerySpecificationServe
   TDataSourceIndex data_source_index(data_sources);
   TReferenceBudget references(text.size());
   const TXmlReadContext context{TOutputIndex(root.getFirstChildElement("Outputs")),
-                                data_source_index, references};
+                                data_source_index,
+                                references,
+                                {},
+                                losses};
+  if (losses != nullptr && report.replaced_count > 0)
+    losses->Report(LossReason::kReplacedCharacters, std::to_string(report.replaced_count));
   Status status = ReadXmlRows(TApplication::Properties(), &application, {context, root});
   if (status != Status::kOk) return status;
   status = ReadDefaultDataSource(data_sources, context, application);
@@ -73,7 +80,12 @@ Status ReadXmlDocument(std::span<std::byte> text, const TQuerySpecificationServe
   std::vector<TActionEntry*> entries;
   status = ReadActions(root.getFirstChildElement("Actions"), context, server, application.actions,
                        entries, place);
+  if (losses != nullptr) losses->SetAction({});
   if (status != Status::kOk) return status;
+  if (losses != nullptr) {
+    data_source_index.ReportUnused(*losses);
+    context.outputs.ReportUnused(*losses);
+  }
   status = ReadProgram(root.getFirstChildElement("Program"), entries, application.actions);
   if (status == Status::kMalformed)
     place.reason = "An ActionRef in Program names no action, or one that was taken before";

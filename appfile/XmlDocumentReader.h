@@ -6,17 +6,19 @@
 #include "appfile/TApplication.h"
 #include "appfile/TErrorPlace.h"
 #include "appfile/TQuerySpecificationServer.h"
+#include "fields/TLossReporter.h"
 #include "foundation/Status.h"
 
 namespace zaf {
 
 /// Parses an XML document, in place, and reads it into an empty application. The bytes of `text`
 /// are overwritten. kMalformed: it is no well-formed document as `dom::DOMImplementation` has it,
-/// its root is neither `ZAF` nor `ZCF`, an action has an unknown element or a keyword that its class
-/// refuses, an `ActionRef` names an action that is not there, or the actions refer to more text
-/// than a document of this size can need. kFailure: memory ran out. A failed
-/// load sets in `place` what is known of where it failed.
+/// its root is neither `ZAF` nor `ZCF`, an action has an unknown element or a keyword that its
+/// class refuses, an `ActionRef` names an action that is not there, or the actions refer to more
+/// text than a document of this size can need. kFailure: memory ran out. Losses go to `losses`,
+/// unless that is null. A failed load sets in `place` what is known of where it failed.
 Status ReadXmlDocument(std::span<std::byte> text, const TQuerySpecificationServer& server,
-                       TApplication& application, TErrorPlace& place);
+                       TApplication& application, TErrorPlace& place,
+                       TLossReporter* losses = nullptr);
 
 }  // namespace zaf

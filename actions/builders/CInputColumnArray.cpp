@@ -68,7 +68,7 @@ TListItem* CInputColumnArray::AppendItem(std::uint32_t column) {
   return item;
 }
 
-Status CInputColumnArray::AssignItems(TDataFile& file) {
+Status CInputColumnArray::AssignItems(TDataFile& file, TLossReporter* losses) {
   if (unassigned_.IsEmpty()) return Status::kOk;
   // The first column of each key collects the items; the others of that key share its run.
   std::map<TKey, std::uint32_t> index;
@@ -82,6 +82,9 @@ Status CInputColumnArray::AssignItems(TDataFile& file) {
     const auto found = index.find(TLegacyItemView(unassigned_.ElementAt(i), name_count_).key);
     if (found != index.end()) owners[i] = found->second;
   }
+  const auto dropped = std::count(owners.begin(), owners.end(), kNoIndex);
+  if (losses != nullptr && dropped > 0)
+    losses->Report(LossReason::kItemWithoutColumn, std::to_string(dropped));
   if (const Status status = MakeRuns(collectors, owners, file); status != Status::kOk)
     return status;
   std::vector<std::uint32_t> ends(collectors.size());

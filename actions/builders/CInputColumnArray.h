@@ -7,6 +7,7 @@
 #include "actions/builders/TBuilderColumn.h"
 #include "actions/builders/TInputOptions.h"
 #include "actions/builders/TListItem.h"
+#include "fields/TLossReporter.h"
 #include "foundation/CDynamicArray.h"
 #include "foundation/Status.h"
 #include "foundation/TDataFile.h"
@@ -48,9 +49,10 @@ class CInputColumnArray : public CDynamicArray {
   [[nodiscard]] CDynamicArray& GetUnassigned() { return unassigned_; }
   [[nodiscard]] const CDynamicArray& GetUnassigned() const { return unassigned_; }
   /// Gives the records read from `file` to every column with a list that they name exactly, in
-  /// their order, in time linear in both; others are dropped. A record counts as one of the file
-  /// for each column that it is given to: kMalformed when those are too many for the file's size.
-  Status AssignItems(TDataFile& file);
+  /// their order, in time linear in both; others are dropped and reported. A record counts as one
+  /// of the file for each column that it is given to: kMalformed when those are too many for the
+  /// file's size.
+  Status AssignItems(TDataFile& file, TLossReporter* losses);
   /// Appends all assigned items to `records`, as records of a legacy file. There columns of the
   /// same names have the same items: those of the first of them that has any. False when memory
   /// could not be had.

@@ -21,8 +21,8 @@ class TInsertGroupSpecification
   static std::span<const TProperty> Properties();
 
   /// Records of the builder's own lists are copied as far as they fit.
-  bool ConvertLegacyRecord(FourCharCode code, ByteView legacy_record,
-                           std::span<std::byte> record) override;
+  Conversion ConvertLegacyRecord(FourCharCode code, ByteView legacy_record,
+                                 std::span<std::byte> record) override;
   /// Also gives the list items to their columns; kMalformed when columns of the same name share
   /// more items than the file's size allows.
   Status ReadLegacy(TDataFile* file, const TRecordHeader& header) override;

@@ -23,6 +23,8 @@ class TSourceSpecification : public TTableSpecification<TSourceSpecification, TQ
 
   [[nodiscard]] const TDataSource& GetDataSource() const { return data_source_; }
 
+  /// Whether a section of this code is part of the data source.
+  static bool IsDataSource(FourCharCode code);
   Status ReadLegacyProperty(const TLegacySection& section) override;
   static constexpr FourCharCode kReadByHand[] = {Code("htyp")};
   /// kFailure when the users and passwords cannot be enciphered.

@@ -23,6 +23,8 @@ class TPartReader {
   explicit TPartReader(const TLegacySection& section)
       : section_(section), offset_(section.offset) {}
 
+  /// Bytes read so far.
+  [[nodiscard]] std::uint64_t GetUsed() const { return offset_ - section_.offset; }
   Status ReadNumber(std::int32_t& value) {
     const TLegacySection part = Next(sizeof value);
     return part.file == nullptr ? Status::kFailure : part.Read(value);
@@ -48,6 +50,7 @@ class TPartReader {
     part.offset = static_cast<std::uint32_t>(offset_);
     part.length = count;
     offset_ += count;
+    part.ReportUnread(count);
     return part;
   }
 
@@ -87,6 +90,7 @@ class TAssignItemsCodec final : public TFieldCodec {
       if (const Status status = ReadItem(reader, *item); status != Status::kOk) return status;
       if (Items(field).Add(std::move(item)) == kNoIndex) return Status::kFailure;
     }
+    section.ReportUnread(reader.GetUsed());
     return Status::kOk;
   }
 
@@ -107,6 +111,7 @@ class TAssignItemsCodec final : public TFieldCodec {
     return out.Write(row.code, AsBytes(bytes));
   }
 
+  bool AppendsSections() const override { return true; }
   void WriteXml(const TProperty&, const void* field, const TXmlWriteScope& scope) const override {
     for (const TAssignItem& item : Items(field)) {
       const bool is_cookie = item.IsCookie();
