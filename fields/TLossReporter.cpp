@@ -10,6 +10,8 @@ namespace {
 
 /// Losses that are reported of one file: a file made for it could have millions.
 constexpr std::uint32_t kMostLosses = 10000;
+/// Bytes of a section that are examined. Any number of sections may be in one place.
+constexpr std::uint64_t kMostExamined = 4096;
 constexpr std::string_view kFurtherLosses = "There are more losses, which are not listed";
 
 struct TSentence {
@@ -71,7 +73,7 @@ void TLossReporter::SetAction(std::string_view name) {
 
 ByteView TLossReporter::BytesOf(std::uint64_t offset, std::uint64_t length) const {
   const std::uint64_t begin = std::min<std::uint64_t>(offset, image_.size());
-  const std::uint64_t count = std::min<std::uint64_t>(length, image_.size() - begin);
+  const std::uint64_t count = std::min({length, image_.size() - begin, kMostExamined});
   return image_.subspan(static_cast<std::size_t>(begin), static_cast<std::size_t>(count));
 }
 
@@ -85,11 +87,12 @@ void TLossReporter::ReportUnreferenced() {
   covered_.emplace_back(image_.size(), image_.size());
   std::uint64_t end = 0;
   for (const auto& [begin, next] : covered_) {
-    if (begin > end && !IsAllNul(BytesOf(end, begin - end))) {
+    const std::uint64_t stop = std::min<std::uint64_t>(begin, image_.size());
+    if (stop > end && !IsAllNul(image_.subspan(end, stop - end))) {
       TLoss loss{};
       loss.has_range = true;
       loss.offset = end;
-      loss.length = std::min<std::uint64_t>(begin, image_.size()) - end;
+      loss.length = stop - end;
       Send(LossReason::kUnreferencedBytes, {}, std::move(loss));
     }
     end = std::max(end, next);
@@ -103,8 +106,8 @@ void TLossReporter::NoteField(const TProperty& row, const TLegacySection& sectio
   const auto [place, is_new] = seen_[action_.empty() ? 0 : 1].try_emplace(section.code, range);
   if (is_new) return;
   const TRange earlier = std::exchange(place->second, range);
-  if (std::ranges::equal(BytesOf(earlier.first, earlier.second),
-                         BytesOf(range.first, range.second)))
+  if (earlier.second == range.second && std::ranges::equal(BytesOf(earlier.first, earlier.second),
+                                                           BytesOf(range.first, range.second)))
     return;
   TLegacySection replaced = section;
   replaced.offset = static_cast<std::uint32_t>(earlier.first);
