@@ -2,6 +2,7 @@
 # that a target shows what it is built with.
 
 find_package(Threads REQUIRED)
+include(GNUInstallDirs)
 
 # zaf2xml_configure(TARGET): language level, warnings, hardening and instrumentation.
 function(zaf2xml_configure target)
@@ -84,7 +85,8 @@ function(zaf2xml_module name)
   if(ARG_SOURCES)
     add_library(${name} STATIC ${ARG_SOURCES})
     zaf2xml_configure(${name})
-    target_include_directories(${name} PUBLIC ${view})
+    target_include_directories(${name} PUBLIC
+      $<BUILD_INTERFACE:${view}> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/zaf2xml>)
     target_link_libraries(${name} PUBLIC ${ARG_LINK} PRIVATE ${ARG_PRIVATE_LINK})
     if(NOT WIN32)
       # All modules end up in executables. CMake would build them for shared libraries, where a
@@ -96,7 +98,8 @@ function(zaf2xml_module name)
     endif()
   else()
     add_library(${name} INTERFACE)
-    target_include_directories(${name} INTERFACE ${view})
+    target_include_directories(${name} INTERFACE
+      $<BUILD_INTERFACE:${view}> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/zaf2xml>)
     target_link_libraries(${name} INTERFACE ${ARG_LINK})
   endif()
 endfunction()
