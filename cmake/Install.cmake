@@ -41,6 +41,15 @@ set(CMAKE_INSTALL_DEFAULT_COMPONENT_NAME Development)
 set(archives ${CMAKE_INSTALL_LIBDIR}/zaf2xml)
 install(TARGETS foundation dom fields actions flow database builders services all_actions appfile
   EXPORT Zaf2XmlTargets ARCHIVE DESTINATION ${archives})
+if(ZAF2XML_LTO AND CMAKE_OBJCOPY)
+  # The intermediate code is only for this compiler, and names its sections at random.
+  install(CODE "
+    file(GLOB files \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/${archives}/*.a\")
+    foreach(file IN LISTS files)
+      execute_process(COMMAND ${CMAKE_OBJCOPY} --enable-deterministic-archives --wildcard
+        --remove-section=.gnu.lto_* --strip-symbol=__gnu_lto_v1 \${file} COMMAND_ERROR_IS_FATAL ANY)
+    endforeach()")
+endif()
 set(public_headers appfile/TZanfoFile.h appfile/TLoadProgress.h fields/TLossObserver.h)
 set(unread ${public_headers})
 while(unread)

@@ -25,6 +25,9 @@ function(zaf2xml_configure target)
     target_compile_options(${target} PRIVATE -Wno-restrict)
   endif()
   target_compile_options(${target} PRIVATE -fstack-protector-strong)
+  # What is shipped does not depend on the folder that it is built in.
+  target_compile_options(${target} PRIVATE $<$<CONFIG:Release>:-ffile-prefix-map=${PROJECT_BINARY_DIR}/=
+    -ffile-prefix-map=${PROJECT_SOURCE_DIR}/=>)
   target_compile_definitions(${target} PRIVATE $<$<CONFIG:Release>:_GLIBCXX_ASSERTIONS>)
   if(NOT ZAF2XML_SANITIZE)
     target_compile_definitions(${target} PRIVATE $<$<CONFIG:Release>:_FORTIFY_SOURCE=2>)
