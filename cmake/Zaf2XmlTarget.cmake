@@ -2,6 +2,7 @@
 # that a target shows what it is built with.
 
 find_package(Threads REQUIRED)
+include(GNUInstallDirs)
 
 # zaf2xml_configure(TARGET): language level, warnings, hardening and instrumentation.
 function(zaf2xml_configure target)
@@ -24,6 +25,9 @@ function(zaf2xml_configure target)
     target_compile_options(${target} PRIVATE -Wno-restrict)
   endif()
   target_compile_options(${target} PRIVATE -fstack-protector-strong)
+  # What is shipped does not depend on the folder that it is built in.
+  target_compile_options(${target} PRIVATE $<$<CONFIG:Release>:-ffile-prefix-map=${PROJECT_BINARY_DIR}/=
+    -ffile-prefix-map=${PROJECT_SOURCE_DIR}/=>)
   target_compile_definitions(${target} PRIVATE $<$<CONFIG:Release>:_GLIBCXX_ASSERTIONS>)
   if(NOT ZAF2XML_SANITIZE)
     target_compile_definitions(${target} PRIVATE $<$<CONFIG:Release>:_FORTIFY_SOURCE=2>)
@@ -84,7 +88,8 @@ function(zaf2xml_module name)
   if(ARG_SOURCES)
     add_library(${name} STATIC ${ARG_SOURCES})
     zaf2xml_configure(${name})
-    target_include_directories(${name} PUBLIC ${view})
+    target_include_directories(${name} PUBLIC
+      $<BUILD_INTERFACE:${view}> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/zaf2xml>)
     target_link_libraries(${name} PUBLIC ${ARG_LINK} PRIVATE ${ARG_PRIVATE_LINK})
     if(NOT WIN32)
       # All modules end up in executables. CMake would build them for shared libraries, where a
@@ -96,7 +101,8 @@ function(zaf2xml_module name)
     endif()
   else()
     add_library(${name} INTERFACE)
-    target_include_directories(${name} INTERFACE ${view})
+    target_include_directories(${name} INTERFACE
+      $<BUILD_INTERFACE:${view}> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/zaf2xml>)
     target_link_libraries(${name} INTERFACE ${ARG_LINK})
   endif()
 endfunction()

@@ -27,28 +27,41 @@ std::string CommandNames(const CLI::App& program) {
   return names;
 }
 
-/// For bash, and for zsh, which reads completions of bash.
-std::string BashScript(const CLI::App& program) {
-  std::string script =
-      "_zaf() {\n"
-      "  local words=\"" +
-      CommandNames(program) + " " + WordsOf(program) +
-      "\"\n"
-      "  case ${COMP_WORDS[1]} in\n";
+/// For each command a line `COMMAND) choices="OPTIONS" ;;`, in the syntax of bash and zsh.
+std::string CasesOf(const CLI::App& program) {
+  std::string cases;
   for (const CLI::App* const command : program.get_subcommands({}))
-    script += "    " + command->get_name() + ") words=\"" + WordsOf(*command) + "\" ;;\n";
-  return script +
-         "  esac\n"
-         "  [ \"$COMP_CWORD\" -gt 1 ] || words=\"" +
+    cases += "    " + command->get_name() + ") choices=\"" + WordsOf(*command) + "\" ;;\n";
+  return cases;
+}
+
+std::string BashScript(const CLI::App& program) {
+  return "_zaf() {\n"
+         "  local choices=\"" +
          CommandNames(program) + " " + WordsOf(program) +
          "\"\n"
-         "  COMPREPLY=($(compgen -W \"$words\" -- \"${COMP_WORDS[COMP_CWORD]}\"))\n"
+         "  [ \"$COMP_CWORD\" -eq 1 ] || case ${COMP_WORDS[1]} in\n" +
+         CasesOf(program) +
+         "  esac\n"
+         "  COMPREPLY=($(compgen -W \"$choices\" -- \"${COMP_WORDS[COMP_CWORD]}\"))\n"
          "}\n"
          "complete -o default -F _zaf zaf\n";
 }
 
+/// Works as a file of `fpath`, which zsh makes the body of the function, and when it is evaluated.
 std::string ZshScript(const CLI::App& program) {
-  return "#compdef zaf\nautoload -U +X bashcompinit && bashcompinit\n" + BashScript(program);
+  return "#compdef zaf\n"
+         "_zaf() {\n"
+         "  local choices=\"" +
+         CommandNames(program) + " " + WordsOf(program) +
+         "\"\n"
+         "  [ \"$CURRENT\" -eq 2 ] || case ${words[2]} in\n" +
+         CasesOf(program) +
+         "  esac\n"
+         "  compadd -- ${=choices}\n"
+         "  _files\n"
+         "}\n"
+         "if [ \"${funcstack[1]}\" = _zaf ]; then _zaf; else compdef _zaf zaf; fi\n";
 }
 
 std::string FishScript(const CLI::App& program) {
