@@ -198,7 +198,7 @@ Status TQuerySpecification::WriteAssignments(FourCharCode code, std::size_t valu
   const auto write = [&] {
     std::string records;
     const auto append = [&](std::string_view text, std::size_t width) {
-      const std::size_t kept = std::min(text.size(), width - 1);
+      const std::size_t kept = text.size() > width ? width - 1 : text.size();
       records.append(text.substr(0, kept)).append(width - kept, '\0');
     };
     for (const TGlobalAssignment& assignment : assignments_) {

@@ -13,6 +13,16 @@ Status TOutputCodec::ReadLegacy(const TProperty& row, void* field,
   return AssignWithLineFeeds(text, *static_cast<CText*>(field)) ? Status::kOk : Status::kFailure;
 }
 
+Status TOutputCodec::WriteLegacy(const TProperty& row, const void* field,
+                                 TSectionWriter& out) const {
+  if (line_feeds_ == LineFeeds::kNotAdded) return TTextCodecBase::WriteLegacy(row, field, out);
+  const auto& text = *static_cast<const CText*>(field);
+  CText section(text);
+  if (section.GetCharacterCount() != text.GetCharacterCount()) return Status::kFailure;
+  section.ReplaceAll("\r\n", "\r");
+  return TTextCodecBase::WriteLegacy(row, &section, out);
+}
+
 void TOutputCodec::WriteXml(const TProperty& row, const void* field,
                             const TXmlWriteScope& scope) const {
   const auto& text = *static_cast<const CText*>(field);

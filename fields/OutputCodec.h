@@ -7,7 +7,8 @@
 
 namespace zaf {
 
-/// Whether reading the legacy section of an output block inserts an LF after every CR.
+/// Whether reading the legacy section of an output block inserts an LF after every CR, and writing
+/// it removes one.
 enum class LineFeeds : bool { kNotAdded, kAdded };
 
 /// An output block of an action: HTML, which is written as an `Output` element in the document's
@@ -20,6 +21,7 @@ class TOutputCodec final : public TTextCodecBase {
 
   Status ReadLegacy(const TProperty& row, void* field,
                     const TLegacySection& section) const override;
+  Status WriteLegacy(const TProperty& row, const void* field, TSectionWriter& out) const override;
   void WriteXml(const TProperty& row, const void* field,
                 const TXmlWriteScope& scope) const override;
   Status ReadXml(const TProperty& row, void* field, const TXmlReadScope& scope) const override;

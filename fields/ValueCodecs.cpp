@@ -134,6 +134,7 @@ Status TSwitchCodec::ReadLegacy(const TProperty&, void* field,
 
 Status TSwitchCodec::WriteLegacy(const TProperty& row, const void* field,
                                  TSectionWriter& out) const {
+  if (!Get<bool>(field) && legacy_ == LegacySwitch::kIfOn) return Status::kOk;
   return out.Write(row.code, std::int32_t{Get<bool>(field)});
 }
 

@@ -81,12 +81,16 @@ inline constexpr TTextCodec kPlainTextCodec{LegacyText::kAlways, InnerNul::kEnds
 /// Which numbers of a legacy section turn a switch on.
 enum class SwitchRule : std::uint8_t { kNotZero, kPositive };
 
+/// Which switches have a legacy section.
+enum class LegacySwitch : std::uint8_t { kAlways, kIfOn };
+
 /// A switch: "True" if it is on, "False" if it is off; any other text is read as off. `on_text` is
 /// what is written for on, if it differs from what is read.
 class TSwitchCodec final : public TValueCodec {
  public:
-  constexpr explicit TSwitchCodec(SwitchRule rule, std::string_view on_text = "True")
-      : rule_(rule), on_text_(on_text) {}
+  constexpr explicit TSwitchCodec(SwitchRule rule, std::string_view on_text = "True",
+                                  LegacySwitch legacy = LegacySwitch::kAlways)
+      : rule_(rule), legacy_(legacy), on_text_(on_text) {}
 
   Status ReadLegacy(const TProperty& row, void* field,
                     const TLegacySection& section) const override;
@@ -100,6 +104,7 @@ class TSwitchCodec final : public TValueCodec {
 
  private:
   SwitchRule rule_;
+  LegacySwitch legacy_;
   std::string_view on_text_;
 };
 

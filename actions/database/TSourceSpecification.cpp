@@ -12,7 +12,7 @@ constexpr std::string_view kDevelopmentAttribute = "DSID";
 constexpr std::string_view kDeploymentAttribute = "DeploymentDSID";
 
 /// Written in upper case but read as every other switch: documents of both spellings are about.
-constexpr TSwitchCodec kUsesDefaultCodec{SwitchRule::kPositive, "TRUE"};
+constexpr TSwitchCodec kUsesDefaultCodec{SwitchRule::kPositive, "TRUE", LegacySwitch::kIfOn};
 
 }  // namespace
 

@@ -14,10 +14,9 @@ class TSourceSpecification : public TTableSpecification<TSourceSpecification, TQ
   static constexpr std::string_view kLabel = "[Data Source] ";
   static constexpr bool kBaseSectionsFirst = true;
   static std::span<const TProperty> Properties();
-  /// Whether the default is used is read only.
-  static constexpr std::array<FourCharCode, 10> LegacyOrder() {
-    return {kNoCode,      Code("htyp"), Code("dsrc"), Code("host"), Code("data"),
-            Code("user"), Code("pass"), Code("dbms"), Code("dusr"), Code("dpas")};
+  static constexpr std::array<FourCharCode, 11> LegacyOrder() {
+    return {kNoCode,      Code("htyp"), Code("dsrc"), Code("host"), Code("data"), Code("user"),
+            Code("pass"), Code("dbms"), Code("dusr"), Code("dpas"), Code("dflt")};
   }
 
   TSourceSpecification() { SetRecordSize(368); }

@@ -98,7 +98,7 @@ void Change(Action& action, const std::string& code) {
 
 const std::string kResults = "[Results Action] ";
 const std::string kBase = "pare none rslt err  assx assn cmnt push expd ";
-const std::string kSource = kBase + "htyp dsrc host data user pass dbms dusr dpas ";
+const std::string kSource = kBase + "htyp dsrc host data user pass dbms dusr dpas dflt ";
 const std::string kSearch =
     kSource + "tabl cols slct ordr grup crit have join strr maxm totr rdro ";
 
