@@ -92,6 +92,11 @@ std::string ToXml(std::string_view bytes) {
   return SaveToXml(file);
 }
 
+std::string Expected(std::string_view name) {
+  std::ifstream file(ZAF2XML_DOCUMENTS "/" + std::string(name) + ".xml", std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
 std::string ElementOf(std::string_view document, std::string_view name) {
   const std::string tag(name);
   const std::size_t begin = document.find("<" + tag);

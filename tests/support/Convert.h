@@ -19,6 +19,9 @@ std::string SaveToLegacy(const TZanfoFile& file);
 /// Loads a file from its bytes and saves it as XML; "status 0x...." when it does not load.
 std::string ToXml(std::string_view bytes);
 
+/// The document in the file tests/documents/NAME.xml.
+std::string Expected(std::string_view name);
+
 /// The element `name` of a document, from its first start tag to its last end tag, without the
 /// indentation of the line that it begins on; empty when there is none.
 std::string ElementOf(std::string_view document, std::string_view name);
