@@ -41,8 +41,8 @@ TEST(FlowActions, AreWrittenAndReadBack) {
     return file.Action(type, name, "Root");
   };
   add("if  ", "If cuts its operator").Text("ifex", "a<b");
-  file.Payload("ieei", ListOf(2, Slots(128, {"", "l", "equals", "r"}) +
-                                     Slots(128, {"and", "", "", ""})));
+  file.Payload("ieei",
+               ListOf(2, Slots(128, {"", "l", "equals", "r"}) + Slots(128, {"and", "", "", ""})));
   add("whil", "While").Payload("weit", ListOf(1, Slots(128, {"", "l", "equals", "r"})));
   add("forl", "For").Text("lsta", "1").Text("lend", "9").Text("linc", "2").Text("lvar", "i");
   file.Number("lsgn", 0).Number("push", 1);
@@ -69,9 +69,8 @@ TEST(FlowActions, AreWrittenAndReadBackChanged) {
   LegacyFile file;
   file.Action("cntr", "Root").Action("brtr", "Jump", "Root").Text("goto", "B").Text("comp", "x");
   file.Action("asgn", "Assign", "Root")
-      .Payload("agit",
-               ListOf(3, AssignItem("a", "x", "user") + AssignItem("1", "y", "DEFAULT") +
-                             AssignItem("", "z", "COOKIE", "30", "/", "d", 7)));
+      .Payload("agit", ListOf(3, AssignItem("a", "x", "user") + AssignItem("1", "y", "DEFAULT") +
+                                     AssignItem("", "z", "COOKIE", "30", "/", "d", 7)));
   const std::string document = ToXml(file.Bytes());
   EXPECT_EQ(document, Expected("assign"));
   EXPECT_EQ(ToXml(document), Expected("assign-again"));
