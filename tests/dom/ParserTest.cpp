@@ -61,6 +61,25 @@ constexpr AcceptedCase kDocuments[] = {
     {"WhiteSpaceInMixedContent", "<a>x <b/> <!--c--> <b/> y</a>", "<a>x <b/><b/> y</a>\n"},
 };
 
+constexpr AcceptedCase kLayouts[] = {
+    {"NoContent", "<a></a>", "<a/>\n"},
+    {"OnlyWhiteSpace", "<a> \n</a>", "<a> \n</a>\n"},
+    {"EmptyCDATA", "<a><![CDATA[]]></a>", "<a><![CDATA[]]></a>\n"},
+    {"SeveralTexts", "<a>t<![CDATA[u]]>v</a>", "<a>t<![CDATA[u]]>v</a>\n"},
+    {"ElementsGetLines", "<a><b/><c><d>t</d></c><e/></a>",
+     "<a>\n  <b/>\n  <c>\n    <d>t</d>\n  </c>\n  <e/>\n</a>\n"},
+    {"TextAmongElementsAddsNothing", "<a><b><c/><d><e/></d></b>t</a>",
+     "<a><b><c/><d><e/></d></b>t</a>\n"},
+    {"LinesGoOnAfterMixedContent", "<a><b>t<c><d/></c></b><e><f/></e></a>",
+     "<a>\n  <b>t<c><d/></c></b>\n  <e>\n    <f/>\n  </e>\n</a>\n"},
+    {"CDATAAmongElementsAddsNothing", "<a><b/><![CDATA[]]></a>", "<a><b/><![CDATA[]]></a>\n"},
+    {"Attributes", "<a b='1' c=''><d e=\"'\"/></a>", "<a b=\"1\" c=\"\">\n  <d e=\"'\"/>\n</a>\n"},
+    {"EscapesInText", "<a>&lt;&gt;&amp;&quot;'\t\n&#13;</a>",
+     "<a>&lt;&gt;&amp;&quot;'\t\n\r</a>\n"},
+    {"EscapesInAttributes", "<a b='&lt;&gt;&amp;&quot;&apos;&#9;&#10;&#13;'/>",
+     "<a b=\"&lt;&gt;&amp;&quot;'&#9;&#10;&#13;\"/>\n"},
+};
+
 constexpr AcceptedCase kEncodings[] = {
     {"Latin1", "<?xml version='1.0' encoding = \"iso-8859-1\" ?><\xE9>\xE9\xC3\xA9\x80</\xE9>",
      "<\xE9>\xE9\xC3\xA9\x80</\xE9>\n"},
@@ -81,6 +100,7 @@ constexpr AcceptedCase kEncodings[] = {
 };
 
 INSTANTIATE_TEST_SUITE_P(Documents, Accepted, testing::ValuesIn(kDocuments), kName);
+INSTANTIATE_TEST_SUITE_P(Layouts, Accepted, testing::ValuesIn(kLayouts), kName);
 INSTANTIATE_TEST_SUITE_P(Encodings, Accepted, testing::ValuesIn(kEncodings), kName);
 
 struct RefusedCase {
