@@ -200,22 +200,7 @@ TEST(SourceSpecification, ActionsWithEqualDataSourcesShareOne) {
   WithSource(file, "B", "p");
   WithSource(file, "C", "p").Text("dpas", "p");
   const std::string document = ToXml(file.Bytes());
-  const auto source = [](std::string_view number, std::string_view password) {
-    return "<DataSource ID=\"DataSource." + std::string(number) +
-           R"("><DSType>Oracle</DSType><DSN>d</DSN><DBMS>m</DBMS><Host>h</Host>)"
-           R"(<Database>b</Database><UserInfo Encrypted="True"><UserName>)" +
-           Enciphered("u") + "</UserName><Password>" + Enciphered(password) +
-           "</Password></UserInfo></DataSource>";
-  };
-  EXPECT_TRUE(
-      Compact(ElementOf(document, "DataSources"))
-          .ends_with("</DataSource>" + source("1", "P") + source("2", "p") + "</DataSources>"));
-  const auto refers = [&](std::string_view development, std::string_view deployment) {
-    return document.find("DSID=\"DataSource." + std::string(development) +
-                         "\" DeploymentDSID=\"DataSource." + std::string(deployment)) !=
-           std::string::npos;
-  };
-  EXPECT_TRUE(refers("1", "1") && refers("2", "1") && refers("2", "2"));
+  EXPECT_EQ(document, Expected("data-sources"));
   EXPECT_EQ(ToXml(document), document);
 }
 
