@@ -24,10 +24,14 @@ inline void Require(bool holds, const char* what) {
   std::abort();
 }
 
-/// Loads a file from its bytes.
+/// Loads a file from its bytes. A load ends with one of four statuses.
 inline Status LoadBytes(std::string_view bytes, TZanfoFile& file) {
   TDataFile data(AsBytes(bytes));
-  return file.Load(data, nullptr);
+  const Status status = file.Load(data, nullptr);
+  Require(status == Status::kOk || status == Status::kMalformed || status == Status::kFailure ||
+              status == Status::kUnsupportedFormat,
+          "a load ends with a status of its own");
+  return status;
 }
 
 /// What saving a file would write, kept in memory: files and streams would cost more than all the

@@ -1,4 +1,3 @@
-#include <chrono>
 #include <gtest/gtest.h>
 
 #include "appfile/LegacyReader.h"
@@ -125,25 +124,6 @@ TEST(LegacyReader, RunOnlyFileIsScrambledAndMayBeRefused) {
   TZanfoFile refused;
   EXPECT_EQ(refused.Load(data, nullptr, RunOnlyFiles::kRefused), Status::kRunOnlyNotAllowed);
   EXPECT_EQ(Shape(refused), "");
-}
-
-TEST(LegacyReader, WorkIsBoundedByTheFileSize) {
-  // Sections that all claim the same great block: the file may be read eight times over.
-  constexpr std::uint32_t kBlockSize = 3 << 20;
-  const auto file_with_claims = [](std::size_t count) {
-    LegacyFile file;
-    file.Payload("xxxx", std::string(kBlockSize, 'x')).Action("cntr", "R");
-    for (std::size_t i = 0; i < count; ++i) file.Payload("cmnt", "");
-    std::string bytes = file.Bytes();
-    for (std::size_t at = bytes.find("cmnt"); at != std::string::npos;
-         at = bytes.find("cmnt", at + 4))
-      bytes.replace(at + 4, 8, test::BigEndian(48) + test::BigEndian(kBlockSize));
-    return bytes;
-  };
-  TZanfoFile within;
-  EXPECT_EQ(LoadBytes(file_with_claims(7), within), Status::kOk);
-  TZanfoFile beyond;
-  EXPECT_EQ(LoadBytes(file_with_claims(9), beyond), Status::kMalformed);
 }
 
 }  // namespace

@@ -6,40 +6,6 @@
 namespace dom {
 namespace {
 
-struct LayoutCase {
-  const char* name;
-  std::string_view input;
-  std::string_view output;
-};
-
-class Layout : public testing::TestWithParam<LayoutCase> {};
-
-TEST_P(Layout, IsAsExpected) { EXPECT_EQ(Reserialized(GetParam().input), GetParam().output); }
-
-constexpr LayoutCase kLayoutCases[] = {
-    {"NoContent", "<a></a>", "<a/>\n"},
-    {"OnlyText", "<a>t</a>", "<a>t</a>\n"},
-    {"OnlyWhiteSpace", "<a> \n</a>", "<a> \n</a>\n"},
-    {"OnlyCDATA", "<a><![CDATA[<&\"]]></a>", "<a><![CDATA[<&\"]]></a>\n"},
-    {"EmptyCDATA", "<a><![CDATA[]]></a>", "<a><![CDATA[]]></a>\n"},
-    {"SeveralTexts", "<a>t<![CDATA[u]]>v</a>", "<a>t<![CDATA[u]]>v</a>\n"},
-    {"ElementsGetLines", "<a><b/><c><d>t</d></c><e/></a>",
-     "<a>\n  <b/>\n  <c>\n    <d>t</d>\n  </c>\n  <e/>\n</a>\n"},
-    {"TextAmongElementsAddsNothing", "<a><b><c/><d><e/></d></b>t</a>",
-     "<a><b><c/><d><e/></d></b>t</a>\n"},
-    {"LinesGoOnBehindMixedContent", "<a><b>t<c><d/></c></b><e><f/></e></a>",
-     "<a>\n  <b>t<c><d/></c></b>\n  <e>\n    <f/>\n  </e>\n</a>\n"},
-    {"CDATAAmongElementsAddsNothing", "<a><b/><![CDATA[]]></a>", "<a><b/><![CDATA[]]></a>\n"},
-    {"Attributes", "<a b='1' c=''><d e=\"'\"/></a>", "<a b=\"1\" c=\"\">\n  <d e=\"'\"/>\n</a>\n"},
-    {"EscapesInText", "<a>&lt;&gt;&amp;&quot;'\t\n&#13;&#233;</a>",
-     "<a>&lt;&gt;&amp;&quot;'\t\n\r\xE9</a>\n"},
-    {"EscapesInAttributes", "<a b='&lt;&gt;&amp;&quot;&apos;&#9;&#10;&#13;&#233;'/>",
-     "<a b=\"&lt;&gt;&amp;&quot;'&#9;&#10;&#13;\xE9\"/>\n"},
-};
-
-INSTANTIATE_TEST_SUITE_P(Cases, Layout, testing::ValuesIn(kLayoutCases),
-                         [](const auto& test) { return test.param.name; });
-
 TEST(Serializer, WritesAWholeDocument) {
   const Document document = DOMImplementation::createDocument();
   document.appendChild(

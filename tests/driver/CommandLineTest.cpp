@@ -1,4 +1,5 @@
 #include <filesystem>
+#include <fstream>
 #include <gtest/gtest.h>
 #include <string>
 #include <vector>
@@ -11,25 +12,11 @@ namespace {
 
 using test::TTestDirectory;
 
-constexpr const char* kUsage =
-    "\n Zaf2Xml converts Zanfo 3.x application files to Zanfo 2000 Xml files.\n\n"
-    " Zaf2Xml  [-e | -extension extension] [-f | -filename filename]\n"
-    "          [-h | -help] [-i | -input input directory]\n"
-    "          [-o | -output filename] [-r | -recurse]\n"
-    "          [-s | -suffix extension] [-v | -verify]\n"
-    "          output directory\n\n"
-    " -e       The extension of the Zanfo application files to convert.\n"
-    " -f       The name of the input file to convert.  \n"
-    " -h       Displays information on how to use Zaf2Xml.\n"
-    " -i       Full path of the input directory where the files are to be found.  \n"
-    " -o       Specifies the name of the output filename. \n"
-    " -r       Recurses into the subdirectories of the input directory, \n"
-    "          converting all files with the specified extension.\n"
-    " -s       Specifies the new extension or suffix of the converted files.\n"
-    " -v       Verifies the conversion was successful or not.\n"
-    " output   Full path of the directory where the files are to be written to.\n"
-    " directory\n\n"
-    " Please consult the Zanfo 2000 User Guide for more details.\n";
+std::string ReadUsage() {
+  std::ifstream file(ZAF2XML_USAGE, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+const std::string kUsage = ReadUsage();
 constexpr const char* kBadExtension =
     "ERROR: You must specify a valid extension when using the -extension/-e option \n";
 constexpr const char* kBadSuffix =

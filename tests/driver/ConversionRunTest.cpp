@@ -9,11 +9,6 @@
 #include "tests/support/AllocationFault.h"
 #include "tests/support/LegacyFile.h"
 
-#ifndef _WIN32
-#include <csignal>
-#include <sys/resource.h>
-#endif
-
 namespace zaf {
 namespace {
 
@@ -21,7 +16,6 @@ using test::LegacyFile;
 using test::TTestDirectory;
 using testing::ElementsAre;
 using testing::HasSubstr;
-using testing::IsEmpty;
 using testing::StartsWith;
 
 #define CANNOT_OPEN "WARNING: Unable to open ZAF. Incorrect filename or file may not exist.\n"
@@ -112,21 +106,6 @@ TEST_F(ConversionRun, FailureToCreateIsSilentUnlessVerified) {
   for (int i = 0; i < 4; ++i) expected += "WARNING: Unable to open ZAF!\n" NOT_CONVERTED;
   EXPECT_EQ(Run({"-v"}), expected);
 }
-
-#ifndef _WIN32
-TEST_F(ConversionRun, FailureToStoreIsReportedAndLeavesNothing) {
-  AddFiles({"a.zaf"});
-  std::signal(SIGXFSZ, SIG_IGN);
-  rlimit before{};
-  ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &before), 0);
-  const rlimit small{8, before.rlim_max};
-  ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
-  const std::string messages = Run();
-  ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &before), 0);
-  EXPECT_EQ(messages, "WARNING: Unable to create XML document!\n" NOT_CONVERTED);
-  EXPECT_THAT(directory_.List("out"), IsEmpty());
-}
-#endif
 
 TEST_F(ConversionRun, StaysOutOfItsOwnOutput) {
   AddFiles({"a.zaf", "out/c.zaf", "z/b.zaf"});

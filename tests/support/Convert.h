@@ -11,13 +11,16 @@ namespace zaf::test {
 /// Loads a file, legacy or XML, from its bytes.
 Status LoadBytes(std::string_view bytes, TZanfoFile& file);
 
-/// Saves a file and gives what was written; "save failed" when it was not. Every plain document is
-/// checked against the project's document type definition; what xmllint complains of is added.
+/// Saves a file and returns what was written, or "save failed". Plain documents are validated with
+/// the project's document type definition; "is not valid" is appended to one that is not.
 std::string SaveToXml(TZanfoFile& file, Protection protection = Protection::kPlain);
 std::string SaveToLegacy(const TZanfoFile& file);
 
 /// Loads a file from its bytes and saves it as XML; "status 0x...." when it does not load.
 std::string ToXml(std::string_view bytes);
+
+/// The document in the file tests/documents/NAME.xml.
+std::string Expected(std::string_view name);
 
 /// The element `name` of a document, from its first start tag to its last end tag, without the
 /// indentation of the line that it begins on; empty when there is none.
