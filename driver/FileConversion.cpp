@@ -12,6 +12,7 @@
 #include "foundation/Attempt.h"
 #include "foundation/CaseFolding.h"
 #include "foundation/FileSystem.h"
+#include "foundation/Paths.h"
 
 namespace zaf {
 namespace {
@@ -54,12 +55,14 @@ bool IsNewer(const fs::path& input, const fs::path& output) {
   return input_time > fs::last_write_time(output, output_error) && !input_error && !output_error;
 }
 
-/// A name for a file that is to replace the one at `path`, in the same directory.
+/// A name for a file that is to replace the one at `path`, in the same directory. It is no longer
+/// than the name of that one: whatever fits one of the two fits both.
 fs::path TemporaryPath(const fs::path& path) {
   std::random_device random;
   std::array<char, 32> name;
-  std::snprintf(name.data(), name.size(), ".zaf-%08x%08x.tmp", random(), random());
-  return fs::path(path).replace_filename(name.data());
+  std::snprintf(name.data(), name.size(), "%08x%08x.zaf.tmp", random(), random());
+  const std::string_view whole = name.data();
+  return fs::path(path).replace_filename(whole.substr(0, path.filename().native().size()));
 }
 
 class TFileConversion {
@@ -105,7 +108,7 @@ class TFileConversion {
     if (!is_replaced_) return true;
     return request_.existing == ExistingOutput::kOverwrite ||
            (request_.existing == ExistingOutput::kNewer &&
-            IsNewer(request_.input.View(), request_.output.View()));
+            IsNewer(ToPath(request_.input.View()), ToPath(request_.output.View())));
   }
 
   TFileResult PlanOutput() {
@@ -125,10 +128,10 @@ class TFileConversion {
   TFileResult ConvertToFile() {
     if (is_replaced_) {
       std::error_code error;
-      const fs::path output(request_.output.View());
+      const fs::path output = ToPath(request_.output.View());
       if (!fs::is_regular_file(output, error))
         return Failed(FileOutcome::kOutputNotCreated, Status::kFailure);
-      if (fs::equivalent(request_.input.View(), output, error))
+      if (fs::equivalent(ToPath(request_.input.View()), output, error))
         return Failed(FileOutcome::kOutputExists, Status::kFailure);
       Replace(output);
     } else {
@@ -189,14 +192,14 @@ class TFileConversion {
     output.Close();
     if (outcome != FileOutcome::kConverted) return;
     result_.bytes_out = output.GetWritten();
-    if (request_.keep_time && !CopyTime(request_.input.View(), path.View()))
+    if (request_.keep_time && !CopyTime(ToPath(request_.input.View()), ToPath(path.View())))
       result_.outcome = FileOutcome::kTimeNotKept;
   }
 
   /// Writes the document to a new file and gives it the name of the old one.
   void Replace(const fs::path& path) {
     const fs::path temporary = TemporaryPath(path);
-    WriteOutput(CText(temporary.string()));
+    WriteOutput(CText(ToText(temporary)));
     if (result_.outcome != FileOutcome::kConverted && result_.outcome != FileOutcome::kTimeNotKept)
       return;
     std::error_code error;

@@ -11,6 +11,7 @@
 #include "foundation/Attempt.h"
 #include "foundation/CText.h"
 #include "foundation/FileSystem.h"
+#include "foundation/Paths.h"
 
 namespace zaf {
 namespace {
@@ -46,13 +47,12 @@ constexpr std::size_t kMostAtOnce = std::size_t{1} << 30;
 
 // ---- Texts
 
-/// UTF-8 as the system's UTF-16; empty when it is not UTF-8.
-std::wstring ToWide(std::string_view text) {
-  constexpr DWORD kStrictly = MB_ERR_INVALID_CHARS;
+/// UTF-8 as the system's UTF-16; when it is not UTF-8, empty or, without the flag, with U+FFFD.
+std::wstring ToWide(std::string_view text, DWORD flags = MB_ERR_INVALID_CHARS) {
   const auto size = static_cast<int>(text.size());
-  const int length = MultiByteToWideChar(CP_UTF8, kStrictly, text.data(), size, nullptr, 0);
+  const int length = MultiByteToWideChar(CP_UTF8, flags, text.data(), size, nullptr, 0);
   std::wstring wide(static_cast<std::size_t>(length), L'\0');
-  MultiByteToWideChar(CP_UTF8, kStrictly, text.data(), size, wide.data(), length);
+  MultiByteToWideChar(CP_UTF8, flags, text.data(), size, wide.data(), length);
   return wide;
 }
 
@@ -196,11 +196,15 @@ std::optional<TFileIdentity> IdentityOf(const std::wstring& path) {
   return identity;
 }
 
-/// Links to directories count as files; directories with other data, as of a cloud, do not.
+/// Directories with other data, as of a cloud, are no links.
+bool IsNameLink(const WIN32_FIND_DATAW& entry) {
+  return (entry.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0 &&
+         IsReparseTagNameSurrogate(entry.dwReserved0);
+}
+
+/// Links to directories count as files.
 bool IsDirectory(const WIN32_FIND_DATAW& entry) {
-  const bool is_link = (entry.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0 &&
-                       IsReparseTagNameSurrogate(entry.dwReserved0);
-  return (entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0 && !is_link;
+  return (entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0 && !IsNameLink(entry);
 }
 
 /// Says whether the system is to delete the file when its handle is closed, by whatever end.
@@ -233,6 +237,23 @@ class TRenaming {
 };
 
 }  // namespace
+
+std::filesystem::path ToPath(std::string_view text) {
+  std::wstring wide = ToWide(text, 0);
+  const auto is_separator = [](wchar_t c) { return c == L'\\' || c == L'/'; };
+  while (wide.size() > 1 && is_separator(wide.back()) && wide[wide.size() - 2] != L':')
+    wide.pop_back();
+  return wide;
+}
+
+std::string ToText(const std::filesystem::path& path) { return ToUtf8(path.native()); }
+
+bool IsLink(const std::filesystem::directory_entry& entry) {
+  WIN32_FIND_DATAW data{};
+  const auto search = Own<TSearch>(FindFirstFileExW(entry.path().c_str(), FindExInfoBasic, &data,
+                                                    FindExSearchNameMatch, nullptr, 0));
+  return search && IsNameLink(data);
+}
 
 // Errors are results, not dialogs that wait for somebody.
 void PrepareProcess() { SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX); }

@@ -10,6 +10,9 @@
 #include <optional>
 #include <string>
 
+#include "foundation/CText.h"
+#include "foundation/FileSystem.h"
+#include "foundation/Paths.h"
 #include "tool/Inputs.h"
 #include "tool/Interrupt.h"
 #include "tool/Messages.h"
@@ -51,11 +54,11 @@ class TReportFile {
       return;
     }
     std::error_code error;
-    if (fs::is_regular_file(path, error) && !IsReport(path))
+    if (fs::is_regular_file(ToPath(path), error) && !IsReport(path))
       throw TToolError(ExitStatus::kUsage, path + " exists and is no report; it is left as it is");
-    if (const fs::path directory = fs::path(path).parent_path(); !directory.empty())
+    if (const fs::path directory = ToPath(path).parent_path(); !directory.empty())
       fs::create_directories(directory, error);
-    file_ = std::fopen(path.c_str(), "wb");
+    file_ = OpenStream(CText(path), "wb");
     if (file_ == nullptr) throw TToolError(ExitStatus::kCannotWrite, Failure());
   }
   TReportFile(const TReportFile&) = delete;
@@ -76,7 +79,7 @@ class TReportFile {
 
  private:
   static bool IsReport(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
+    std::ifstream file(ToPath(path), std::ios::binary);
     std::string begin(10, '\0');
     file.read(begin.data(), static_cast<std::streamsize>(begin.size()));
     return file.gcount() == 0 || begin.starts_with("{\"input\":") || begin == "{\"summary\"";
@@ -175,17 +178,17 @@ class TFileRun {
     if (options.command == FileCommand::kCheck) return false;
     std::error_code error;
     const bool is_file = roots.size() == 1 && roots.front().path == roots.front().base &&
-                         !fs::is_directory(roots.front().path, error);
+                         !fs::is_directory(ToPath(roots.front().path), error);
     if (options.output == kStandardStream) {
       if (is_file) return true;
       throw TToolError(ExitStatus::kUsage, "Only one file can be written to standard output");
     }
     for (const TInputRoot& root : roots)
-      if (roots.size() == 1 && fs::equivalent(root.path, options.output, error))
+      if (roots.size() == 1 && fs::equivalent(ToPath(root.path), ToPath(options.output), error))
         throw TToolError(ExitStatus::kUsage, "The output is the input");
     const char last = options.output.back();
     return is_file && last != '/' && last != kPathSeparator &&
-           !fs::is_directory(options.output, error);
+           !fs::is_directory(ToPath(options.output), error);
   }
 
   void CountInputs() {
@@ -194,7 +197,7 @@ class TFileRun {
   }
 
   bool MakeDirectoryOf(const std::string& output) {
-    const std::string directory = fs::path(output).parent_path().string();
+    const fs::path directory = ToPath(output).parent_path();
     if (directory.empty() || directory == last_directory_) return true;
     std::error_code error;
     fs::create_directories(directory, error);
@@ -202,8 +205,8 @@ class TFileRun {
       last_directory_ = directory;
       return true;
     }
-    if (is_single_ || !fs::is_directory(options_.output, error))
-      Stop("The directory " + directory + " cannot be made");
+    if (is_single_ || !fs::is_directory(ToPath(options_.output), error))
+      Stop("The directory " + ToText(directory) + " cannot be made");
     return false;
   }
 
@@ -310,7 +313,7 @@ class TFileRun {
   TConsole console_;
   const std::vector<TInputRoot>& roots_;
   TInputWalk walk_;
-  std::string last_directory_;  ///< Of an output, which is there.
+  fs::path last_directory_;     ///< Of an output, which is there.
   std::uint64_t expected_ = 0;  ///< Inputs, if there is progress to show.
   TTotals totals_;
   std::optional<std::string> stop_reason_;  ///< Nothing can be written any more.

@@ -10,6 +10,7 @@
 
 #include "foundation/CaseFolding.h"
 #include "foundation/FileSystem.h"
+#include "foundation/Paths.h"
 #include "tool/Report.h"
 
 namespace zaf {
@@ -31,8 +32,8 @@ bool HasAnyExtension(std::string_view name, const std::vector<std::string>& exte
 
 std::string MakeAbsolute(const std::string& path) {
   std::error_code error;
-  const fs::path absolute = fs::absolute(path, error);
-  std::string text = (error ? fs::path(path) : absolute).lexically_normal().string();
+  const fs::path absolute = fs::absolute(ToPath(path), error);
+  std::string text = ToText((error ? ToPath(path) : absolute).lexically_normal());
   while (text.size() > 1 && text.back() == kPathSeparator) text.pop_back();
   return text;
 }
@@ -45,13 +46,14 @@ std::string PathBelow(std::string_view path, std::string_view base) {
 }
 
 std::string_view NameOf(std::string_view path) {
-  const std::size_t separator = path.rfind(kPathSeparator);
-  return path.substr(separator == std::string_view::npos ? 0 : separator + 1);
+  constexpr std::string_view kSeparators{"/\\", kPathSeparator == '/' ? 1 : 2};
+  return path.substr(path.find_last_of(kSeparators) + 1);
 }
 
 void ReadList(const TRunOptions& options, std::vector<TInputRoot>& roots) {
   std::ifstream file;
-  if (options.files_from != kStandardStream) file.open(options.files_from, std::ios::binary);
+  if (options.files_from != kStandardStream)
+    file.open(ToPath(options.files_from), std::ios::binary);
   std::istream& list = options.files_from == kStandardStream ? std::cin : file;
   const char end = options.is_null_separated ? '\0' : '\n';
   for (std::string line; std::getline(list, line, end);)
@@ -68,7 +70,7 @@ void FindRivals(const TRunOptions& options, std::vector<TInputRoot>& roots) {
     if (root.path != root.base || !options.filter.Takes(name)) continue;
     const auto [place, is_new] = roots_by_output.try_emplace(OutputName(name, options), &root);
     if (is_new) continue;
-    if (fs::is_directory(place->second->path))
+    if (fs::is_directory(ToPath(place->second->path)))
       place->second = &root;
     else
       root.rival = place->second->path;
@@ -101,7 +103,7 @@ class TInputWalk::TRootWalk {
  public:
   TRootWalk(const TInputRoot& root, const TRunOptions& options) : root_(root), options_(options) {
     std::error_code error;
-    const fs::file_status status = fs::status(root.path, error);
+    const fs::file_status status = fs::status(ToPath(root.path), error);
     input_.base = root.base;
     path_ = root.path;
     if (fs::is_directory(status)) {
@@ -170,9 +172,10 @@ class TInputWalk::TRootWalk {
   /// Lists the directory at `path_` in a new level, unless it is the output.
   void EnterDirectory() {
     std::error_code error;
-    if (!options_.output.empty() && fs::equivalent(path_, options_.output, error)) return;
+    if (!options_.output.empty() && fs::equivalent(ToPath(path_), ToPath(options_.output), error))
+      return;
     TLevel level;
-    fs::directory_iterator entry(path_, error);
+    fs::directory_iterator entry(ToPath(path_), error);
     for (; !error && entry != fs::directory_iterator(); entry.increment(error))
       AddName(*entry, level);
     if (error) {
@@ -192,8 +195,8 @@ class TInputWalk::TRootWalk {
   /// A link to a directory is neither a directory nor a file.
   void AddName(const fs::directory_entry& entry, TLevel& level) const {
     std::error_code error;
-    const std::string name = entry.path().filename().string();
-    const bool is_link = entry.is_symlink(error);
+    const std::string name = ToText(entry.path().filename());
+    const bool is_link = IsLink(entry);
     const bool is_directory = entry.is_directory(error);
     if (is_directory && !is_link && options_.recurse)
       level.names.Append(name + kPathSeparator);

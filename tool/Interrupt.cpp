@@ -10,7 +10,7 @@ std::atomic<int> interrupt{0};
 static_assert(std::atomic<int>::is_always_lock_free);
 
 extern "C" void OnInterrupt(int number) {
-  interrupt = number;
+  interrupt = number == SIGTERM ? SIGTERM : SIGINT;
   std::signal(number, SIG_DFL);
 }
 
@@ -18,6 +18,9 @@ extern "C" void OnInterrupt(int number) {
 
 void NoteInterrupts() {
   for (const int number : {SIGINT, SIGTERM}) std::signal(number, OnInterrupt);
+#ifdef SIGBREAK  // Ctrl-Break on Windows; also that the console is closed.
+  std::signal(SIGBREAK, OnInterrupt);
+#endif
 }
 
 int GetInterrupt() { return interrupt; }

@@ -5,6 +5,8 @@
 #include <filesystem>
 #include <limits>
 
+#include "foundation/Paths.h"
+
 namespace zaf {
 namespace {
 
@@ -59,10 +61,10 @@ TInputError Fill(const TSentence& sentence, const TInputRecord& record) {
 
 TSentence SentenceOfUnopened(const std::string& path) {
   std::error_code error;
-  const fs::file_status status = fs::status(path, error);
+  const fs::file_status status = fs::status(ToPath(path), error);
   if (status.type() == fs::file_type::not_found) return kNotFound;
   if (!fs::is_regular_file(status)) return error ? kNotOpened : kNoFile;
-  const std::uintmax_t size = fs::file_size(path, error);
+  const std::uintmax_t size = fs::file_size(ToPath(path), error);
   if (!error && size == 0) return kEmpty;
   return !error && size > std::numeric_limits<std::uint32_t>::max() ? kTooLarge : kNotOpened;
 }
@@ -86,9 +88,10 @@ TSentence SentenceOf(const TInputRecord& record) {
     case FileOutcome::kInputNotRead:
       return SentenceOfUnread(record.result.status);
     case FileOutcome::kOutputExists:
-      return fs::equivalent(record.input.path, record.output, error) ? kIsInput : kExists;
+      return fs::equivalent(ToPath(record.input.path), ToPath(record.output), error) ? kIsInput
+                                                                                     : kExists;
     case FileOutcome::kOutputNotCreated:
-      return fs::exists(record.output, error) ? kExists : kNotCreated;
+      return fs::exists(ToPath(record.output), error) ? kExists : kNotCreated;
     case FileOutcome::kOutputNotWritten:
       return record.result.is_disk_failure ? kNotStored : kNotSaved;
     case FileOutcome::kTimeNotKept:

@@ -9,6 +9,7 @@
 #include <iostream>
 #include <nlohmann/json.hpp>
 
+#include "foundation/Paths.h"
 #include "tool/Version.h"
 
 namespace zaf {
@@ -183,7 +184,7 @@ std::string ReportLine(const TTotals& totals) {
 
 std::vector<TFailedInput> ReadFailedInputs(const std::string& report) {
   std::ifstream file;
-  if (report != "-") file.open(report, std::ios::binary);
+  if (report != "-") file.open(ToPath(report), std::ios::binary);
   std::istream& lines = report == "-" ? std::cin : file;
   std::vector<TFailedInput> failed;
   try {

@@ -25,7 +25,11 @@ constexpr std::size_t kUsualWidth = 80;
 
 bool IsErrorTerminal() {
 #ifdef _WIN32
-  return _isatty(_fileno(stderr)) != 0;
+  // Colours and progress take escape sequences, which older consoles do not know.
+  const HANDLE console = GetStdHandle(STD_ERROR_HANDLE);
+  DWORD mode = 0;
+  return GetConsoleMode(console, &mode) != 0 &&
+         SetConsoleMode(console, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING) != 0;
 #else
   return isatty(STDERR_FILENO) != 0;
 #endif
