@@ -59,7 +59,6 @@ struct TLegacySection {
   }
   /// A 32-bit number; reads 4 bytes regardless of the section's length.
   Status Read(std::int32_t& value) const {
-    if (losses != nullptr) ReportUnread(sizeof value);
     return file == nullptr ? Status::kNoFile : file->ReadInteger(code, offset, length, value);
   }
   /// Appends the texts of a counted list to `texts`.
