@@ -17,7 +17,7 @@ constexpr std::size_t kAssignmentValueWidth = 256;
 constexpr std::size_t kLongAssignmentValueWidth = 1024;
 
 constexpr FourCharCode kParent = Code("pare");
-/// The order of the base's legacy sections behind the parent; the assignments go before the
+/// The order of the base's legacy sections after the parent; the assignments go before the
 /// comments.
 constexpr FourCharCode kOrderBeforeAssignments[] = {Code("none"), Code("rslt"), Code("err ")};
 constexpr FourCharCode kOrderBehindAssignments[] = {Code("cmnt"), Code("push"), Code("expd")};
@@ -142,7 +142,7 @@ Status TQuerySpecification::ReadLegacyProperty(const TLegacySection& section) {
 }
 
 /// The long values of "assx" are the same assignments as those of "assn" in full, so an action that
-/// has them keeps no others, in whatever order the sections stand.
+/// has them keeps no others, whatever the order of the sections.
 Status TQuerySpecification::ReadAssignments(const TLegacySection& section,
                                             std::size_t value_width) {
   ByteView records;

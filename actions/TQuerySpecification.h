@@ -73,18 +73,18 @@ class TQuerySpecification : public TRecordConverter {
   /// Bytes of the action's legacy record: those of its class, and after a load those of its name
   /// and of all its sections, too.
   [[nodiscard]] virtual std::uint32_t GetRecordSize() const;
-  /// Whether both are of one type and say the same. Names and places do not count.
+  /// Whether both have the same type and content. Names and places do not count.
   [[nodiscard]] virtual bool IsEqual(const TQuerySpecification& other) const;
-  /// Reads the record that `header` heads, section by section. The first section that fails ends
-  /// it with its status; what was read before stays. A section map that the file does not hold
-  /// whole loads nothing and is kOk; kNoFile without a file.
+  /// Reads the record that `header` begins, section by section. The first section that fails ends
+  /// it with its status; what was read before stays. A section map that is cut off by
+  /// the end of the file loads nothing and is kOk; kNoFile without a file.
   virtual Status ReadLegacy(TDataFile* file, const TRecordHeader& header);
   /// Reads one section into the property that has its code; a section with an unknown code is
   /// not read and is kOk; kNoFile without a file.
   virtual Status ReadLegacyProperty(const TLegacySection& section);
-  /// The codes for which ReadLegacyProperty does more than the rows of this class say.
+  /// The codes that ReadLegacyProperty reads without a row of this class.
   static constexpr FourCharCode kReadByHand[] = {Code("assn"), Code("assx")};
-  /// Writes the record's sections and their map at `offset`, which moves on behind them, and fills
+  /// Writes the record's sections and their map at `offset`, which moves past them, and fills
   /// `header`, which the caller writes.
   virtual Status WriteLegacy(TDataFile& file, std::uint32_t& offset, TRecordHeader& header) const;
   /// Writes the sections of all properties. The parent's name is cut as that in a record header is.
@@ -98,7 +98,7 @@ class TQuerySpecification : public TRecordConverter {
   /// The entry that a walk visits after this action; null at the end. A plain action goes on to its
   /// next sibling, a container into its children.
   [[nodiscard]] virtual const TActionEntry* GetNextInTree() const;
-  /// Whether no action hangs under this one.
+  /// Whether this action has no children.
   [[nodiscard]] virtual bool IsLeaf() const;
   /// What distinguishes two actions of one type at run time; 0 when nothing does.
   [[nodiscard]] virtual std::int32_t GetRunDifference(const TQuerySpecification&) const {
@@ -126,7 +126,7 @@ class TQuerySpecification : public TRecordConverter {
   /// null the class appends its own.
   virtual Status WriteXml(TXmlWriteContext& context, dom::Element element,
                           dom::Element parent) const;
-  /// Reads the action back. kMalformed when a derived class finds a keyword that it cannot take;
+  /// Reads the action back. kMalformed when a derived class refuses a keyword;
   /// what was read before stays.
   virtual Status ReadXml(const TXmlReadContext& context, dom::Element element);
 
@@ -136,8 +136,8 @@ class TQuerySpecification : public TRecordConverter {
   [[nodiscard]] const CText& GetName() const { return name_; }
   void SetName(std::string_view name) { name_ = name; }
   [[nodiscard]] FourCharCode GetTypeCode() const { return type_code_; }
-  /// The name of the action that this one hangs under: as the legacy file tells it, else, for one
-  /// below the root of a tree, as that action has it.
+  /// The name of the parent action: that of the legacy file, or for an action in a tree without
+  /// such a name, that of the entry above it.
   [[nodiscard]] const CText& GetParentName() const;
   void SetParentName(std::string_view name) { parent_name_ = name; }
   // The texts; null is ignored.

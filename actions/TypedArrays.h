@@ -10,7 +10,7 @@
 /// elements.
 namespace zaf {
 
-/// A record of `kSize` bytes whose fields only the server knows.
+/// A record of `kSize` bytes whose fields only the server uses.
 template <std::size_t kSize>
 struct TOpaqueRecord {
   std::byte bytes[kSize];

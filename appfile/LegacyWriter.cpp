@@ -47,7 +47,7 @@ Status WriteAction(const TQuerySpecification& action, TDataFile& file, std::uint
   const std::uint32_t header_offset = offset;
   offset += kRecordHeaderSize;
   TRecordHeader header;
-  // The sections go behind the header's place, so the place has to be there first.
+  // The sections follow the header, so its bytes are reserved first.
   if (const Status status = WriteRecordHeader(file, header_offset, header); status != Status::kOk)
     return status;
   if (const Status status = action.WriteLegacy(file, offset, header); status != Status::kOk)

@@ -20,7 +20,7 @@ bool IsBranchOf(const TQuerySpecification& action, const TQuerySpecification& be
 }
 
 /// The actions by their IDs. Of several with one ID each is given out once, in their order. The
-/// usual document asks for all actions in their order; they are indexed when one does not.
+/// usual document refers to all actions in their order; they are indexed for any other.
 class TActionIndex {
  public:
   explicit TActionIndex(std::span<TActionEntry* const> entries) : entries_(entries) {}
@@ -74,8 +74,8 @@ struct TLevel {
 Status WriteProgram(const TActionTree& tree, dom::Element program, TXmlWriteContext& context) {
   const TActionEntry* const root = tree.GetRoot();
   if (root == nullptr) return Status::kOk;
-  // The references of the entries from the root down to the current one; the program stands for
-  // the root.
+  // The references of the entries from the root down to the current one; the root's is the
+  // program element.
   std::vector<dom::Element> path{program};
   std::vector<const TActionEntry*> path_entries{root};
   for (const TActionEntry* entry = TActionTree::GetNext(*root); entry != nullptr;

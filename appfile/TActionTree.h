@@ -12,11 +12,11 @@
 namespace zaf {
 
 /// The tree of an application's actions. Owns the entries and, through them, the actions. The root
-/// is a container that stands for the application itself. No operation recurses, so a tree may be
-/// as deep as it likes.
+/// is a container that represents the application. No operation recurses, so the depth of a tree
+/// is not limited.
 class TActionTree {
  public:
-  /// The name of a root container that no file names. The odd spelling is what files hold.
+  /// The name of a root container without a record. Legacy files use this odd spelling.
   static constexpr std::string_view kRootName = "ContainerSpecif__1";
 
   /// `owner` is the application of the actions; it outlives the tree. Null: they have none.
@@ -29,16 +29,16 @@ class TActionTree {
   TActionEntry* EnsureRoot();
 
   /// Places an action of a legacy file by the name of its parent. The first action is the root if
-  /// it is a container; any other hangs under the entry placed last or one of the entries above
-  /// it, whichever bears the name first (case ignored). An action without parent name is given
-  /// the root's fixed name. kMalformed when nobody bears the name, kFailure when memory runs out;
+  /// it is a container; any other becomes a child of the entry placed last or of the nearest entry
+  /// above it with that name (case ignored). An action without parent name is given the root's
+  /// fixed name. kMalformed when no entry has the name, kFailure when memory runs out;
   /// the action is lost then.
   Status Place(std::unique_ptr<TQuerySpecification> action);
 
   /// Takes an action, which is not null, without placing it. Null when memory runs out; the action
   /// is lost then.
   TActionEntry* Adopt(std::unique_ptr<TQuerySpecification> action);
-  /// Makes an adopted entry the last child of `parent`, whatever its action said of its parent.
+  /// Makes an adopted entry the last child of `parent`, whatever the parent name of its action.
   static void Hang(TActionEntry& entry, TActionEntry& parent);
 
   /// The number of actions, without the root.
@@ -46,7 +46,7 @@ class TActionTree {
     return entries_.GetCount() - (root_ != nullptr ? 1 : 0);
   }
 
-  /// The entry behind this one in depth-first order; null behind the last.
+  /// The next entry in depth-first order; null after the last.
   static const TActionEntry* GetNext(const TActionEntry& entry);
 
   /// Whether both trees have the same shape and equal actions in the same places. A tree without

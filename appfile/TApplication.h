@@ -51,13 +51,13 @@ struct TApplication {
   static std::span<const TProperty> DataSourceProperties();
   static std::span<const TProperty> DataSourceInfoProperties();
 
-  /// Whether there is anything to say of the default data source.
+  /// Whether the default data source has any content.
   [[nodiscard]] bool HasDataSource() const;
 
   /// The name of the XML root element and of the document type.
   [[nodiscard]] std::string_view GetRootElement() const;
 
-  /// Whether both say the same: the debug flag, the texts and the actions.
+  /// Whether both have the same debug flag, texts and actions.
   [[nodiscard]] bool IsEqual(const TApplication& other) const;
 };
 

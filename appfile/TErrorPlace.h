@@ -9,7 +9,7 @@
 
 namespace zaf {
 
-/// Where in a file its load failed, and why, as far as the reader knows it.
+/// Where in a file its load failed, and why, as far as that is known.
 struct TErrorPlace {
   std::string_view reason;              ///< A sentence without its full stop; a literal. Or empty.
   std::string action;                   ///< Name of the action; empty: none, or unknown.

@@ -18,7 +18,7 @@ namespace {
 constexpr std::string_view kRunOnlyLine = "<?zanfo run-only ?>";
 constexpr std::string_view kXmlLine = "<?xml ";
 
-/// Marks that stand before a document of their encoding: UTF-8, and UTF-16 and UTF-32 (whose
+/// Marks at the beginning of a document of their encoding: UTF-8, and UTF-16 and UTF-32 (whose
 /// little-endian mark begins with that of UTF-16). No legacy file begins like that.
 constexpr std::string_view kByteOrderMarks[] = {"\xEF\xBB\xBF", "\xFE\xFF", "\xFF\xFE",
                                                 std::string_view("\0\0\xFE\xFF", 4)};

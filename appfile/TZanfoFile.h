@@ -28,12 +28,12 @@ class TZanfoFile {
   TZanfoFile& operator=(const TZanfoFile&) = delete;
   virtual ~TZanfoFile() = default;
 
-  /// Whether both say the same. What only says how a file was stored does not count.
+  /// Whether both have the same content. How the files were stored does not count.
   [[nodiscard]] virtual bool IsEqual(const TZanfoFile& other) const;
 
-  /// Reads a file that is open in memory. Its first line tells the form: a protected or plain XML
-  /// document; anything else is a legacy file. XML is parsed in place, so the file's image is of no
-  /// further use. `server` makes the actions; null for the usual one. `progress`, if not null, is
+  /// Reads a file that is open in memory. The first line decides on the form: a protected or plain
+  /// XML document; anything else is a legacy file. XML is parsed in place, which overwrites the
+  /// file's image. `server` makes the actions; null for the usual one. `progress`, if not null, is
   /// called once for each action. The statuses are those of
   /// ReadLegacyApplication and ReadXmlDocument; kMalformed for a protected document that is
   /// damaged; kFailure when memory ran out. After a failure the object holds what was read
@@ -49,7 +49,7 @@ class TZanfoFile {
                       Protection protection);
 
   /// Writes the legacy form into an empty file opened for reading and writing. kFailure, with
-  /// nothing written, when the names of the actions, cut to 31 bytes, do not tell the parents.
+  /// nothing written, when the names of the actions, cut to 31 bytes, do not identify the parents.
   Status SaveLegacy(TDataFile& file) const;
 
   /// The form of the file that was loaded, also when that failed.
@@ -57,13 +57,13 @@ class TZanfoFile {
   /// Where the load failed.
   [[nodiscard]] const TErrorPlace& GetErrorPlace() const { return error_place_; }
 
-  /// Says, before a file is loaded, what it describes. An XML document that says it is a class file
-  /// is one in any case.
+  /// Sets, before a file is loaded, what it describes. An XML document with the root of a class
+  /// file is one in any case.
   void SetKind(DocumentKind kind) { application_.kind = kind; }
-  /// Names who is to be informed of losses while this file is loaded and saved: it has to live as
-  /// long. Null, as at first: nobody.
+  /// Sets the observer of losses while this file is loaded and saved; it has to outlive the file.
+  /// Null, the initial value: none.
   void SetObserver(TLossObserver* observer) { losses_.SetObserver(observer); }
-  /// Says whether the application is to be saved so that it can be run but not read.
+  /// Sets whether the application is saved so that it can be run but not read.
   void SetRunOnly(bool is_run_only) { application_.is_run_only = is_run_only; }
   [[nodiscard]] bool IsRunOnly() const { return application_.is_run_only; }
   [[nodiscard]] const TApplication& GetApplication() const { return application_; }

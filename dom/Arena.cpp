@@ -8,7 +8,7 @@
 namespace dom {
 namespace {
 
-/// What a page holds besides: the link to the one before, and the room behind its end.
+/// The overhead of a page: the link to the one before, and the spare bytes after its end.
 constexpr std::size_t kExtra = 2 * sizeof(void*) + kBlock;
 constexpr std::size_t kPageSize = (std::size_t{32} << 10) - kExtra;
 /// What needs more has a page of its own, so that little of a page is ever lost.

@@ -24,7 +24,7 @@ class Arena {
   /// Gives all memory back, and forgets that it ran out.
   void Clear();
 
-  /// For what cannot be had, whatever the memory.
+  /// Marks the arena failed, e.g. when a text exceeds 32 bits.
   void SetFailed() { has_failed_ = true; }
   /// Whether memory ran out since the arena was made or cleared.
   [[nodiscard]] bool HasFailed() const { return has_failed_; }
@@ -42,8 +42,8 @@ class Arena {
   char* AddPage(std::size_t size);
 
   Page* last_page_ = nullptr;
-  /// The free part of the page in use. Behind its end there is room for a block, because blocks are
-  /// written and read whole, and for rounding up.
+  /// The free part of the page in use. A spare block follows its end, because blocks are written
+  /// and read whole, and sizes are rounded up.
   char* next_ = nullptr;
   char* end_ = nullptr;
   bool has_failed_ = false;

@@ -36,7 +36,7 @@ enum class Search {
   kValueEnd,  ///< `<` `&` `"` `'`, controls, tab and LF.
 };
 
-/// A text of up to a block. What stands behind it does not matter.
+/// A text of up to a block. The rest of the block is ignored.
 struct ShortText {
   std::array<char, kBlock> characters;
   std::uint32_t size;
@@ -95,7 +95,7 @@ inline bool AreEqualNames(std::string_view name, std::string_view other) {
 
 #if ZAF2XML_SSE2
 
-/// The first `count` characters, at most 16, and zeros. Reads nothing behind them.
+/// The first `count` characters, at most 16, and zeros. Reads nothing after them.
 inline __m128i LoadBlock(const char* text, std::size_t count) {
   if (count == kBlock) return _mm_loadu_si128(reinterpret_cast<const __m128i*>(text));
   // Two numbers that overlap; of the second what is not in the first.

@@ -21,7 +21,7 @@ class Text : public CharacterData {
   explicit Text(Node node);
 };
 
-/// A text that is written as it stands, in `<![CDATA[` and `]]>`.
+/// A text that is written unchanged, in `<![CDATA[` and `]]>`.
 class CDATASection : public CharacterData {
  public:
   CDATASection() = default;

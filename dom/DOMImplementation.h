@@ -15,10 +15,10 @@ class DOMImplementation {
   [[nodiscard]] static Document createDocument();
 
   /// Parses a document of XML 1.0 (fifth edition). It refers to the bytes of `text`, which have to
-  /// stay as they are as long as the document lives or until it is cleared. Takes time and memory
-  /// linear in the size, whatever the bytes, and never fetches anything. `report` may be null.
+  /// stay unchanged until the document is destroyed or cleared. Takes time and memory linear in the
+  /// size, whatever the bytes, and never fetches anything. `report` may be null.
   ///
-  /// The encoding is UTF-16 when a byte order mark says so, else the declared one of ISO-8859-1 (or
+  /// The encoding is UTF-16 after its byte order mark, else the declared one of ISO-8859-1 (or
   /// latin1), US-ASCII and UTF-8 (case ignored), else UTF-8. A mark of UTF-8 is skipped. In texts,
   /// attribute values and names a character above U+00FF becomes `?`.
   ///

@@ -51,7 +51,7 @@ class Document {
   /// Drops the characters that setAttribute drops. The second of two '-', and one at the end,
   /// becomes a blank: no comment could hold it.
   [[nodiscard]] Comment createComment(std::string_view text) const;
-  /// Drops the same characters; a '?' in front of a '>' becomes a blank.
+  /// Drops the same characters; a '?' before a '>' becomes a blank.
   [[nodiscard]] ProcessingInstruction createProcessingInstruction(std::string_view target,
                                                                   std::string_view data) const;
   /// Drops the same characters from `system_id`; a '"' becomes a blank.

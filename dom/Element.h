@@ -16,7 +16,7 @@ struct TreeElement;
 /// Who keeps the characters of a text.
 enum class TextOwner : std::uint8_t {
   kDocument,  ///< They are copied.
-  kCaller,    ///< They stay where they are, and live as long as the document.
+  kCaller,    ///< They are not copied and outlive the document.
 };
 
 /// A handle to an element.
@@ -60,8 +60,8 @@ class Element : public Node {
   /// Makes a node and appends it, without the way through a detached node.
   // NOLINTNEXTLINE(modernize-use-nodiscard)
   Element appendElement(std::string_view name) const;
-  /// The same with a text, which is not empty and in which nothing has to be escaped. Most are
-  /// like that, and those who know it spare the serialiser from looking.
+  /// The same with a text, which is not empty and in which nothing has to be escaped. Most texts
+  /// are like that; the serialiser need not examine them again.
   // NOLINTNEXTLINE(modernize-use-nodiscard)
   Element appendPlainElement(std::string_view name, std::string_view text) const;
   // NOLINTNEXTLINE(modernize-use-nodiscard)
@@ -84,8 +84,8 @@ class Element : public Node {
   void AppendNode(TreeNode* node) const;
 };
 
-/// Finds child elements of one element by their names. Those that are asked for in the order in
-/// which they stand cost one comparison each. Each name is to be asked for once only.
+/// Finds child elements of one element by their names. A look-up in document order costs one
+/// comparison. Each name may be looked up once only.
 class ChildFinder {
  public:
   /// For a null handle there is nothing to find.
@@ -99,7 +99,7 @@ class ChildFinder {
  private:
   TreeElement* FindNode(std::string_view name);
 
-  /// Where to begin: what stands before it was found, so it has names that were asked for.
+  /// Where the search begins: all children before it have been found.
   TreeNode* next_;
   Tree* tree_;
 };

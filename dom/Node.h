@@ -11,17 +11,16 @@ class Tree;
 struct TreeNode;
 
 /// A handle to a node of a document's tree: two pointers, copied freely. It owns nothing and is
-/// valid as long as the Document that made the node lives and is not cleared; moving the
+/// valid until the Document that made the node is destroyed or cleared; moving the
 /// Document or the node keeps it valid. As with a pointer, a `const` handle still changes its node.
 ///
 /// A null handle is safe: it has no children, its texts are empty, and what is done to it or with
 /// it gives a null handle again. When memory runs out, the functions that make nodes give null
-/// handles; Document::IsComplete tells afterwards whether that happened.
+/// handles; Document::IsComplete reports afterwards whether that happened.
 ///
-/// Names and texts are 8-bit ISO-8859-1. Texts are copied unless a TextOwner says otherwise; names
-/// are not: they have to live as long as the document, as the literals of a program do. Neither
-/// need be terminated. A view that is returned refers to the tree and is valid until that text or
-/// its node is changed.
+/// Names and texts are 8-bit ISO-8859-1. Texts are copied unless their TextOwner is the caller;
+/// names are not: they have to outlive the document, as literals do. Neither need be terminated.
+/// A view that is returned refers to the tree and is valid until that text or its node is changed.
 class Node {
  public:
   Node() = default;
@@ -36,7 +35,7 @@ class Node {
 
   [[nodiscard]] NodeType getNodeType() const;
   /// The name of an element, the target of an instruction, the name of a document type; for the
-  /// others what the DOM says ("#text").
+  /// others the DOM's name ("#text").
   [[nodiscard]] std::string_view getNodeName() const;
   /// The characters of a text, CDATA section or comment, the data of an instruction; else empty.
   [[nodiscard]] std::string_view getNodeValue() const;
@@ -54,7 +53,7 @@ class Node {
   /// when the child is of another document or holds this node, or when this node takes no
   /// children.
   Node appendChild(Node child) const;
-  /// The same in front of `reference`, which is a child of this node; at the end when it is null.
+  /// The same before `reference`, which is a child of this node; at the end when it is null.
   Node insertBefore(Node child, Node reference) const;
   /// Takes a child out of the document and returns it; its memory is kept until the document is
   /// cleared. Null when it is not a child of this node.

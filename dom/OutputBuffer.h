@@ -22,7 +22,7 @@ class OutputSink {
 /// kept by Clear, so that a buffer that serves one document after another stops allocating.
 ///
 /// While it has a sink it holds only the last bytes: no more memory is needed for a large document
-/// than for a small one, and it stays in the processor's cache. A document that fits is handed over
+/// than for a small one, and it stays in the processor's cache. A document that fits is passed on
 /// in one piece.
 ///
 /// When memory runs out, or the sink refuses, the buffer has failed: it keeps what it has and takes
@@ -68,16 +68,16 @@ class OutputBuffer {
 
   /// `sink` is borrowed and takes all that is in the buffer or will be, until Clear.
   void SetSink(OutputSink& sink) { sink_ = &sink; }
-  /// Hands what it holds to the sink, which it has to have. False when the buffer has failed.
+  /// Passes its bytes to the sink, which must be set. False when the buffer has failed.
   [[nodiscard]] bool Flush();
 
-  /// Sees to it that at least `count` more bytes fit without moving or going to the sink. False
-  /// when the buffer has failed.
+  /// Makes at least `count` more bytes fit without moving or going to the sink. False when the
+  /// buffer has failed.
   [[nodiscard]] bool Reserve(std::size_t count) {
     return count <= capacity_ - size_ ? !has_failed_ : Grow(count);
   }
-  /// The place behind the last byte, for a writer that fills reserved memory itself and then says
-  /// how far it came.
+  /// The place after the last byte, for a writer that fills reserved memory itself and then calls
+  /// SetEnd.
   [[nodiscard]] char* End() { return data_ + size_; }
   [[nodiscard]] std::size_t Room() const { return capacity_ - size_; }
   void SetEnd(const char* end) {

@@ -7,11 +7,11 @@
 namespace dom {
 
 /// Parses a document into an empty tree, in one pass and without recursion. The tree refers to the
-/// bytes of the document. What is accepted is said at DOMImplementation::createDocument.
+/// bytes of the document. DOMImplementation::createDocument documents what is accepted.
 class Parser : private Scanner {
  public:
-  /// False when the text is refused, for which the report says the reason, or when memory runs out,
-  /// of which the tree knows.
+  /// False when the text is refused, with the reason in the report, or when memory runs out, which
+  /// the tree records.
   static bool Parse(std::string_view text, Tree& tree, ParseReport& report);
 
  private:

@@ -14,8 +14,8 @@ namespace {
 /// Up to this many attributes are compared each with each.
 constexpr std::size_t kFew = 8;
 
-/// A hash (FNV-1a, mixed) that begins with where the table is in memory, which no document knows:
-/// none can be made whose names have one hash.
+/// A hash (FNV-1a, mixed) seeded with the address of the table, which documents cannot predict:
+/// no document can be made whose names all collide.
 std::uint64_t HashOf(std::string_view name, const void* seed) {
   std::uint64_t hash = 0xCBF29CE484222325 ^ reinterpret_cast<std::uintptr_t>(seed) >> 4;
   for (const char c : name) {

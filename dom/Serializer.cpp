@@ -46,8 +46,7 @@ constexpr auto kLineStart = [] {
 /// The start of a line of a level below this one is in two blocks.
 constexpr std::size_t kUsualLevels = kBlock;
 
-// The following write at `out`, where there is room for a block more than they need, and return
-// the place behind.
+// These write to `out`, which has kBlock spare bytes, and return the new end.
 
 template <std::size_t kSize>
 char* CopyLiteral(const char (&literal)[kSize], char* out) {
@@ -60,7 +59,7 @@ inline char* Copy(std::string_view text, char* out) {
   return out + text.size();
 }
 
-/// Writes into the room of an OutputBuffer. Once that has failed nothing more is written.
+/// Writes into the spare capacity of an OutputBuffer. Once that has failed it writes nothing.
 class Writer {
  public:
   explicit Writer(OutputBuffer& output) : output_(output), out_(output.End()), end_(out_) {}
@@ -81,7 +80,7 @@ class Writer {
   }
 
   /// An element without attributes and its text, which is plain, if both are short: what most
-  /// elements are. False when nothing was written. StartLine has made room for it.
+  /// elements are. False when nothing was written. StartLine has reserved the bytes.
   bool PutShortElement(std::string_view name, std::string_view text) {
     if (name.size() > kBlock || text.size() > kBlock || Room() < kShortElement) return false;
     char* const start = CopyLiteral("<", out_);
@@ -95,7 +94,7 @@ class Writer {
   }
 
   void PutAttribute(std::string_view name, const TreeText& value) {
-    if (!Reserve(name.size() + 2 * kBlock)) return;  // And a block behind that.
+    if (!Reserve(name.size() + 2 * kBlock)) return;  // And a spare block.
     out_ = CopyLiteral("=\"", Copy(name, CopyLiteral(" ", out_)));
     if (value.is_plain && value.size <= kBlock) {
       std::memcpy(out_, value.data, kBlock);
@@ -123,7 +122,7 @@ class Writer {
     }
   }
 
-  /// A text as it stands.
+  /// A text, unchanged.
   void PutPlain(std::string_view text) {
     if (text.size() > kPiece) return PutPieces(text, &Writer::PutPlain);
     if (Reserve(text.size())) out_ = Copy(text, out_);
@@ -145,14 +144,14 @@ class Writer {
   static constexpr std::size_t kShortElement = std::string_view("<></>").size() + 4 * kBlock;
   static constexpr std::size_t kPiece = std::size_t{32} << 10;
 
-  /// A long text piece by piece, so that it needs little room.
+  /// A long text piece by piece, so that it needs little memory.
   void PutPieces(std::string_view text, void (Writer::*put)(std::string_view)) {
     for (; text.size() > kPiece; text.remove_prefix(kPiece)) (this->*put)(text.substr(0, kPiece));
     (this->*put)(text);
   }
 
   [[nodiscard]] std::size_t Room() const { return static_cast<std::size_t>(end_ - out_); }
-  /// Room for `count` bytes and a block.
+  /// Reserves `count` bytes and a block.
   bool Reserve(std::size_t count) { return Room() >= count + kBlock || Grow(count + kBlock); }
 
   bool Grow(std::size_t count) {
@@ -266,7 +265,7 @@ class TreeWriter {
       out_.PutAttribute(attribute->name.View(), attribute->value);
   }
 
-  /// Writes the ends of the elements that end behind `node`, but goes no higher than `top`.
+  /// Writes the end tags of the elements that end after `node`, up to and including `top`.
   /// Returns the node that follows; null when none does.
   const TreeNode* CloseUpToNext(const TreeNode* node, const TreeNode* top) {
     while (node != top) {

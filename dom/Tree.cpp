@@ -24,7 +24,7 @@ bool IsBarred(char before, char c, char after, TextRule rule) {
   return false;
 }
 
-/// Copies the text to `place`, which is in an allocation and has nothing behind it; returns whether
+/// Copies the text to `place`, which is in an allocation and has nothing after it; returns whether
 /// any of its characters is one of those that are searched for.
 template <Search search>
 bool CopyAndFind(std::string_view text, char* place) {

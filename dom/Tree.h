@@ -10,7 +10,7 @@
 #include "dom/Blocks.h"
 #include "dom/NodeType.h"
 
-/// The tree behind the handles. Not for others than the classes of this folder.
+/// The nodes that the handles refer to. Only for the classes of this folder.
 ///
 /// What a node costs decides how fast documents are built, written and parsed. A node is a cache
 /// line in an arena.
@@ -100,7 +100,7 @@ class Tree {
   }
   /// Whether everything that was to be made was made.
   [[nodiscard]] bool IsComplete() const { return !arena_.HasFailed(); }
-  /// Says that memory ran out elsewhere.
+  /// Records that memory ran out elsewhere.
   void SetIncomplete() { arena_.SetFailed(); }
 
   // A text whose data is null could not be copied. What is made of it is null and no part of the
@@ -185,7 +185,7 @@ class Tree {
     first->previous->next = &child;
     first->previous = &child;
   }
-  /// The same in front of a child.
+  /// The same before a child.
   static void InsertBefore(TreeNode& reference, TreeNode& child);
   /// Takes a node from its parent, if it has one.
   static void Detach(TreeNode& node);
@@ -204,7 +204,7 @@ class Tree {
 
   static constexpr std::size_t kTextElementSize = sizeof(TreeElement) + sizeof(TreeNode);
 
-  /// Makes and appends an element and the text node in it, at `place`. The text stands behind.
+  /// Makes and appends an element and the text node in it, at `place`. The text follows.
   static TreeElement* AppendTextElement(TreeElement& parent, TreeText name, void* place,
                                         TreeText text) {
     auto* const element = new (place) TreeElement(EmptyElement(NodeType::kElement, name));
@@ -213,7 +213,7 @@ class Tree {
     return element;
   }
 
-  /// Room for something of `size` bytes and a text behind it.
+  /// Allocates `size` bytes followed by the bytes of a text.
   void* AllocateWithText(std::size_t size, std::string_view text) {
     if (text.size() <= kMostText) return arena_.Allocate(size + text.size());
     arena_.SetFailed();

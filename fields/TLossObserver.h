@@ -11,7 +11,7 @@ namespace zaf {
 /// How an output differs from its input.
 enum class LossCode : std::uint8_t {
   kSectionDropped,     ///< Read, but without XML form, and not at its default.
-  kSectionUnknown,     ///< A code that the class does not know.
+  kSectionUnknown,     ///< A code without a meaning in the class.
   kSectionRepeated,    ///< Replaced by a later section of the same record.
   kSectionMalformed,   ///< Read only in part, where that does not fail the file.
   kBytesUnreferenced,  ///< Covered by no header, map or section, and not all NUL.

@@ -7,9 +7,9 @@
 
 namespace zaf {
 
-/// Does what `operation` does and returns what it returns; but `failed` when memory ran out in it,
-/// whoever noticed: containers of the standard library throw, those of this folder keep what they
-/// had, and not everybody asks them.
+/// Runs `operation` and returns its result, or `failed` if an allocation failed in it. Standard
+/// containers throw then; those of this folder keep their content, and not every caller checks
+/// their result.
 template <class Operation, class Result = std::invoke_result_t<Operation>>
 Result Attempt(Operation operation, std::type_identity_t<Result> failed) {
   const heap::TMemoryWatch memory;

@@ -23,7 +23,7 @@ struct TStoredData {
 ///
 /// Capacity follows fixed rules. The first reservation and a shrinking one are exact; a growing one
 /// is rounded to the next multiple of 16 above the request (of 4096 when the capacity was above
-/// 4096). A buffer shrinks when asked for at least 32 bytes less than its capacity.
+/// 4096). A buffer shrinks when the request is at least 32 bytes less than its capacity.
 ///
 /// Nothing throws. When memory is insufficient, Reserve returns false and the buffer is unchanged,
 /// also after Set, Assign and Splice.

@@ -37,7 +37,7 @@ class CDynamicArray : public CData {
   void Assign(const CData& other) override;
 
   /// Changes the capacity to the next multiple of 4 above `count` (to 1 for a first request of 1);
-  /// an array shrinks when asked for at least 4 elements less than its capacity. False when memory
+  /// an array shrinks when `count` is at least 4 elements less than its capacity. False when memory
   /// is insufficient and also, kept deliberately, when the new capacity would equal the old one.
   virtual bool ReserveElements(std::uint32_t count);
 

@@ -198,7 +198,7 @@ class TNewFile {
   [[nodiscard]] std::string TemporaryPath(std::uint64_t number) const;
   /// Writes some of the bytes: how many, or less than 1 on failure.
   [[nodiscard]] std::ptrdiff_t WriteSome(const std::byte* bytes, std::size_t count);
-  /// Gives the complete file its name; on failure says in `write_failed_` whether content was lost.
+  /// Gives the complete file its name; on failure `write_failed_` is set if content was lost.
   [[nodiscard]] bool GiveName();
   [[nodiscard]] bool NameTemporaryFile();
   [[nodiscard]] bool CloseFile();

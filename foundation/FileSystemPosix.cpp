@@ -79,7 +79,7 @@ class TDescriptor {
   int descriptor_;
 };
 
-/// Whether an entry is a directory. Gives its identity when that is wanted or had to be looked at.
+/// Whether an entry is a directory. Sets its identity if requested or if the entry was examined.
 bool IsSubdirectory(int directory, const dirent& entry, Identities identities,
                     TFileIdentity& identity) {
   const bool is_unknown = entry.d_type == DT_UNKNOWN;
@@ -92,8 +92,8 @@ bool IsSubdirectory(int directory, const dirent& entry, Identities identities,
   return true;
 }
 
-/// Gives an unnamed file a name. Not every system lets every user link a mere descriptor; the
-/// others say ENOENT and accept its name under /proc.
+/// Gives an unnamed file a name. Systems that do not let every user link a descriptor fail with
+/// ENOENT; they accept its name under /proc.
 bool LinkUnnamed(int file, const char* name) {
   if (linkat(file, "", AT_FDCWD, name, AT_EMPTY_PATH) == 0) return true;
   if (errno != ENOENT) return false;
@@ -208,7 +208,7 @@ bool TNewFile::OpenUnpublished() {
   handle_ =
       Retry([&] { return open(directory.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, kFileMode); });
   if (handle_ != -1) return true;
-  // So say file systems that have no unnamed files, and, as EISDIR, systems that do not know them.
+  // The errors of file systems without unnamed files, and EISDIR of systems without O_TMPFILE.
   return (errno == EOPNOTSUPP || errno == EINVAL || errno == EISDIR) && OpenTemporary();
 }
 
@@ -241,7 +241,7 @@ std::uint64_t TNewFile::GetSize() const {
 }
 
 bool TNewFile::CloseFile() {
-  // The descriptor is gone whatever close says; being interrupted is no loss of content.
+  // The descriptor is closed whatever the result; an interruption loses no content.
   const int result = close(Descriptor(std::exchange(handle_, -1)));
   return result == 0 || errno == EINTR;
 }
@@ -250,7 +250,7 @@ bool TNewFile::GiveName() {
   if (!temporary_.empty()) return NameTemporaryFile();
   if (LinkUnnamed(Descriptor(handle_), path_.c_str())) return true;
   // ENOENT can also mean that this process does not see /proc, and file systems refuse to link in
-  // ways of their own. What really stands in the way shows when a named copy is made.
+  // ways of their own. Making a named copy reports the actual obstacle.
   if (errno != ENOENT && IsNameRefusal(errno)) return false;
   const TDescriptor source(std::exchange(handle_, -1));
   const bool is_open = OpenTemporary();

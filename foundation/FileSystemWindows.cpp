@@ -214,7 +214,7 @@ bool SetDeletion(HANDLE file, bool is_to_be_deleted) {
   return SetFileInformationByHandle(file, FileDispositionInfo, &info, sizeof info) != 0;
 }
 
-/// What the system is told to rename an open file to; it then fails when anything has the name.
+/// The request to rename an open file; it fails if the new name is taken.
 class TRenaming {
  public:
   explicit TRenaming(const std::wstring& path)
@@ -255,7 +255,7 @@ bool IsLink(const std::filesystem::directory_entry& entry) {
   return search && IsNameLink(data);
 }
 
-// Errors are results, not dialogs that wait for somebody.
+// Errors are returned; no dialog waits for an answer.
 void PrepareProcess() { SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX); }
 
 TArguments::TArguments(int count, wchar_t** values) {

@@ -30,8 +30,8 @@ enum class TextEnd { kWithNul, kWithoutNul };
 /// primitives that a subclass supplies. The section code is passed through all of them so that a
 /// subclass can check or record it.
 ///
-/// Every status is kOk or kFailure unless an operation says more. Results are set on success only,
-/// unless an operation says otherwise.
+/// Every status is kOk or kFailure, and results are set on success only, unless the operation is
+/// documented otherwise.
 class TDiskFile {
  public:
   TDiskFile() = default;
@@ -40,7 +40,7 @@ class TDiskFile {
 
   /// Moves to `offset`, counted from the start.
   virtual Status Seek(FourCharCode code, std::uint32_t offset) = 0;
-  /// Reads `count` bytes at the current position and moves behind them.
+  /// Reads `count` bytes at the current position and moves past them.
   virtual Status Read(std::uint32_t count, void* buffer) = 0;
   /// Writes `count` bytes at the current position. A scrambled file transforms the caller's buffer
   /// for the time of the call.
@@ -67,11 +67,11 @@ class TDiskFile {
                           CText& text);
   /// Reads a section as a list: a count, then that many texts, each with its NUL. They are added
   /// to `texts`. An empty section is an empty list. A section of 1 to 3 bytes, or one with fewer
-  /// bytes behind the count than the count says texts, is kMalformed. Texts that the section ends
-  /// before are left out; the last one counts without its NUL, too.
+  /// bytes after the count than the count has texts, is kMalformed. Texts after the end of the
+  /// section are left out; the last one may lack its NUL.
   virtual Status ReadTextList(FourCharCode code, std::uint32_t offset, std::uint32_t length,
                               CTextPtrArray& texts);
-  /// Reads 4 bytes, whatever `length` says.
+  /// Reads 4 bytes, whatever `length` is.
   virtual Status ReadInteger(FourCharCode code, std::uint32_t offset, std::uint32_t length,
                              std::int32_t& value);
   /// Reads a section as it is. A section that ends beyond the file fails before memory is allocated

@@ -17,7 +17,6 @@
 #include "actions/AllActions.h"
 #include "actions/database/TSourceSpecification.h"
 #include "bench/SampleFields.h"
-#include "driver/Messages.h"
 #include "foundation/TByteReader.h"
 #include "fuzz/FuzzSupport.h"
 #include "tests/support/LegacyFile.h"
@@ -166,16 +165,13 @@ class TCorpus {
     if (name.ends_with("-0")) Write("protected/" + name, SaveToXml(file, Protection::kProtected));
   }
 
-  /// Takes the names of a text: words that begin with a capital letter or a dash.
+  /// Takes the names of a text: words that begin with a capital letter.
   void AddWords(std::string_view text) {
-    const auto is_of_word = [](char c) {
-      return std::isalpha(static_cast<unsigned char>(c)) != 0 || c == '-';
-    };
+    const auto is_of_word = [](char c) { return std::isalpha(static_cast<unsigned char>(c)) != 0; };
     for (std::size_t at = 0; at < text.size(); ++at) {
       std::size_t end = at;
       while (end < text.size() && is_of_word(text[end])) ++end;
-      const bool is_name = std::isupper(static_cast<unsigned char>(text[at])) != 0;
-      if (text[at] == '-' || (is_name && end > at + 2))
+      if (std::isupper(static_cast<unsigned char>(text[at])) != 0 && end > at + 2)
         words_.insert(std::string(text.substr(at, end - at)));
       at = std::max(at, end);
     }
@@ -189,7 +185,6 @@ class TCorpus {
       words_.insert(std::string(word));
     for (std::uint32_t format = 0x01000000; format <= 0x01000004; ++format)
       words_.insert(test::BigEndian(format));
-    for (const std::string_view line : messages::kUsage) AddWords(line);
     std::string dictionary;
     for (const std::string& word : words_) {
       dictionary += '"';

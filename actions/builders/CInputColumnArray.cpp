@@ -10,7 +10,7 @@
 namespace zaf {
 namespace {
 
-/// Copies a name that may fill its slot, with zeros behind its end.
+/// Copies a name that may fill its slot, padded with zeros.
 void SetName(TFixedText<128>& name, std::string_view text) {
   name = {};
   std::copy(text.begin(), text.end(), name.bytes);

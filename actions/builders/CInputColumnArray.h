@@ -71,7 +71,7 @@ class CInputColumnArray : public CDynamicArray {
     std::uint32_t first;
     std::uint32_t count;
   };
-  /// The owner, the table and the column, zero behind their ends. In records that have fewer names
+  /// The owner, the table and the column, padded with zeros. In records that have fewer names
   /// the first are empty.
   using TNames = std::array<TFixedText<128>, 3>;
   struct TNamesLess {
@@ -85,7 +85,7 @@ class CInputColumnArray : public CDynamicArray {
 
   std::size_t name_count_;
   TRecordArray<TListItem> items_;  ///< Read from a document.
-  TRecordArray<TRun> runs_;        ///< By column; columns behind its end have no such items.
+  TRecordArray<TRun> runs_;        ///< By column; columns after its end have no such items.
   std::map<TNames, std::vector<TListItem>, TNamesLess> shared_items_;  ///< Read from legacy files.
 };
 

@@ -9,7 +9,7 @@
 namespace zaf {
 
 /// The part of the codec of input columns that does not depend on the type of the records: a record
-/// list whose items, those of the inputs that offer a list, stand in the element of the input.
+/// list. The items of inputs that offer a list are children of the input's element.
 class TInputColumnsCodecBase : public TRecordListCodecBase {
  public:
   using TRecordListCodecBase::TRecordListCodecBase;

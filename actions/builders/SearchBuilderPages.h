@@ -21,7 +21,7 @@
 
 namespace zaf {
 
-/// A column that the search page asks for.
+/// A column with an input on the search page.
 struct TSearchColumnInfo {
   TInputColumn input;
   TFixedText<12> comparison;
@@ -33,7 +33,7 @@ static_assert(sizeof(TSearchColumnInfo) == 956);
 
 using CSearchColumnInfoArray = TInputColumnArray<TSearchColumnInfo, 3>;
 
-/// The form that asks what to search for.
+/// The search page: a form for the search criteria.
 struct TSearchPage {
   CSearchColumnInfoArray columns;
   TLazyRecord<TPageFormat> format;
@@ -57,7 +57,7 @@ static_assert(sizeof(TListColumnInfo) == 696);
 
 using CListColumnInfoArray = TRecordArray<TListColumnInfo>;
 
-/// The rows that were found.
+/// The list page: the rows found.
 struct TListPage {
   CText max_rows;
   bool has_pages = false;  ///< As many rows as `max_rows` on a page, instead of one page.
@@ -84,7 +84,7 @@ static_assert(sizeof(TDetailColumnInfo) == 992);
 
 using CDetailColumnInfoArray = TInputColumnArray<TDetailColumnInfo, 3>;
 
-/// One row, to be changed or deleted.
+/// The details page: one row, to be changed or deleted.
 struct TDetailsPage {
   CDetailColumnInfoArray columns;
   CJoinInfoArray joins;

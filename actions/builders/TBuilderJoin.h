@@ -4,8 +4,8 @@
 
 namespace zaf {
 
-/// A join of a page of a builder action: its element also says whether the join joins a table to
-/// itself, which its two tables tell when it is read.
+/// A join of a page of a builder action. Its element also has a switch for a join of a table with
+/// itself, which is derived from the two tables when it is read.
 struct TBuilderJoin : TJoinItem {
   void WriteXml(const TXmlWriteScope& scope) const;
 };

@@ -8,8 +8,8 @@
 
 namespace zaf {
 
-/// How a page of a builder action shows a column's value. Records of different pages have room for
-/// paths of different lengths.
+/// How a page of a builder action shows a column's value. Records of different pages have slots of
+/// different widths for the path.
 template <std::size_t kPathWidth, std::size_t kCarried>
 struct TDisplayOptions {
   std::int32_t kind;               ///< By the order of the vocabulary, from 0, as is the format.

@@ -18,7 +18,7 @@ struct TFixedInput {
   [[nodiscard]] bool HasText() const;
 };
 
-/// How a page of a builder action asks for a column's value.
+/// The input for a column's value on a page of a builder action.
 struct TInputOptions {
   FourCharCode kind;  ///< "text", "drop", "pick", "radi", "chek" or "fixd".
   TFixedText<128> default_value;

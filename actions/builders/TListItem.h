@@ -21,8 +21,8 @@ struct TListItem {
 
 static_assert(sizeof(TListItem) == 260);
 
-/// A list item as a legacy file holds it, in a record of its own behind the names of the columns
-/// that it belongs to: with three names the owner, the table and the column, with one the column.
+/// A list item of a legacy file: a record that begins with the name of its column, or with three
+/// names: the owner, the table and the column.
 template <std::size_t kNames>
 struct TLegacyListItem {
   TFixedText<128> names[kNames];

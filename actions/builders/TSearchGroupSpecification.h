@@ -8,7 +8,7 @@
 namespace zaf {
 
 /// The search builder action: a search application of three pages over one data source. A form
-/// asks what to search for, a list shows the rows found, and a page of details changes one of them.
+/// takes the criteria, a list shows the rows found, and a page of details changes one of them.
 /// It owns its pages.
 class TSearchGroupSpecification
     : public TTableSpecification<TSearchGroupSpecification, TSourceSpecification> {

@@ -9,7 +9,7 @@ namespace zaf {
 /// The keyword of a host type that is no kind of data source.
 inline constexpr TKeyword kDefaultDataSourceKind{0, "Default"};
 
-/// The kinds of data source, by their host types. The first stands for every other host type.
+/// The kinds of data source, by their host types. The first is used for every other host type.
 inline constexpr TKeyword kDataSourceKindsAndDefault[] = {
     kDefaultDataSourceKind,
     {static_cast<std::int32_t>(Code("odbc")), "ODBC"},

@@ -18,7 +18,7 @@ struct TCriteriaItem {
   TFixedText<128> column;
   TFixedText<128> table;
   TFixedText<128> value;
-  TFixedText<128> null_value;  ///< Stands for NULL.
+  TFixedText<128> null_value;  ///< Represents NULL.
   TFixedText<128> include_if_empty;
   TFixedText<128> quote_value;
 

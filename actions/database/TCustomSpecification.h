@@ -6,7 +6,7 @@
 
 namespace zaf {
 
-/// The direct DBMS action: sends a statement to the data source as it stands.
+/// The direct DBMS action: sends a statement to the data source unchanged.
 class TCustomSpecification final
     : public TTableSpecification<TCustomSpecification, TSourceSpecification> {
  public:

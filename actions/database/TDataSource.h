@@ -9,12 +9,12 @@
 
 namespace zaf {
 
-/// The data source of an action: which kind of database it is and where it lies, and the users and
-/// passwords that open it, in clear, while an application is developed and when it is deployed.
+/// The data source of an action: the kind and place of a database, and in clear the users and
+/// passwords for it, those of the development and those of the deployment.
 /// Owns its texts.
 ///
-/// In a document it stands in two `DataSource` elements of the document's list, which differ in the
-/// user and password. Actions whose elements would be equal share one.
+/// In a document it is written as two `DataSource` elements of the document's list, which differ in
+/// the user and password. Actions whose elements would be equal share one.
 struct TDataSource {
   FourCharCode host_type = kNoCode;
   CText type_name;  ///< Of the last host type that had one.
@@ -39,7 +39,7 @@ struct TDataSource {
                 std::uint32_t& deployment) const;
 
   /// Takes everything from the element with the ID `development` but the user and password of the
-  /// deployment, which are those of the element `deployment`. An ID that is not there leaves its
+  /// deployment, which are those of the element `deployment`. An ID that does not exist leaves its
   /// fields empty. kMalformed when all references together take too much.
   Status ReadXml(const TXmlReadContext& context, std::string_view development,
                  std::string_view deployment);

@@ -11,10 +11,10 @@
 namespace zaf {
 
 /// The data sources of a document by the IDs of their elements. Of several with one ID the first
-/// counts. An element that is asked for a second time is kept as it was read then: any number of
-/// actions may share one that is costly to read. Most elements are asked for once, and a copy of
-/// those would be of no use. The users and passwords of the elements, most of which have the same
-/// ones, are deciphered once. Owns what it keeps; refers to the document, which outlives it.
+/// counts. The second look-up of an element caches its content: any number of actions may share
+/// one that is costly to read. Most elements are looked up once and are not cached. The users and
+/// passwords of the elements, most of which have the same ones, are deciphered once. Owns what it
+/// keeps; refers to the document, which outlives it.
 class TDataSourceIndex {
  public:
   /// Indexes the `DataSource` elements in `data_sources`.
@@ -39,7 +39,7 @@ class TDataSourceIndex {
     std::unique_ptr<TDataSource> kept = nullptr;
   };
 
-  /// The element of this ID, or a null one; and, in `kept`, what it says where that is kept.
+  /// The element of this ID, or a null one; `kept` is set to its cached content, if any.
   dom::Element Find(const TXmlReadContext& context, std::string_view id, const TDataSource*& kept);
 
   TTextIndex<TEntry> entries_;

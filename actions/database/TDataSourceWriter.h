@@ -28,8 +28,8 @@ class TDataSourceId {
 /// enciphered once. Refers to the document and to the texts of the actions, which outlive it.
 class TDataSourceWriter {
  public:
-  /// What an element says: the texts of the data source, the keyword of its kind first, then the
-  /// user and the password in clear.
+  /// The content of an element: the texts of the data source, the keyword of its kind first, then
+  /// the user and the password in clear.
   using TContent = std::array<std::string_view, 7>;
 
   /// Sets the element that holds the others, before the first one is appended.

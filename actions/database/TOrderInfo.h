@@ -12,7 +12,7 @@ namespace zaf {
 
 /// A column that a search orders its rows by.
 struct TOrderInfo {
-  TFixedText<128> table;  ///< May begin with the owner and a point.
+  TFixedText<128> table;  ///< May begin with the owner and a full stop.
   TFixedText<128> column;
   TFixedText<128> ascending;  ///< "true" in any case of letters; anything else is descending.
 

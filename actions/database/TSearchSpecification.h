@@ -13,7 +13,7 @@
 
 namespace zaf {
 
-/// The search action: one SELECT. It owns its lists.
+/// The search action: one SELECT statement. Owns its lists.
 class TSearchSpecification
     : public TTableSpecification<TSearchSpecification, TSourceSpecification> {
  public:

@@ -20,7 +20,7 @@ class TTransCloseSpecification final
   /// An operation of the server's run time.
   virtual void ReleaseConnection() {}
 
-  /// Older files tell the end type by the platform "plat": only "mac " commits.
+  /// In older files the platform "plat" is the end type: only "mac " commits.
   Status ReadLegacyProperty(const TLegacySection& section) override;
   /// The label, how the transaction ends, and the name.
   void GetDisplayName(CText& name) const override;

@@ -14,7 +14,7 @@ namespace zaf {
 struct TValueItem {
   TFixedText<128> name;
   TFixedText<128> value;
-  TFixedText<128> null_value;  ///< Stands for NULL.
+  TFixedText<128> null_value;  ///< Represents NULL.
   TFixedText<128> include_if_empty;
   TFixedText<128> quote_value;
 

@@ -10,7 +10,7 @@
 namespace zaf {
 namespace {
 
-/// Whether `c` in a text behind the "=" of a tag could be taken for the text's end.
+/// Whether `c` could end a text after the "=" of a tag.
 bool NeedsQuotes(char c) {
   switch (c) {
     case ' ':
@@ -28,8 +28,8 @@ bool NeedsQuotes(char c) {
   }
 }
 
-/// Appends `text` as it can stand behind the "=" of a tag: in quotes when it could else not be told
-/// where it ends. Quotes inside are doubled when it has both kinds.
+/// Appends `text` as the value after the "=" of a tag, in quotes if its end would otherwise be
+/// ambiguous. Quotes inside are doubled when it has both kinds.
 void AppendQuoted(std::string_view text, std::string& tag) {
   if (!text.empty() && std::none_of(text.begin(), text.end(), NeedsQuotes)) {
     tag.append(text);

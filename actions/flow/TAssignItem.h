@@ -11,7 +11,7 @@
 
 namespace zaf {
 
-/// What an assignment says when it is one of a cookie.
+/// The fields of an assignment that only a cookie has.
 struct TCookie {
   TFixedText<128> expiry{};  ///< In minutes, in decimal; empty: with the session.
   TFixedText<256> path{};

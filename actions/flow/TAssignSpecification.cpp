@@ -18,8 +18,8 @@ constexpr std::string_view kScopeElement = "Scope";
 constexpr std::string_view kCookieScope = "Cookie";
 constexpr std::string_view kDefaultScope = "Default";
 
-/// Reads the parts of a section one behind the other, as far as the file reaches: what the section
-/// says of its length does not count.
+/// Reads the parts of a section one after another, up to the end of the file: the length of the
+/// section is ignored.
 class TPartReader {
  public:
   explicit TPartReader(const TLegacySection& section)
@@ -44,7 +44,7 @@ class TPartReader {
   }
 
  private:
-  /// The next `count` bytes; without a file when they begin where no offset reaches.
+  /// The next `count` bytes; without a file when their offset exceeds 32 bits.
   TLegacySection Next(std::uint32_t count) {
     if (offset_ > UINT32_MAX) return {};
     TLegacySection part = section_;
@@ -93,7 +93,7 @@ std::string LayOut(const TAssignItemArray& items) {
 }
 
 /// The items of an assign action: a section of items of variable length; in XML an element each,
-/// whose name tells cookies from the others.
+/// whose name distinguishes cookies from the others.
 class TAssignItemsCodec final : public TFieldCodec {
  public:
   /// The items before one that cannot be read stay in the list.

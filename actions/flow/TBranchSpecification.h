@@ -6,7 +6,7 @@
 
 namespace zaf {
 
-/// Goes on with another action, of this application or of another one.
+/// The branch action: continues with another action, of this application or of another one.
 class TBranchSpecification final
     : public TTableSpecification<TBranchSpecification, TQuerySpecification> {
  public:

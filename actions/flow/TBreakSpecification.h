@@ -4,7 +4,7 @@
 
 namespace zaf {
 
-/// Leaves a loop.
+/// The break action: leaves a loop.
 class TBreakSpecification final
     : public TTableSpecification<TBreakSpecification, TQuerySpecification> {
  public:

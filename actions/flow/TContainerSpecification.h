@@ -11,9 +11,9 @@ class TContainerSpecification final
   static constexpr FourCharCode kTypeCode = Code("cntr");
   static std::span<const TProperty> Properties() { return {}; }
 
-  /// The first action in the container, else the one behind it or behind a container around it.
+  /// The first action in the container, else the next one after it or a container around it.
   [[nodiscard]] const TActionEntry* GetNextInTree() const override;
-  /// Always true: the run time asks a container for the next action, never for its children.
+  /// Always true: the run time uses GetNextInTree of a container, never its children.
   [[nodiscard]] bool IsLeaf() const override { return true; }
 };
 

@@ -5,7 +5,7 @@
 
 namespace zaf {
 
-/// A condition that counts when none before it holds; written as an if under its own element.
+/// The else-if action: a condition that counts when none before it holds. Its element is its own.
 class TElseifSpecification final
     : public TTableSpecification<TElseifSpecification, TIfSpecification> {
  public:

@@ -9,7 +9,7 @@ namespace {
 
 constexpr std::size_t kOperatorSize = 4;
 
-/// An operator. It is compared by its first four bytes, those behind a NUL included.
+/// An operator. It is compared by its first four bytes, including those after a NUL.
 class TOperatorCodec final : public TValueCodec {
  public:
   bool IsEqual(const void* field, const void* other) const override {

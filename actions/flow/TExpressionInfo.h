@@ -9,8 +9,8 @@
 
 namespace zaf {
 
-/// One comparison of a condition, as it lies in a legacy file. Of the operator only the first four
-/// characters tell two comparisons apart.
+/// One comparison of a condition: a record of a legacy file. Only the first four characters of the
+/// operator count when two are compared.
 struct TExpressionInfo {
   TFixedText<128> conjunction;  ///< How it joins the comparison before it; empty in the first.
   TFixedText<128> left;

@@ -4,8 +4,8 @@
 
 namespace zaf {
 
-/// Repeats the actions beneath it while a variable runs from one value to another. Read from XML, a
-/// direction that is neither "Up" nor "Down" is kMalformed.
+/// The for action: repeats its children while a variable runs from one value to another. Read from
+/// XML, a direction that is neither "Up" nor "Down" is kMalformed.
 class TForSpecification final : public TTableSpecification<TForSpecification, TQuerySpecification> {
  public:
   static constexpr FourCharCode kTypeCode = Code("forl");

@@ -4,7 +4,7 @@
 
 namespace zaf {
 
-/// Actions that belong together.
+/// The group action: holds actions that belong together.
 class TGroupSpecification final
     : public TTableSpecification<TGroupSpecification, TQuerySpecification> {
  public:

@@ -5,7 +5,7 @@
 
 namespace zaf {
 
-/// Does the actions beneath it when its condition holds. Owns the condition.
+/// The if action: runs its children when its condition holds. Owns the condition.
 class TIfSpecification : public TTableSpecification<TIfSpecification, TQuerySpecification> {
  public:
   static constexpr FourCharCode kTypeCode = Code("if  ");
@@ -19,7 +19,7 @@ class TIfSpecification : public TTableSpecification<TIfSpecification, TQuerySpec
 
  private:
   CText expression_;  ///< The condition as one expression.
-  /// The same, taken apart. Writing cuts the operators, of which the rest never counted.
+  /// The same, taken apart. Writing cuts the operators, whose rest is ignored anyway.
   mutable TExpressionInfoArray<TIfExpressionInfo> comparisons_;
 };
 

@@ -4,8 +4,8 @@
 
 namespace zaf {
 
-/// The action that does nothing. It is written as a results action and read back as one, so one
-/// that says the same is its equal.
+/// The action that does nothing. It is written as a results action and read back as one, so it
+/// equals a results action of the same content.
 class TNullSpecification final
     : public TTableSpecification<TNullSpecification, TQuerySpecification> {
  public:
@@ -14,7 +14,7 @@ class TNullSpecification final
   static constexpr std::span<const std::string_view> kElements{};
   static std::span<const TProperty> Properties() { return {}; }
 
-  /// The type code is that of the results action and tells all: the class does not count.
+  /// Compares type codes, not classes: the results action has the same code.
   [[nodiscard]] bool IsEqual(const TQuerySpecification& other) const override {
     return HasEqualCommonContent(other);
   }

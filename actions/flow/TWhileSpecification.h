@@ -5,7 +5,7 @@
 
 namespace zaf {
 
-/// Repeats the actions beneath it as long as its condition holds. Owns the condition.
+/// The while action: repeats its children as long as its condition holds. Owns the condition.
 class TWhileSpecification final
     : public TTableSpecification<TWhileSpecification, TQuerySpecification> {
  public:

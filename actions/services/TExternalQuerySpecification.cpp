@@ -8,7 +8,7 @@
 namespace zaf {
 namespace {
 
-/// What an event that is not told is read as.
+/// Event code used when the element is absent.
 constexpr FourCharCode kBlankEvent = Code("    ");
 
 std::string_view GetText(dom::Element element, std::string_view name, std::string& joined) {

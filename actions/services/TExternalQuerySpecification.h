@@ -16,9 +16,9 @@ struct TExternalParameter {
 };
 using CExternalParameterArray = TOwningArray<TExternalParameter>;
 
-/// The base of the actions that hand work to something outside the server: a command line, an
-/// event to another application, a function of an external library. The platform says which it is
-/// and names the element. Owns its texts and parameters.
+/// The base of the actions that call something outside the server: a command line, an event to
+/// another application, a function of an external library. The platform decides which it is, and
+/// so the element. Owns its texts and parameters.
 class TExternalQuerySpecification
     : public TTableSpecification<TExternalQuerySpecification, TQuerySpecification> {
  public:
@@ -51,7 +51,7 @@ class TExternalQuerySpecification
 
   /// Reads and writes the parameter section of one kind: for an event its class and code; then,
   /// for every kind, the target and a count of names and values, each text with its NUL. A section
-  /// that ends early keeps what was whole.
+  /// that ends early keeps its complete items.
   virtual Status ReadParameters(const TLegacySection& section);
   Status ReadParts(const TLegacySection& section, TByteReader& reader);
   virtual Status WriteParameters(FourCharCode code, TSectionWriter& out) const;

@@ -10,7 +10,7 @@ namespace {
 constexpr std::string_view kWholeFile = "%0.$";
 constexpr std::string_view kRuleAttribute = "FileExistsRule";
 
-/// What writing does with a file that exists. The first one stands for an unknown keyword.
+/// What writing does with a file that exists. The first one is used for an unknown keyword.
 constexpr TKeyword kRuleKeywords[] = {
     {'w', "Overwrite"},
     {'a', "Append"},
@@ -49,7 +49,7 @@ class TRangeCodec final : public TTextCodecBase {
   }
 };
 
-/// The variables of a read, as children of its element; where there is none, one that is empty,
+/// The variables of a read, as children of its element. No variables are written as an empty one,
 /// which is read back as none.
 class TVariablesCodec final : public TFieldCodec {
  public:

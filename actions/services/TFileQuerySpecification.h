@@ -5,9 +5,9 @@
 
 namespace zaf {
 
-/// Reads, writes or deletes a file on the server's host. Owns its texts. The mode chooses the
-/// operation, and the element holds what that operation needs; the other fields are carried in
-/// legacy files only.
+/// The file action: reads, writes or deletes a file on the server's host. Owns its texts. The mode
+/// chooses the operation, and the element holds what that operation needs; the other fields are
+/// carried in legacy files only.
 class TFileQuerySpecification final
     : public TTableSpecification<TFileQuerySpecification, TQuerySpecification> {
  public:

@@ -9,7 +9,7 @@ namespace zaf {
 /// Whether the server has an engine for JavaScript.
 enum class ScriptEngine : bool { kMissing, kPresent };
 
-/// Runs a script. Owns its texts.
+/// The script action. Owns its texts.
 class TScriptSpecification final
     : public TTableSpecification<TScriptSpecification, TQuerySpecification> {
  public:
