@@ -4,7 +4,6 @@
 
 #include "actions/database/TDataSourceWriter.h"
 #include "appfile/ProgramTree.h"
-#include "fields/TXmlContext.h"
 
 namespace zaf {
 namespace {
@@ -44,6 +43,8 @@ TContainers MakeFrame(const TApplication& application, RunOnlyMark mark, TXmlWri
   return containers;
 }
 
+}  // namespace
+
 void WriteDefaultDataSource(const TApplication& application, TXmlWriteContext& context) {
   if (!application.HasDataSource()) return;
   const dom::Element source = context.data_sources.Append();
@@ -51,8 +52,6 @@ void WriteDefaultDataSource(const TApplication& application, TXmlWriteContext& c
   const dom::Element info = source.appendElement("DataSourceInfo");
   WriteXmlRows(TApplication::DataSourceInfoProperties(), &application, {context, info, {}});
 }
-
-}  // namespace
 
 Status WriteXmlDocument(const TApplication& application, RunOnlyMark mark,
                         const dom::Document& document) {
