@@ -16,7 +16,6 @@
 #include "appfile/TElementComparison.h"
 #include "appfile/TLegacyRecord.h"
 #include "appfile/TQuerySpecificationServer.h"
-#include "appfile/XmlDocumentWriter.h"
 
 namespace zaf {
 namespace {
@@ -45,9 +44,11 @@ class TScratchDocument {
   dom::Element Write(const TApplication& application) {
     const auto write = [&](TXmlWriteContext& context) {
       WriteXmlRows(TApplication::Properties(), &application, {context, context.actions, {}});
-      TDataSourceWriter& sources = context.data_sources;
-      sources.SetList(context.actions);
-      WriteDefaultDataSource(application, context);
+      if (!application.HasDataSource()) return true;
+      const dom::Element source = context.actions.appendElement("DataSource");
+      WriteXmlRows(TApplication::DataSourceProperties(), &application, {context, source, {}});
+      const dom::Element info = source.appendElement("DataSourceInfo");
+      WriteXmlRows(TApplication::DataSourceInfoProperties(), &application, {context, info, {}});
       return true;
     };
     return Write(write).getFirstChildElement("Actions");
@@ -273,7 +274,7 @@ class TApplicationComparison {
     if (scope_ != DifferenceScope::kEverything) return;
     CompareSections(one, two);
     if (!is_equal && count_ == count)
-      Report(DifferenceKind::kChanged, "''", std::nullopt, std::nullopt);
+      Report(DifferenceKind::kChanged, {}, std::nullopt, std::nullopt);
   }
 
   // What the sections say of an action or application, and what they make of a new one.

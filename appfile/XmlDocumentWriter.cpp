@@ -4,6 +4,7 @@
 
 #include "actions/database/TDataSourceWriter.h"
 #include "appfile/ProgramTree.h"
+#include "fields/TXmlContext.h"
 
 namespace zaf {
 namespace {
@@ -43,8 +44,6 @@ TContainers MakeFrame(const TApplication& application, RunOnlyMark mark, TXmlWri
   return containers;
 }
 
-}  // namespace
-
 void WriteDefaultDataSource(const TApplication& application, TXmlWriteContext& context) {
   if (!application.HasDataSource()) return;
   const dom::Element source = context.data_sources.Append();
@@ -52,6 +51,8 @@ void WriteDefaultDataSource(const TApplication& application, TXmlWriteContext& c
   const dom::Element info = source.appendElement("DataSourceInfo");
   WriteXmlRows(TApplication::DataSourceInfoProperties(), &application, {context, info, {}});
 }
+
+}  // namespace
 
 Status WriteXmlDocument(const TApplication& application, RunOnlyMark mark,
                         const dom::Document& document) {

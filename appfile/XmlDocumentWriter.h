@@ -2,7 +2,6 @@
 
 #include "appfile/TApplication.h"
 #include "dom/dom.h"
-#include "fields/TXmlContext.h"
 #include "foundation/Status.h"
 
 namespace zaf {
@@ -16,9 +15,5 @@ enum class RunOnlyMark : bool { kNone, kWritten };
 /// document cannot be made.
 Status WriteXmlDocument(const TApplication& application, RunOnlyMark mark,
                         const dom::Document& document);
-
-/// Appends the `DataSource` element of the application's own data source, if it has one, to the
-/// data sources of the context.
-void WriteDefaultDataSource(const TApplication& application, TXmlWriteContext& context);
 
 }  // namespace zaf
