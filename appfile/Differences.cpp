@@ -1,7 +1,9 @@
 #include "appfile/Differences.h"
 
 #include <algorithm>
+#include <array>
 #include <map>
+#include <memory>
 #include <new>
 #include <numeric>
 #include <optional>
@@ -16,6 +18,7 @@
 #include "appfile/TElementComparison.h"
 #include "appfile/TLegacyRecord.h"
 #include "appfile/TQuerySpecificationServer.h"
+#include "fields/TextTraits.h"
 
 namespace zaf {
 namespace {
@@ -24,7 +27,12 @@ constexpr std::uint32_t kNone = static_cast<std::uint32_t>(-1);
 /// The section that names an action's parent.
 constexpr FourCharCode kParentSection = Code("pare");
 
-/// Whether the XML form holds anything of an object.
+std::string NameOf(FourCharCode code) {
+  const std::array<char, 4> characters = Characters(code);
+  return {characters.data(), characters.size()};
+}
+
+/// Whether differences between objects can be seen in their XML form.
 enum class HasXml : bool { kNo, kYes };
 
 using TOptionalText = std::optional<std::string_view>;
@@ -101,18 +109,26 @@ void CompareElements(TElementComparison& comparison, dom::Element one, dom::Elem
 /// An action in a list of all actions of a tree.
 struct TNode {
   const TQuerySpecification* action;
+  std::string name;             ///< As a document has it.
   std::uint32_t parent;         ///< Index of its parent; that of the root is its own.
   std::uint32_t before;         ///< Index of the sibling before it; kNone for the first one.
   std::uint32_t match = kNone;  ///< Index of the same action in the other list.
   bool is_reordered = false;
 };
 
+TNode MakeNode(const TQuerySpecification& action, std::uint32_t parent, std::uint32_t before) {
+  TNode node{&action, std::string(action.GetName().View()), parent, before};
+  std::erase_if(node.name, IsDroppedCharacter);
+  return node;
+}
+
 /// The actions of a tree in its order, the root first, which stands for a missing one, too.
 /// `scope`: in the XML form an else-if or else is a sibling of the if that it goes on with.
 std::vector<TNode> ListActions(const TActionTree& tree, DifferenceScope scope) {
   static const TContainerSpecification no_root;
   const TActionEntry* const root = tree.GetRoot();
-  std::vector<TNode> nodes{{root == nullptr ? &no_root : root->action.get(), 0, kNone}};
+  const TQuerySpecification* const top = root == nullptr ? &no_root : root->action.get();
+  std::vector<TNode> nodes{MakeNode(*top, 0, kNone)};
   if (root == nullptr) return nodes;
   std::vector<std::uint32_t> last_child{kNone};
   // From the root down to the current one.
@@ -125,7 +141,7 @@ std::vector<TNode> ListActions(const TActionTree& tree, DifferenceScope scope) {
       parent = nodes[parent].parent;
     const auto index = static_cast<std::uint32_t>(nodes.size());
     path.emplace_back(entry, index);
-    nodes.push_back({entry->action.get(), parent, std::exchange(last_child[parent], index)});
+    nodes.push_back(MakeNode(*entry->action, parent, std::exchange(last_child[parent], index)));
     last_child.push_back(kNone);
   }
   return nodes;
@@ -148,7 +164,7 @@ class TApplicationComparison {
     FindReordered();
     ReportAdded(0);
     for (const TNode& node : std::span(nodes_one_).subspan(1)) {
-      subject_ = node.action->GetName().View();
+      subject_ = node.name;
       if (node.match == kNone) {
         ReportValues({}, documents_[0].Write(*node.action).getTagName(), {});
         continue;
@@ -185,10 +201,10 @@ class TApplicationComparison {
     ReportValues({}, one_.GetRootElement(), two_.GetRootElement());
     TElementComparison comparison = MakeComparison();
     comparison.Compare({}, documents_[0].Write(one_), documents_[1].Write(two_));
-    if (scope_ == DifferenceScope::kEverything) CompareSections(one_, two_);
+    if (scope_ == DifferenceScope::kEverything) CompareSections(one_, two_, HasXml::kYes);
     is_of_action_ = true;
     if (scope_ != DifferenceScope::kEverything) return;
-    subject_ = nodes_one_.front().action->GetName().View();
+    subject_ = nodes_one_.front().name;
     CompareSections(*nodes_one_.front().action, *nodes_two_.front().action, HasXml::kNo);
   }
 
@@ -196,22 +212,21 @@ class TApplicationComparison {
   void Match() {
     std::map<std::pair<std::uint32_t, std::string_view>, std::vector<std::uint32_t>> left;
     const auto match = [&](TNode& node, std::uint32_t parent) {
-      const auto found = left.find({parent, node.action->GetName().View()});
+      const auto found = left.find({parent, node.name});
       if (found == left.end() || found->second.empty()) return;
       node.match = found->second.back();
       nodes_two_[node.match].match = static_cast<std::uint32_t>(&node - nodes_one_.data());
       found->second.pop_back();
     };
     for (auto i = static_cast<std::uint32_t>(nodes_two_.size()); --i > 0;)
-      left[{nodes_two_[i].parent, nodes_two_[i].action->GetName().View()}].push_back(i);
+      left[{nodes_two_[i].parent, nodes_two_[i].name}].push_back(i);
     nodes_one_.front().match = nodes_two_.front().match = 0;
     for (TNode& node : std::span(nodes_one_).subspan(1))
       if (const std::uint32_t parent = nodes_one_[node.parent].match; parent != kNone)
         match(node, parent);
     left.clear();
     for (auto i = static_cast<std::uint32_t>(nodes_two_.size()); --i > 0;)
-      if (nodes_two_[i].match == kNone)
-        left[{kNone, nodes_two_[i].action->GetName().View()}].push_back(i);
+      if (nodes_two_[i].match == kNone) left[{kNone, nodes_two_[i].name}].push_back(i);
     for (TNode& node : nodes_one_)
       if (node.match == kNone) match(node, kNone);
   }
@@ -244,14 +259,14 @@ class TApplicationComparison {
   /// The actions that are only in `two` and follow there at this index.
   void ReportAdded(std::uint32_t index) {
     while (++index < nodes_two_.size() && nodes_two_[index].match == kNone) {
-      subject_ = nodes_two_[index].action->GetName().View();
+      subject_ = nodes_two_[index].name;
       ReportValues({}, {}, documents_[1].Write(*nodes_two_[index].action).getTagName());
     }
   }
 
   void ReportPlaces(const TNode& one, const TNode& two) {
     const auto name = [](const std::vector<TNode>& nodes, std::uint32_t index, std::uint32_t none) {
-      return index == none ? std::nullopt : TOptionalText(nodes[index].action->GetName().View());
+      return index == none ? std::nullopt : TOptionalText(nodes[index].name);
     };
     if (IsMoved(one))
       Report(DifferenceKind::kMoved, {}, name(nodes_one_, one.parent, 0),
@@ -272,7 +287,10 @@ class TApplicationComparison {
       CompareElements(comparison, element_one, element_two);
     }
     if (scope_ != DifferenceScope::kEverything) return;
-    CompareSections(one, two);
+    CompareSections(one, two, count_ == count ? HasXml::kNo : HasXml::kYes);
+    ReportValues("ID", one.GetName().View(), two.GetName().View());
+    if (!is_equal && count_ == count)
+      ReportValues({}, NameOf(one.GetTypeCode()), NameOf(two.GetTypeCode()));
     if (!is_equal && count_ == count)
       Report(DifferenceKind::kChanged, {}, std::nullopt, std::nullopt);
   }
@@ -302,9 +320,10 @@ class TApplicationComparison {
     static_cast<void>(index.Find(section.code).Read(&application, section));
   }
 
-  /// Reports the sections that differ although that makes no difference to the XML form.
+  /// Reports the sections that differ, with kYes only those that make no difference to the XML
+  /// form.
   template <class Object>
-  void CompareSections(const Object& one, const Object& two, HasXml has_xml = HasXml::kYes) {
+  void CompareSections(const Object& one, const Object& two, HasXml has_xml) {
     const TLegacyRecord record_one = RecordOf(one);
     const TLegacyRecord record_two = RecordOf(two);
     std::vector<FourCharCode> codes = record_one.GetCodes();
@@ -314,9 +333,11 @@ class TApplicationComparison {
       const TOptionalText from = record_one.Find(code);
       const TOptionalText to = record_two.Find(code);
       if (from == to || code == kParentSection) continue;
-      if (has_xml == HasXml::kYes && ChangesXml(one, record_one, record_two, code)) continue;
-      const std::array<char, 4> characters = Characters(code);
-      ReportValues("'" + std::string(characters.data(), characters.size()) + "'", from, to);
+      const bool is_read_alike = from && to && WithReadLineEnds(*from) == WithReadLineEnds(*to);
+      if (has_xml == HasXml::kYes && !is_read_alike &&
+          ChangesXml(one, record_one, record_two, code))
+        continue;
+      ReportValues("'" + NameOf(code) + "'", from, to);
     }
   }
 

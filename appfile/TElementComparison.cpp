@@ -47,16 +47,7 @@ std::string TextOf(dom::Element element) {
   if (const dom::Attr reference = element.getAttributeNode("Ref"); reference)
     element = FindOutput(element, reference.getValue());
   std::string scratch;
-  const std::string_view text = element.getTextContent(scratch);
-  std::string read;
-  read.reserve(text.size());
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    if (text[i] != '\r')
-      read += text[i];
-    else if (!text.substr(i + 1).starts_with('\n'))
-      read += '\n';
-  }
-  return read;
+  return WithReadLineEnds(element.getTextContent(scratch));
 }
 
 bool HasChildren(dom::Element element) { return bool(element.getFirstChildElement()); }
@@ -81,8 +72,8 @@ void AppendContent(dom::Element element, std::string& content) {
 void AppendFields(dom::Element element, std::string& fields) {
   const auto append = [&](std::string_view name, std::string_view value) {
     if (value.empty()) return;
-    if (!fields.empty()) fields += ' ';
-    fields.append(name).append("=\"").append(value).append("\"");
+    if (!fields.empty()) fields += ", ";
+    fields.append(name).append(": ").append(value);
   };
   for (const dom::Attr attribute : element.getAttributes())
     if (!IsReference(attribute)) append(attribute.getName(), attribute.getValue());
@@ -112,6 +103,18 @@ std::vector<dom::Element> ItemsOf(dom::Element element, bool is_list) {
 }
 
 }  // namespace
+
+std::string WithReadLineEnds(std::string_view text) {
+  std::string read;
+  read.reserve(text.size());
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (text[i] != '\r')
+      read += text[i];
+    else if (!text.substr(i + 1).starts_with('\n'))
+      read += '\n';
+  }
+  return read;
+}
 
 bool IsListElement(std::string_view name) { return Has(kListElements, name); }
 

@@ -11,6 +11,9 @@
 
 namespace zaf {
 
+/// A text as it is read from a document in which it was written: with LF for CR and CR LF.
+std::string WithReadLineEnds(std::string_view text);
+
 /// Whether the children of an element of this name are the items of a list.
 [[nodiscard]] bool IsListElement(std::string_view name);
 /// Whether elements of this name are the items of a list that has no element of its own.

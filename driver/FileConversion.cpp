@@ -8,6 +8,7 @@
 #include <string>
 #include <string_view>
 
+#include "appfile/Differences.h"
 #include "appfile/TQuerySpecificationServer.h"
 #include "driver/TMemoryFile.h"
 #include "foundation/Attempt.h"
@@ -227,6 +228,9 @@ class TFileConversion {
       return;
     }
     result_.is_restored = Attempt([&] { return document_->IsEqual(written); }, false);
+    if (result_.is_restored || request_.differences == nullptr) return;
+    FindDifferences(document_->GetApplication(), written.GetApplication(),
+                    DifferenceScope::kEverything, *request_.differences);
   }
 
   const TFileRequest& request_;

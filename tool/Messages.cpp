@@ -138,6 +138,15 @@ std::string Located(const std::string& path, std::uint32_t line, std::uint32_t c
   return text + " ";
 }
 
+/// The value of a section without NULs at its end, others that are repeated once.
+std::optional<std::string> WithoutPadding(std::optional<std::string_view> value) {
+  if (!value) return std::nullopt;
+  std::string text;
+  for (const char c : value->substr(0, value->find_last_not_of('\0') + 1))
+    if (c != '\0' || !text.ends_with('\0')) text += c;
+  return text;
+}
+
 /// Two values in quotes, each as it is if it is short, else the part around the first character in
 /// which they differ. A missing one stays empty.
 std::pair<std::string, std::string> ShortenValues(std::optional<std::string_view> one,
@@ -241,7 +250,10 @@ std::string DifferenceMessage(const TDifference& difference, Coloring coloring) 
 }
 
 std::string DifferenceText(const TDifference& difference) {
-  const auto [from, to] = ShortenValues(difference.from, difference.to);
+  const bool is_section = difference.field.starts_with('\'');
+  const auto [from, to] =
+      is_section ? ShortenValues(WithoutPadding(difference.from), WithoutPadding(difference.to))
+                 : ShortenValues(difference.from, difference.to);
   const auto name = [](std::string_view before, const std::string& quoted, std::string_view none) {
     return quoted.empty() ? std::string(none) : std::string(before) + quoted;
   };
