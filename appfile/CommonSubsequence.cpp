@@ -8,7 +8,8 @@ namespace zaf {
 namespace {
 
 constexpr std::uint32_t kNone = static_cast<std::uint32_t>(-1);
-constexpr std::size_t kMostPairsPerElement = 64;
+constexpr std::size_t kMostPairsPerElement = 16;
+constexpr std::size_t kMostFurtherPairs = 1 << 20;
 
 /// The elements of both sequences between their common beginning and their common end.
 using TMiddle = std::span<const std::uint32_t>;
@@ -21,21 +22,24 @@ void PairMiddle(TMiddle one, TMiddle two, std::uint32_t begin, std::vector<TInde
   std::unordered_map<std::uint32_t, std::vector<std::uint32_t>> places;
   for (std::size_t j = two.size(); j-- > 0;)
     places[two[j]].push_back(static_cast<std::uint32_t>(j));
-  const std::size_t most_pairs = kMostPairsPerElement * (one.size() + two.size());
+  const std::size_t elements = one.size() + two.size();
+  const std::size_t most_pairs =
+      std::min(kMostPairsPerElement * elements, elements + kMostFurtherPairs);
   std::vector<std::uint32_t> candidates;
-  std::vector<std::uint32_t> elements;
+  std::vector<std::uint32_t> indexes;
   for (std::uint32_t i = 0; i < one.size(); ++i) {
     const auto found = places.find(one[i]);
     if (found == places.end()) continue;
+    if (found->second.size() > most_pairs - candidates.size()) {
+      for (std::uint32_t k = 0; k < std::min(one.size(), two.size()); ++k)
+        if (one[k] == two[k]) pairs.push_back({begin + k, begin + k});
+      return;
+    }
     candidates.insert(candidates.end(), found->second.begin(), found->second.end());
-    elements.resize(candidates.size(), i);
-    if (candidates.size() <= most_pairs) continue;
-    for (std::uint32_t k = 0; k < std::min(one.size(), two.size()); ++k)
-      if (one[k] == two[k]) pairs.push_back({begin + k, begin + k});
-    return;
+    indexes.resize(candidates.size(), i);
   }
   for (const std::uint32_t index : FindLongestIncreasing(candidates))
-    pairs.push_back({begin + elements[index], begin + candidates[index]});
+    pairs.push_back({begin + indexes[index], begin + candidates[index]});
 }
 
 }  // namespace
