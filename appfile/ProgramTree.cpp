@@ -12,13 +12,6 @@ constexpr FourCharCode kIf = Code("if  ");
 constexpr FourCharCode kElseIf = Code("elif");
 constexpr FourCharCode kElse = Code("else");
 
-/// Whether `action` goes on with the if or else-if `before`.
-bool IsBranchOf(const TQuerySpecification& action, const TQuerySpecification& before) {
-  const FourCharCode type = action.GetTypeCode();
-  const FourCharCode type_before = before.GetTypeCode();
-  return (type == kElseIf || type == kElse) && (type_before == kIf || type_before == kElseIf);
-}
-
 /// The actions by their IDs. Of several with one ID each is given out once, in their order. The
 /// usual document refers to all actions in their order; they are indexed for any other.
 class TActionIndex {
@@ -70,6 +63,12 @@ struct TLevel {
 };
 
 }  // namespace
+
+bool IsBranchOf(const TQuerySpecification& action, const TQuerySpecification& before) {
+  const FourCharCode type = action.GetTypeCode();
+  const FourCharCode type_before = before.GetTypeCode();
+  return (type == kElseIf || type == kElse) && (type_before == kIf || type_before == kElseIf);
+}
 
 Status WriteProgram(const TActionTree& tree, dom::Element program, TXmlWriteContext& context) {
   const TActionEntry* const root = tree.GetRoot();

@@ -9,6 +9,9 @@
 
 namespace zaf {
 
+/// Whether `action` goes on with the if or else-if `before`.
+[[nodiscard]] bool IsBranchOf(const TQuerySpecification& action, const TQuerySpecification& before);
+
 /// Writes the elements of all actions into the context's `Actions`, one after another in tree
 /// order, and for each an `ActionRef` into `program`. The references nest as the actions do, with
 /// one exception: an else-if or else that is a child of an if or else-if becomes its sibling. The

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <string_view>
 
 #include "appfile/TErrorPlace.h"
 #include "appfile/TZanfoFile.h"
@@ -10,7 +11,11 @@
 
 namespace zaf {
 
+class TDifferenceObserver;
 class TLossObserver;
+
+/// What the file at a path describes: a class file if its name ends in ".zcf", case ignored.
+DocumentKind KindOfName(std::string_view path);
 
 /// How the conversion of one file ended.
 enum class FileOutcome : std::uint8_t {
@@ -51,6 +56,8 @@ struct TFileRequest {
   bool is_dry_run = false;            ///< Only looks whether the output exists; reads nothing.
   bool keep_time = false;             ///< Gives the output file the time stamp of the input.
   TLossObserver* observer = nullptr;  ///< Of the losses; null: nobody looks for them.
+  /// Of what verification finds different, if it does; null: nobody looks for it.
+  TDifferenceObserver* differences = nullptr;
 };
 
 /// What became of one file. What was not reached is as it is here.

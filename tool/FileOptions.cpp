@@ -14,9 +14,6 @@ constexpr unsigned kMostJobs = 1024;
 constexpr const char* kInclude = "--include";
 constexpr const char* kExclude = "--exclude";
 
-const TWords<When> kWhenWords{
-    {"auto", When::kAuto}, {"always", When::kAlways}, {"never", When::kNever}};
-
 /// "K/N" with 1 <= K <= N; empty when the text is not.
 std::optional<TShard> ParseShard(std::string_view text) {
   TShard shard;

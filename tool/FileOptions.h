@@ -21,6 +21,9 @@ void FinishFileOptions(const CLI::App& command, TRunOptions& options);
 template <class Value>
 using TWords = std::vector<std::pair<std::string, Value>>;
 
+inline const TWords<When> kWhenWords{
+    {"auto", When::kAuto}, {"always", When::kAlways}, {"never", When::kNever}};
+
 /// An option that takes one of some words.
 template <class Value>
 void AddWord(CLI::App& command, const std::string& name, Value& value, const TWords<Value>& words,

@@ -5,9 +5,11 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <memory>
 #include <new>
 #include <optional>
+#include <set>
 #include <string>
 
 #include "foundation/CText.h"
@@ -41,6 +43,25 @@ class TLossList final : public TLossObserver {
 
  private:
   std::vector<TLoss>& losses_;
+};
+
+/// Takes the differences that a verification finds as losses.
+class TDifferenceLosses final : public TDifferenceObserver {
+ public:
+  void OnDifference(const TDifference& difference) override {
+    losses_.push_back({LossCode::kNotRestored, DifferenceText(difference),
+                       std::string(difference.is_of_action ? difference.subject : "")});
+  }
+  /// Those of which the losses of the conversion explain nothing: there is none of the action.
+  [[nodiscard]] std::vector<TLoss> TakeUnexplained(const std::vector<TLoss>& explaining) {
+    std::set<std::string_view> explained;
+    for (const TLoss& loss : explaining) explained.insert(loss.action);
+    std::erase_if(losses_, [&](const TLoss& loss) { return explained.contains(loss.action); });
+    return std::move(losses_);
+  }
+
+ private:
+  std::vector<TLoss> losses_;
 };
 
 /// The report while it is written. Does nothing when there is none.
@@ -241,11 +262,17 @@ class TFileRun {
     request.verification = verifies ? Verification::kOn : Verification::kOff;
     request.is_dry_run = options_.dry_run;
     request.keep_time = options_.keep_time;
-    if (options_.LooksForLosses()) request.observer = &losses;
+    TDifferenceLosses differences;
+    if (options_.LooksForLosses()) {
+      request.observer = &losses;
+      request.differences = &differences;
+    }
     record.result = ConvertFile(request);
     const FileOutcome outcome = record.result.outcome;
     if (outcome != FileOutcome::kConverted && outcome != FileOutcome::kSkipped)
       record.error = ErrorOfOutcome(record);
+    std::ranges::move(differences.TakeUnexplained(record.losses),
+                      std::back_inserter(record.losses));
     AddLossesOfVerification(record);
   }
 

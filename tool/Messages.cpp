@@ -1,5 +1,6 @@
 #include "tool/Messages.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <filesystem>
@@ -140,6 +141,36 @@ std::string Located(const std::string& path, std::uint32_t line, std::uint32_t c
   return text + " ";
 }
 
+/// The value of a section without NULs at its end, others that are repeated once.
+std::optional<std::string> WithoutPadding(std::optional<std::string_view> value) {
+  if (!value) return std::nullopt;
+  std::string text;
+  for (const char c : value->substr(0, value->find_last_not_of('\0') + 1))
+    if (c != '\0' || !text.ends_with('\0')) text += c;
+  return text;
+}
+
+/// Two values in quotes, each as it is if it is short, else the part around the first character in
+/// which they differ. A missing one stays empty.
+std::pair<std::string, std::string> ShortenValues(std::optional<std::string_view> one,
+                                                  std::optional<std::string_view> two) {
+  constexpr std::size_t kMost = 60;
+  constexpr std::size_t kBefore = 20;
+  const std::string_view first = one.value_or(std::string_view());
+  const std::string_view second = two.value_or(std::string_view());
+  const auto differ =
+      static_cast<std::size_t>(std::ranges::mismatch(first, second).in1 - first.begin());
+  const auto shorten = [&](std::optional<std::string_view> value) -> std::string {
+    if (!value) return {};
+    if (value->size() <= kMost) return "\"" + std::string(*value) + "\"";
+    const std::size_t begin = std::min(std::max(differ, kBefore) - kBefore, value->size() - kMost);
+    const bool is_to_end = begin + kMost == value->size();
+    return (begin > 0 ? "...\"" : "\"") + std::string(value->substr(begin, kMost)) +
+           (is_to_end ? "\"" : "\"...");
+  };
+  return {shorten(one), shorten(two)};
+}
+
 }  // namespace
 
 TInputError ErrorOf(Fault fault, const TInputRecord& record) {
@@ -214,6 +245,40 @@ std::string Summary(const TTotals& totals, FileCommand command, bool has_looked_
   std::array<char, 32> time;
   std::snprintf(time.data(), time.size(), "%.1f s", totals.seconds);
   return text + FormatBytes(static_cast<double>(totals.bytes_in)) + " in " + time.data() + "\n";
+}
+
+std::string DifferenceMessage(const TDifference& difference, Coloring coloring) {
+  return Word(Printable(ToUtf8(difference.subject)), "1", coloring) + ": " +
+         Printable(ToUtf8(DifferenceText(difference))) + "\n";
+}
+
+std::string DifferenceText(const TDifference& difference) {
+  const bool is_section = difference.field.starts_with('\'');
+  const auto [from, to] =
+      is_section ? ShortenValues(WithoutPadding(difference.from), WithoutPadding(difference.to))
+                 : ShortenValues(difference.from, difference.to);
+  const auto name = [](std::string_view before, const std::string& quoted, std::string_view none) {
+    return quoted.empty() ? std::string(none) : std::string(before) + quoted;
+  };
+  switch (difference.kind) {
+    case DifferenceKind::kMoved:
+      return "moved: " + name("below ", from, "at the top") + " -> " +
+             name("below ", to, "at the top");
+    case DifferenceKind::kReordered:
+      return "reordered: " + name("after ", from, "first") + " -> " + name("after ", to, "first");
+    default:
+      break;
+  }
+  std::string text(difference.field);
+  if (!text.empty()) text += ": ";
+  if (difference.kind != DifferenceKind::kChanged)
+    return text.append(DifferenceWord(difference.kind)) + " " + from + to;
+  return from.empty() ? "differs in what has no form" : text + from + " -> " + to;
+}
+
+std::string_view DifferenceWord(DifferenceKind kind) {
+  constexpr std::string_view kWords[] = {"changed", "added", "removed", "moved", "reordered"};
+  return kWords[static_cast<std::size_t>(kind)];
 }
 
 std::string Printable(std::string_view name) {

@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 
+#include "appfile/TDifference.h"
 #include "tool/Report.h"
 
 namespace zaf {
@@ -31,6 +32,13 @@ std::string ErrorMessage(const TInputRecord& record, Coloring coloring);
 std::string LossMessage(const TInputRecord& record, const TLoss& loss, Coloring coloring);
 std::string InputMessage(const TInputRecord& record);
 std::string Summary(const TTotals& totals, FileCommand command, bool has_looked_for_losses);
+
+/// What `zaf diff` prints of a difference: a line, or what follows the name of its subject there,
+/// in the bytes of the application's texts. Long values are shortened around where they differ
+/// first.
+std::string DifferenceMessage(const TDifference& difference, Coloring coloring);
+std::string DifferenceText(const TDifference& difference);
+std::string_view DifferenceWord(DifferenceKind kind);
 
 /// A name with its control characters as \xNN.
 std::string Printable(std::string_view name);

@@ -41,11 +41,13 @@ std::string FormatTime(double seconds) {
 
 }  // namespace
 
+Coloring ChooseColoring(When when, bool is_terminal) {
+  const bool is_usual = is_terminal && !IsSet("NO_COLOR") && !IsDumbTerminal();
+  return IsWanted(when, is_usual) ? Coloring::kOn : Coloring::kOff;
+}
+
 TConsole::TConsole(const TRunOptions& options)
-    : coloring_(
-          IsWanted(options.color, IsErrorTerminal() && !IsSet("NO_COLOR") && !IsDumbTerminal())
-              ? Coloring::kOn
-              : Coloring::kOff),
+    : coloring_(ChooseColoring(options.color, IsErrorTerminal())),
       shows_progress_(
           IsWanted(options.progress, IsErrorTerminal() && options.volume != Volume::kQuiet)) {}
 

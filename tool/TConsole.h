@@ -9,6 +9,9 @@
 
 namespace zaf {
 
+/// Whether the words of messages are coloured that go to a terminal, or to none.
+Coloring ChooseColoring(When when, bool is_terminal);
+
 /// Standard error, with messages and, below them, a line of progress.
 class TConsole {
  public:

@@ -35,6 +35,14 @@ bool IsErrorTerminal() {
 #endif
 }
 
+bool IsOutputTerminal() {
+#ifdef _WIN32
+  return _isatty(_fileno(stdout)) != 0;
+#else
+  return isatty(STDOUT_FILENO) != 0;
+#endif
+}
+
 std::size_t GetTerminalWidth() {
 #ifdef _WIN32
   CONSOLE_SCREEN_BUFFER_INFO info{};

@@ -7,6 +7,9 @@ namespace zaf {
 /// Whether standard error is a terminal.
 [[nodiscard]] bool IsErrorTerminal();
 
+/// Whether standard output is one.
+[[nodiscard]] bool IsOutputTerminal();
+
 /// Columns of the terminal of standard error; 80 when that is unknown.
 [[nodiscard]] std::size_t GetTerminalWidth();
 

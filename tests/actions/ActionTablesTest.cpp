@@ -8,6 +8,7 @@
 #include <string>
 
 #include "actions/AllActions.h"
+#include "appfile/Differences.h"
 #include "appfile/TQuerySpecificationServer.h"
 #include "fields/SectionMap.h"
 #include "tests/support/Convert.h"
@@ -162,12 +163,12 @@ std::vector<std::string> Split(const std::string& order) {
 /// What makes no difference: the place in the tree and the assignments.
 const std::set<std::string> kNoContent{"pare", "assx", "assn"};
 
-/// An action of which every field that has a section has been changed.
+/// An action of which every field that has a section has been changed, except that of `omitted`.
 template <class Action>
-Action Filled() {
+Action Filled(const std::string& omitted = {}) {
   Action action;
   for (const std::string& code : Split(kFacts.at(NameOf(Action::kTypeCode)).order))
-    if (!kNoContent.contains(code)) Change(action, code);
+    if (!kNoContent.contains(code) && code != omitted) Change(action, code);
   return action;
 }
 
@@ -219,6 +220,68 @@ TYPED_TEST(ActionTable, EveryFieldCountsIsClonedAndSurvivesTheLegacyForm) {
   EXPECT_TRUE(read.IsEqual(filled));
   read.SetName("A");
   EXPECT_EQ(WriteRecord(read).bytes, record.bytes);
+}
+
+/// What the XML form of a class that writes a field itself has for its section; empty: nothing.
+const std::map<std::string, std::string> kWrittenByHand{
+    {"htyp", "DSID.DSType"},   {"dsrc", "DSID.DSN"},       {"host", "DSID.Host"},
+    {"data", "DSID.Database"}, {"user", "DSID.UserInfo"},  {"pass", "DSID.UserInfo"},
+    {"dbms", "DSID.DBMS"},     {"dusr", "DeploymentDSID"}, {"dpas", "DeploymentDSID"},
+};
+
+/// Adds the fields' names in the XML form by their sections' codes.
+void AddNames(std::span<const TProperty> rows, const std::string& path,
+              std::map<std::string, std::string>& names) {
+  for (const TProperty& row : rows) {
+    if (row.codec == nullptr) continue;
+    const std::string name = path + std::string(row.name);
+    if (row.code != kNoCode && !row.name.empty()) names[NameOf(row.code)] = name;
+    AddNames(row.codec->Nested(), row.form == XmlForm::kChild ? name + "." : path, names);
+  }
+}
+
+template <class... Actions>
+struct TNames {
+  static void Add(std::map<std::string, std::string>& names) {
+    (AddNames(Actions::Properties(), {}, names), ...);
+  }
+};
+
+/// Names the fields in which the actions differ.
+class TFieldNames final : public TDifferenceObserver {
+ public:
+  void OnDifference(const TDifference& difference) override {
+    names.emplace_back(difference.field);
+  }
+  std::vector<std::string> names;
+};
+
+void PlaceCopy(const TQuerySpecification& action, TApplication& application) {
+  std::unique_ptr<TQuerySpecification> copy;
+  ASSERT_EQ(action.Clone(copy), Status::kOk);
+  copy->SetName("A");
+  ASSERT_NE(application.actions.EnsureRoot(), nullptr);
+  ASSERT_EQ(application.actions.Place(std::move(copy)), Status::kOk);
+}
+
+TYPED_TEST(ActionTable, DifferenceHasTheNameOfTheField) {
+  std::map<std::string, std::string> names;
+  TAllActions<TNames>::Add(names);
+  for (const auto& [code, name] : kWrittenByHand) names[code] = name;
+  AddNames(TypeParam::Properties(), {}, names);
+  for (const std::string& code : Split(kFacts.at(NameOf(TypeParam::kTypeCode)).order)) {
+    if (kNoContent.contains(code)) continue;
+    SCOPED_TRACE(code);
+    TApplication applications[2];
+    PlaceCopy(Filled<TypeParam>(code), applications[0]);
+    PlaceCopy(Filled<TypeParam>(), applications[1]);
+    TFieldNames found;
+    FindDifferences(applications[0], applications[1], DifferenceScope::kEverything, found);
+    ASSERT_FALSE(found.names.empty());
+    for (const std::string& name : found.names)
+      std::printf("%s %s: %s (%s)\n", NameOf(TypeParam::kTypeCode).c_str(), code.c_str(),
+                  name.c_str(), names[code].c_str());
+  }
 }
 
 TYPED_TEST(ActionTable, ElementReadsBackAsTheClass) {

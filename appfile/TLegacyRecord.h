@@ -1,0 +1,35 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "fields/TLegacySection.h"
+#include "fields/TSectionWriter.h"
+
+namespace zaf {
+
+/// The sections of an action, or of an application, as its legacy record has them.
+class TLegacyRecord {
+ public:
+  /// Takes the sections that `write` writes. Throws std::bad_alloc when it fails.
+  explicit TLegacyRecord(const std::function<Status(TSectionWriter&)>& write);
+
+  /// The codes in the order of the sections.
+  [[nodiscard]] std::vector<FourCharCode> GetCodes() const;
+  /// The bytes of a section; nullopt if there is none of this code.
+  [[nodiscard]] std::optional<std::string_view> Find(FourCharCode code) const;
+
+  /// Calls `read` with each section but the section `code`, then with that of `other`, if it has
+  /// one. A null `other`: with each section.
+  void Read(const std::function<void(const TLegacySection&)>& read,
+            const TLegacyRecord* other = nullptr, FourCharCode code = kNoCode) const;
+
+ private:
+  std::string bytes_;
+  std::vector<TSectionMapEntry> sections_;
+};
+
+}  // namespace zaf
