@@ -73,6 +73,8 @@ class TRecordListCodecBase : public TFieldCodec {
   Status ReadXml(const TProperty& row, void* field, const TXmlReadScope& scope) const override;
   bool IsEqual(const void* field, const void* other) const override;
   bool AppendsSections() const override { return true; }
+  void ReportWriting(const TProperty& row, const void* field,
+                     const TXmlWriteScope& scope) const override;
 
  protected:
   ~TRecordListCodecBase() = default;

@@ -12,6 +12,7 @@ Status ReadRecordHeader(TDataFile& file, std::uint32_t offset, TRecordHeader& he
   TByteReader reader(bytes);
   std::array<std::uint32_t, 4> numbers;
   if (const Status read = reader.ReadU32(numbers); read != Status::kOk) return read;
+  header.offset = offset;
   header.format = numbers[0];
   header.type = FourCharCode{numbers[1]};
   header.map_offset = numbers[2];

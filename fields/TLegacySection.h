@@ -66,11 +66,11 @@ struct TLegacySection {
     return file == nullptr ? Status::kNoFile : file->ReadTextList(code, offset, length, texts);
   }
 
-  /// Tells an observer that only the first `used` bytes are read, which may be more than there are.
+  /// Reports to an observer that only the first `used` bytes are read, which may be more than there
+  /// are.
   void ReportUnread(std::uint64_t used) const {
-    if (losses == nullptr) return;
-    losses->Cover(offset, used);
-    losses->ReportUnread(*this, used);
+    if (losses != nullptr) [[unlikely]]
+      losses->ReportUnread(*this, used);
   }
 };
 
