@@ -102,6 +102,10 @@ bool TQuerySpecification::HasEqualCommonContent(const TQuerySpecification& other
 
 Status TQuerySpecification::ReadLegacy(TDataFile* file, const TRecordHeader& header) {
   if (file == nullptr) return Status::kNoFile;
+  return Attempt([&] { return ReadSections(file, header); }, Status::kFailure);
+}
+
+Status TQuerySpecification::ReadSections(TDataFile* file, const TRecordHeader& header) {
   format_ = header.format;
   record_size_ += static_cast<std::uint32_t>(header.name.View().size());
   record_offset_ = header.offset;
@@ -137,7 +141,12 @@ Status TQuerySpecification::ReadLegacyProperty(const TLegacySection& section) {
     default:
       break;
   }
-  static const TCodeIndex index(Properties());
+  const TCodeIndex* const own = TryGetIndex([]() -> const TCodeIndex& {
+    static const TCodeIndex made(Properties());
+    return made;
+  });
+  if (own == nullptr) return Status::kFailure;
+  const TCodeIndex& index = *own;
   const TCodeIndex::TField& field = index.Find(section.code);
   if (field.row != nullptr) return field.Read(this, section);
   if (section.losses != nullptr) section.losses->Report(LossReason::kUnknownSection, section);
@@ -169,6 +178,11 @@ Status TQuerySpecification::ReadAssignments(const TLegacySection& section,
 
 Status TQuerySpecification::WriteLegacy(TDataFile& file, std::uint32_t& offset,
                                         TRecordHeader& header) const {
+  return Attempt([&] { return WriteSections(file, offset, header); }, Status::kFailure);
+}
+
+Status TQuerySpecification::WriteSections(TDataFile& file, std::uint32_t& offset,
+                                          TRecordHeader& header) const {
   header.format = kWrittenFormat;
   header.type = type_code_;
   header.name = ToRecordName(name_.View());
@@ -267,8 +281,11 @@ std::int32_t TQuerySpecification::SetProperty(const char* text, std::int32_t id)
 
 Status TQuerySpecification::WriteXml(TXmlWriteContext& context, dom::Element element,
                                      dom::Element parent) const {
-  WriteCommonXml(context, element ? element : parent.appendElement(kElement));
-  return Status::kOk;
+  const auto write = [&] {
+    WriteCommonXml(context, element ? element : parent.appendElement(kElement));
+    return Status::kOk;
+  };
+  return Attempt(write, Status::kFailure);
 }
 
 void TQuerySpecification::WriteCommonXml(TXmlWriteContext& context, dom::Element element) const {
@@ -279,7 +296,7 @@ void TQuerySpecification::WriteCommonXml(TXmlWriteContext& context, dom::Element
 }
 
 Status TQuerySpecification::ReadXml(const TXmlReadContext& context, dom::Element element) {
-  return ReadCommonXml(context, element);
+  return Attempt([&] { return ReadCommonXml(context, element); }, Status::kFailure);
 }
 
 Status TQuerySpecification::ReadCommonXml(const TXmlReadContext& context, dom::Element element) {

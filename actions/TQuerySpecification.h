@@ -172,6 +172,8 @@ class TQuerySpecification : public TRecordConverter {
   void SetResultsText(std::string_view text) { results_ = text; }
 
  private:
+  Status ReadSections(TDataFile* file, const TRecordHeader& header);
+  Status WriteSections(TDataFile& file, std::uint32_t& offset, TRecordHeader& header) const;
   Status ReadAssignments(const TLegacySection& section, std::size_t value_width);
   Status WriteAssignments(FourCharCode code, std::size_t value_width, TSectionWriter& out) const;
 

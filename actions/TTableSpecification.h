@@ -43,8 +43,12 @@ class TTableSpecification : public Base {
 
   Status ReadLegacyProperty(const TLegacySection& section) override {
     if (section.file == nullptr) return Status::kNoFile;
-    static const TCodeIndex index = MakeCodeIndex();
-    const TCodeIndex::TField& field = index.Find(section.code);
+    const TCodeIndex* const index = TryGetIndex([]() -> const TCodeIndex& {
+      static const TCodeIndex own = MakeCodeIndex();
+      return own;
+    });
+    if (index == nullptr) return Status::kFailure;
+    const TCodeIndex::TField& field = index->Find(section.code);
     return field.row != nullptr ? field.Read(&Self(), section) : Base::ReadLegacyProperty(section);
   }
 
@@ -72,21 +76,28 @@ class TTableSpecification : public Base {
 
   Status WriteXml(TXmlWriteContext& context, dom::Element element,
                   dom::Element parent) const override {
-    if (!element && !Action::kElement.empty()) element = parent.appendElement(Action::kElement);
-    const std::span<const TProperty> rows = Rows();
-    const auto base = std::find_if(rows.begin(), rows.end(),
-                                   [](const TProperty& row) { return row.form == XmlForm::kBase; });
-    const auto own = static_cast<std::size_t>(base - rows.begin());
-    const TXmlWriteScope scope{context, element, this->GetName().View()};
-    WriteXmlRows(rows.first(own), &Self(), scope);
-    const Status status = Base::WriteXml(context, element, parent);
-    WriteXmlRows(rows.subspan(own), &Self(), scope);
-    return status;
+    const auto write = [&] {
+      if (!element && !Action::kElement.empty()) element = parent.appendElement(Action::kElement);
+      const std::span<const TProperty> rows = Rows();
+      const auto base = std::find_if(rows.begin(), rows.end(), [](const TProperty& row) {
+        return row.form == XmlForm::kBase;
+      });
+      const auto own = static_cast<std::size_t>(base - rows.begin());
+      const TXmlWriteScope scope{context, element, this->GetName().View()};
+      WriteXmlRows(rows.first(own), &Self(), scope);
+      const Status status = Base::WriteXml(context, element, parent);
+      WriteXmlRows(rows.subspan(own), &Self(), scope);
+      return status;
+    };
+    return Attempt(write, Status::kFailure);
   }
 
   Status ReadXml(const TXmlReadContext& context, dom::Element element) override {
-    const Status status = ReadXmlRows(Rows(), &Self(), {context, element});
-    return status == Status::kOk ? Base::ReadXml(context, element) : status;
+    const auto read = [&] {
+      const Status status = ReadXmlRows(Rows(), &Self(), {context, element});
+      return status == Status::kOk ? Base::ReadXml(context, element) : status;
+    };
+    return Attempt(read, Status::kFailure);
   }
 
  protected:

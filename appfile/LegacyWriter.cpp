@@ -45,7 +45,7 @@ Status WriteSections(const TApplication& application, TSectionWriter& out) {
 Status WriteAction(const TQuerySpecification& action, TDataFile& file, std::uint32_t& offset,
                    TSectionWriter& out) {
   const std::uint32_t header_offset = offset;
-  offset += kRecordHeaderSize;
+  if (const Status status = out.Skip(kRecordHeaderSize); status != Status::kOk) return status;
   TRecordHeader header;
   // The sections follow the header, so its bytes are reserved first.
   if (const Status status = WriteRecordHeader(file, header_offset, header); status != Status::kOk)

@@ -1,6 +1,7 @@
 #include "fields/ListCodecs.h"
 
 #include <cstring>
+#include <limits>
 #include <string>
 
 #include "fields/WriteTextElement.h"
@@ -180,9 +181,11 @@ Status TRecordListCodecBase::WriteLegacy(const TProperty& row, const void* field
                                          TSectionWriter& out) const {
   const CDynamicArray& list = Records(field);
   const std::uint32_t count = list.GetCount();
-  CData payload;
-  if (!payload.Reserve(static_cast<std::uint32_t>(4 + count * type_.size))) return Status::kFailure;
   std::byte number[4];
+  const std::uint64_t size = sizeof number + std::uint64_t{count} * type_.size;
+  CData payload;
+  if (size > std::numeric_limits<std::uint32_t>::max()) return Status::kFailure;
+  if (!payload.Reserve(static_cast<std::uint32_t>(size))) return Status::kFailure;
   StoreU32(count, number);
   payload.Set(number, sizeof number, payload.GetCapacity());
   for (std::uint32_t i = 0; i < count; ++i) {

@@ -4,6 +4,7 @@
 #include <cassert>
 #include <cstddef>
 #include <cstdint>
+#include <exception>
 #include <span>
 #include <string_view>
 #include <vector>
@@ -12,6 +13,7 @@
 #include "fields/TSectionWriter.h"
 #include "fields/TXmlContext.h"
 #include "foundation/FourCharCode.h"
+#include "foundation/Heap.h"
 #include "foundation/Status.h"
 
 namespace zaf {
@@ -167,6 +169,18 @@ class TCodeIndex {
   std::size_t last_place_ = 0;
   std::size_t count_ = 0;
 };
+
+/// Returns the index that `get` makes when it is first called; null, counted as a failure, when
+/// memory runs out.
+template <class Get>
+const TCodeIndex* TryGetIndex(Get get) {
+  try {
+    return &get();
+  } catch (const std::exception&) {
+    heap::CountFailure();
+    return nullptr;
+  }
+}
 
 /// Writes the sections of all rows, in their order.
 Status WriteLegacyRows(std::span<const TProperty> rows, const void* object, TSectionWriter& out);

@@ -1,5 +1,7 @@
 #include "fields/TSectionWriter.h"
 
+#include <limits>
+
 #include "foundation/CData.h"
 
 namespace zaf {
@@ -24,6 +26,7 @@ Status TSectionWriter::Write(FourCharCode code, const CTextPtrArray& texts) {
 
 Status TSectionWriter::Write(FourCharCode code, ByteView bytes) {
   CData data;
+  if (bytes.size() > std::numeric_limits<std::uint32_t>::max()) return Status::kFailure;
   const auto length = static_cast<std::uint32_t>(bytes.size());
   if (data.Set(bytes.data(), length).length != length) return Status::kFailure;
   std::uint32_t written = 0;
@@ -38,15 +41,16 @@ Status TSectionWriter::WriteMap(std::uint32_t& map_offset, std::uint32_t& map_co
     StoreU32(static_cast<std::uint32_t>(entry.code), std::span<std::byte, 4>(numbers, 4));
     StoreU32(entry.offset, std::span<std::byte, 4>(numbers + 4, 4));
     StoreU32(entry.length, std::span<std::byte, 4>(numbers + 8, 4));
-    bytes.Splice(bytes.GetLength(), 0, numbers, kSectionMapEntrySize);
+    const std::uint32_t length = bytes.GetLength() + kSectionMapEntrySize;
+    if (bytes.Splice(bytes.GetLength(), 0, numbers, kSectionMapEntrySize) != length)
+      return Status::kFailure;
   }
   std::uint32_t written = 0;
   const Status status = file_.WriteBlock(Code("smap"), offset_, written, bytes);
   if (status != Status::kOk) return status;
   map_offset = offset_;
   map_count = map_.GetCount();
-  offset_ += written;
-  return Status::kOk;
+  return Skip(written);
 }
 
 Status TSectionWriter::AddEntry(FourCharCode code, std::uint32_t offset, std::uint32_t length) {
@@ -56,9 +60,15 @@ Status TSectionWriter::AddEntry(FourCharCode code, std::uint32_t offset, std::ui
 
 Status TSectionWriter::Advance(FourCharCode code, std::uint32_t length, Status status) {
   if (status != Status::kOk) return status;
-  const Status added = AddEntry(code, offset_, length);
+  const std::uint32_t begin = offset_;
+  if (const Status skipped = Skip(length); skipped != Status::kOk) return skipped;
+  return AddEntry(code, begin, length);
+}
+
+Status TSectionWriter::Skip(std::uint32_t length) {
+  if (length > std::numeric_limits<std::uint32_t>::max() - offset_) return Status::kFailure;
   offset_ += length;
-  return added;
+  return Status::kOk;
 }
 
 }  // namespace zaf

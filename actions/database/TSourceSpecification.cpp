@@ -41,20 +41,26 @@ Status TSourceSpecification::ReadLegacyProperty(const TLegacySection& section) {
 
 Status TSourceSpecification::WriteXml(TXmlWriteContext& context, dom::Element element,
                                       dom::Element parent) const {
-  if (!element) element = parent.appendElement(kElement);
-  WriteXmlRows(Properties(), this, {context, element, GetName().View()});
-  std::uint32_t development = 0;
-  std::uint32_t deployment = 0;
-  data_source_.WriteXml(context, development, deployment);
-  element.appendAttribute(kDevelopmentAttribute, TDataSourceId(development).View());
-  element.appendAttribute(kDeploymentAttribute, TDataSourceId(deployment).View());
-  WriteCommonXml(context, element);
-  return Status::kOk;
+  const auto write = [&] {
+    if (!element) element = parent.appendElement(kElement);
+    WriteXmlRows(Properties(), this, {context, element, GetName().View()});
+    std::uint32_t development = 0;
+    std::uint32_t deployment = 0;
+    data_source_.WriteXml(context, development, deployment);
+    element.appendAttribute(kDevelopmentAttribute, TDataSourceId(development).View());
+    element.appendAttribute(kDeploymentAttribute, TDataSourceId(deployment).View());
+    WriteCommonXml(context, element);
+    return Status::kOk;
+  };
+  return Attempt(write, Status::kFailure);
 }
 
 Status TSourceSpecification::ReadXml(const TXmlReadContext& context, dom::Element element) {
-  const Status status = data_source_.ReadXml(context, element.getAttribute(kDevelopmentAttribute),
-                                             element.getAttribute(kDeploymentAttribute));
+  const auto read = [&] {
+    return data_source_.ReadXml(context, element.getAttribute(kDevelopmentAttribute),
+                                element.getAttribute(kDeploymentAttribute));
+  };
+  const Status status = Attempt(read, Status::kFailure);
   return status == Status::kOk ? Table::ReadXml(context, element) : status;
 }
 

@@ -43,16 +43,22 @@ void TTransCloseSpecification::GetDisplayName(CText& name) const {
 
 Status TTransCloseSpecification::WriteXml(TXmlWriteContext& context, dom::Element element,
                                           dom::Element parent) const {
-  if (!element) element = parent.appendElement(kElement);
-  WriteXmlRows(Properties(), this, {context, element, GetName().View()});
-  // Without the data source, as in reading.
-  WriteCommonXml(context, element);
-  return Status::kOk;
+  const auto write = [&] {
+    if (!element) element = parent.appendElement(kElement);
+    WriteXmlRows(Properties(), this, {context, element, GetName().View()});
+    // Without the data source, as in reading.
+    WriteCommonXml(context, element);
+    return Status::kOk;
+  };
+  return Attempt(write, Status::kFailure);
 }
 
 Status TTransCloseSpecification::ReadXml(const TXmlReadContext& context, dom::Element element) {
-  const Status status = ReadXmlRows(Properties(), this, {context, element});
-  return status == Status::kOk ? ReadCommonXml(context, element) : status;
+  const auto read = [&] {
+    const Status status = ReadXmlRows(Properties(), this, {context, element});
+    return status == Status::kOk ? ReadCommonXml(context, element) : status;
+  };
+  return Attempt(read, Status::kFailure);
 }
 
 }  // namespace zaf

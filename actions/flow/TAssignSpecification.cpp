@@ -174,14 +174,17 @@ std::span<const TProperty> TAssignSpecification::Properties() {
 }
 
 Status TAssignSpecification::ReadXml(const TXmlReadContext& context, dom::Element element) {
-  if (const Status status = ReadXmlRows(Properties(), this, {context, element});
-      status != Status::kOk)
-    return status;
-  CText tags;
-  for (const TAssignItem& item : items_) AppendAssignTag(item, tags);
-  SetResultsText(tags.View());
-  // Last, since the element may have a results text of its own.
-  return ReadCommonXml(context, element);
+  const auto read = [&] {
+    if (const Status status = ReadXmlRows(Properties(), this, {context, element});
+        status != Status::kOk)
+      return status;
+    CText tags;
+    for (const TAssignItem& item : items_) AppendAssignTag(item, tags);
+    SetResultsText(tags.View());
+    // Last, since the element may have a results text of its own.
+    return ReadCommonXml(context, element);
+  };
+  return Attempt(read, Status::kFailure);
 }
 
 }  // namespace zaf

@@ -133,6 +133,11 @@ Status TExternalQuerySpecification::CheckEnvironment(CText& error) const {
 
 Status TExternalQuerySpecification::WriteXml(TXmlWriteContext& context, dom::Element,
                                              dom::Element parent) const {
+  return Attempt([&] { return WriteElement(context, parent); }, Status::kFailure);
+}
+
+Status TExternalQuerySpecification::WriteElement(TXmlWriteContext& context,
+                                                 dom::Element parent) const {
   const bool is_command = platform_ == kCommandPlatform;
   const bool is_library = platform_ == kLibraryPlatform;
   const dom::Element element = parent.appendElement(is_command   ? kCommandElement
@@ -159,6 +164,11 @@ Status TExternalQuerySpecification::WriteXml(TXmlWriteContext& context, dom::Ele
 }
 
 Status TExternalQuerySpecification::ReadXml(const TXmlReadContext& context, dom::Element element) {
+  return Attempt([&] { return ReadElement(context, element); }, Status::kFailure);
+}
+
+Status TExternalQuerySpecification::ReadElement(const TXmlReadContext& context,
+                                                dom::Element element) {
   const std::string_view name = element.getTagName();
   platform_ = name == kLibraryElement ? kLibraryPlatform
               : name == kEventElement ? kEventPlatform

@@ -60,6 +60,8 @@ class TExternalQuerySpecification
 
  private:
   [[nodiscard]] bool HasEvent() const;
+  Status WriteElement(TXmlWriteContext& context, dom::Element parent) const;
+  Status ReadElement(const TXmlReadContext& context, dom::Element element);
 
   FourCharCode event_class_ = Code("????");
   FourCharCode event_code_ = Code("????");

@@ -124,6 +124,10 @@ std::span<const TFileQuerySpecification::TOperation> TFileQuerySpecification::Op
 
 Status TFileQuerySpecification::WriteXml(TXmlWriteContext& context, dom::Element,
                                          dom::Element parent) const {
+  return Attempt([&] { return WriteElement(context, parent); }, Status::kFailure);
+}
+
+Status TFileQuerySpecification::WriteElement(TXmlWriteContext& context, dom::Element parent) const {
   const dom::Element element = parent.appendElement(kElement);
   const auto operations = Operations();
   const TOperation& operation =
@@ -138,6 +142,10 @@ Status TFileQuerySpecification::WriteXml(TXmlWriteContext& context, dom::Element
 }
 
 Status TFileQuerySpecification::ReadXml(const TXmlReadContext& context, dom::Element element) {
+  return Attempt([&] { return ReadElement(context, element); }, Status::kFailure);
+}
+
+Status TFileQuerySpecification::ReadElement(const TXmlReadContext& context, dom::Element element) {
   constexpr char kReadMode = 'r';
   mode_ = kReadMode;
   for (const TOperation& operation : Operations()) {

@@ -22,6 +22,8 @@ class TFileQuerySpecification final
   Status ReadXml(const TXmlReadContext& context, dom::Element element) override;
 
  private:
+  Status WriteElement(TXmlWriteContext& context, dom::Element parent) const;
+  Status ReadElement(const TXmlReadContext& context, dom::Element element);
   struct TOperation;
 
   [[nodiscard]] static std::span<const TOperation> Operations();

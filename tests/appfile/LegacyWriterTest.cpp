@@ -1,8 +1,10 @@
 #include <cstdio>
+#include <fstream>
 #include <gtest/gtest.h>
 #include <string>
 
-#include "actions/flow/TContainerSpecification.h"
+#include "actions/database/TDataSourceIndex.h"
+#include "actions/database/TDataSourceWriter.h"
 #include "appfile/LegacyReader.h"
 #include "tests/support/AllocationFault.h"
 #include "tests/support/Convert.h"
@@ -41,6 +43,14 @@ TEST(LegacyWriter, ApplicationReadsBackEqualAndItsSectionsAreInOrder) {
   for (std::size_t at = written.find("dsrc"); codes.size() < order.size(); at += 12)
     codes += written.substr(at, 4);
   EXPECT_EQ(codes, order);
+}
+
+TEST(LegacyWriter, FileOfMoreThanOffsetsReachIsRefused) {
+  TDataFile stream(std::tmpfile());
+  std::uint32_t offset = 0xFFFFFFF0;
+  TSectionWriter out(stream, offset);
+  EXPECT_EQ(out.Write(Code("cmnt"), CText("longer than 15 bytes")), Status::kFailure);
+  EXPECT_EQ(offset, 0xFFFFFFF0);
 }
 
 /// Actions "<name> under <parent>", and whether a legacy file can tell them apart.
@@ -136,7 +146,72 @@ void ExpectFailures(Operation operation) {
   }
 }
 
+/// What `make` makes, which no failure reaches.
+template <class Make>
+auto WithMemory(Make make) {
+  const test::TAllocationFault none(~std::uint64_t{0});
+  return make();
+}
+
+/// Tries each operation that copies, writes or reads an action. `element` is its element in `root`.
+void ExpectFailuresOf(const TQuerySpecification& action, dom::Element root, dom::Element element) {
+  const TQuerySpecificationServer server;
+  std::unique_ptr<TQuerySpecification> other;
+  ExpectFailures([&] {
+    other.reset();
+    const Status status = action.Clone(other);
+    EXPECT_EQ(other == nullptr, status != Status::kOk);
+    return status;
+  });
+  ExpectFailures([&] {
+    const dom::Document document =
+        WithMemory([] { return dom::DOMImplementation::createDocument(); });
+    const dom::Element parent = document.createElement("ZAF");
+    TDataSourceWriter data_sources;
+    data_sources.SetList(parent);
+    TXmlWriteContext context{parent, parent, data_sources};
+    const Status status = action.WriteXml(context, {}, parent);
+    return document.IsComplete() ? status : Status::kFailure;
+  });
+  ExpectFailures([&] {
+    auto sources =
+        WithMemory([&] { return TDataSourceIndex(root.getFirstChildElement("DataSources")); });
+    TReferenceBudget references(0);
+    const TXmlReadContext context{
+        WithMemory([&] { return TOutputIndex(root.getFirstChildElement("Outputs")); }), sources,
+        references};
+    other = WithMemory([&] { return server.CreateByType(action.GetTypeCode()); });
+    return other->ReadXml(context, element);
+  });
+  TDataFile record(std::tmpfile());
+  TRecordHeader header;
+  ExpectFailures([&] {
+    std::uint32_t size = 0;
+    return action.WriteLegacy(record, size, header);
+  });
+  ExpectFailures([&] {
+    other = WithMemory([&] { return server.CreateByType(action.GetTypeCode()); });
+    return other->ReadLegacy(&record, header);
+  });
+}
+
 TEST(Memory, ThatRunsOutIsAFailureOfEachOperation) {
+  for (const char* sample : {"checkout.zaf", "order-entry.zaf", "staff-directory.zaf"}) {
+    SCOPED_TRACE(sample);
+    std::ifstream input(std::string(ZAF2XML_SAMPLES "/") + sample, std::ios::binary);
+    TZanfoFile file;
+    ASSERT_EQ(LoadBytes(std::string(std::istreambuf_iterator<char>(input), {}), file), Status::kOk);
+    std::string text = test::SaveToXml(file);
+    const dom::Document document =
+        dom::DOMImplementation::createDocument(std::as_writable_bytes(std::span(text)));
+    const dom::Element root = document.getDocumentElement();
+    dom::Element element = root.getFirstChildElement("Actions").getFirstChildElement();
+    const TActionEntry* entry = file.GetApplication().actions.GetRoot()->first_child;
+    for (; entry != nullptr; entry = TActionTree::GetNext(*entry)) {
+      ExpectFailuresOf(*entry->action, root, element);
+      element = element.getNextSiblingElement();
+    }
+  }
   const std::string legacy =
       LegacyFile().Action("cntr", "R").Action("mail", "A", "R").Text("body", "x").Bytes();
   for (const std::string& bytes : {legacy, test::ToXml(legacy)}) {
@@ -147,14 +222,6 @@ TEST(Memory, ThatRunsOutIsAFailureOfEachOperation) {
       TZanfoFile file;
       const Status status = file.Load(data, nullptr);
       EXPECT_TRUE(status != Status::kOk || file.IsEqual(whole));
-      return status;
-    });
-    const TQuerySpecification& mail =
-        *whole.GetApplication().actions.GetRoot()->first_child->action;
-    ExpectFailures([&] {
-      std::unique_ptr<TQuerySpecification> clone;
-      const Status status = mail.Clone(clone);
-      EXPECT_EQ(clone == nullptr, status != Status::kOk);
       return status;
     });
   }
