@@ -1,6 +1,6 @@
-// The least that any conversion of files has to do: reads each input whole and writes as many bytes
-// as its conversion has, with nothing done in between. How many bytes that is stands in a list, a
-// line "SIZE NAME" for each converted file. The bytes themselves are made up.
+// The minimum work of any conversion of files: reads each input whole and writes as many bytes as
+// its conversion has, with nothing done in between. A list has these sizes, a line "SIZE NAME" for
+// each converted file. The bytes themselves are made up.
 
 #include <cstdio>
 #include <dirent.h>

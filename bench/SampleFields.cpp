@@ -80,7 +80,7 @@ constexpr std::string_view kModes[] = {"d", "w", "a", "r"};
 constexpr std::string_view kLanguages[] = {"jscr", "vscr", "ascr"};
 constexpr std::string_view kBooleans[] = {"true", "false"};
 
-/// The parts behind one another. In braces they are made from the left to the right, which `+` does
+/// The parts joined. In braces they are made from the left to the right, which `+` does
 /// not promise: the same numbers have to go into the same parts with every compiler.
 std::string Record(std::initializer_list<std::string> parts) {
   std::string record;

@@ -7,11 +7,11 @@
 namespace zaf {
 namespace {
 
-/// What an option does with the argument behind it.
+/// What an option does with the argument after it.
 enum class OptionKind {
   kFlag,       ///< Has none.
   kHelp,       ///< Has none, and ends the program.
-  kWord,       ///< Takes it as it stands.
+  kWord,       ///< Takes it unchanged.
   kQuotable,   ///< Takes a value that may be quoted.
   kDirectory,  ///< The same, and enters it.
 };

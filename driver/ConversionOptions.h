@@ -7,7 +7,7 @@
 
 namespace zaf {
 
-/// What the command line asks for. Directories and names are as given: joined, never normalised.
+/// The options of the command line. Directories and names are as given: joined, never normalised.
 struct ConversionOptions {
   CText extension{"zaf"};  ///< Of the files to convert, without its full stop.
   CText suffix{"xzf"};     ///< Of the converted files, without its full stop.

@@ -14,8 +14,8 @@
 namespace zaf {
 namespace {
 
-/// The pieces as one path. One that memory did not suffice for would name another file or
-/// directory: std::bad_alloc.
+/// Joins the pieces into one path. Throws std::bad_alloc when memory runs out: an incomplete path
+/// would name another file or directory.
 CText MakePath(std::initializer_list<std::string_view> pieces) {
   std::size_t length = 0;
   for (const std::string_view piece : pieces) length += piece.size();
@@ -58,7 +58,7 @@ std::string_view MessageOf(FileOutcome outcome) {
 }
 
 /// With verification, an output that could not be created is one that cannot be opened, unless
-/// somebody else has created it meanwhile.
+/// another program has created it meanwhile.
 FileOutcome ConvertFileOf(TFilePaths paths, bool verify) {
   TFileRequest request;
   request.input = std::move(paths.input);
@@ -82,8 +82,8 @@ bool ConvertFileOf(MakePaths make_paths, bool verify, const MessageSink& report)
 
 /// Walks an input directory, depth first, without recursion and with nothing open: directories can
 /// be nested as deeply as the system's path names reach. The levels form a stack. Each one has its
-/// own paths, which are whole and stay as they are: a directory that memory does not suffice for
-/// is left out, and nothing can be taken for another one.
+/// own complete paths, which do not change. A directory for which memory does not suffice is left
+/// out; no incomplete path is ever used.
 class TDirectoryWalk {
  public:
   TDirectoryWalk(const ConversionOptions& options, const MessageSink& report)

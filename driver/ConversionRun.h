@@ -5,7 +5,7 @@
 
 namespace zaf {
 
-/// Converts what the options ask for. The working directory is the output directory, as
+/// Runs the conversion of the options. The working directory is the output directory, as
 /// ParseCommandLine leaves it, and changes with the run. What goes wrong with a file or directory
 /// is reported; the run goes on.
 void RunConversion(const ConversionOptions& options, const MessageSink& report);

@@ -55,16 +55,16 @@ struct TFileRequest {
   Verification verification = Verification::kOff;
   bool is_dry_run = false;            ///< Only looks whether the output exists; reads nothing.
   bool keep_time = false;             ///< Gives the output file the time stamp of the input.
-  TLossObserver* observer = nullptr;  ///< Of the losses; null: nobody looks for them.
-  /// Of what verification finds different, if it does; null: nobody looks for it.
+  TLossObserver* observer = nullptr;  ///< Of the losses; null: they are not recorded.
+  /// Of the differences that verification finds; null: they are not looked for.
   TDifferenceObserver* differences = nullptr;
 };
 
-/// What became of one file. What was not reached is as it is here.
+/// The result of one conversion. Members that it did not reach keep these defaults.
 struct TFileResult {
   FileOutcome outcome = FileOutcome::kConverted;
   Status status = Status::kOk;   ///< Of the operation that failed.
-  bool is_disk_failure = false;  ///< The output could not be stored: a full disk, say.
+  bool is_disk_failure = false;  ///< The output could not be stored, e.g. on a full disk.
   std::optional<DocumentForm> form;
   bool is_class_file = false;
   std::uint32_t bytes_in = 0;

@@ -8,7 +8,7 @@ namespace zaf {
 /// Takes each message as it occurs, complete with its line end.
 using MessageSink = std::function<void(std::string_view)>;
 
-/// Everything that the program says, each text once. "ERROR" is a fault of the command line or of
+/// All messages of the program, each text once. "ERROR" is a fault of the command line or of
 /// a directory, "WARNING" one of a file.
 namespace messages {
 

@@ -22,7 +22,7 @@ int main(int argument_count, zaf::TArgumentCharacter** argument_values) {
             zaf::ParseCommandLine(arguments.Get(), report))
       zaf::RunConversion(*options, report);
   } catch (const std::exception&) {
-    // Only memory can fail here; there is none to say so with.
+    // Only an allocation can fail here, so there is no memory for a message either.
   }
   return 0;
 }

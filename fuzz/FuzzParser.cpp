@@ -1,5 +1,5 @@
-// Holds the parser and libexpat against each other: both accept a document, with the same content,
-// or both refuse it.
+// Compares the parser with libexpat: both accept a document, with the same content, or both refuse
+// it.
 
 #include <algorithm>
 #include <cstddef>
@@ -134,11 +134,11 @@ bool MayDiffer(std::string_view text, const dom::ParseReport& report, XML_Error 
   const bool is_ascii = std::none_of(text.begin(), text.end(), dom::IsHigh);
   // Internal subsets are refused, and versions that are no 1.x, which libexpat accepts.
   if (fault == ParseFault::kInternalSubset || fault == ParseFault::kDeclaration) return true;
-  // libexpat does not know the name latin1, and takes UTF-16 without a mark.
+  // libexpat does not accept the name latin1, and accepts UTF-16 without a mark.
   if (error == XML_ERROR_UNKNOWN_ENCODING || text.find('\0') < 2) return true;
   // A document declared ISO-8859-1 or US-ASCII is read so, mark or not.
   if (text.starts_with("\xEF\xBB\xBF<?xml") && error != XML_ERROR_NONE) return true;
-  // In ISO-8859-1 names libexpat takes these for letters, which no edition does.
+  // In ISO-8859-1 names libexpat accepts these as letters, which no edition does.
   if (text.substr(report.offset, 2).find_first_of("\xAA\xB5\xBA") != text.npos) return true;
   // libexpat has the names of the fourth edition.
   return !is_ascii && error == XML_ERROR_INVALID_TOKEN && fault == ParseFault::kNone;

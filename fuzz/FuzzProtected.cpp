@@ -1,5 +1,5 @@
-// Any bytes behind the line of a protected document; and what was saved protected loads again, but
-// not when any of its bytes is another one.
+// Any bytes after the first line of a protected document. A document that was saved protected loads
+// again, but not with one of its bytes changed.
 
 #include "fuzz/FuzzSupport.h"
 #include "fuzz/NamedChanges.h"

@@ -34,8 +34,8 @@ inline Status LoadBytes(std::string_view bytes, TZanfoFile& file) {
   return status;
 }
 
-/// What saving a file would write, kept in memory: files and streams would cost more than all the
-/// rest. Everything that was loaded can be saved.
+/// Saves a file in memory: files and streams would cost more than all the rest. Everything that was
+/// loaded can be saved.
 inline std::string SaveToXml(const TZanfoFile& file, Protection protection = Protection::kPlain) {
   const dom::Document document = dom::DOMImplementation::createDocument();
   const bool is_protected = protection == Protection::kProtected;
@@ -49,9 +49,8 @@ inline std::string SaveToXml(const TZanfoFile& file, Protection protection = Pro
   return std::string(output.View());
 }
 
-/// Whether the same document, in the same round, was asked for before, not too long ago. Half of
-/// the inputs make a document that another one has made, and what follows from it alone need not be
-/// tried twice.
+/// Whether the same document was checked recently, in the same round. Half of the inputs produce a
+/// document that another one has produced, whose checks need not be repeated.
 inline bool IsKnown(std::string_view document, std::size_t round = 0) {
   static std::array<std::size_t, std::size_t{1} << 16> known;
   const std::size_t hash = std::hash<std::string_view>()(document) + round;

@@ -66,8 +66,8 @@ class TLegacyMutation {
   }
 
  private:
-  /// Changes bytes as the library does, which knows the dictionary; their number stays as it is
-  /// unless they may grow.
+  /// Changes bytes with the library's mutator, which uses the dictionary. Keeps their number unless
+  /// they may grow.
   static void Change(std::string& bytes, std::size_t growth) {
     const std::size_t size = bytes.size();
     bytes.resize(size + growth);

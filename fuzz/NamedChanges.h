@@ -13,7 +13,7 @@
 
 namespace zaf::fuzz {
 
-// What changes by design when a document that the program wrote is read and written again. A
+// The changes by design when a document that the program wrote is read and written again. A
 // document to which none of these applies is written again with the same bytes.
 
 /// An element that does not come back as it was.
@@ -102,7 +102,7 @@ inline constexpr TElementChange kElementChanges[] = {
      }},
 };
 
-/// The element behind this one in the order of the document; a null one at the end.
+/// The next element in document order; a null one at the end.
 inline dom::Element NextElement(dom::Element element) {
   if (const dom::Element child = element.getFirstChildElement(); child) return child;
   while (element) {
@@ -112,8 +112,7 @@ inline dom::Element NextElement(dom::Element element) {
   return {};
 }
 
-/// The references of a program in their order, each with the element of its action; fewer when the
-/// actions do not stand in that order.
+/// The references of a program, each with the element name of its action.
 using TReferences = std::map<const void*, std::string_view>;
 
 inline bool MatchReferences(dom::Element root, TReferences& references) {
@@ -128,8 +127,8 @@ inline bool MatchReferences(dom::Element root, TReferences& references) {
   return true;
 }
 
-/// An else-if or else within an if or else-if that follows none there is taken for a branch of the
-/// one around it.
+/// Whether an else-if or else is a child of an if or else-if without following one there: it is
+/// read as a branch of its parent.
 inline bool HasMisplacedBranch(dom::Element root, const TReferences& references) {
   const auto is_if = [&](dom::Node reference) {
     const auto found = references.find(reference.GetIdentity());
@@ -205,17 +204,16 @@ inline std::size_t Count(std::string_view document, std::string_view tag) {
   return count;
 }
 
-/// How often a document may change. One change can make room for the next: an output that is empty
-/// is lost, so an assign action has its text made anew, and so an action of the same name refers to
-/// two outputs of one ID. And where branches stand in branches, one reference after another can
-/// leave the one that it stands in.
+/// How often a document may change. One change can cause the next: an empty output is lost, so the
+/// text of an assign action is made anew, so an action of the same name refers to two outputs of
+/// one ID. In nested branches, one reference after another can move out of its parent.
 inline std::size_t FindMostChanges(std::string_view document) {
   return 4 + Count(document, "<ActionRef ");
 }
 
-/// A document with the signatures of its actions blanked out. They tell the class of an action and
-/// the bytes of its name, also where the element and the ID do not (containers and jumps, control
-/// characters), and are not read.
+/// A document with the signatures of its actions blanked out. They depend on the class of an action
+/// and the bytes of its name, also where the element and the ID do not (containers and jumps,
+/// control characters), and are not read.
 inline std::string WithoutSignatures(std::string document) {
   constexpr std::string_view kSignature = " Sig=\"";
   constexpr std::size_t kDigits = 8;

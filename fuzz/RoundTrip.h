@@ -12,8 +12,9 @@ namespace zaf::fuzz {
 /// fuzzing down.
 constexpr std::size_t kLongestDocument = std::size_t{1} << 18;
 
-/// A document that the program wrote is well-formed, loads, and is written again with the same
-/// bytes as soon as no change by design applies to it any more; and after some changes in any case.
+/// Requires that a document of the program is well-formed, loads, and is written again with the
+/// same bytes once no change by design applies to it, at the latest after the most changes
+/// possible.
 inline void RequireThatDocumentStays(std::string document) {
   const std::size_t most_changes = FindMostChanges(document);
   for (std::size_t i = 0; i <= most_changes && document.size() <= kLongestDocument; ++i) {

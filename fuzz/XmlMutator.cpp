@@ -74,7 +74,7 @@ class TXmlMutation {
  private:
   std::size_t Below(std::size_t limit) { return limit == 0 ? 0 : random_() % limit; }
 
-  /// The element around or behind a place; nothing when there is none.
+  /// The first element that begins at or after a random place; an empty span if there is none.
   TSpan ChooseElement(std::string_view text) {
     std::size_t at = text.find('<', Below(text.size()));
     while (at != std::string_view::npos && (at + 1 >= text.size() || !IsNameStart(text[at + 1])))
@@ -82,7 +82,7 @@ class TXmlMutation {
     return at == std::string_view::npos ? TSpan() : FindElement(text, at);
   }
 
-  /// Behind the start tag or the end of an element.
+  /// Inserts after the start tag or the end tag of an element.
   void InsertElement(std::string& text, const std::string& element) {
     const TSpan place = ChooseElement(text);
     const std::size_t tag_end = text.find('>', place.begin);

@@ -10,8 +10,8 @@
 
 namespace zaf {
 
-/// Adds the options that `convert` and `check` share, and the inputs. The options have to live as
-/// long as the command.
+/// Adds the options that `convert` and `check` share, and the inputs. The options have to outlive
+/// the command.
 void AddFileOptions(CLI::App& command, TRunOptions& options);
 
 /// Brings what was parsed into the options and checks what the parser cannot. TToolError (kUsage).

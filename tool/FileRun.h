@@ -4,7 +4,7 @@
 
 namespace zaf {
 
-/// Converts or checks what the options ask for. Gives the exit status: an ExitStatus, or 128 and
+/// Converts or checks the inputs of the options. Returns the exit status: an ExitStatus, or 128 and
 /// the number of a signal that stopped the run. Throws a TToolError when nothing was done,
 /// and, after the report and summary, when nothing can be written any more.
 int RunFiles(const TRunOptions& options);

@@ -45,7 +45,7 @@ struct TInput {
 /// is an input, of that kind.
 class TInputWalk {
  public:
-  /// Both have to live as long as the walk.
+  /// Both have to outlive the walk.
   TInputWalk(const std::vector<TInputRoot>& roots, const TRunOptions& options);
   ~TInputWalk();
 

@@ -27,7 +27,7 @@ class TGlobMatch {
     return glob_.substr(j).starts_with(text);
   }
 
-  /// Reaches state j, and those behind stars that match nothing.
+  /// Reaches state j, and those after stars that match nothing.
   void Enter(std::size_t j, std::vector<bool>& states) {
     for (; !states[j]; j += IsAt(j, "**") ? 2U : 1U) {
       states[j] = true;

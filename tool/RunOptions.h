@@ -27,7 +27,7 @@ class TToolError : public std::runtime_error {
   ExitStatus status;
 };
 
-/// What the user asks for with an option of three words.
+/// The value of an option with three words.
 enum class When : std::uint8_t { kAuto, kAlways, kNever };
 enum class Volume : std::uint8_t { kQuiet, kNormal, kVerbose };
 enum class FileCommand : std::uint8_t { kConvert, kCheck };

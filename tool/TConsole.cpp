@@ -12,7 +12,7 @@ namespace zaf {
 namespace {
 
 void Write(std::string_view text) {
-  // There is nobody to tell of a failure.
+  // A failure cannot be reported anywhere.
   static_cast<void>(std::fwrite(text.data(), 1, text.size(), stderr));
 }
 

@@ -11,7 +11,7 @@
 
 namespace zaf {
 
-/// Works on items in several threads and hands them on in their order. `Steps` has
+/// Works on items in several threads and emits them in their order. `Steps` has
 ///
 /// - `bool Next(Item&)`: gives the items one after another; false after the last one;
 /// - `void Work(Item&)`: is called for several items at a time, each in one thread;
@@ -98,7 +98,7 @@ class TOrderedWork {
   std::vector<TSlot> slots_;
   Steps& steps_;
 
-  std::mutex mutex_;  ///< For all that follows and the slots that nobody works on.
+  std::mutex mutex_;  ///< For all that follows and the slots that no thread works on.
   std::condition_variable changed_;
   std::uint64_t begin_ = 0;  ///< The first item that was not emitted.
   std::uint64_t end_ = 0;    ///< After the last item that was begun.

@@ -46,7 +46,7 @@ Status ReadSection(TQuerySpecification& action, std::string_view code, std::stri
 struct TRecord {
   TRecordHeader header;
   std::string bytes;
-  std::string order;  ///< The codes of the sections, a blank behind each.
+  std::string order;  ///< The codes of the sections, a blank after each.
 };
 
 TRecord WriteRecord(const TQuerySpecification& action) {

@@ -23,7 +23,7 @@ using test::ToXml;
 using testing::AllOf;
 using testing::HasSubstr;
 
-/// Texts in slots of 128 bytes, one behind the other.
+/// Texts in slots of 128 bytes, one after another.
 std::string Slots(std::initializer_list<std::string_view> texts) {
   std::string slots;
   for (const std::string_view text : texts) slots += Slot(text, 128);

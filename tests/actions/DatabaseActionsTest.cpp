@@ -30,7 +30,7 @@ std::string Document(std::string_view actions, std::string_view data_sources = {
 
 /// A join record of 168 bytes, of 646 or of the current 648, or its beginning.
 std::string Join(std::string_view join_operator, std::size_t size) {
-  const std::string names = Slots(size == 168 ? 32 : 128, {"c1", "t1", "c2", "t2"});
+  const std::string names = Slots(size <= 168 ? 32 : 128, {"c1", "t1", "c2", "t2"});
   return Slot(names + std::string(join_operator), size);
 }
 
@@ -96,12 +96,15 @@ TEST(DatabaseActions, AreUpgradedFromOlderRecords) {
 }
 
 TEST(SearchSpecification, CarriedFieldsSurviveTheLegacyForm) {
-  const std::string join =
-      ListOf(1, Slots(128, {"c1", "t1", "c2", "t2"}) + "iseq" + std::string(132, 'x'));
-  TZanfoFile file;
-  ASSERT_EQ(test::LoadBytes(LegacyFile().Action("srch", "S").Payload("join", join).Bytes(), file),
-            Status::kOk);
-  EXPECT_NE(test::SaveToLegacy(file).find(join), std::string::npos);
+  const std::string current = Join(" =* ", 516) + Slot("further", 128) + "\7xyz";
+  const std::string narrow = Join(" *= ", 132) + Slot("further", 32) + "\7xyz";
+  for (const std::string& record : {current, narrow}) {
+    TZanfoFile file;
+    LegacyFile legacy;
+    legacy.Action("srch", "S").Payload("join", ListOf(1, record));
+    ASSERT_EQ(test::LoadBytes(legacy.Bytes(), file), Status::kOk);
+    EXPECT_NE(test::SaveToLegacy(file).find(current.substr(0, 645)), std::string::npos);
+  }
 }
 
 TEST(SourceSpecification, UseOfTheDevelopmentSourceIsWrittenButNotRead) {
@@ -207,7 +210,7 @@ TEST(SourceSpecification, ActionsWithEqualDataSourcesShareOne) {
 TEST(SourceSpecification, DeploymentElementGivesOnlyItsLogin) {
   const std::string document = Document(
       R"(<DirectDBMSAction ID="A" DSID="x" DeploymentDSID="y" UseDevelopmentDataSource="True"/>
-         <DirectDBMSAction ID="B" DSID="z" DeploymentDSID="x"/>)",
+         <DirectDBMSAction ID="B" DSID="z" DeploymentDSID="x"/><DirectDBMSAction DSID="y"/>)",
       R"(<DataSource ID="x"><DSType>DAM</DSType><DSN>n</DSN><UserInfo><UserName>)" +
           Enciphered("clear") + R"(</UserName></UserInfo></DataSource>
          <DataSource ID="y"><DSType>ODBC</DSType><DSN>other</DSN><UserInfo Encrypted="True"><Password>)" +
@@ -227,6 +230,7 @@ TEST(SourceSpecification, DeploymentElementGivesOnlyItsLogin) {
   const TDataSource b = source(first->next_sibling);
   EXPECT_TRUE(b.host_type == kNoCode && b.data_source.IsEmpty());
   EXPECT_EQ(b.deployment_user_name.View(), Enciphered("clear"));
+  EXPECT_EQ(source(first->next_sibling->next_sibling).type_name.View(), "ODBC");
   EXPECT_NE(test::SaveToXml(file).find("UseDevelopmentDataSource=\"TRUE\""), std::string::npos);
 }
 

@@ -37,7 +37,7 @@ inline std::string Reserialized(std::string_view text) {
   return Serialized(*ParsedText(std::string(text)));
 }
 
-/// The texts behind one another.
+/// The texts joined.
 inline std::string Join(std::initializer_list<std::string_view> texts) {
   std::string joined;
   for (const std::string_view text : texts) joined += text;

@@ -40,7 +40,7 @@ std::string Describe(const ConversionOptions& options) {
 
 struct TCommandLineCase {
   std::string name;
-  std::vector<const char*> arguments;  ///< Behind the program's name.
+  std::vector<const char*> arguments;  ///< After the program's name.
   std::string expected;                ///< The messages; else the options and the directory.
 };
 

@@ -69,6 +69,7 @@ const TCase kCases[] = {
     {5, [](Numbers& n) { return n.Remove(1); },                   "1", "0 2 3 4 ", 8},
     {3, [](Numbers& n) { return n.RemoveAll(); },                 "3", "", 0},
     {3, [](Numbers& n) { return n.Set("\0\0\0\0", 4).length; },   "4", "0 ", 8},
+    {0, [](Numbers& n) { n.Set("\0\0\0\0xyz", 7); return n.InsertFirst(&kNine); }, "0", "9 0 ", 4},
     {3, [](Numbers& n) { n.Assign(MakeNumbers(1)); },             "", "0 ", 1},
     {3, [](Numbers& n) { n.Assign(CDynamicArray(8)); },           "", "0 1 2 ", 4},
     {3, [](Numbers& n) { static_cast<CDynamicArray&>(n) = CDynamicArray(8); },  "", "0 1 2 ", 4},

@@ -133,6 +133,7 @@ const TCase kCases[] = {
     {"",       [](CText& t) { return t.Splice(7, 3, "ab", 2); },                    "3", "ab"},
     {"abcd",   [](CText& t) { return t.Splice(1, 2, "-", 1); },                     "4", "a-d"},
     {"abc",    [](CText& t) { return t.Splice(3, 1, "def", 3); },                   "7", "abcdef"},
+    {"abcdef", [](CText& t) { return t.Splice(1, 9, "-", 1); },                     "3", "a-"},
     {"abc",    [](CText& t) { return t.SpliceByte(1, 1, '-'); },                    "4", "a-c"},
     {"abc",    [](CText& t) { return t.SpliceDecimal(1, 1, -25); },                 "6", "a-25c"},
     {"abc",    [](CText& t) { return t.SpliceData(1, 1, Buffer("()")); },           "5", "a()c"},

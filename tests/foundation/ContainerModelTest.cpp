@@ -30,7 +30,7 @@ std::string Folded(std::string text) {
   return text;
 }
 
-/// The rule step by step: find, splice, go on behind.
+/// The rule step by step: find, splice, continue after the replacement.
 std::string Replaced(std::string text, const std::string& find, const std::string& replacement,
                      bool is_folded, std::uint32_t occurrence) {
   const std::string pattern = is_folded ? Folded(find) : find;

@@ -4,7 +4,7 @@
 
 namespace zaf::test {
 
-/// While it lives, makes one request for memory of its thread fail: the one with number `failing`,
+/// During its lifetime makes one allocation of its thread fail: the one with number `failing`,
 /// counted from 0. They nest; the innermost counts. A program that links it has its `operator new`.
 class TAllocationFault {
  public:

@@ -15,7 +15,7 @@ std::string BigEndian(std::uint32_t value);
 /// `text` in a slot of `width` bytes, cut or filled up with NULs.
 std::string Slot(std::string_view text, std::size_t width);
 
-/// Texts in slots of one width, one behind the other.
+/// Texts in slots of one width, one after another.
 std::string Slots(std::size_t width, std::initializer_list<std::string_view> texts);
 
 /// The payload of a list section: the count, then the records.
@@ -42,7 +42,7 @@ class LegacyFile {
   LegacyFile& TruncateTo(std::size_t size);
   LegacyFile& SetNumber(std::size_t offset, std::uint32_t value);
 
-  /// The file. A run-only one ("rdoc") is scrambled behind its header.
+  /// The file. A run-only one ("rdoc") is scrambled after its header.
   [[nodiscard]] std::string Bytes() const;
 
  private:
