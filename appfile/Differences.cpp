@@ -109,16 +109,20 @@ void CompareElements(TElementComparison& comparison, dom::Element one, dom::Elem
 /// An action in a list of all actions of a tree.
 struct TNode {
   const TQuerySpecification* action;
-  std::string name;             ///< As a document has it.
+  std::string key;              ///< Name by which the same action is found.
   std::uint32_t parent;         ///< Index of its parent; that of the root is its own.
   std::uint32_t before;         ///< Index of the sibling before it; kNone for the first one.
   std::uint32_t match = kNone;  ///< Index of the same action in the other list.
   bool is_reordered = false;
 };
 
-TNode MakeNode(const TQuerySpecification& action, std::uint32_t parent, std::uint32_t before) {
-  TNode node{&action, std::string(action.GetName().View()), parent, before};
-  std::erase_if(node.name, IsDroppedCharacter);
+/// Keys are names as documents have them. For kCompared they are also cut as in legacy files.
+TNode MakeNode(const TQuerySpecification& action, std::uint32_t parent, std::uint32_t before,
+               DifferenceScope scope) {
+  std::string_view name = action.GetName().View();
+  if (scope == DifferenceScope::kCompared) name = name.substr(0, kRecordNameWidth - 1);
+  TNode node{&action, std::string(name), parent, before};
+  std::erase_if(node.key, IsDroppedCharacter);
   return node;
 }
 
@@ -128,7 +132,7 @@ std::vector<TNode> ListActions(const TActionTree& tree, DifferenceScope scope) {
   static const TContainerSpecification no_root;
   const TActionEntry* const root = tree.GetRoot();
   const TQuerySpecification* const top = root == nullptr ? &no_root : root->action.get();
-  std::vector<TNode> nodes{MakeNode(*top, 0, kNone)};
+  std::vector<TNode> nodes{MakeNode(*top, 0, kNone, scope)};
   if (root == nullptr) return nodes;
   std::vector<std::uint32_t> last_child{kNone};
   // From the root down to the current one.
@@ -141,7 +145,8 @@ std::vector<TNode> ListActions(const TActionTree& tree, DifferenceScope scope) {
       parent = nodes[parent].parent;
     const auto index = static_cast<std::uint32_t>(nodes.size());
     path.emplace_back(entry, index);
-    nodes.push_back(MakeNode(*entry->action, parent, std::exchange(last_child[parent], index)));
+    const std::uint32_t before = std::exchange(last_child[parent], index);
+    nodes.push_back(MakeNode(*entry->action, parent, before, scope));
     last_child.push_back(kNone);
   }
   return nodes;
@@ -160,17 +165,18 @@ class TApplicationComparison {
 
   void Run() {
     CompareApplications();
+    is_of_action_ = true;
     Match();
     FindReordered();
-    ReportAdded(0);
-    for (const TNode& node : std::span(nodes_one_).subspan(1)) {
-      subject_ = node.name;
+    for (const TNode& node : nodes_one_) {
+      subject_ = node.action->GetName().View();
       if (node.match == kNone) {
         ReportValues({}, documents_[0].Write(*node.action).getTagName(), {});
         continue;
       }
-      ReportPlaces(node, nodes_two_[node.match]);
-      CompareActionPair(*node.action, *nodes_two_[node.match].action);
+      const TNode& other = nodes_two_[node.match];
+      ReportPlaces(node, other);
+      CompareActionPair(*node.action, *other.action, node.match == 0 ? HasXml::kNo : HasXml::kYes);
       ReportAdded(node.match);
     }
   }
@@ -198,35 +204,32 @@ class TApplicationComparison {
 
   void CompareApplications() {
     subject_ = one_.GetRootElement();
+    if (!observer_.LooksInto({})) return;
     ReportValues({}, one_.GetRootElement(), two_.GetRootElement());
     TElementComparison comparison = MakeComparison();
     comparison.Compare({}, documents_[0].Write(one_), documents_[1].Write(two_));
-    if (scope_ == DifferenceScope::kEverything) CompareSections(one_, two_, HasXml::kYes);
-    is_of_action_ = true;
-    if (scope_ != DifferenceScope::kEverything) return;
-    subject_ = nodes_one_.front().name;
-    CompareSections(*nodes_one_.front().action, *nodes_two_.front().action, HasXml::kNo);
+    if (scope_ != DifferenceScope::kXmlForm) CompareSections(one_, two_, HasXml::kYes);
   }
 
   /// Pairs the actions of one name, first those below the same parent.
   void Match() {
     std::map<std::pair<std::uint32_t, std::string_view>, std::vector<std::uint32_t>> left;
     const auto match = [&](TNode& node, std::uint32_t parent) {
-      const auto found = left.find({parent, node.name});
+      const auto found = left.find({parent, node.key});
       if (found == left.end() || found->second.empty()) return;
       node.match = found->second.back();
       nodes_two_[node.match].match = static_cast<std::uint32_t>(&node - nodes_one_.data());
       found->second.pop_back();
     };
     for (auto i = static_cast<std::uint32_t>(nodes_two_.size()); --i > 0;)
-      left[{nodes_two_[i].parent, nodes_two_[i].name}].push_back(i);
+      left[{nodes_two_[i].parent, nodes_two_[i].key}].push_back(i);
     nodes_one_.front().match = nodes_two_.front().match = 0;
     for (TNode& node : std::span(nodes_one_).subspan(1))
       if (const std::uint32_t parent = nodes_one_[node.parent].match; parent != kNone)
         match(node, parent);
     left.clear();
     for (auto i = static_cast<std::uint32_t>(nodes_two_.size()); --i > 0;)
-      if (nodes_two_[i].match == kNone) left[{kNone, nodes_two_[i].name}].push_back(i);
+      if (nodes_two_[i].match == kNone) left[{kNone, nodes_two_[i].key}].push_back(i);
     for (TNode& node : nodes_one_)
       if (node.match == kNone) match(node, kNone);
   }
@@ -259,14 +262,14 @@ class TApplicationComparison {
   /// The actions that are only in `two` and follow there at this index.
   void ReportAdded(std::uint32_t index) {
     while (++index < nodes_two_.size() && nodes_two_[index].match == kNone) {
-      subject_ = nodes_two_[index].name;
+      subject_ = nodes_two_[index].action->GetName().View();
       ReportValues({}, {}, documents_[1].Write(*nodes_two_[index].action).getTagName());
     }
   }
 
   void ReportPlaces(const TNode& one, const TNode& two) {
     const auto name = [](const std::vector<TNode>& nodes, std::uint32_t index, std::uint32_t none) {
-      return index == none ? std::nullopt : TOptionalText(nodes[index].name);
+      return index == none ? std::nullopt : TOptionalText(nodes[index].action->GetName().View());
     };
     if (IsMoved(one))
       Report(DifferenceKind::kMoved, {}, name(nodes_one_, one.parent, 0),
@@ -276,23 +279,28 @@ class TApplicationComparison {
              name(nodes_two_, two.before, kNone));
   }
 
-  void CompareActionPair(const TQuerySpecification& one, const TQuerySpecification& two) {
-    const std::uint64_t count = count_;
+  /// `has_xml`: kNo for the roots.
+  void CompareActionPair(const TQuerySpecification& one, const TQuerySpecification& two,
+                         HasXml has_xml) {
     const bool is_equal = one.IsEqual(two);
-    if (!is_equal) {
+    if (is_equal && scope_ != DifferenceScope::kEverything) return;
+    if (!observer_.LooksInto(subject_)) return;
+    const std::uint64_t count = count_;
+    if (!is_equal && has_xml == HasXml::kYes) {
       const dom::Element element_one = documents_[0].Write(one);
       const dom::Element element_two = documents_[1].Write(two);
       ReportValues({}, element_one.getTagName(), element_two.getTagName());
       TElementComparison comparison = MakeComparison();
       CompareElements(comparison, element_one, element_two);
     }
-    if (scope_ != DifferenceScope::kEverything) return;
+    if (scope_ == DifferenceScope::kXmlForm) return;
     CompareSections(one, two, count_ == count ? HasXml::kNo : HasXml::kYes);
-    ReportValues("ID", one.GetName().View(), two.GetName().View());
     if (!is_equal && count_ == count)
       ReportValues({}, NameOf(one.GetTypeCode()), NameOf(two.GetTypeCode()));
     if (!is_equal && count_ == count)
       Report(DifferenceKind::kChanged, {}, std::nullopt, std::nullopt);
+    if (scope_ == DifferenceScope::kEverything && has_xml == HasXml::kYes)
+      ReportValues("ID", one.GetName().View(), two.GetName().View());
   }
 
   // What the sections say of an action or application, and what they make of a new one.

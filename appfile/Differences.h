@@ -7,16 +7,18 @@
 
 namespace zaf {
 
+/// Which differences are found.
 enum class DifferenceScope : std::uint8_t {
-  kXmlForm,     ///< What the XML form holds.
-  kEverything,  ///< Also the sections that have no XML form, and values that it does not
-                ///< distinguish.
+  kXmlForm,     ///< Those that the XML form shows.
+  kCompared,    ///< Those that TApplication::IsEqual finds, also in what has no XML form.
+  kEverything,  ///< Those, and differences of names and of what is only carried.
 };
 
 /// Reports in what two applications differ: first what applies to all of each, then action by
 /// action in the order of the tree of `one`, actions that are only in `two` after the ones that
-/// they follow there. Actions of one name are the same action, of several those below the same
-/// parent first. Throws std::bad_alloc.
+/// they follow there. A difference that the XML form does not show has the code of its section.
+/// Actions of one name are the same action, of several those below the same parent first. Throws
+/// std::bad_alloc.
 void FindDifferences(const TApplication& one, const TApplication& two, DifferenceScope scope,
                      TDifferenceObserver& observer);
 

@@ -19,7 +19,7 @@ enum class DifferenceKind : std::uint8_t {
 struct TDifference {
   DifferenceKind kind;
   bool is_of_action;         ///< Else it is one of the application.
-  std::string_view subject;  ///< Name of the action in documents, or of the root element.
+  std::string_view subject;  ///< Name of the action, or of the root element.
   /// Attributes and elements from the subject's element to the field, as the XML form has them:
   /// `Criteria[2].Operator`, items counted from 1. The code of a section in single quotes where
   /// the XML form does not have it. Empty: all of the subject.
@@ -34,6 +34,8 @@ struct TDifference {
 class TDifferenceObserver {
  public:
   virtual void OnDifference(const TDifference& difference) = 0;
+  /// Whether to look for differences inside an action of this name.
+  virtual bool LooksInto(std::string_view /*action*/) { return true; }
 
  protected:
   ~TDifferenceObserver() = default;

@@ -233,7 +233,7 @@ class TFileConversion {
     result_.is_restored = Attempt([&] { return document_->IsEqual(written); }, false);
     if (result_.is_restored || request_.differences == nullptr) return;
     FindDifferences(document_->GetApplication(), written.GetApplication(),
-                    DifferenceScope::kEverything, *request_.differences);
+                    DifferenceScope::kCompared, *request_.differences);
   }
 
   const TFileRequest& request_;

@@ -45,23 +45,31 @@ class TLossList final : public TLossObserver {
   std::vector<TLoss>& losses_;
 };
 
-/// Takes the differences that a verification finds as losses.
+/// Takes the differences that a verification finds as losses, unless other losses of the action, or
+/// of the application itself, explain them.
 class TDifferenceLosses final : public TDifferenceObserver {
  public:
-  void OnDifference(const TDifference& difference) override {
-    losses_.push_back({LossCode::kNotRestored, DifferenceText(difference),
-                       std::string(difference.is_of_action ? difference.subject : "")});
+  /// `others`: those of the conversion, which is over when the first difference is found.
+  explicit TDifferenceLosses(const std::vector<TLoss>& others) : others_(others) {}
+
+  bool LooksInto(std::string_view action) override {
+    if (!explained_) {
+      explained_.emplace();
+      for (const TLoss& loss : others_) explained_->insert(loss.action);
+    }
+    return !explained_->contains(action);
   }
-  /// Those of which the losses of the conversion explain nothing: there is none of the action.
-  [[nodiscard]] std::vector<TLoss> TakeUnexplained(const std::vector<TLoss>& explaining) {
-    std::set<std::string_view> explained;
-    for (const TLoss& loss : explaining) explained.insert(loss.action);
-    std::erase_if(losses_, [&](const TLoss& loss) { return explained.contains(loss.action); });
-    return std::move(losses_);
+  void OnDifference(const TDifference& difference) override {
+    const std::string action(difference.is_of_action ? difference.subject : "");
+    if (LooksInto(action))
+      losses.push_back({LossCode::kNotRestored, DifferenceText(difference), action});
   }
 
+  std::vector<TLoss> losses;
+
  private:
-  std::vector<TLoss> losses_;
+  const std::vector<TLoss>& others_;
+  std::optional<std::set<std::string_view>> explained_;  ///< Names.
 };
 
 /// The report while it is written. Does nothing when there is none.
@@ -262,7 +270,7 @@ class TFileRun {
     request.verification = verifies ? Verification::kOn : Verification::kOff;
     request.is_dry_run = options_.dry_run;
     request.keep_time = options_.keep_time;
-    TDifferenceLosses differences;
+    TDifferenceLosses differences(record.losses);
     if (options_.LooksForLosses()) {
       request.observer = &losses;
       request.differences = &differences;
@@ -271,8 +279,7 @@ class TFileRun {
     const FileOutcome outcome = record.result.outcome;
     if (outcome != FileOutcome::kConverted && outcome != FileOutcome::kSkipped)
       record.error = ErrorOfOutcome(record);
-    std::ranges::move(differences.TakeUnexplained(record.losses),
-                      std::back_inserter(record.losses));
+    std::ranges::move(differences.losses, std::back_inserter(record.losses));
     AddLossesOfVerification(record);
   }
 

@@ -155,7 +155,7 @@ TEST(Differences, AreNoneBetweenAFileAndItsDocument) {
       (TLineList{
           std::string("ZAF 'form': removed carried") + '\0' + " -> -",
           std::string("I 'cmnt': changed one\r\ntwo\rthree") + '\0' + " -> one\ntwo\nthree" + '\0',
-          "E : moved - -> I", "G 'comp': removed code -> -", "G ID: changed G\x01 -> G"}));
+          "E : moved - -> I", "G\x01 'comp': removed code -> -", "G\x01 ID: changed G\x01 -> G"}));
   const std::string other = test::ToXml(test::LegacyFile().Text("titl", "U").Bytes());
   EXPECT_EQ(Differences(test::LegacyFile().Text("titl", "T").Bytes(), other),
             TLineList{"ZAF Title: changed T -> U"});
