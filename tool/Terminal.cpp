@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 #include <thread>
 
 #ifdef _WIN32
@@ -28,8 +29,13 @@ bool IsErrorTerminal() {
   // Colours and progress take escape sequences, which older consoles do not know.
   const HANDLE console = GetStdHandle(STD_ERROR_HANDLE);
   DWORD mode = 0;
-  return GetConsoleMode(console, &mode) != 0 &&
-         SetConsoleMode(console, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING) != 0;
+  if (GetConsoleMode(console, &mode) == 0 ||
+      SetConsoleMode(console, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING) == 0)
+    return false;
+  // Names in messages are UTF-8.
+  static const UINT code_page = GetConsoleOutputCP();
+  std::atexit([] { SetConsoleOutputCP(code_page); });
+  return SetConsoleOutputCP(CP_UTF8) != 0;
 #else
   return isatty(STDERR_FILENO) != 0;
 #endif
