@@ -1,5 +1,6 @@
 #include "driver/FileConversion.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <filesystem>
@@ -17,15 +18,6 @@ namespace zaf {
 namespace {
 
 namespace fs = std::filesystem;
-
-/// Inputs whose names end in this, case ignored, are class files.
-constexpr std::string_view kClassFileExtension = ".zcf";
-
-bool IsClassFileName(std::string_view name) {
-  return name.size() >= kClassFileExtension.size() &&
-         EqualsIgnoringCase(name.substr(name.size() - kClassFileExtension.size()),
-                            kClassFileExtension);
-}
 
 /// A data file that counts what is written.
 class TCountingFile final : public TDataFile {
@@ -76,7 +68,7 @@ class TFileConversion {
     TZanfoFile document;
     document_ = &document;
     document.SetObserver(request_.observer);
-    if (IsClassFileName(request_.input)) document.SetKind(DocumentKind::kClassFile);
+    document.SetKind(KindOfName(request_.input.View()));
     const Status status = document.Load(file_, &server_);
     result_.form = document.GetForm();
     const TApplication& application = document.GetApplication();
@@ -246,6 +238,14 @@ class TFileConversion {
 };
 
 }  // namespace
+
+DocumentKind KindOfName(std::string_view path) {
+  constexpr std::string_view kClassFileExtension = ".zcf";
+  const std::size_t size = std::min(path.size(), kClassFileExtension.size());
+  return EqualsIgnoringCase(path.substr(path.size() - size), kClassFileExtension)
+             ? DocumentKind::kClassFile
+             : DocumentKind::kApplication;
+}
 
 TFileResult ConvertFile(const TFileRequest& request) { return TFileConversion(request).Run(); }
 

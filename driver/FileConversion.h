@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <string_view>
 
 #include "appfile/TErrorPlace.h"
 #include "appfile/TZanfoFile.h"
@@ -11,6 +12,9 @@
 namespace zaf {
 
 class TLossObserver;
+
+/// What the file at a path describes: a class file if its name ends in ".zcf", case ignored.
+DocumentKind KindOfName(std::string_view path);
 
 /// How the conversion of one file ended.
 enum class FileOutcome : std::uint8_t {
