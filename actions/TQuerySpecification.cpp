@@ -73,13 +73,13 @@ std::span<const TProperty> TQuerySpecification::Properties() {
       Output<&Action::results_>(Code("rslt"), "ResultsOutput", ".Results", kFedOutputCodec),
       Output<&Action::no_results_>(Code("none"), "NoResultsOutput", ".NoResults", kFedOutputCodec),
       Output<&Action::error_>(Code("err "), "ErrorOutput", ".Error", kFedOutputCodec),
-      Carried<&Action::parent_name_>(kParent),
+      ByHand<&Action::parent_name_>(kParent),
   };
   return kRows;
 }
 
-bool TQuerySpecification::ConvertLegacyRecord(FourCharCode, ByteView, std::span<std::byte>) {
-  return false;
+Conversion TQuerySpecification::ConvertLegacyRecord(FourCharCode, ByteView, std::span<std::byte>) {
+  return Conversion::kDropped;
 }
 
 Status TQuerySpecification::Clone(std::unique_ptr<TQuerySpecification>& target) const {
@@ -106,10 +106,15 @@ Status TQuerySpecification::ReadLegacy(TDataFile* file, const TRecordHeader& hea
   record_size_ += static_cast<std::uint32_t>(header.name.View().size());
   TSectionMap map;
   if (const Status status = map.Open(*file, header); status != Status::kOk) return status;
-  if (!map.IsComplete()) return Status::kOk;
+  if (!map.IsComplete()) {
+    if (header.losses != nullptr) header.losses->Report(LossReason::kIncompleteMap);
+    return Status::kOk;
+  }
   TSectionMapEntry entry;
   while (map.Next(entry)) {
-    const Status status = ReadLegacyProperty({file, entry.code, entry.offset, entry.length, this});
+    if (header.losses != nullptr) header.losses->Cover(entry.offset, entry.length);
+    const Status status =
+        ReadLegacyProperty({file, entry.code, entry.offset, entry.length, this, header.losses});
     if (status != Status::kOk) {
       file->NoteFailure({entry.code, entry.offset});
       return status;
@@ -131,7 +136,9 @@ Status TQuerySpecification::ReadLegacyProperty(const TLegacySection& section) {
   }
   static const TCodeIndex index(Properties());
   const TCodeIndex::TField& field = index.Find(section.code);
-  return field.row != nullptr ? field.Read(this, section) : Status::kOk;
+  if (field.row != nullptr) return field.Read(this, section);
+  if (section.losses != nullptr) section.losses->Report(LossReason::kUnknownSection, section);
+  return Status::kOk;
 }
 
 /// The long values of "assx" are the same assignments as those of "assn" in full, so an action that
@@ -145,6 +152,8 @@ Status TQuerySpecification::ReadAssignments(const TLegacySection& section,
   if (is_long && !has_long_assignments_) assignments_.DeleteAll();
   has_long_assignments_ = is_long;
   const std::size_t record_size = kAssignmentNameWidth + value_width;
+  section.ReportUnread(records.size() - records.size() % record_size);
+  if (section.losses != nullptr) section.losses->ReportDropped(section);
   for (; records.size() >= record_size; records = records.subspan(record_size)) {
     const std::string_view record = AsText(records.first(record_size));
     TGlobalAssignment* const assignment = assignments_.Append();

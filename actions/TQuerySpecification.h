@@ -64,8 +64,8 @@ class TQuerySpecification : public TRecordConverter {
   TQuerySpecification& operator=(const TQuerySpecification&) = default;
 
   /// The base class has no lists and keeps no record.
-  bool ConvertLegacyRecord(FourCharCode code, ByteView legacy_record,
-                           std::span<std::byte> record) override;
+  Conversion ConvertLegacyRecord(FourCharCode code, ByteView legacy_record,
+                                 std::span<std::byte> record) override;
   virtual ~TQuerySpecification() = default;
   /// Copies every field into `target`, an action of the same class; null becomes a new one.
   /// kFailure when memory runs out: a null target then stays null, another one is undefined.

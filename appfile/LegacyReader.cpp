@@ -10,12 +10,21 @@ namespace {
 constexpr FourCharCode kRunOnlyDocument = Code("rdoc");
 constexpr FourCharCode kActionEntry = Code("head");
 
+/// Begins the losses of a record: those of an action, or, with an empty name, of the file.
+void CoverRecord(const TRecordHeader& header, std::uint32_t offset, std::string_view action,
+                 TLossReporter& losses) {
+  losses.SetAction(action);
+  losses.Cover(offset, kRecordHeaderSize);
+  losses.Cover(header.map_offset, std::uint64_t{header.map_count} * kSectionMapEntrySize);
+}
+
 /// Reads the action whose record header is at `offset` and places it in the tree. An action of a
 /// format that is too new ends the load: `is_too_new` is then set and the status is kOk.
 Status ReadAction(TDataFile& file, std::uint32_t offset, const TQuerySpecificationServer& server,
                   TApplication& application, TLoadProgress* progress, bool& is_too_new,
-                  TErrorPlace& place) {
+                  TErrorPlace& place, TLossReporter* losses) {
   TRecordHeader header;
+  header.losses = losses;
   if (const Status status = ReadRecordHeader(file, offset, header); status != Status::kOk)
     return status;
   is_too_new = header.format > kNewestFormat;
@@ -25,7 +34,9 @@ Status ReadAction(TDataFile& file, std::uint32_t offset, const TQuerySpecificati
   action->SetName(header.name.View());
   action->SetOwner(&application);
   const TQuerySpecification& read = *action;
+  if (losses != nullptr) CoverRecord(header, offset, header.name.View(), *losses);
   Status status = action->ReadLegacy(&file, header);
+  if (losses != nullptr) losses->SetAction({});
   if (status == Status::kOk) {
     application.total_record_size += action->GetRecordSize();
     status = application.actions.Place(std::move(action));
@@ -43,7 +54,7 @@ Status ReadAction(TDataFile& file, std::uint32_t offset, const TQuerySpecificati
 
 Status ReadLegacyApplication(TDataFile& file, const TQuerySpecificationServer& server,
                              RunOnlyFiles run_only, TApplication& application, TErrorPlace& place,
-                             TLoadProgress* progress) {
+                             TLoadProgress* progress, TLossReporter* losses) {
   application.is_legacy = true;
   file.SetScrambled(false);
   TRecordHeader header;
@@ -60,6 +71,10 @@ Status ReadLegacyApplication(TDataFile& file, const TQuerySpecificationServer& s
     if (run_only == RunOnlyFiles::kRefused) return Status::kRunOnlyNotAllowed;
     file.SetScrambled(true);
   }
+  if (losses != nullptr) {
+    losses->BeginFile(file.GetImage());
+    CoverRecord(header, 0, {}, *losses);
+  }
   TSectionMap map;
   if (const Status status = map.Open(file, header); status != Status::kOk) return status;
   if (!map.IsComplete()) {
@@ -72,10 +87,16 @@ Status ReadLegacyApplication(TDataFile& file, const TQuerySpecificationServer& s
   bool is_too_new = false;
   while (!is_too_new && map.Next(entry)) {
     Status status = Status::kOk;
+    if (losses != nullptr) losses->Cover(entry.offset, entry.length);
     if (entry.code == kActionEntry) {
-      status = ReadAction(file, entry.offset, server, application, progress, is_too_new, place);
+      status =
+          ReadAction(file, entry.offset, server, application, progress, is_too_new, place, losses);
     } else if (const TCodeIndex::TField& field = index.Find(entry.code); field.row != nullptr) {
-      status = field.Read(&application, {&file, entry.code, entry.offset, entry.length, nullptr});
+      status = field.Read(&application,
+                          {&file, entry.code, entry.offset, entry.length, nullptr, losses});
+    } else if (losses != nullptr) {
+      losses->Report(LossReason::kUnknownSection,
+                     {&file, entry.code, entry.offset, entry.length, nullptr, losses});
     }
     if (status != Status::kOk) {
       file.NoteFailure({entry.code, entry.offset});
@@ -84,6 +105,7 @@ Status ReadLegacyApplication(TDataFile& file, const TQuerySpecificationServer& s
       return status;
     }
   }
+  if (losses != nullptr) losses->ReportUnreferenced();
   return Status::kOk;
 }
 

@@ -17,10 +17,10 @@ enum class RunOnlyFiles : bool { kRefused, kAllowed };
 /// format number names no known version. kRunOnlyNotAllowed: the file is run-only and none is
 /// allowed. kMalformed: the section map is not whole, an action's parent is not found, a section
 /// contradicts itself, or the file asks for more work than its size allows. Other statuses are the
-/// data file's. A failed load sets in `place` what is known of where it failed. `progress` may be
-/// null.
+/// data file's. A failed load sets in `place` what is known of where it failed. `progress` and
+/// `losses` may be null.
 Status ReadLegacyApplication(TDataFile& file, const TQuerySpecificationServer& server,
                              RunOnlyFiles run_only, TApplication& application, TErrorPlace& place,
-                             TLoadProgress* progress);
+                             TLoadProgress* progress, TLossReporter* losses);
 
 }  // namespace zaf

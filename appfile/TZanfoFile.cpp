@@ -119,20 +119,24 @@ Status TZanfoFile::LoadContent(TDataFile& file, const TQuerySpecificationServer&
     const Status status = ReadProtected(text.subspan(FirstLineSize(content)), text);
     if (status != Status::kOk) return status;
   } else if (!IsPlainDocument(content)) {
-    return ReadLegacyApplication(file, server, run_only, application_, error_place_, progress);
+    return ReadLegacyApplication(file, server, run_only, application_, error_place_, progress,
+                                 losses_.IfObserved());
   }
-  return ReadXmlDocument(text, server, application_, error_place_, progress);
+  return ReadXmlDocument(text, server, application_, error_place_, progress, losses_.IfObserved());
 }
 
 Status TZanfoFile::Save(TDataFile& file, const TQuerySpecificationServer*, Protection protection) {
   return Attempt([&] { return SaveDocument(file, protection); }, Status::kFailure);
 }
 
-Status TZanfoFile::SaveDocument(TDataFile& file, Protection protection) const {
+Status TZanfoFile::SaveDocument(TDataFile& file, Protection protection) {
+  TLossReporter* const losses = losses_.IfObserved();
+  if (losses != nullptr) losses->ReportPending();
   const dom::Document document = dom::DOMImplementation::createDocument();
   const bool is_protected = protection == Protection::kProtected;
   const RunOnlyMark mark = is_protected ? RunOnlyMark::kWritten : RunOnlyMark::kNone;
-  if (const Status status = WriteXmlDocument(application_, mark, document); status != Status::kOk)
+  if (const Status status = WriteXmlDocument(application_, mark, document, losses);
+      status != Status::kOk)
     return status;
   file.SetScrambled(false);  // As it was left when a run-only file was loaded with it.
   TFileSink sink(file);

@@ -7,12 +7,11 @@
 #include "appfile/TApplication.h"
 #include "appfile/TErrorPlace.h"
 #include "appfile/TQuerySpecificationServer.h"
+#include "fields/TLossReporter.h"
 #include "foundation/Status.h"
 #include "foundation/TDataFile.h"
 
 namespace zaf {
-
-class TLossObserver;
 
 /// The form in which an application is saved.
 enum class Protection : bool { kPlain, kProtected };
@@ -63,7 +62,7 @@ class TZanfoFile {
   void SetKind(DocumentKind kind) { application_.kind = kind; }
   /// Names who is to be informed of losses while this file is loaded and saved: it has to live as
   /// long. Null, as at first: nobody.
-  void SetObserver(TLossObserver* observer) { observer_ = observer; }
+  void SetObserver(TLossObserver* observer) { losses_.SetObserver(observer); }
   /// Says whether the application is to be saved so that it can be run but not read.
   void SetRunOnly(bool is_run_only) { application_.is_run_only = is_run_only; }
   [[nodiscard]] bool IsRunOnly() const { return application_.is_run_only; }
@@ -74,11 +73,11 @@ class TZanfoFile {
 
   Status LoadContent(TDataFile& file, const TQuerySpecificationServer& server,
                      RunOnlyFiles run_only, TLoadProgress* progress);
-  Status SaveDocument(TDataFile& file, Protection protection) const;
+  Status SaveDocument(TDataFile& file, Protection protection);
 
   TApplication application_;
   TErrorPlace error_place_;
-  TLossObserver* observer_ = nullptr;
+  TLossReporter losses_;
 };
 
 }  // namespace zaf

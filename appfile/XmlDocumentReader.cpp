@@ -40,6 +40,7 @@ Status ReadActions(dom::Element actions, const TXmlReadContext& context,
       place.action = element.getTagName();
       return status;
     }
+    if (context.losses != nullptr) context.losses->SetAction(element.getAttribute("ID"));
     if (status == Status::kOk) status = action->ReadXml(context, element);
     if (status != Status::kOk) {
       if (action != nullptr) place.action = action->GetName().View();
@@ -56,7 +57,8 @@ Status ReadActions(dom::Element actions, const TXmlReadContext& context,
 }  // namespace
 
 Status ReadXmlDocument(std::span<std::byte> text, const TQuerySpecificationServer& server,
-                       TApplication& application, TErrorPlace& place, TLoadProgress* progress) {
+                       TApplication& application, TErrorPlace& place, TLoadProgress* progress,
+                       TLossReporter* losses) {
   dom::ParseReport report;
   const dom::Document document = dom::DOMImplementation::createDocument(text, &report);
   if (report.fault != dom::ParseFault::kNone) {
@@ -78,7 +80,12 @@ Status ReadXmlDocument(std::span<std::byte> text, const TQuerySpecificationServe
   TDataSourceIndex data_source_index(data_sources);
   TReferenceBudget references(text.size());
   const TXmlReadContext context{TOutputIndex(root.getFirstChildElement("Outputs")),
-                                data_source_index, references};
+                                data_source_index,
+                                references,
+                                {},
+                                losses};
+  if (losses != nullptr && report.replaced_count > 0)
+    losses->Report(LossReason::kReplacedCharacters, std::to_string(report.replaced_count));
   Status status = ReadXmlRows(TApplication::Properties(), &application, {context, root});
   if (status != Status::kOk) return status;
   status = ReadDefaultDataSource(data_sources, context, application);
@@ -86,7 +93,12 @@ Status ReadXmlDocument(std::span<std::byte> text, const TQuerySpecificationServe
   std::vector<TActionEntry*> entries;
   status = ReadActions(root.getFirstChildElement("Actions"), context, server, application.actions,
                        progress, entries, place);
+  if (losses != nullptr) losses->SetAction({});
   if (status != Status::kOk) return status;
+  if (losses != nullptr) {
+    data_source_index.ReportUnused(*losses);
+    context.outputs.ReportUnused(*losses);
+  }
   status = ReadProgram(root.getFirstChildElement("Program"), entries, application.actions);
   if (status == Status::kMalformed)
     place.reason = "An ActionRef in Program names no action, or one that was taken before";

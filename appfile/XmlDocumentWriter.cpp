@@ -55,9 +55,10 @@ void WriteDefaultDataSource(const TApplication& application, TXmlWriteContext& c
 }  // namespace
 
 Status WriteXmlDocument(const TApplication& application, RunOnlyMark mark,
-                        const dom::Document& document) {
+                        const dom::Document& document, TLossReporter* losses) {
   TDataSourceWriter data_sources;
   TXmlWriteContext context{{}, {}, data_sources};
+  context.losses = losses;
   const TContainers containers = MakeFrame(application, mark, context, document);
   if (!containers.outputs) return Status::kFailure;
   context.actions = containers.actions;

@@ -2,6 +2,7 @@
 
 #include "appfile/TApplication.h"
 #include "dom/dom.h"
+#include "fields/TLossReporter.h"
 #include "foundation/Status.h"
 
 namespace zaf {
@@ -12,8 +13,8 @@ enum class RunOnlyMark : bool { kNone, kWritten };
 /// Fills an empty document with an application: declaration, document type, root, and in it the
 /// containers with the data sources, the output blocks, the actions and the program, which tells
 /// how the actions nest. Returns the first status of an action that is not kOk; kFailure when the
-/// document cannot be made.
+/// document cannot be made. Losses go to `losses`, unless that is null.
 Status WriteXmlDocument(const TApplication& application, RunOnlyMark mark,
-                        const dom::Document& document);
+                        const dom::Document& document, TLossReporter* losses = nullptr);
 
 }  // namespace zaf

@@ -12,6 +12,18 @@ const CDynamicArray& Records(const void* field) {
   return *static_cast<const CDynamicArray*>(field);
 }
 
+/// Reports what a text list leaves of its section, of which it took the texts from `first` on.
+void ReportTexts(const TLegacySection& section, const CTextPtrArray& texts, std::uint32_t first) {
+  std::uint64_t used = sizeof(std::uint32_t);
+  for (std::uint32_t i = first; i < texts.GetCount(); ++i) used += texts[i].View().size() + 1;
+  section.losses->ReportUnread(section, used);
+  TByteReader reader(section.file->GetImage().subspan(section.offset));
+  std::uint32_t count = 0;
+  if (section.length == 0 || reader.ReadU32(count) != Status::kOk) return;
+  if (const std::uint32_t taken = texts.GetCount() - first; taken < count)
+    section.losses->Report(LossReason::kShortList, section, std::to_string(count));
+}
+
 /// Appends a record of zeros; null if there is no memory.
 void* AppendRecord(CDynamicArray& list) { return list.ElementAt(list.Add(nullptr)); }
 
@@ -27,7 +39,11 @@ dom::Element FindListElement(const TProperty& row, const TXmlReadScope& scope) {
 
 Status TTextListCodec::ReadLegacy(const TProperty&, void* field,
                                   const TLegacySection& section) const {
-  return section.Read(*static_cast<CTextPtrArray*>(field));
+  auto& texts = *static_cast<CTextPtrArray*>(field);
+  const std::uint32_t first = texts.GetCount();
+  const Status status = section.Read(texts);
+  if (section.losses != nullptr && status == Status::kOk) ReportTexts(section, texts, first);
+  return status;
 }
 
 Status TTextListCodec::WriteLegacy(const TProperty& row, const void* field,
@@ -40,7 +56,11 @@ void TTextListCodec::WriteXml(const TProperty& row, const void* field,
   const auto& texts = *static_cast<const CTextPtrArray*>(field);
   if (row.form == XmlForm::kChildIfSet && texts.GetCount() == 0) return;
   const dom::Element list = MakeListElement(row, scope.element);
-  for (const CText& text : texts) WriteTextElement(list, row.detail, text.View());
+  for (const CText& text : texts) {
+    if (scope.context.losses != nullptr)
+      scope.context.losses->ReportCharacters(text.View(), row, scope.action_name);
+    WriteTextElement(list, row.detail, text.View());
+  }
 }
 
 Status TTextListCodec::ReadXml(const TProperty& row, void* field,
@@ -66,7 +86,10 @@ Status TRecordListCodecBase::ReadLegacy(const TProperty&, void* field,
   TByteReader reader(payload);
   std::uint32_t count = 0;
   if (reader.ReadU32(count) != Status::kOk) return Status::kMalformed;
-  if (count == 0) return Status::kOk;
+  if (count == 0) {
+    section.ReportUnread(sizeof count);
+    return Status::kOk;
+  }
   if (slicing_ == Slicing::kUpgrade && count > reader.Remaining()) return Status::kMalformed;
   if (const Status status = section.file->ChargeRecords(std::uint64_t{count} * type_.size);
       status != Status::kOk)
@@ -78,9 +101,13 @@ Status TRecordListCodecBase::ReadLegacy(const TProperty&, void* field,
 Status TRecordListCodecBase::AppendSlices(const TLegacySection& section, ByteView records,
                                           std::uint32_t count, CDynamicArray& list) const {
   const std::size_t slice_size = records.size() / count;
-  if (slice_size == type_.size && list.IsEmpty()) return TakeRecords(section, records, count, list);
+  if (slice_size == type_.size && list.IsEmpty()) {
+    if (section.losses != nullptr) ReportSlices(section, slice_size, count, Conversion::kWhole);
+    return TakeRecords(section, records, count, list);
+  }
   const bool is_current = slicing_ == Slicing::kOverlap || slice_size == type_.size;
   const std::uint32_t first = list.GetCount();
+  Conversion conversion = Conversion::kWhole;
   Status status = Status::kOk;
   for (std::uint32_t i = 0; i < count && status == Status::kOk; ++i) {
     // Saves growing later. What is reserved for an empty list, its first element releases.
@@ -89,10 +116,26 @@ Status TRecordListCodecBase::AppendSlices(const TLegacySection& section, ByteVie
     if (is_current && rest.size() >= type_.size)
       status = list.Add(rest.data()) == kNoIndex ? Status::kFailure : Status::kOk;
     else
-      status = AppendSlice(section, is_current ? rest : rest.first(slice_size), list);
+      status = AppendSlice(section, is_current ? rest : rest.first(slice_size), list, conversion);
   }
   FixRecords(section, list, first);
+  if (section.losses != nullptr) ReportSlices(section, slice_size, count, conversion);
   return status;
+}
+
+void TRecordListCodecBase::ReportSlices(const TLegacySection& section, std::size_t slice_size,
+                                        std::uint32_t count, Conversion conversion) const {
+  TLossReporter& losses = *section.losses;
+  const std::string size = std::to_string(slice_size);
+  if (slicing_ == Slicing::kUpgrade || slice_size >= type_.size)
+    losses.ReportUnread(section, sizeof count + std::uint64_t{slice_size} * count);
+  if (conversion == Conversion::kDropped)
+    losses.Report(LossReason::kUnknownRecordSize, section, size);
+  if (conversion == Conversion::kEmptied) losses.Report(LossReason::kEmptiedRecord, section, size);
+  const bool is_cut = slice_size > type_.size && conversion == Conversion::kWhole;
+  if (conversion == Conversion::kCut || is_cut)
+    losses.Report(is_cut ? LossReason::kCutRecord : LossReason::kCutRecordText, section,
+                  std::to_string(type_.size));
 }
 
 Status TRecordListCodecBase::TakeRecords(const TLegacySection& section, ByteView records,
@@ -115,16 +158,19 @@ void TRecordListCodecBase::FixRecords(const TLegacySection& section, CDynamicArr
 }
 
 Status TRecordListCodecBase::AppendSlice(const TLegacySection& section, ByteView slice,
-                                         CDynamicArray& list) const {
+                                         CDynamicArray& list, Conversion& conversion) const {
   void* const record = AppendRecord(list);
   if (record == nullptr) return Status::kFailure;
   if (slicing_ == Slicing::kOverlap) {
     std::memcpy(record, slice.data(), slice.size());
-  } else if (section.converter == nullptr ||
-             !section.converter->ConvertLegacyRecord(
-                 section.code, slice, std::span(static_cast<std::byte*>(record), type_.size))) {
-    list.Remove(list.GetCount() - 1);
+    return Status::kOk;
   }
+  const std::span bytes(static_cast<std::byte*>(record), type_.size);
+  const Conversion result = section.converter == nullptr ? Conversion::kDropped
+                                                         : section.converter->ConvertLegacyRecord(
+                                                               section.code, slice, bytes);
+  if (result == Conversion::kDropped) list.Remove(list.GetCount() - 1);
+  if (result != Conversion::kWhole) conversion = result;
   return Status::kOk;
 }
 

@@ -25,6 +25,7 @@ class TTextListCodec final : public TFieldCodec {
                 const TXmlWriteScope& scope) const override;
   Status ReadXml(const TProperty& row, void* field, const TXmlReadScope& scope) const override;
   bool IsEqual(const void* field, const void* other) const override;
+  bool AppendsSections() const override { return true; }
 };
 
 inline constexpr TTextListCodec kTextListCodec{};
@@ -69,6 +70,7 @@ class TRecordListCodecBase : public TFieldCodec {
                 const TXmlWriteScope& scope) const override;
   Status ReadXml(const TProperty& row, void* field, const TXmlReadScope& scope) const override;
   bool IsEqual(const void* field, const void* other) const override;
+  bool AppendsSections() const override { return true; }
 
  protected:
   ~TRecordListCodecBase() = default;
@@ -76,13 +78,18 @@ class TRecordListCodecBase : public TFieldCodec {
  private:
   Status AppendSlices(const TLegacySection& section, ByteView records, std::uint32_t count,
                       CDynamicArray& list) const;
+  /// Reports what was left out of slices of which the worst was converted like this.
+  void ReportSlices(const TLegacySection& section, std::size_t slice_size, std::uint32_t count,
+                    Conversion conversion) const;
   /// Fills the list, which must be empty, with `count` records of the current size in one copy.
   Status TakeRecords(const TLegacySection& section, ByteView records, std::uint32_t count,
                      CDynamicArray& list) const;
   /// Has the action finish the records from index `first` on.
   void FixRecords(const TLegacySection& section, CDynamicArray& list, std::uint32_t first) const;
-  /// Appends the record that is made of a slice of another size; none if it has no upgrade.
-  Status AppendSlice(const TLegacySection& section, ByteView slice, CDynamicArray& list) const;
+  /// Appends the record that is made of a slice of another size; none if it has no upgrade. Gives
+  /// what became of it unless it is whole.
+  Status AppendSlice(const TLegacySection& section, ByteView slice, CDynamicArray& list,
+                     Conversion& conversion) const;
 
   TRecordType type_;
   Slicing slicing_;

@@ -13,9 +13,11 @@ std::span<Byte> Clip(std::span<Byte> bytes, std::size_t offset, std::size_t widt
   return {bytes.data() + begin, std::min(width, bytes.size() - begin)};
 }
 
-/// Copies a text into a slot of zeros, cut so that a NUL remains.
-void StoreText(std::string_view text, std::span<std::byte> slot) {
-  if (!slot.empty()) std::memcpy(slot.data(), text.data(), std::min(text.size(), slot.size() - 1));
+/// Copies a text into a slot of zeros, cut so that a NUL remains. Whether it was cut.
+bool StoreText(std::string_view text, std::span<std::byte> slot) {
+  const std::size_t most = slot.empty() ? 0 : slot.size() - 1;
+  if (!slot.empty()) std::memcpy(slot.data(), text.data(), std::min(text.size(), most));
+  return text.size() > most;
 }
 
 }  // namespace
@@ -30,14 +32,15 @@ const TRecordUpgrade* FindUpgrade(std::span<const TRecordUpgrade> upgrades, Four
   return found == upgrades.end() ? nullptr : &*found;
 }
 
-void ApplyUpgrade(const TRecordUpgrade& upgrade, ByteView legacy_record,
-                  std::span<std::byte> record) {
+Conversion ApplyUpgrade(const TRecordUpgrade& upgrade, ByteView legacy_record,
+                        std::span<std::byte> record) {
+  Conversion result = Conversion::kWhole;
   for (const TUpgradeStep& step : upgrade.steps) {
     const ByteView source = Clip(legacy_record, step.from, step.from_width);
     const std::span<std::byte> slot = Clip(record, step.to, step.to_width);
     switch (step.kind) {
       case TUpgradeStep::Kind::kText:
-        StoreText(UntilNul(AsText(source)), slot);
+        if (StoreText(UntilNul(AsText(source)), slot)) result = Conversion::kCut;
         break;
       case TUpgradeStep::Kind::kNumber:
         if (source.size() == step.from_width && source.size() <= slot.size())
@@ -51,13 +54,13 @@ void ApplyUpgrade(const TRecordUpgrade& upgrade, ByteView legacy_record,
         break;
     }
   }
+  return result;
 }
 
-bool UpgradeRecord(std::span<const TRecordUpgrade> upgrades, FourCharCode code,
-                   ByteView legacy_record, std::span<std::byte> record) {
+Conversion UpgradeRecord(std::span<const TRecordUpgrade> upgrades, FourCharCode code,
+                         ByteView legacy_record, std::span<std::byte> record) {
   const TRecordUpgrade* const upgrade = FindUpgrade(upgrades, code, legacy_record.size());
-  if (upgrade != nullptr) ApplyUpgrade(*upgrade, legacy_record, record);
-  return upgrade != nullptr;
+  return upgrade == nullptr ? Conversion::kDropped : ApplyUpgrade(*upgrade, legacy_record, record);
 }
 
 }  // namespace zaf

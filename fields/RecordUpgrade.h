@@ -5,6 +5,7 @@
 #include <span>
 #include <string_view>
 
+#include "fields/TLegacySection.h"
 #include "foundation/FourCharCode.h"
 #include "foundation/TByteReader.h"
 
@@ -53,12 +54,12 @@ const TRecordUpgrade* FindUpgrade(std::span<const TRecordUpgrade> upgrades, Four
                                   std::size_t legacy_size);
 
 /// Fills `record`, which must be all zero, from `legacy_record`. A step that reaches beyond the end
-/// of either is cut there.
-void ApplyUpgrade(const TRecordUpgrade& upgrade, ByteView legacy_record,
-                  std::span<std::byte> record);
+/// of either is cut there. kWhole or kCut.
+Conversion ApplyUpgrade(const TRecordUpgrade& upgrade, ByteView legacy_record,
+                        std::span<std::byte> record);
 
-/// Finds the upgrade and applies it; false if there is none.
-bool UpgradeRecord(std::span<const TRecordUpgrade> upgrades, FourCharCode code,
-                   ByteView legacy_record, std::span<std::byte> record);
+/// Finds the upgrade and applies it; kDropped if there is none.
+Conversion UpgradeRecord(std::span<const TRecordUpgrade> upgrades, FourCharCode code,
+                         ByteView legacy_record, std::span<std::byte> record);
 
 }  // namespace zaf

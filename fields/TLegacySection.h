@@ -5,6 +5,7 @@
 #include <span>
 #include <string_view>
 
+#include "fields/TLossReporter.h"
 #include "foundation/CTextPtrArray.h"
 #include "foundation/FourCharCode.h"
 #include "foundation/Status.h"
@@ -15,13 +16,20 @@ namespace zaf {
 
 class TRecordNumbers;
 
+/// What becomes of an older record.
+enum class Conversion : std::uint8_t {
+  kDropped,  ///< It is not taken.
+  kWhole,
+  kCut,      ///< A text was longer than its field.
+  kEmptied,  ///< The record stays all zero.
+};
+
 /// Converts older records of list sections. An action implements it for its lists.
 class TRecordConverter {
  public:
-  /// Fills `record`, which is all zero, from an older record of the list section `code`. False if
-  /// the record is to be dropped.
-  virtual bool ConvertLegacyRecord(FourCharCode code, ByteView legacy_record,
-                                   std::span<std::byte> record) = 0;
+  /// Fills `record`, which is all zero, from an older record of the list section `code`.
+  virtual Conversion ConvertLegacyRecord(FourCharCode code, ByteView legacy_record,
+                                         std::span<std::byte> record) = 0;
   /// Finishes a record of the list section `code`, of the current size: converts its numbers
   /// to the host's byte order.
   virtual void FixRecord(FourCharCode code, const TRecordNumbers& numbers, void* record);
@@ -39,6 +47,7 @@ struct TLegacySection {
   std::uint32_t offset = 0;               ///< From the start of the file, in bytes.
   std::uint32_t length = 0;               ///< In bytes.
   TRecordConverter* converter = nullptr;  ///< Null: older records of lists are dropped.
+  TLossReporter* losses = nullptr;        ///< Null: nobody observes.
 
   /// The section's bytes, valid until another section is read or the file is closed.
   Status View(ByteView& bytes) const {
@@ -50,11 +59,19 @@ struct TLegacySection {
   }
   /// A 32-bit number; reads 4 bytes regardless of the section's length.
   Status Read(std::int32_t& value) const {
+    if (losses != nullptr) ReportUnread(sizeof value);
     return file == nullptr ? Status::kNoFile : file->ReadInteger(code, offset, length, value);
   }
   /// Appends the texts of a counted list to `texts`.
   Status Read(CTextPtrArray& texts) const {
     return file == nullptr ? Status::kNoFile : file->ReadTextList(code, offset, length, texts);
+  }
+
+  /// Tells an observer that only the first `used` bytes are read, which may be more than there are.
+  void ReportUnread(std::uint64_t used) const {
+    if (losses == nullptr) return;
+    losses->Cover(offset, used);
+    losses->ReportUnread(*this, used);
   }
 };
 

@@ -8,6 +8,8 @@
 namespace zaf {
 namespace {
 
+bool HasXml(const TProperty& row) { return row.codec != nullptr && row.form > XmlForm::kByHand; }
+
 bool HasRow(std::span<const TProperty> rows, FourCharCode code) {
   return std::any_of(rows.begin(), rows.end(), [=](const TProperty& row) {
     return row.codec != nullptr && (row.code == code || HasRow(row.codec->Nested(), code));
@@ -31,6 +33,7 @@ Status TFieldCodec::ReadXml(const TProperty&, void*, const TXmlReadScope&) const
 }
 
 bool TFieldCodec::IsNumber32() const { return false; }
+bool TFieldCodec::AppendsSections() const { return false; }
 
 std::span<const TProperty> TFieldCodec::Nested() const { return {}; }
 
@@ -97,14 +100,13 @@ Status WriteLegacyRow(std::span<const TProperty> rows, const void* object, FourC
 void WriteXmlRows(std::span<const TProperty> rows, const void* object,
                   const TXmlWriteScope& scope) {
   for (const TProperty& row : rows) {
-    if (row.codec != nullptr && row.form != XmlForm::kNone)
-      row.codec->WriteXml(row, row.locate(object), scope);
+    if (HasXml(row)) row.codec->WriteXml(row, row.locate(object), scope);
   }
 }
 
 Status ReadXmlRows(std::span<const TProperty> rows, void* object, const TXmlReadScope& scope) {
   for (const TProperty& row : rows) {
-    if (row.codec == nullptr || row.form == XmlForm::kNone) continue;
+    if (!HasXml(row)) continue;
     const Status status = row.codec->ReadXml(row, row.locate(object), scope);
     if (status != Status::kOk) return status;
   }

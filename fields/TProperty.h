@@ -21,6 +21,7 @@ class TFieldCodec;
 /// The form that a field takes in XML.
 enum class XmlForm : std::uint8_t {
   kNone,            ///< None: the field is carried from legacy file to legacy file.
+  kByHand,          ///< The object writes and reads the field itself.
   kChild,           ///< A child element, always.
   kChildIfSet,      ///< A child element, if the field is set.
   kAttribute,       ///< An attribute, always.
@@ -68,6 +69,8 @@ class TFieldCodec {
   [[nodiscard]] virtual std::span<const TProperty> Nested() const;
   /// The rows of the 32-bit numbers in a record's field that has fields of its own.
   [[nodiscard]] virtual std::span<const TProperty> NestedNumbers() const;
+  /// Whether several sections of one code add up; else the last one counts.
+  [[nodiscard]] virtual bool AppendsSections() const;
 
  protected:
   ~TFieldCodec() = default;
@@ -111,6 +114,7 @@ class TCodeIndex {
 
     /// Reads a section of this code into the field of `object`. The row must not be null.
     Status Read(void* object, const TLegacySection& section) const {
+      if (section.losses != nullptr) section.losses->NoteField(*row, section);
       return row->codec->ReadLegacy(*row, path.Follow(object), section);
     }
   };
@@ -253,6 +257,12 @@ constexpr TProperty AttributeIfSet(FourCharCode code, std::string_view name,
 template <auto Member>
 constexpr TProperty Carried(FourCharCode code, const TFieldCodec& codec = DefaultCodec<Member>()) {
   return Row<Member>(code, {}, XmlForm::kNone, codec);
+}
+
+/// A field whose XML the object writes and reads itself.
+template <auto Member>
+constexpr TProperty ByHand(FourCharCode code, const TFieldCodec& codec = DefaultCodec<Member>()) {
+  return Row<Member>(code, {}, XmlForm::kByHand, codec);
 }
 
 /// A list: a container element `name`, always written, with one child element `item` per item.

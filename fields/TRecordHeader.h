@@ -8,6 +8,8 @@
 
 namespace zaf {
 
+class TLossReporter;
+
 /// Format numbers of legacy files, oldest to newest.
 inline constexpr std::uint32_t kOldestFormat = 0x01000001;
 inline constexpr std::uint32_t kWrittenFormat = 0x01000002;
@@ -26,6 +28,7 @@ struct TRecordHeader {
   std::uint32_t map_offset = 0;  ///< Of the section map, from the start of the file, in bytes.
   std::uint32_t map_count = 0;   ///< Entries in the section map.
   TFixedText<kRecordNameWidth> name{};
+  TLossReporter* losses = nullptr;  ///< Of the file being read; null: nobody observes.
 };
 
 }  // namespace zaf

@@ -13,14 +13,21 @@ constexpr std::uint64_t kLeastReferenced = 4 << 20;
 TOutputIndex::TOutputIndex(dom::Element outputs) {
   for (dom::Element output = outputs.getFirstChildElement("Output"); output;
        output = output.getNextSiblingElement("Output")) {
-    const auto [place, is_new] = texts_.try_emplace(output.getAttribute("ID"));
-    if (is_new) place->second = output.getTextContent();
+    const auto [place, is_new] = entries_.try_emplace(output.getAttribute("ID"));
+    if (is_new) place->second.text = output.getTextContent();
   }
 }
 
 const std::string_view* TOutputIndex::Find(std::string_view id) const {
-  const auto found = texts_.find(id);
-  return found == texts_.end() ? nullptr : &found->second;
+  const auto found = entries_.find(id);
+  if (found == entries_.end()) return nullptr;
+  found->second.was_asked_for = true;
+  return &found->second.text;
+}
+
+void TOutputIndex::ReportUnused(TLossReporter& losses) const {
+  for (const auto& [id, entry] : entries_)
+    if (!entry.was_asked_for) losses.Report(LossReason::kUnusedElement, id);
 }
 
 TReferenceBudget::TReferenceBudget(std::size_t document_size)

@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "dom/dom.h"
+#include "fields/TLossReporter.h"
 #include "foundation/Status.h"
 
 namespace zaf {
@@ -30,9 +31,15 @@ class TOutputIndex {
 
   /// The text of the output with this ID; null if there is none.
   [[nodiscard]] const std::string_view* Find(std::string_view id) const;
+  /// Reports the outputs that were not asked for.
+  void ReportUnused(TLossReporter& losses) const;
 
  private:
-  TTextIndex<std::string_view> texts_;
+  struct TEntry {
+    std::string_view text;
+    mutable bool was_asked_for = false;
+  };
+  TTextIndex<TEntry> entries_;
 };
 
 /// What the actions of one application share while they are written to a document. Refers to the
@@ -44,6 +51,7 @@ struct TXmlWriteContext {
   /// A buffer for the spelling of one value.
   using TScratch = std::array<char, 16>;
   TScratch scratch{};
+  TLossReporter* losses = nullptr;  ///< Null: nobody observes.
 };
 
 /// Limits the text that the actions of a document copy from elements to which they refer. Without
@@ -67,6 +75,7 @@ struct TXmlReadContext {
   TReferenceBudget& references;
   /// A buffer for joining the pieces of one field's text.
   mutable std::string joined = {};
+  TLossReporter* losses = nullptr;  ///< Null: nobody observes.
 };
 
 /// The element that an object's fields are written into.

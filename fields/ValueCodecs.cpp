@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "fields/WriteTextElement.h"
+#include "foundation/CaseFolding.h"
 
 namespace zaf {
 namespace {
@@ -31,6 +32,18 @@ std::string_view SpellCode(FourCharCode code, std::array<char, 16>& scratch) {
   return UntilNul({scratch.data(), characters.size()});
 }
 
+/// Whether the text is a number and, without leading spaces, a plus sign and leading zeros,
+/// `digits`.
+bool IsNumber(std::string_view text, std::string_view digits) {
+  text.remove_prefix(std::min(text.find_first_not_of(" \t\n\v\f\r"), text.size()));
+  const bool is_negative = text.starts_with('-');
+  if (is_negative || text.starts_with('+')) text.remove_prefix(1);
+  while (text.size() > 1 && text.front() == '0') text.remove_prefix(1);
+  if (is_negative && digits.starts_with('-')) digits.remove_prefix(1);
+  return text == digits && !text.empty() &&
+         text.find_first_not_of("0123456789") == std::string_view::npos;
+}
+
 // A field with keywords is a number or a code, both of 32 bits.
 
 std::int32_t LoadNumber32(const void* field) {
@@ -48,6 +61,8 @@ void TValueCodec::WriteXml(const TProperty& row, const void* field,
   const bool if_set = row.form == XmlForm::kChildIfSet || row.form == XmlForm::kAttributeIfSet;
   if (if_set && !IsSet(field)) return;
   const std::string_view text = Spell(field, scope.context.scratch);
+  if (scope.context.losses != nullptr)
+    scope.context.losses->ReportCharacters(text, row, scope.action_name);
   if (row.form == XmlForm::kAttribute || row.form == XmlForm::kAttributeIfSet) {
     scope.element.appendAttribute(row.name, text);
   } else {
@@ -57,15 +72,32 @@ void TValueCodec::WriteXml(const TProperty& row, const void* field,
 
 Status TValueCodec::ReadXml(const TProperty& row, void* field, const TXmlReadScope& scope) const {
   const bool is_attribute = row.form == XmlForm::kAttribute || row.form == XmlForm::kAttributeIfSet;
-  return Parse(field,
-               is_attribute ? scope.element.getAttribute(row.name) : scope.FindText(row.name));
+  const std::string_view text =
+      is_attribute ? scope.element.getAttribute(row.name) : scope.FindText(row.name);
+  const Status status = Parse(field, text);
+  if (scope.context.losses != nullptr && status == Status::kOk)
+    ReportDifference(row, field, text, *scope.context.losses);
+  return status;
+}
+
+void TValueCodec::ReportDifference(const TProperty& row, const void* field, std::string_view text,
+                                   TLossReporter& losses) const {
+  TScratch scratch;
+  const std::string_view spelled = Spell(field, scratch);
+  if (text.empty() || EqualsIgnoringCase(text, spelled) || IsNumber(text, spelled)) return;
+  const bool is_cut = text.starts_with(spelled) && !IsNumber(spelled, spelled);
+  losses.Report(is_cut && !spelled.empty() ? LossReason::kCutText : LossReason::kUnknownWord,
+                row.name);
 }
 
 Status TTextCodecBase::ReadLegacy(const TProperty&, void* field,
                                   const TLegacySection& section) const {
   std::string_view text;
   if (const Status status = section.View(text); status != Status::kOk) return status;
-  if (inner_nul_ == InnerNul::kEndsText) text = UntilNul(text);
+  if (inner_nul_ == InnerNul::kEndsText) {
+    text = UntilNul(text);
+    if (section.losses != nullptr) section.losses->ReportUnread(section, text.size());
+  }
   Get<CText>(field) = text;
   return Get<CText>(field).GetCharacterCount() == text.size() ? Status::kOk : Status::kFailure;
 }
@@ -199,6 +231,19 @@ Status TKeywordCodec::ReadLegacy(const TProperty&, void* field,
 Status TKeywordCodec::WriteLegacy(const TProperty& row, const void* field,
                                   TSectionWriter& out) const {
   return out.Write(row.code, LoadNumber32(field));
+}
+
+void TKeywordCodec::WriteXml(const TProperty& row, const void* field,
+                             const TXmlWriteScope& scope) const {
+  TValueCodec::WriteXml(row, field, scope);
+  const bool keeps_number = vocabulary_.fallback == TVocabulary::Fallback::kNumber ||
+                            vocabulary_.fallback == TVocabulary::Fallback::kCharacters;
+  const bool is_conditional =
+      row.form == XmlForm::kChildIfSet || row.form == XmlForm::kAttributeIfSet;
+  if (scope.context.losses == nullptr || (keeps_number && !is_conditional)) return;
+  const std::int32_t value = LoadNumber32(field);
+  if (value != 0 && vocabulary_.KeywordOf(value).empty())
+    scope.context.losses->ReportValue(row, scope.action_name);
 }
 
 bool TKeywordCodec::IsEqual(const void* field, const void* other) const {

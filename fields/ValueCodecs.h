@@ -31,6 +31,11 @@ class TValueCodec : public TFieldCodec {
   virtual bool IsSet(const void* field) const = 0;
 
   ~TValueCodec() = default;
+
+ private:
+  /// Reports a text that the field, which was parsed from it, does not spell.
+  void ReportDifference(const TProperty& row, const void* field, std::string_view text,
+                        TLossReporter& losses) const;
 };
 
 /// When a text's legacy section is written.
@@ -224,6 +229,8 @@ class TKeywordCodec final : public TValueCodec {
   Status ReadLegacy(const TProperty& row, void* field,
                     const TLegacySection& section) const override;
   Status WriteLegacy(const TProperty& row, const void* field, TSectionWriter& out) const override;
+  void WriteXml(const TProperty& row, const void* field,
+                const TXmlWriteScope& scope) const override;
   bool IsEqual(const void* field, const void* other) const override;
   bool IsNumber32() const override { return true; }
 

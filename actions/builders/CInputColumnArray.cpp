@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
-#include <set>
+#include <string>
 #include <string_view>
 
 #include "foundation/Attempt.h"
@@ -89,17 +89,26 @@ bool CInputColumnArray::AppendItemRecords(CDynamicArray& records) const {
   return true;
 }
 
-Status CInputColumnArray::ChargeItems(TDataFile& file) const {
-  const auto charge = [&] {
+Status CInputColumnArray::FinishItems(TDataFile& file, TLossReporter* losses) const {
+  const auto finish = [&] {
     std::set<const TListItem*> counted;  // Lists that have a column; reading has counted them.
     std::uint64_t count = 0;
     for (std::uint32_t i = 0; i < GetCount(); ++i) {
       const std::span<const TListItem> items = FindSharedItems(i);
       if (!counted.insert(items.data()).second) count += items.size();
     }
+    if (losses != nullptr) ReportItemsWithoutColumn(counted, *losses);
     return file.ChargeRecords(count * MakeItemRecords().GetElementSize());
   };
-  return Attempt(charge, Status::kFailure);
+  return Attempt(finish, Status::kFailure);
+}
+
+void CInputColumnArray::ReportItemsWithoutColumn(const std::set<const TListItem*>& with_column,
+                                                 TLossReporter& losses) const {
+  std::size_t count = 0;
+  for (const auto& [names, items] : shared_items_)
+    if (!with_column.contains(items.data())) count += items.size();
+  if (count > 0) losses.Report(LossReason::kItemWithoutColumn, std::to_string(count));
 }
 
 bool CInputColumnArray::HasEqualItems(const CInputColumnArray& other) const {

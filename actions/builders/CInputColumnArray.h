@@ -4,12 +4,14 @@
 #include <cstddef>
 #include <cstdint>
 #include <map>
+#include <set>
 #include <span>
 #include <vector>
 
 #include "actions/builders/TBuilderColumn.h"
 #include "actions/builders/TInputOptions.h"
 #include "actions/builders/TListItem.h"
+#include "fields/TLossReporter.h"
 #include "foundation/CDynamicArray.h"
 #include "foundation/Status.h"
 #include "foundation/TDataFile.h"
@@ -56,9 +58,10 @@ class CInputColumnArray : public CDynamicArray {
   /// columns of the same names: that of the first of them that has any. Throws std::bad_alloc;
   /// false when memory runs out otherwise.
   bool AppendItemRecords(CDynamicArray& records) const;
-  /// Counts a legacy item as a record of `file` once more for each column that it belongs to.
-  /// kMalformed when those are too many for the file's size.
-  Status ChargeItems(TDataFile& file) const;
+  /// Finishes the items of a legacy record: counts an item as a record of `file` once more for each
+  /// column that it belongs to, and reports those that belong to none. kMalformed when they are too
+  /// many for the file's size.
+  Status FinishItems(TDataFile& file, TLossReporter* losses) const;
 
   [[nodiscard]] bool HasEqualItems(const CInputColumnArray& other) const;
 
@@ -77,6 +80,8 @@ class CInputColumnArray : public CDynamicArray {
 
   [[nodiscard]] TNames NamesOf(const TBuilderColumn& column) const;
   [[nodiscard]] std::span<const TListItem> FindSharedItems(std::uint32_t column) const;
+  void ReportItemsWithoutColumn(const std::set<const TListItem*>& with_column,
+                                TLossReporter& losses) const;
 
   std::size_t name_count_;
   TRecordArray<TListItem> items_;  ///< Read from a document.

@@ -38,6 +38,7 @@ class TListItemsCodec final : public TFieldCodec {
                     const TLegacySection& section) const override;
   Status WriteLegacy(const TProperty& row, const void* field, TSectionWriter& out) const override;
   bool IsEqual(const void* field, const void* other) const override;
+  bool AppendsSections() const override { return true; }
 
  private:
   const TFieldCodec& records_;
@@ -61,7 +62,7 @@ constexpr TProperty InputColumns(FourCharCode code, std::string_view name, std::
 template <auto Member>
 constexpr TProperty ListItems(FourCharCode code) {
   using Field = typename TMemberTraits<decltype(Member)>::Field;
-  return Carried<Member>(code, kListItemsCodec<Field::kNameCount>);
+  return ByHand<Member>(code, kListItemsCodec<Field::kNameCount>);
 }
 
 }  // namespace zaf

@@ -30,15 +30,14 @@ std::span<const TProperty> TInsertGroupSpecification::Properties() {
   return kRows;
 }
 
-bool TInsertGroupSpecification::ConvertLegacyRecord(FourCharCode code, ByteView legacy_record,
-                                                    std::span<std::byte> record) {
-  return UpgradeRecord(kUpgrades, code, legacy_record, record) ||
-         Table::ConvertLegacyRecord(code, legacy_record, record);
+Conversion TInsertGroupSpecification::ConvertLegacyRecord(FourCharCode code, ByteView legacy_record,
+                                                          std::span<std::byte> record) {
+  return UpgradeRecord(kUpgrades, code, legacy_record, record);
 }
 
 Status TInsertGroupSpecification::ReadLegacy(TDataFile* file, const TRecordHeader& header) {
   const Status status = Table::ReadLegacy(file, header);
-  return status == Status::kOk ? columns_.ChargeItems(*file) : status;
+  return status == Status::kOk ? columns_.FinishItems(*file, header.losses) : status;
 }
 
 }  // namespace zaf

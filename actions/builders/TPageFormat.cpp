@@ -25,6 +25,7 @@ Status TPageFormatCodec::ReadLegacy(const TProperty&, void* field,
   if (const Status status = section.View(bytes); status != Status::kOk) return status;
   TPageFormat format;
   if (!bytes.empty()) std::memcpy(&format, bytes.data(), std::min(bytes.size(), sizeof format));
+  section.ReportUnread(sizeof format);
   return Set(field, format);
 }
 

@@ -30,20 +30,17 @@ std::span<const TProperty> TSearchGroupSpecification::Properties() {
   return kRows;
 }
 
-bool TSearchGroupSpecification::ConvertLegacyRecord(FourCharCode code, ByteView legacy_record,
-                                                    std::span<std::byte> record) {
-  if (code == Code("join") || code == Code("dltj")) {
-    TJoinItem::ConvertLegacy(legacy_record, record);
-    return true;
-  }
-  return UpgradeRecord(kUpgrades, code, legacy_record, record) ||
-         Table::ConvertLegacyRecord(code, legacy_record, record);
+Conversion TSearchGroupSpecification::ConvertLegacyRecord(FourCharCode code, ByteView legacy_record,
+                                                          std::span<std::byte> record) {
+  if (code == Code("join") || code == Code("dltj"))
+    return TJoinItem::ConvertLegacy(legacy_record, record);
+  return UpgradeRecord(kUpgrades, code, legacy_record, record);
 }
 
 Status TSearchGroupSpecification::ReadLegacy(TDataFile* file, const TRecordHeader& header) {
   if (const Status status = Table::ReadLegacy(file, header); status != Status::kOk) return status;
-  const Status status = search_page_.columns.ChargeItems(*file);
-  return status == Status::kOk ? details_page_.columns.ChargeItems(*file) : status;
+  const Status status = search_page_.columns.FinishItems(*file, header.losses);
+  return status == Status::kOk ? details_page_.columns.FinishItems(*file, header.losses) : status;
 }
 
 }  // namespace zaf

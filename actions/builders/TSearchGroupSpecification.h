@@ -27,8 +27,8 @@ class TSearchGroupSpecification
 
   /// Records of the builder's own lists are copied as far as they fit; joins are upgraded as in a
   /// search action.
-  bool ConvertLegacyRecord(FourCharCode code, ByteView legacy_record,
-                           std::span<std::byte> record) override;
+  Conversion ConvertLegacyRecord(FourCharCode code, ByteView legacy_record,
+                                 std::span<std::byte> record) override;
   /// kMalformed also when columns of the same names share more items than the file's size allows.
   Status ReadLegacy(TDataFile* file, const TRecordHeader& header) override;
 

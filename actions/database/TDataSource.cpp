@@ -28,10 +28,10 @@ std::span<const TProperty> TDataSource::Properties() {
       Child<&Source::dbms>(Code("dbms"), "DBMS", kPlainTextCodec),
       Child<&Source::host>(Code("host"), "Host", kPlainTextCodec),
       Child<&Source::database>(Code("data"), "Database", kPlainTextCodec),
-      Carried<&Source::user_name>(Code("user"), kPlainTextCodec),
-      Carried<&Source::password>(Code("pass"), kPlainTextCodec),
-      Carried<&Source::deployment_user_name>(Code("dusr"), kPlainTextCodec),
-      Carried<&Source::deployment_password>(Code("dpas"), kPlainTextCodec),
+      ByHand<&Source::user_name>(Code("user"), kPlainTextCodec),
+      ByHand<&Source::password>(Code("pass"), kPlainTextCodec),
+      ByHand<&Source::deployment_user_name>(Code("dusr"), kPlainTextCodec),
+      ByHand<&Source::deployment_password>(Code("dpas"), kPlainTextCodec),
       Carried<&Source::type_name>(kNoCode),
   };
   return kRows;

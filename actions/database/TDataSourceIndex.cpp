@@ -31,6 +31,12 @@ void TDataSourceIndex::ReadLogin(const TXmlReadContext& context, std::string_vie
   }
 }
 
+void TDataSourceIndex::ReportUnused(TLossReporter& losses) const {
+  for (const auto& [id, entry] : entries_)
+    if (!entry.was_asked_for && !entry.element.getFirstChildElement("DataSourceInfo"))
+      losses.Report(LossReason::kUnusedElement, id);
+}
+
 std::string_view TDataSourceIndex::Decipher(std::string_view text) {
   if (text.empty()) return text;
   const auto [place, is_new] = clear_texts_.try_emplace(text, text);

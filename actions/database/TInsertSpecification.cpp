@@ -16,12 +16,11 @@ std::span<const TProperty> TInsertSpecification::Properties() {
   return kRows;
 }
 
-bool TInsertSpecification::ConvertLegacyRecord(FourCharCode code, ByteView legacy_record,
-                                               std::span<std::byte> record) {
+Conversion TInsertSpecification::ConvertLegacyRecord(FourCharCode code, ByteView legacy_record,
+                                                     std::span<std::byte> record) {
   if (code != kValueUpgrade.code)
     return TDeleteSpecification::ConvertLegacyRecord(code, legacy_record, record);
-  ApplyUpgrade(kValueUpgrade, legacy_record, record);
-  return true;
+  return ApplyUpgrade(kValueUpgrade, legacy_record, record);
 }
 
 }  // namespace zaf

@@ -14,8 +14,8 @@ class TInsertSpecification
   static constexpr std::string_view kLabel = "[Insert Action] ";
   static std::span<const TProperty> Properties();
 
-  bool ConvertLegacyRecord(FourCharCode code, ByteView legacy_record,
-                           std::span<std::byte> record) override;
+  Conversion ConvertLegacyRecord(FourCharCode code, ByteView legacy_record,
+                                 std::span<std::byte> record) override;
 
  private:
   CValueArray values_;

@@ -64,11 +64,12 @@ std::span<const TProperty> TJoinItem::Properties() {
   return kRows;
 }
 
-void TJoinItem::ConvertLegacy(ByteView legacy_record, std::span<std::byte> record) {
+Conversion TJoinItem::ConvertLegacy(ByteView legacy_record, std::span<std::byte> record) {
   const TRecordUpgrade* const upgrade = FindUpgrade(kUpgrades, kNoCode, legacy_record.size());
-  if (upgrade == nullptr) return;
-  ApplyUpgrade(*upgrade, legacy_record, record);
+  if (upgrade == nullptr) return Conversion::kEmptied;
+  const Conversion result = ApplyUpgrade(*upgrade, legacy_record, record);
   MirrorOuterJoin(record.subspan(offsetof(TJoinItem, join_operator), sizeof join_operator));
+  return result;
 }
 
 Status TJoinItem::ReadXml(const TXmlReadScope& scope) {

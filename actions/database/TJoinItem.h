@@ -28,7 +28,7 @@ struct TJoinItem {
   /// Fills `record`, the bytes of a join item of zeros, from a legacy record of another size. An
   /// unknown size leaves it as it is. Records of those sizes hold outer joins in the opposite
   /// sense, so left and right change places.
-  static void ConvertLegacy(ByteView legacy_record, std::span<std::byte> record);
+  static Conversion ConvertLegacy(ByteView legacy_record, std::span<std::byte> record);
 
   /// Reads the rows. kMalformed: the join's type is unknown, or a table or column is missing.
   Status ReadXml(const TXmlReadScope& scope);

@@ -35,14 +35,10 @@ std::span<const TProperty> TSearchSpecification::Properties() {
   return kRows;
 }
 
-bool TSearchSpecification::ConvertLegacyRecord(FourCharCode code, ByteView legacy_record,
-                                               std::span<std::byte> record) {
-  if (code == Code("join")) {
-    TJoinItem::ConvertLegacy(legacy_record, record);
-    return true;
-  }
-  return UpgradeRecord(kUpgrades, code, legacy_record, record) ||
-         TSourceSpecification::ConvertLegacyRecord(code, legacy_record, record);
+Conversion TSearchSpecification::ConvertLegacyRecord(FourCharCode code, ByteView legacy_record,
+                                                     std::span<std::byte> record) {
+  return code == Code("join") ? TJoinItem::ConvertLegacy(legacy_record, record)
+                              : UpgradeRecord(kUpgrades, code, legacy_record, record);
 }
 
 }  // namespace zaf

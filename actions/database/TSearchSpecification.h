@@ -29,8 +29,8 @@ class TSearchSpecification
 
   /// Outer joins of older records change their direction. A join of an unknown size is kept, empty;
   /// a criterion of an unknown size is not.
-  bool ConvertLegacyRecord(FourCharCode code, ByteView legacy_record,
-                           std::span<std::byte> record) override;
+  Conversion ConvertLegacyRecord(FourCharCode code, ByteView legacy_record,
+                                 std::span<std::byte> record) override;
   /// An operation of the server's run time.
   virtual void PrepareStatement() {}
 

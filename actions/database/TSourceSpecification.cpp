@@ -1,5 +1,7 @@
 #include "actions/database/TSourceSpecification.h"
 
+#include <algorithm>
+
 #include "actions/database/TDataSourceWriter.h"
 #include "fields/PartCodec.h"
 
@@ -22,6 +24,13 @@ std::span<const TProperty> TSourceSpecification::Properties() {
       Row<&Source::data_source_>(kNoCode, {}, XmlForm::kNone, kPartCodec<TDataSource>),
   };
   return kRows;
+}
+
+bool TSourceSpecification::IsDataSource(FourCharCode code) {
+  const std::span<const TProperty> rows = TDataSource::Properties();
+  return code == Code("dflt") || std::any_of(rows.begin(), rows.end(), [&](const TProperty& row) {
+           return row.code == code && code != kNoCode;
+         });
 }
 
 Status TSourceSpecification::ReadLegacyProperty(const TLegacySection& section) {

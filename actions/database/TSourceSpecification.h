@@ -45,6 +45,8 @@ class TSourceSpecification : public TTableSpecification<TSourceSpecification, TQ
     return TQuerySpecification::SetProperty(text, id);
   }
 
+  /// Whether a section of this code is part of the data source.
+  static bool IsDataSource(FourCharCode code);
   Status ReadLegacyProperty(const TLegacySection& section) override;
   static constexpr FourCharCode kReadByHand[] = {Code("htyp")};
   /// kFailure when the users and passwords cannot be enciphered.

@@ -25,6 +25,8 @@ std::span<const TProperty> TTransCloseSpecification::Properties() {
 bool TTransCloseSpecification::IsCommit() const { return end_type_ != kRollback; }
 
 Status TTransCloseSpecification::ReadLegacyProperty(const TLegacySection& section) {
+  if (section.losses != nullptr && TSourceSpecification::IsDataSource(section.code))
+    section.losses->ReportDropped(section);
   if (section.code != Code("plat")) return TTableSpecification::ReadLegacyProperty(section);
   std::int32_t platform = 0;
   const Status status = section.Read(platform);

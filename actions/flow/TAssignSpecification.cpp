@@ -25,6 +25,8 @@ class TPartReader {
   explicit TPartReader(const TLegacySection& section)
       : section_(section), offset_(section.offset) {}
 
+  /// Bytes read so far.
+  [[nodiscard]] std::uint64_t GetUsed() const { return offset_ - section_.offset; }
   Status ReadNumber(std::int32_t& value) {
     const TLegacySection part = Next(sizeof value);
     return part.file == nullptr ? Status::kFailure : part.Read(value);
@@ -49,6 +51,7 @@ class TPartReader {
     part.offset = static_cast<std::uint32_t>(offset_);
     part.length = count;
     offset_ += count;
+    part.ReportUnread(count);
     return part;
   }
 
@@ -104,6 +107,7 @@ class TAssignItemsCodec final : public TFieldCodec {
       if (const Status status = ReadItem(reader, *item); status != Status::kOk) return status;
       if (Items(field).Add(std::move(item)) == kNoIndex) return Status::kFailure;
     }
+    section.ReportUnread(reader.GetUsed());
     return Status::kOk;
   }
 
@@ -112,6 +116,7 @@ class TAssignItemsCodec final : public TFieldCodec {
     return Attempt(write, Status::kFailure);
   }
 
+  bool AppendsSections() const override { return true; }
   void WriteXml(const TProperty&, const void* field, const TXmlWriteScope& scope) const override {
     for (const TAssignItem& item : Items(field)) {
       const bool is_cookie = item.IsCookie();

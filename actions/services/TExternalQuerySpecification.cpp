@@ -30,7 +30,7 @@ void AppendTerminated(const CText& text, std::string& bytes) {
 std::span<const TProperty> TExternalQuerySpecification::Properties() {
   using External = TExternalQuerySpecification;
   static constexpr TProperty kRows[] = {
-      Carried<&External::platform_>(Code("plat")),
+      ByHand<&External::platform_>(Code("plat")),
       Carried<&External::event_class_>(kNoCode),
       Carried<&External::event_code_>(kNoCode),
       Carried<&External::target_>(kNoCode),
@@ -59,6 +59,12 @@ Status TExternalQuerySpecification::ReadParameters(const TLegacySection& section
   target_.Clear();
   parameters_.DeleteAll();
   TByteReader reader(bytes);
+  const Status status = ReadParts(section, reader);
+  section.ReportUnread(bytes.size() - reader.Remaining());
+  return status;
+}
+
+Status TExternalQuerySpecification::ReadParts(const TLegacySection& section, TByteReader& reader) {
   if (section.code == kEventPlatform) {
     for (FourCharCode* const event : {&event_class_, &event_code_}) {
       std::uint32_t code = 0;
@@ -80,6 +86,8 @@ Status TExternalQuerySpecification::ReadParameters(const TLegacySection& section
     parameter->name = text;
     parameter->value = value;
   }
+  if (count > 0 && section.losses != nullptr)
+    section.losses->Report(LossReason::kShortList, section, std::to_string(count) + " missing");
   return Status::kOk;
 }
 

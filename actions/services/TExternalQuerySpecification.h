@@ -53,6 +53,7 @@ class TExternalQuerySpecification
   /// for every kind, the target and a count of names and values, each text with its NUL. A section
   /// that ends early keeps what was whole.
   virtual Status ReadParameters(const TLegacySection& section);
+  Status ReadParts(const TLegacySection& section, TByteReader& reader);
   virtual Status WriteParameters(FourCharCode code, TSectionWriter& out) const;
 
   void SetPlatform(FourCharCode platform) { platform_ = platform; }

@@ -85,13 +85,13 @@ struct TFileQuerySpecification::TOperation {
 std::span<const TProperty> TFileQuerySpecification::Properties() {
   using File = TFileQuerySpecification;
   static constexpr TProperty kRows[] = {
-      Carried<&File::file_name_>(Code("flnm")),
-      Carried<&File::mode_>(Code("flmd"), kModeCodec),
-      Carried<&File::range_or_data_>(Code("acsg")),
-      Carried<&File::variables_>(Code("vbls")),
-      Carried<&File::file_name_variable_>(Code("fnvr")),
-      Carried<&File::file_type_>(Code("mctp")),
-      Carried<&File::file_creator_>(Code("mccr")),
+      ByHand<&File::file_name_>(Code("flnm")),
+      ByHand<&File::mode_>(Code("flmd"), kModeCodec),
+      ByHand<&File::range_or_data_>(Code("acsg")),
+      ByHand<&File::variables_>(Code("vbls")),
+      ByHand<&File::file_name_variable_>(Code("fnvr")),
+      ByHand<&File::file_type_>(Code("mctp")),
+      ByHand<&File::file_creator_>(Code("mccr")),
   };
   return kRows;
 }
