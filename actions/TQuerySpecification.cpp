@@ -112,7 +112,8 @@ Status TQuerySpecification::ReadLegacy(TDataFile* file, const TRecordHeader& hea
   }
   TSectionMapEntry entry;
   while (map.Next(entry)) {
-    if (header.losses != nullptr) header.losses->Cover(entry.offset, entry.length);
+    if (header.losses != nullptr)
+      header.losses->BeginSection(entry.code, entry.offset, entry.length);
     const Status status =
         ReadLegacyProperty({file, entry.code, entry.offset, entry.length, this, header.losses});
     if (status != Status::kOk) {
@@ -148,6 +149,7 @@ Status TQuerySpecification::ReadAssignments(const TLegacySection& section,
   ByteView records;
   if (const Status status = section.View(records); status != Status::kOk) return status;
   const bool is_long = value_width == kLongAssignmentValueWidth;
+  if (TByteAccount* const account = section.GetAccount()) account->SetUse(ByteUse::kDropped);
   if (!is_long && has_long_assignments_) return Status::kOk;
   if (is_long && !has_long_assignments_) assignments_.DeleteAll();
   has_long_assignments_ = is_long;

@@ -10,14 +10,6 @@ namespace {
 constexpr FourCharCode kRunOnlyDocument = Code("rdoc");
 constexpr FourCharCode kActionEntry = Code("head");
 
-/// Begins the losses of a record: those of an action, or, with an empty name, of the file.
-void CoverRecord(const TRecordHeader& header, std::uint32_t offset, std::string_view action,
-                 TLossReporter& losses) {
-  losses.SetAction(action);
-  losses.Cover(offset, kRecordHeaderSize);
-  losses.Cover(header.map_offset, std::uint64_t{header.map_count} * kSectionMapEntrySize);
-}
-
 /// Reads the action whose record header is at `offset` and places it in the tree. An action of a
 /// format that is too new ends the load: `is_too_new` is then set and the status is kOk.
 Status ReadAction(TDataFile& file, std::uint32_t offset, const TQuerySpecificationServer& server,
@@ -34,9 +26,9 @@ Status ReadAction(TDataFile& file, std::uint32_t offset, const TQuerySpecificati
   action->SetName(header.name.View());
   action->SetOwner(&application);
   const TQuerySpecification& read = *action;
-  if (losses != nullptr) CoverRecord(header, offset, header.name.View(), *losses);
+  if (losses != nullptr) losses->SetAction(header.name.View());
   Status status = action->ReadLegacy(&file, header);
-  if (losses != nullptr) losses->SetAction({});
+  if (losses != nullptr) losses->EndAction();
   if (status == Status::kOk) {
     application.total_record_size += action->GetRecordSize();
     status = application.actions.Place(std::move(action));
@@ -57,7 +49,9 @@ Status ReadLegacyApplication(TDataFile& file, const TQuerySpecificationServer& s
                              TLoadProgress* progress, TLossReporter* losses) {
   application.is_legacy = true;
   file.SetScrambled(false);
+  if (losses != nullptr) losses->BeginFile(file.GetImage());
   TRecordHeader header;
+  header.losses = losses;
   if (const Status status = ReadRecordHeader(file, 0, header); status != Status::kOk) return status;
   if (header.format < kOldestFormat || header.format > kNewestFormat) {
     place.reason =
@@ -71,10 +65,6 @@ Status ReadLegacyApplication(TDataFile& file, const TQuerySpecificationServer& s
     if (run_only == RunOnlyFiles::kRefused) return Status::kRunOnlyNotAllowed;
     file.SetScrambled(true);
   }
-  if (losses != nullptr) {
-    losses->BeginFile(file.GetImage());
-    CoverRecord(header, 0, {}, *losses);
-  }
   TSectionMap map;
   if (const Status status = map.Open(file, header); status != Status::kOk) return status;
   if (!map.IsComplete()) {
@@ -87,7 +77,8 @@ Status ReadLegacyApplication(TDataFile& file, const TQuerySpecificationServer& s
   bool is_too_new = false;
   while (!is_too_new && map.Next(entry)) {
     Status status = Status::kOk;
-    if (losses != nullptr) losses->Cover(entry.offset, entry.length);
+    if (losses != nullptr && entry.code != kActionEntry)
+      losses->BeginSection(entry.code, entry.offset, entry.length);
     if (entry.code == kActionEntry) {
       status =
           ReadAction(file, entry.offset, server, application, progress, is_too_new, place, losses);

@@ -63,6 +63,8 @@ class TZanfoFile {
   /// Names who is to be informed of losses while this file is loaded and saved: it has to live as
   /// long. Null, as at first: nobody.
   void SetObserver(TLossObserver* observer) { losses_.SetObserver(observer); }
+  /// Names the account of all bytes, to be made while a legacy file is loaded that is observed.
+  void SetAccount(TByteAccount* account) { losses_.SetAccount(account); }
   /// Says whether the application is to be saved so that it can be run but not read.
   void SetRunOnly(bool is_run_only) { application_.is_run_only = is_run_only; }
   [[nodiscard]] bool IsRunOnly() const { return application_.is_run_only; }

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstring>
 
+#include "fields/TLossReporter.h"
+
 namespace zaf {
 
 Status ReadRecordHeader(TDataFile& file, std::uint32_t offset, TRecordHeader& header) {
@@ -20,6 +22,11 @@ Status ReadRecordHeader(TDataFile& file, std::uint32_t offset, TRecordHeader& he
   if (const Status read = reader.ReadBytes(kRecordNameWidth, name); read != Status::kOk)
     return read;
   std::memcpy(header.name.bytes, name.data(), name.size());
+  if (header.losses != nullptr) {
+    header.losses->Cover(offset, kRecordHeaderSize);
+    if (TByteAccount* const account = header.losses->GetAccount())
+      account->BeginRecord(header.name.View(), offset, kRecordHeaderSize);
+  }
   return Status::kOk;
 }
 
@@ -47,6 +54,11 @@ Status TSectionMap::Open(TDataFile& file, const TRecordHeader& header) {
   const Status status = file.ViewBlock(Code("smap"), header.map_offset,
                                        count * kSectionMapEntrySize, scratch_, bytes);
   if (status == Status::kOk) entries_ = TByteReader(bytes);
+  if (header.losses != nullptr) {
+    header.losses->Cover(header.map_offset, bytes.size());
+    if (TByteAccount* const account = header.losses->GetAccount())
+      account->AddMap(header.map_offset, bytes.size());
+  }
   return status;
 }
 

@@ -71,6 +71,16 @@ void TLossReporter::SetAction(std::string_view name) {
   seen_[1].clear();
 }
 
+void TLossReporter::EndAction() {
+  SetAction({});
+  if (account_ != nullptr) account_->EndRecord();
+}
+
+void TLossReporter::BeginSection(FourCharCode code, std::uint64_t offset, std::uint64_t length) {
+  Cover(offset, length);
+  if (account_ != nullptr) account_->BeginSection(code, offset, length);
+}
+
 ByteView TLossReporter::BytesOf(std::uint64_t offset, std::uint64_t length) const {
   const std::uint64_t begin = std::min<std::uint64_t>(offset, image_.size());
   const std::uint64_t count = std::min({length, image_.size() - begin, kMostExamined});
@@ -100,6 +110,8 @@ void TLossReporter::ReportUnreferenced() {
 }
 
 void TLossReporter::NoteField(const TProperty& row, const TLegacySection& section) {
+  if (account_ != nullptr)
+    account_->SetField(row.name.empty() ? row.detail : row.name, !row.codec->AppendsSections());
   if (row.form == XmlForm::kNone) ReportDropped(section);
   if (row.codec->AppendsSections()) return;
   const TRange range{section.offset, section.length};
@@ -116,12 +128,15 @@ void TLossReporter::NoteField(const TProperty& row, const TLegacySection& sectio
 }
 
 void TLossReporter::ReportDropped(const TLegacySection& section) {
+  if (account_ != nullptr) account_->SetUse(ByteUse::kDropped);
   if (!IsAllNul(BytesOf(section.offset, section.length)))
     Report(LossReason::kDroppedSection, section);
 }
 
 void TLossReporter::ReportUnread(const TLegacySection& section, std::uint64_t used) {
   if (used >= section.length) return;
+  if (account_ != nullptr)
+    account_->SetUse(section.offset + used, section.length - used, ByteUse::kDropped);
   const ByteView rest = BytesOf(section.offset + used, section.length - used);
   if (!IsAllNul(rest))
     Report(LossReason::kUnreadBytes, section, std::to_string(section.length - used));
@@ -135,6 +150,8 @@ void TLossReporter::Report(LossReason reason, std::string_view detail, FourCharC
 
 void TLossReporter::Report(LossReason reason, const TLegacySection& section,
                            std::string_view detail) {
+  if (reason == LossReason::kUnknownSection && account_ != nullptr)
+    account_->SetUse(ByteUse::kUnknown);
   TLoss loss{};
   loss.section = section.code;
   loss.has_range = true;

@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "fields/TByteAccount.h"
 #include "fields/TLossObserver.h"
 #include "foundation/FourCharCode.h"
 #include "foundation/TByteReader.h"
@@ -50,10 +51,18 @@ class TLossReporter {
   /// This object, or null without an observer.
   [[nodiscard]] TLossReporter* IfObserved() { return observer_ == nullptr ? nullptr : this; }
 
+  /// Names the account of a legacy file's bytes, for a file that is observed; null: there is none.
+  void SetAccount(TByteAccount* account) { account_ = account; }
+  [[nodiscard]] TByteAccount* GetAccount() const { return account_; }
+
   /// Begins the reading of a legacy file with these bytes, which stay as they are meanwhile.
   void BeginFile(ByteView image);
   /// Sets the action that what follows concerns; an empty name: the file itself.
   void SetAction(std::string_view name);
+  /// Ends an action of a legacy file: what follows concerns the file itself.
+  void EndAction();
+  /// Begins a section of the file or of the action.
+  void BeginSection(FourCharCode code, std::uint64_t offset, std::uint64_t length);
   /// Records bytes of the legacy file as read.
   void Cover(std::uint64_t offset, std::uint64_t length);
   /// Reports the bytes that were not covered and are not all NUL.
@@ -89,6 +98,7 @@ class TLossReporter {
   [[nodiscard]] ByteView BytesOf(std::uint64_t offset, std::uint64_t length) const;
 
   TLossObserver* observer_ = nullptr;
+  TByteAccount* account_ = nullptr;
   std::string action_;
   ByteView image_;
   std::vector<TRange> covered_;

@@ -35,6 +35,13 @@ Status TFieldCodec::ReadXml(const TProperty&, void*, const TXmlReadScope&) const
 bool TFieldCodec::IsNumber32() const { return false; }
 bool TFieldCodec::AppendsSections() const { return false; }
 
+void TFieldCodec::NoteUse(const TProperty& row, const void* field, const TRecordUse& use) const {
+  if (Nested().empty())
+    use.Add(field, row.locate.size);
+  else
+    NoteRowsUse(Nested(), field, use);
+}
+
 std::span<const TProperty> TFieldCodec::Nested() const { return {}; }
 
 std::span<const TProperty> TFieldCodec::NestedNumbers() const { return Nested(); }
@@ -111,6 +118,12 @@ Status ReadXmlRows(std::span<const TProperty> rows, void* object, const TXmlRead
     if (status != Status::kOk) return status;
   }
   return Status::kOk;
+}
+
+void NoteRowsUse(std::span<const TProperty> rows, const void* object, const TRecordUse& use) {
+  for (const TProperty& row : rows)
+    if (row.codec != nullptr && row.form != XmlForm::kNone)
+      row.codec->NoteUse(row, row.locate(object), use);
 }
 
 bool AreRowsEqual(std::span<const TProperty> rows, const void* object, const void* other) {

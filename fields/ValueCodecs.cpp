@@ -96,7 +96,7 @@ Status TTextCodecBase::ReadLegacy(const TProperty&, void* field,
   if (const Status status = section.View(text); status != Status::kOk) return status;
   if (inner_nul_ == InnerNul::kEndsText) {
     text = UntilNul(text);
-    if (section.losses != nullptr) section.losses->ReportUnread(section, text.size());
+    if (section.losses != nullptr) section.losses->ReportUnread(section, text.size() + 1);
   }
   Get<CText>(field) = text;
   return Get<CText>(field).GetCharacterCount() == text.size() ? Status::kOk : Status::kFailure;

@@ -178,6 +178,9 @@ class TFixedTextCodec final : public TValueCodec {
   bool IsEqual(const void* field, const void* other) const override {
     return Text(field).View() == Text(other).View();
   }
+  void NoteUse(const TProperty&, const void* field, const TRecordUse& use) const override {
+    use.Add(field, std::min(kWidth, Text(field).View().size() + 1));
+  }
 
  protected:
   using TScratch = TValueCodec::TScratch;

@@ -13,6 +13,8 @@
 #include "dom/dom.h"
 #include "driver/FileConversion.h"
 #include "driver/TMemoryFile.h"
+#include "fields/TByteAccount.h"
+#include "fields/TSectionWriter.h"
 #include "foundation/CText.h"
 #include "tool/Messages.h"
 
@@ -21,6 +23,8 @@ namespace {
 
 /// Characters of a detail at most.
 constexpr std::size_t kMostDetail = 100;
+/// Characters of a value at most.
+constexpr std::size_t kMostValue = 80;
 
 /// Levels of the tree that are indented. A deep tree would else grow with the square of its depth.
 constexpr std::uint32_t kMostIndented = 32;
@@ -143,6 +147,24 @@ std::string DetailOf(dom::Element action, const TDataSourceWords& sources) {
   return Shortened(Joined(parts, "; "), kMostDetail);
 }
 
+std::string Hexadecimal(std::uint32_t number) {
+  std::array<char, 16> text;
+  std::snprintf(text.data(), text.size(), "0x%08X", number);
+  return text.data();
+}
+
+std::string Plural(std::uint64_t count, const char* one, const char* several) {
+  return std::to_string(count) + " " + (count == 1 ? one : several);
+}
+
+/// Offset and length, in columns.
+std::string Place(std::uint64_t offset, std::uint64_t length) {
+  std::array<char, 64> text;
+  std::snprintf(text.data(), text.size(), "+0x%08llX %8llu",
+                static_cast<unsigned long long>(offset), static_cast<unsigned long long>(length));
+  return text.data();
+}
+
 /// "[Search Action] Name" is of the kind "Search".
 std::string KindOf(const TQuerySpecification& action) {
   CText display_name;
@@ -162,6 +184,50 @@ std::uint32_t CountChildren(dom::Element parent) {
   return count;
 }
 
+/// A value in a few words, from the bytes of its section.
+std::string ValueOf(const TByteAccount::TSection& section, std::string_view image) {
+  const auto offset =
+      static_cast<std::size_t>(std::min<std::uint64_t>(section.offset, image.size()));
+  std::string_view bytes = image.substr(offset, static_cast<std::size_t>(section.length));
+  std::uint32_t first = 0;
+  std::array<std::uint32_t, 2> numbers{};
+  TByteReader reader(AsBytes(image.substr(offset)));
+  static_cast<void>(reader.ReadU32(first));
+  switch (section.form) {
+    case SectionForm::kHeader: {
+      static_cast<void>(reader.ReadU32(numbers));
+      const std::array<char, 4> type = Characters(FourCharCode{numbers[0]});
+      return "format " + Hexadecimal(first) + ", type '" + std::string(type.data(), type.size()) +
+             "', map at " + Hexadecimal(numbers[1]);
+    }
+    case SectionForm::kMap:
+      return Plural(section.length / kSectionMapEntrySize, "entry", "entries");
+    case SectionForm::kText:
+      if (bytes.ends_with('\0')) bytes.remove_suffix(1);
+      return Shortened(bytes, kMostValue);
+    case SectionForm::kNumber: {
+      const std::array<char, 4> code = Characters(FourCharCode{first});
+      const bool is_code = std::ranges::all_of(code, [](char c) { return c >= ' ' && c < 0x7F; });
+      return is_code ? std::string("'").append(code.data(), code.size()) + "'"
+                     : std::to_string(static_cast<std::int32_t>(first));
+    }
+    case SectionForm::kTexts: {
+      bytes.remove_prefix(std::min(bytes.size(), sizeof first));
+      std::string texts(bytes);
+      if (texts.ends_with('\0')) texts.pop_back();
+      for (std::size_t end = 0; (end = texts.find('\0', end)) != std::string::npos;)
+        texts.replace(end, 1, ", ");
+      return Shortened(texts, kMostValue);
+    }
+    case SectionForm::kRecords:
+      return Plural(section.length < sizeof first ? 0 : first, "record", "records");
+    case SectionForm::kBytes:
+    case SectionForm::kUnread:
+      break;
+  }
+  return Plural(section.length, "byte", "bytes");
+}
+
 class TLoad {
  public:
   explicit TLoad(TShownFile& shown) : shown_(shown) {}
@@ -177,6 +243,7 @@ class TLoad {
     result.bytes_in = data.GetSize();
     TZanfoFile file;
     file.SetObserver(&losses_);
+    file.SetAccount(&account_);
     file.SetKind(KindOfName(shown_.record.input.path));
     result.status = file.Load(data, nullptr);
     result.form = file.GetForm();
@@ -190,20 +257,53 @@ class TLoad {
     if (result.status != Status::kOk) return;
     result.outcome = FileOutcome::kConverted;
     Describe(application);
+    if (application.is_legacy) Account(AsText(data.GetImage()));
   }
 
  private:
+  /// The records of a legacy file are read in tree order; the first one is the file's own, and the
+  /// second one that of the root container, if there is one more than there are actions.
+  void Account(std::string_view image) {
+    shown_.image = image;
+    const std::vector<std::string>& records = account_.GetRecords();
+    const auto first = static_cast<std::int64_t>(records.size()) -
+                       static_cast<std::int64_t>(shown_.actions.size());
+    std::vector<std::size_t> order;
+    const std::vector<TByteAccount::TSection>& sections = account_.GetSections();
+    for (std::size_t i = 0; i < sections.size(); ++i) order.push_back(i);
+    std::ranges::stable_sort(order, {}, [&](std::size_t i) { return sections[i].offset; });
+    const auto code_of = [](const TByteAccount::TSection& section) {
+      const std::array<char, 4> code = Characters(section.code);
+      return ToUtf8({code.data(), code.size()});
+    };
+    for (const std::size_t i : order) {
+      const TByteAccount::TSection& section = sections[i];
+      shown_.sections.push_back(
+          {section.offset, section.length, code_of(section),
+           std::max<std::int64_t>(-1, static_cast<std::int64_t>(section.record) - first),
+           section.record == 0 ? "" : ToUtf8(records[section.record]), std::string(section.field),
+           ToUtf8(ValueOf(section, image))});
+    }
+    for (const TByteAccount::TRange& range : account_.TakeRanges(image.size())) {
+      std::string what;
+      if (range.section != TByteAccount::kNoSection) {
+        const TByteAccount::TSection& section = sections[range.section];
+        what = "'" + code_of(section) + "'";
+        if (!section.field.empty()) what += " " + std::string(section.field);
+        if (section.record > 0) what += " of \"" + ToUtf8(records[section.record]) + "\"";
+      }
+      shown_.ranges.push_back({range.offset, range.end - range.offset,
+                               static_cast<std::size_t>(range.use), std::move(what)});
+    }
+  }
+
   void Describe(const TApplication& application) {
     shown_.record.result.actions = application.actions.GetActionCount();
     const dom::Document document = dom::DOMImplementation::createDocument();
     static_cast<void>(WriteXmlDocument(application, RunOnlyMark::kNone, document));
     const dom::Element root = document.getDocumentElement();
     shown_.version = root.getAttribute("Version");
-    if (application.is_legacy) {
-      std::array<char, 16> number;
-      std::snprintf(number.data(), number.size(), "0x%08X", application.format_version);
-      shown_.version = number.data();
-    }
+    if (application.is_legacy) shown_.version = Hexadecimal(application.format_version);
     shown_.title = ToUtf8(application.title.View());
     shown_.author = ToUtf8(application.author.View());
     shown_.revision = ToUtf8(application.revision.View());
@@ -226,7 +326,7 @@ class TLoad {
     }
   }
 
-    class TLosses final : public TLossObserver {
+  class TLosses final : public TLossObserver {
    public:
     explicit TLosses(std::vector<TLoss>& losses) : losses_(losses) {}
     void OnLoss(const TLoss& loss) override { losses_.push_back(loss); }
@@ -237,6 +337,7 @@ class TLoad {
 
   TShownFile& shown_;
   TLosses losses_{shown_.record.losses};
+  TByteAccount account_;
 };
 
 }  // namespace
@@ -250,11 +351,29 @@ TShownFile LoadShownFile(const std::string& path) {
   return shown;
 }
 
+std::string SectionsView(const TShownFile& file) {
+  std::string view;
+  for (const TShownSection& section : file.sections) {
+    view += Place(section.offset, section.length) + "  '" + Printable(section.code) + "'";
+    view += "  " + (section.owner.empty() ? "" : "\"" + Printable(section.owner) + "\" ") +
+            section.field + (section.field.empty() ? "" : " = ") + Printable(section.value) + "\n";
+  }
+  return view;
+}
+
+std::string BytesView(const TShownFile& file) {
+  std::string view;
+  for (const TShownRange& range : file.ranges)
+    view += Place(range.offset, range.length) + "  " + std::string(kUseWords[range.use]) +
+            (range.what.empty() ? "" : "  " + Printable(range.what)) + "\n";
+  return view;
+}
+
 std::string TreeView(const TShownFile& file) {
   const TFileResult& result = file.record.result;
-  std::string view = Printable(file.record.input.path) + ": " + std::string(FormWord(*result.form)) + " " +
-                     (result.is_class_file ? "class file" : "application") + ", version " +
-                     file.version + "\n";
+  std::string view =
+      Printable(file.record.input.path) + ": " + std::string(FormWord(*result.form)) + " " +
+      (result.is_class_file ? "class file" : "application") + ", version " + file.version + "\n";
   const std::pair<const char*, const std::string&> properties[] = {
       {"Title:    ", file.title}, {"Author:   ", file.author}, {"Revision: ", file.revision}};
   for (const auto& [word, text] : properties)

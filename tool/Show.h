@@ -61,6 +61,8 @@ TShownFile LoadShownFile(const std::string& path);
 
 /// The views of a file, complete with line ends.
 std::string TreeView(const TShownFile& file);
+std::string SectionsView(const TShownFile& file);
+std::string BytesView(const TShownFile& file);
 std::string JsonView(const TShownFile& file);
 std::string HtmlView(const TShownFile& file);
 

@@ -48,8 +48,9 @@ int Show(const TShowOptions& options) {
   }
   const bool is_legacy = *file.record.result.form == DocumentForm::kLegacy;
   if ((options.sections || options.bytes) && !is_legacy)
-    throw TToolError(ExitStatus::kFailed, options.file + " is no legacy file: only those have "
-                                                         "sections and an account of their bytes");
+    throw TToolError(ExitStatus::kFailed, options.file +
+                                              " is no legacy file: only those have "
+                                              "sections and an account of their bytes");
   if (!options.html.empty() && options.html != "-") {
     WritePage(options.html, HtmlView(file));
     return static_cast<int>(ExitStatus::kDone);
@@ -59,7 +60,11 @@ int Show(const TShowOptions& options) {
     view = HtmlView(file);
   else if (options.json)
     view = JsonView(file);
-  else if (!options.sections && !options.bytes)
+  else if (options.sections)
+    view = SectionsView(file);
+  else if (options.bytes)
+    view = BytesView(file);
+  else
     view = TreeView(file);
   if (std::fwrite(view.data(), 1, view.size(), stdout) != view.size() || std::fflush(stdout) != 0)
     throw TToolError(ExitStatus::kCannotWrite, "Standard output cannot be written");

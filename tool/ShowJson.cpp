@@ -13,9 +13,7 @@ using nlohmann::ordered_json;
 
 constexpr std::string_view kDataPlace = "@DATA@";
 
-bool IsLegacy(const TShownFile& file) {
-  return *file.record.result.form == DocumentForm::kLegacy;
-}
+bool IsLegacy(const TShownFile& file) { return *file.record.result.form == DocumentForm::kLegacy; }
 
 /// What is said of the file as a whole.
 ordered_json FileJson(const TShownFile& file) {

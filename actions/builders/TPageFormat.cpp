@@ -26,6 +26,11 @@ Status TPageFormatCodec::ReadLegacy(const TProperty&, void* field,
   TPageFormat format;
   if (!bytes.empty()) std::memcpy(&format, bytes.data(), std::min(bytes.size(), sizeof format));
   section.ReportUnread(sizeof format);
+  if (TByteAccount* const account = section.GetAccount()) {
+    account->SetUse(ByteUse::kDropped);
+    NoteRowsUse(TPageFormat::Properties(), &format,
+                TRecordUse(*account, &format, section.offset, bytes.size()));
+  }
   return Set(field, format);
 }
 
