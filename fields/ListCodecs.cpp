@@ -57,11 +57,13 @@ void TTextListCodec::WriteXml(const TProperty& row, const void* field,
   const auto& texts = *static_cast<const CTextPtrArray*>(field);
   if (row.form == XmlForm::kChildIfSet && texts.GetCount() == 0) return;
   const dom::Element list = MakeListElement(row, scope.element);
-  for (const CText& text : texts) {
-    if (scope.context.losses != nullptr)
-      scope.context.losses->ReportCharacters(text.View(), row, scope.action_name);
-    WriteTextElement(list, row.detail, text.View());
-  }
+  for (const CText& text : texts) WriteTextElement(list, row.detail, text.View());
+}
+
+void TTextListCodec::ReportWriting(const TProperty& row, const void* field,
+                                   const TXmlWriteScope& scope) const {
+  for (const CText& text : *static_cast<const CTextPtrArray*>(field))
+    scope.context.losses->ReportCharacters(text.View(), row, scope.action_name);
 }
 
 Status TTextListCodec::ReadXml(const TProperty& row, void* field,
@@ -83,7 +85,6 @@ Status TRecordListCodecBase::ReadLegacy(const TProperty&, void* field,
                                         const TLegacySection& section) const {
   ByteView payload;
   if (const Status status = section.View(payload); status != Status::kOk) return status;
-  section.NoteForm(SectionForm::kRecords);
   if (payload.empty()) return Status::kOk;
   TByteReader reader(payload);
   std::uint32_t count = 0;

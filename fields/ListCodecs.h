@@ -26,6 +26,9 @@ class TTextListCodec final : public TFieldCodec {
   Status ReadXml(const TProperty& row, void* field, const TXmlReadScope& scope) const override;
   bool IsEqual(const void* field, const void* other) const override;
   bool AppendsSections() const override { return true; }
+  SectionForm GetSectionForm() const override { return SectionForm::kTexts; }
+  void ReportWriting(const TProperty& row, const void* field,
+                     const TXmlWriteScope& scope) const override;
 };
 
 inline constexpr TTextListCodec kTextListCodec{};
@@ -71,6 +74,7 @@ class TRecordListCodecBase : public TFieldCodec {
   Status ReadXml(const TProperty& row, void* field, const TXmlReadScope& scope) const override;
   bool IsEqual(const void* field, const void* other) const override;
   bool AppendsSections() const override { return true; }
+  SectionForm GetSectionForm() const override { return SectionForm::kRecords; }
 
  protected:
   ~TRecordListCodecBase() = default;

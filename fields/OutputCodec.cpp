@@ -17,8 +17,6 @@ void TOutputCodec::WriteXml(const TProperty& row, const void* field,
                             const TXmlWriteScope& scope) const {
   const auto& text = *static_cast<const CText*>(field);
   if (text.IsEmpty()) return;
-  if (scope.context.losses != nullptr)
-    scope.context.losses->ReportCharacters(text.View(), row, scope.action_name);
   std::string id;
   id.reserve(scope.action_name.size() + row.detail.size());
   id.append(scope.action_name).append(row.detail);

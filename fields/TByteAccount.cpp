@@ -11,13 +11,13 @@ void TByteAccount::BeginRecord(std::string_view name, std::uint64_t offset, std:
   records_.emplace_back(name);
   last_[1].clear();
   BeginSection(Code("head"), offset, length);
-  SetForm(SectionForm::kHeader);
+  sections_.back().form = SectionForm::kHeader;
   SetUse(ByteUse::kStructure);
 }
 
 void TByteAccount::AddMap(std::uint64_t offset, std::uint64_t length) {
   BeginSection(Code("smap"), offset, length);
-  SetForm(SectionForm::kMap);
+  sections_.back().form = SectionForm::kMap;
   SetUse(ByteUse::kStructure);
 }
 
@@ -32,16 +32,15 @@ void TByteAccount::BeginSection(FourCharCode code, std::uint64_t offset, std::ui
   SetUse(ByteUse::kCarried);
 }
 
-void TByteAccount::SetField(std::string_view name, bool replaces_earlier) {
+void TByteAccount::SetField(std::string_view name, SectionForm form, bool replaces_earlier) {
   TSection& section = sections_.back();
   section.field = name;
+  section.form = form;
   if (!replaces_earlier) return;
   const auto index = static_cast<std::uint32_t>(sections_.size() - 1);
   const auto [place, is_new] = last_[section.record == 0 ? 0 : 1].try_emplace(section.code, index);
   if (!is_new) sections_[std::exchange(place->second, index)].is_replaced = true;
 }
-
-void TByteAccount::SetForm(SectionForm form) { sections_.back().form = form; }
 
 void TByteAccount::SetUse(ByteUse use) {
   SetUse(sections_.back().offset, sections_.back().length, use);
@@ -99,8 +98,7 @@ std::vector<TByteAccount::TRange> TByteAccount::TakeRanges(std::uint64_t size) {
 
 void TRecordUse::Add(const void* begin, std::size_t count) const {
   const auto at = static_cast<std::size_t>(static_cast<const char*>(begin) - record_);
-  if (at < size_)
-    account_.SetUse(offset_ + at, std::min(count, size_ - at), ByteUse::kCarried);
+  if (at < size_) account_.SetUse(offset_ + at, std::min(count, size_ - at), ByteUse::kCarried);
 }
 
 }  // namespace zaf

@@ -61,8 +61,7 @@ class TByteAccount {
   /// Begins a section of the last record. Until more is reported all its bytes are carried.
   void BeginSection(FourCharCode code, std::uint64_t offset, std::uint64_t length);
   /// Names the section's field, of which earlier sections with the code are of no use from now on.
-  void SetField(std::string_view name, bool replaces_earlier);
-  void SetForm(SectionForm form);
+  void SetField(std::string_view name, SectionForm form, bool replaces_earlier);
   /// Sets the use of all bytes of the section.
   void SetUse(ByteUse use);
   /// Sets the use of bytes, which may be outside of the section. Later calls override earlier ones.
@@ -94,7 +93,10 @@ class TRecordUse {
  public:
   /// `offset`: of the record in the file. `size`: its bytes there.
   TRecordUse(TByteAccount& account, const void* record, std::uint64_t offset, std::size_t size)
-      : account_(account), record_(static_cast<const char*>(record)), offset_(offset), size_(size) {}
+      : account_(account),
+        record_(static_cast<const char*>(record)),
+        offset_(offset),
+        size_(size) {}
   void Add(const void* begin, std::size_t count) const;
 
  private:

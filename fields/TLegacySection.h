@@ -51,23 +51,18 @@ struct TLegacySection {
 
   /// The section's bytes, valid until another section is read or the file is closed.
   Status View(ByteView& bytes) const {
-    NoteForm(SectionForm::kBytes);
     return file == nullptr ? Status::kNoFile : file->ViewBlock(code, offset, length, bytes);
   }
   /// The same for a text, without one final NUL.
   Status View(std::string_view& text) const {
-    NoteForm(SectionForm::kText);
     return file == nullptr ? Status::kNoFile : file->ViewText(code, offset, length, text);
   }
   /// A 32-bit number; reads 4 bytes regardless of the section's length.
   Status Read(std::int32_t& value) const {
-    NoteForm(SectionForm::kNumber);
-    if (losses != nullptr) ReportUnread(sizeof value);
     return file == nullptr ? Status::kNoFile : file->ReadInteger(code, offset, length, value);
   }
   /// Appends the texts of a counted list to `texts`.
   Status Read(CTextPtrArray& texts) const {
-    NoteForm(SectionForm::kTexts);
     return file == nullptr ? Status::kNoFile : file->ReadTextList(code, offset, length, texts);
   }
 
@@ -83,9 +78,6 @@ struct TLegacySection {
   /// The account of the file's bytes; null: there is none.
   [[nodiscard]] TByteAccount* GetAccount() const {
     return losses == nullptr ? nullptr : losses->GetAccount();
-  }
-  void NoteForm(SectionForm form) const {
-    if (TByteAccount* const account = GetAccount()) account->SetForm(form);
   }
 };
 

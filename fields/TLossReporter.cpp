@@ -111,7 +111,7 @@ void TLossReporter::ReportUnreferenced() {
 
 void TLossReporter::NoteField(const TProperty& row, const TLegacySection& section) {
   if (account_ != nullptr)
-    account_->SetField(row.name.empty() ? row.detail : row.name, !row.codec->AppendsSections());
+    account_->SetField(row.name, row.codec->GetSectionForm(), !row.codec->AppendsSections());
   if (row.form == XmlForm::kNone) ReportDropped(section);
   if (row.codec->AppendsSections()) return;
   const TRange range{section.offset, section.length};

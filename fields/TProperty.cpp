@@ -10,6 +10,26 @@ namespace {
 
 bool HasXml(const TProperty& row) { return row.codec != nullptr && row.form > XmlForm::kByHand; }
 
+[[gnu::cold]] void WriteObserved(std::span<const TProperty> rows, const void* object,
+                                 const TXmlWriteScope& scope) {
+  for (const TProperty& row : rows) {
+    if (!HasXml(row)) continue;
+    row.codec->ReportWriting(row, row.locate(object), scope);
+    row.codec->WriteXml(row, row.locate(object), scope);
+  }
+}
+
+[[gnu::cold]] Status ReadObserved(std::span<const TProperty> rows, void* object,
+                                  const TXmlReadScope& scope) {
+  for (const TProperty& row : rows) {
+    if (!HasXml(row)) continue;
+    const Status status = row.codec->ReadXml(row, row.locate(object), scope);
+    if (status != Status::kOk) return status;
+    row.codec->ReportReading(row, row.locate(object), scope);
+  }
+  return Status::kOk;
+}
+
 bool HasRow(std::span<const TProperty> rows, FourCharCode code) {
   return std::any_of(rows.begin(), rows.end(), [=](const TProperty& row) {
     return row.codec != nullptr && (row.code == code || HasRow(row.codec->Nested(), code));
@@ -33,6 +53,7 @@ Status TFieldCodec::ReadXml(const TProperty&, void*, const TXmlReadScope&) const
 }
 
 bool TFieldCodec::IsNumber32() const { return false; }
+
 bool TFieldCodec::AppendsSections() const { return false; }
 
 void TFieldCodec::NoteUse(const TProperty& row, const void* field, const TRecordUse& use) const {
@@ -41,6 +62,16 @@ void TFieldCodec::NoteUse(const TProperty& row, const void* field, const TRecord
   else
     NoteRowsUse(Nested(), field, use);
 }
+
+std::uint64_t TFieldCodec::GetUsed(const void*, const TLegacySection& section) const {
+  return section.length;
+}
+
+void TFieldCodec::ReportWriting(const TProperty&, const void*, const TXmlWriteScope&) const {}
+
+void TFieldCodec::ReportReading(const TProperty&, const void*, const TXmlReadScope&) const {}
+
+SectionForm TFieldCodec::GetSectionForm() const { return SectionForm::kBytes; }
 
 std::span<const TProperty> TFieldCodec::Nested() const { return {}; }
 
@@ -81,6 +112,13 @@ void TCodeIndex::Resize(std::size_t size) {
   for (const TField& field : old) AddField(field);
 }
 
+Status TCodeIndex::TField::ReadObserved(void* field, const TLegacySection& section) const {
+  section.losses->NoteField(*row, section);
+  const Status status = row->codec->ReadLegacy(*row, field, section);
+  if (status == Status::kOk) section.ReportUnread(row->codec->GetUsed(field, section));
+  return status;
+}
+
 Status WriteLegacyRows(std::span<const TProperty> rows, const void* object, TSectionWriter& out) {
   for (const TProperty& row : rows) {
     if (row.codec == nullptr) continue;
@@ -106,12 +144,14 @@ Status WriteLegacyRow(std::span<const TProperty> rows, const void* object, FourC
 
 void WriteXmlRows(std::span<const TProperty> rows, const void* object,
                   const TXmlWriteScope& scope) {
+  if (scope.context.losses != nullptr) return WriteObserved(rows, object, scope);
   for (const TProperty& row : rows) {
     if (HasXml(row)) row.codec->WriteXml(row, row.locate(object), scope);
   }
 }
 
 Status ReadXmlRows(std::span<const TProperty> rows, void* object, const TXmlReadScope& scope) {
+  if (scope.context.losses != nullptr) return ReadObserved(rows, object, scope);
   for (const TProperty& row : rows) {
     if (!HasXml(row)) continue;
     const Status status = row.codec->ReadXml(row, row.locate(object), scope);

@@ -75,6 +75,19 @@ class TFieldCodec {
   /// Whether several sections of one code add up; else the last one counts.
   [[nodiscard]] virtual bool AppendsSections() const;
 
+  // For an observer of the losses only; the field has just been read, or is about to be written.
+
+  [[nodiscard]] virtual SectionForm GetSectionForm() const;
+  /// How many bytes of its section decided the field, which may be more than there are.
+  [[nodiscard]] virtual std::uint64_t GetUsed(const void* field,
+                                              const TLegacySection& section) const;
+  /// Reports what the document will not hold of the field.
+  virtual void ReportWriting(const TProperty& row, const void* field,
+                             const TXmlWriteScope& scope) const;
+  /// Reports what the field does not hold of the document.
+  virtual void ReportReading(const TProperty& row, const void* field,
+                             const TXmlReadScope& scope) const;
+
  protected:
   ~TFieldCodec() = default;
 };
@@ -117,9 +130,12 @@ class TCodeIndex {
 
     /// Reads a section of this code into the field of `object`. The row must not be null.
     Status Read(void* object, const TLegacySection& section) const {
-      if (section.losses != nullptr) section.losses->NoteField(*row, section);
+      if (section.losses != nullptr) return ReadObserved(path.Follow(object), section);
       return row->codec->ReadLegacy(*row, path.Follow(object), section);
     }
+
+   private:
+    [[gnu::cold]] Status ReadObserved(void* field, const TLegacySection& section) const;
   };
 
   TCodeIndex() { Resize(32); }

@@ -61,8 +61,6 @@ void TValueCodec::WriteXml(const TProperty& row, const void* field,
   const bool if_set = row.form == XmlForm::kChildIfSet || row.form == XmlForm::kAttributeIfSet;
   if (if_set && !IsSet(field)) return;
   const std::string_view text = Spell(field, scope.context.scratch);
-  if (scope.context.losses != nullptr)
-    scope.context.losses->ReportCharacters(text, row, scope.action_name);
   if (row.form == XmlForm::kAttribute || row.form == XmlForm::kAttributeIfSet) {
     scope.element.appendAttribute(row.name, text);
   } else {
@@ -72,34 +70,46 @@ void TValueCodec::WriteXml(const TProperty& row, const void* field,
 
 Status TValueCodec::ReadXml(const TProperty& row, void* field, const TXmlReadScope& scope) const {
   const bool is_attribute = row.form == XmlForm::kAttribute || row.form == XmlForm::kAttributeIfSet;
-  const std::string_view text =
-      is_attribute ? scope.element.getAttribute(row.name) : scope.FindText(row.name);
-  const Status status = Parse(field, text);
-  if (scope.context.losses != nullptr && status == Status::kOk)
-    ReportDifference(row, field, text, *scope.context.losses);
-  return status;
+  return Parse(field,
+               is_attribute ? scope.element.getAttribute(row.name) : scope.FindText(row.name));
 }
 
-void TValueCodec::ReportDifference(const TProperty& row, const void* field, std::string_view text,
-                                   TLossReporter& losses) const {
+std::uint64_t TValueCodec::GetUsed(const void*, const TLegacySection&) const {
+  return sizeof(std::int32_t);
+}
+
+void TValueCodec::ReportWriting(const TProperty& row, const void* field,
+                                const TXmlWriteScope& scope) const {
+  TScratch scratch;
+  scope.context.losses->ReportCharacters(Spell(field, scratch), row, scope.action_name);
+}
+
+void TValueCodec::ReportReading(const TProperty& row, const void* field,
+                                const TXmlReadScope& scope) const {
+  const bool is_attribute = row.form == XmlForm::kAttribute || row.form == XmlForm::kAttributeIfSet;
+  const std::string_view text = is_attribute
+                                    ? scope.element.getAttribute(row.name)
+                                    : scope.element.getFirstChildElement(row.name).getTextContent();
   TScratch scratch;
   const std::string_view spelled = Spell(field, scratch);
   if (text.empty() || EqualsIgnoringCase(text, spelled) || IsNumber(text, spelled)) return;
   const bool is_cut = text.starts_with(spelled) && !IsNumber(spelled, spelled);
-  losses.Report(is_cut && !spelled.empty() ? LossReason::kCutText : LossReason::kUnknownWord,
-                row.name);
+  scope.context.losses->Report(
+      is_cut && !spelled.empty() ? LossReason::kCutText : LossReason::kUnknownWord, row.name);
 }
 
 Status TTextCodecBase::ReadLegacy(const TProperty&, void* field,
                                   const TLegacySection& section) const {
   std::string_view text;
   if (const Status status = section.View(text); status != Status::kOk) return status;
-  if (inner_nul_ == InnerNul::kEndsText) {
-    text = UntilNul(text);
-    if (section.losses != nullptr) section.losses->ReportUnread(section, text.size() + 1);
-  }
+  if (inner_nul_ == InnerNul::kEndsText) text = UntilNul(text);
   Get<CText>(field) = text;
   return Get<CText>(field).GetCharacterCount() == text.size() ? Status::kOk : Status::kFailure;
+}
+
+std::uint64_t TTextCodecBase::GetUsed(const void* field, const TLegacySection& section) const {
+  if (inner_nul_ == InnerNul::kStays) return section.length;
+  return std::min(section.length, Get<CText>(field).GetCharacterCount() + 1);
 }
 
 Status TTextCodecBase::WriteLegacy(const TProperty& row, const void* field,
@@ -233,14 +243,13 @@ Status TKeywordCodec::WriteLegacy(const TProperty& row, const void* field,
   return out.Write(row.code, LoadNumber32(field));
 }
 
-void TKeywordCodec::WriteXml(const TProperty& row, const void* field,
-                             const TXmlWriteScope& scope) const {
-  TValueCodec::WriteXml(row, field, scope);
+void TKeywordCodec::ReportWriting(const TProperty& row, const void* field,
+                                  const TXmlWriteScope& scope) const {
   const bool keeps_number = vocabulary_.fallback == TVocabulary::Fallback::kNumber ||
                             vocabulary_.fallback == TVocabulary::Fallback::kCharacters;
   const bool is_conditional =
       row.form == XmlForm::kChildIfSet || row.form == XmlForm::kAttributeIfSet;
-  if (scope.context.losses == nullptr || (keeps_number && !is_conditional)) return;
+  if (keeps_number && !is_conditional) return;
   const std::int32_t value = LoadNumber32(field);
   if (value != 0 && vocabulary_.KeywordOf(value).empty())
     scope.context.losses->ReportValue(row, scope.action_name);

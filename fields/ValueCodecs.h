@@ -20,6 +20,14 @@ class TValueCodec : public TFieldCodec {
                 const TXmlWriteScope& scope) const override;
   /// A missing attribute or child is read as the empty text.
   Status ReadXml(const TProperty& row, void* field, const TXmlReadScope& scope) const override;
+  // Those of a number, which most values are.
+
+  SectionForm GetSectionForm() const override { return SectionForm::kNumber; }
+  std::uint64_t GetUsed(const void* field, const TLegacySection& section) const override;
+  void ReportWriting(const TProperty& row, const void* field,
+                     const TXmlWriteScope& scope) const override;
+  void ReportReading(const TProperty& row, const void* field,
+                     const TXmlReadScope& scope) const override;
 
  protected:
   using TScratch = TXmlWriteContext::TScratch;
@@ -31,11 +39,6 @@ class TValueCodec : public TFieldCodec {
   virtual bool IsSet(const void* field) const = 0;
 
   ~TValueCodec() = default;
-
- private:
-  /// Reports a text that the field, which was parsed from it, does not spell.
-  void ReportDifference(const TProperty& row, const void* field, std::string_view text,
-                        TLossReporter& losses) const;
 };
 
 /// When a text's legacy section is written.
@@ -56,6 +59,8 @@ class TTextCodecBase : public TValueCodec {
                     const TLegacySection& section) const override;
   Status WriteLegacy(const TProperty& row, const void* field, TSectionWriter& out) const override;
   bool IsEqual(const void* field, const void* other) const override;
+  SectionForm GetSectionForm() const override { return SectionForm::kText; }
+  std::uint64_t GetUsed(const void* field, const TLegacySection& section) const override;
 
  protected:
   std::string_view Spell(const void* field, TScratch& scratch) const override;
@@ -232,10 +237,10 @@ class TKeywordCodec final : public TValueCodec {
   Status ReadLegacy(const TProperty& row, void* field,
                     const TLegacySection& section) const override;
   Status WriteLegacy(const TProperty& row, const void* field, TSectionWriter& out) const override;
-  void WriteXml(const TProperty& row, const void* field,
-                const TXmlWriteScope& scope) const override;
   bool IsEqual(const void* field, const void* other) const override;
   bool IsNumber32() const override { return true; }
+  void ReportWriting(const TProperty& row, const void* field,
+                     const TXmlWriteScope& scope) const override;
 
  protected:
   std::string_view Spell(const void* field, TScratch& scratch) const override;

@@ -257,14 +257,18 @@ class TLoad {
     if (result.status != Status::kOk) return;
     result.outcome = FileOutcome::kConverted;
     Describe(application);
-    if (application.is_legacy) Account(AsText(data.GetImage()));
+    if (application.is_legacy) {
+      shown_.image = AsText(data.GetImage());
+      // The header of a run-only file is the only part that is not scrambled.
+      if (application.is_run_only) data.Scramble(kRecordHeaderSize, shown_.image.data());
+      Account(shown_.image);
+    }
   }
 
  private:
   /// The records of a legacy file are read in tree order; the first one is the file's own, and the
   /// second one that of the root container, if there is one more than there are actions.
   void Account(std::string_view image) {
-    shown_.image = image;
     const std::vector<std::string>& records = account_.GetRecords();
     const auto first = static_cast<std::int64_t>(records.size()) -
                        static_cast<std::int64_t>(shown_.actions.size());
@@ -302,8 +306,7 @@ class TLoad {
     const dom::Document document = dom::DOMImplementation::createDocument();
     static_cast<void>(WriteXmlDocument(application, RunOnlyMark::kNone, document));
     const dom::Element root = document.getDocumentElement();
-    shown_.version = root.getAttribute("Version");
-    if (application.is_legacy) shown_.version = Hexadecimal(application.format_version);
+    shown_.version = Hexadecimal(application.format_version);
     shown_.title = ToUtf8(application.title.View());
     shown_.author = ToUtf8(application.author.View());
     shown_.revision = ToUtf8(application.revision.View());

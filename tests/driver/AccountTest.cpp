@@ -37,8 +37,7 @@ std::string Convert(std::string_view bytes, TByteAccount* account = nullptr) {
 }
 
 /// Why bytes of a section can be changed without consequence although they are called carried.
-const std::map<std::string, std::string> kExceptions{
-};
+const std::map<std::string, std::string> kExceptions{};
 
 std::string NameOf(FourCharCode code) { return {Characters(code).data(), 4}; }
 
@@ -56,9 +55,10 @@ std::set<std::string> FaultsOf(const std::string& bytes, std::size_t most_per_ra
     const std::string section =
         range.section == TByteAccount::kNoSection
             ? "unreferenced"
-            : NameOf(account.GetSections()[range.section].code) +
-                  " of " + account.GetRecords()[account.GetSections()[range.section].record];
-    const std::uint64_t step = std::max<std::uint64_t>(1, (range.end - range.offset) / most_per_range);
+            : NameOf(account.GetSections()[range.section].code) + " of " +
+                  account.GetRecords()[account.GetSections()[range.section].record];
+    const std::uint64_t step =
+        std::max<std::uint64_t>(1, (range.end - range.offset) / most_per_range);
     for (std::uint64_t at = range.offset; at < range.end; at += step) {
       bool changes = false;
       for (const int flip : {0x01, 0x20, 0xFF}) {
@@ -66,7 +66,8 @@ std::set<std::string> FaultsOf(const std::string& bytes, std::size_t most_per_ra
         changed[at] = static_cast<char>(changed[at] ^ flip);
         changes = changes || Convert(changed) != document;
       }
-      if (changes != is_carried) faults.insert(section + (is_carried ? " is not carried" : " is not dropped"));
+      if (changes != is_carried)
+        faults.insert(section + (is_carried ? " is not carried" : " is not dropped"));
     }
   }
   if (end != bytes.size()) faults.insert("not the whole file");
