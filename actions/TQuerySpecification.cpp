@@ -104,18 +104,20 @@ Status TQuerySpecification::ReadLegacy(TDataFile* file, const TRecordHeader& hea
   if (file == nullptr) return Status::kNoFile;
   format_ = header.format;
   record_size_ += static_cast<std::uint32_t>(header.name.View().size());
+  record_offset_ = header.offset;
+  TLossReporter* const losses = header.losses;
   TSectionMap map;
   if (const Status status = map.Open(*file, header); status != Status::kOk) return status;
   if (!map.IsComplete()) {
-    if (header.losses != nullptr) header.losses->Report(LossReason::kIncompleteMap);
+    if (losses != nullptr) losses->Report(LossReason::kIncompleteMap);
     return Status::kOk;
   }
   TSectionMapEntry entry;
   while (map.Next(entry)) {
-    if (header.losses != nullptr)
-      header.losses->BeginSection(entry.code, entry.offset, entry.length);
+    if (losses != nullptr) [[unlikely]]
+      losses->NoteSection(entry.code, entry.offset, entry.length);
     const Status status =
-        ReadLegacyProperty({file, entry.code, entry.offset, entry.length, this, header.losses});
+        ReadLegacyProperty({file, entry.code, entry.offset, entry.length, this, losses});
     if (status != Status::kOk) {
       file->NoteFailure({entry.code, entry.offset});
       return status;

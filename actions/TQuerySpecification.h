@@ -135,6 +135,8 @@ class TQuerySpecification : public TRecordConverter {
 
   [[nodiscard]] const CText& GetName() const { return name_; }
   void SetName(std::string_view name) { name_ = name; }
+  /// Of the record in the legacy file that the action was loaded from, in bytes; else 0.
+  [[nodiscard]] std::uint32_t GetRecordOffset() const { return record_offset_; }
   [[nodiscard]] FourCharCode GetTypeCode() const { return type_code_; }
   /// The name of the action that this one hangs under: as the legacy file tells it, else, for one
   /// below the root of a tree, as that action has it.
@@ -184,6 +186,7 @@ class TQuerySpecification : public TRecordConverter {
   CText comments_;
   CGlobalAssignmentArray assignments_;
   std::uint32_t format_ = 0;  ///< Format number of the record that the action was loaded from.
+  std::uint32_t record_offset_ = 0;
   std::uint32_t record_size_ = 168;
   CText name_;
   FourCharCode type_code_ = kTypeCode;

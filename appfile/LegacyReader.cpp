@@ -26,12 +26,16 @@ Status ReadAction(TDataFile& file, std::uint32_t offset, const TQuerySpecificati
   action->SetName(header.name.View());
   action->SetOwner(&application);
   const TQuerySpecification& read = *action;
-  if (losses != nullptr) losses->SetAction(header.name.View());
+  if (losses != nullptr) losses->BeginAction(header);
   Status status = action->ReadLegacy(&file, header);
   if (losses != nullptr) losses->EndAction();
   if (status == Status::kOk) {
     application.total_record_size += action->GetRecordSize();
     status = application.actions.Place(std::move(action));
+    if (TByteAccount* const account = losses == nullptr ? nullptr : losses->GetAccount();
+        account != nullptr && status == Status::kOk &&
+        application.actions.GetRoot()->action.get() == &read)
+      account->DropRecord();
     if (status != Status::kOk)
       place.reason = "The parent that the action names is none of the actions that lead to it";
   }
@@ -49,9 +53,7 @@ Status ReadLegacyApplication(TDataFile& file, const TQuerySpecificationServer& s
                              TLoadProgress* progress, TLossReporter* losses) {
   application.is_legacy = true;
   file.SetScrambled(false);
-  if (losses != nullptr) losses->BeginFile(file.GetImage());
   TRecordHeader header;
-  header.losses = losses;
   if (const Status status = ReadRecordHeader(file, 0, header); status != Status::kOk) return status;
   if (header.format < kOldestFormat || header.format > kNewestFormat) {
     place.reason =
@@ -65,6 +67,7 @@ Status ReadLegacyApplication(TDataFile& file, const TQuerySpecificationServer& s
     if (run_only == RunOnlyFiles::kRefused) return Status::kRunOnlyNotAllowed;
     file.SetScrambled(true);
   }
+  if (losses != nullptr) losses->BeginFile(file.GetImage(), header);
   TSectionMap map;
   if (const Status status = map.Open(file, header); status != Status::kOk) return status;
   if (!map.IsComplete()) {
@@ -77,8 +80,7 @@ Status ReadLegacyApplication(TDataFile& file, const TQuerySpecificationServer& s
   bool is_too_new = false;
   while (!is_too_new && map.Next(entry)) {
     Status status = Status::kOk;
-    if (losses != nullptr && entry.code != kActionEntry)
-      losses->BeginSection(entry.code, entry.offset, entry.length);
+    if (losses != nullptr) losses->NoteSection(entry.code, entry.offset, entry.length);
     if (entry.code == kActionEntry) {
       status =
           ReadAction(file, entry.offset, server, application, progress, is_too_new, place, losses);
@@ -96,7 +98,11 @@ Status ReadLegacyApplication(TDataFile& file, const TQuerySpecificationServer& s
       return status;
     }
   }
-  if (losses != nullptr) losses->ReportUnreferenced();
+  if (losses == nullptr) return Status::kOk;
+  if (is_too_new)
+    losses->Report(LossReason::kTooNew,
+                   {&file, entry.code, entry.offset, entry.length, nullptr, losses});
+  losses->EndFile();
   return Status::kOk;
 }
 

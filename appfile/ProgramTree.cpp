@@ -84,6 +84,9 @@ Status WriteProgram(const TActionTree& tree, dom::Element program, TXmlWriteCont
       path.pop_back();
       path_entries.pop_back();
     }
+    if (context.losses != nullptr) [[unlikely]]
+      context.losses->BeginWriting(entry->action->GetName().View(),
+                                   entry->action->GetRecordOffset());
     const Status status = entry->action->WriteXml(context, dom::Element(), context.actions);
     if (status != Status::kOk) return status;
     dom::Element place = path.back();

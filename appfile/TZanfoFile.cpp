@@ -120,9 +120,9 @@ Status TZanfoFile::LoadContent(TDataFile& file, const TQuerySpecificationServer&
     if (status != Status::kOk) return status;
   } else if (!IsPlainDocument(content)) {
     return ReadLegacyApplication(file, server, run_only, application_, error_place_, progress,
-                                 losses_.IfObserved());
+                                 Losses());
   }
-  return ReadXmlDocument(text, server, application_, error_place_, progress, losses_.IfObserved());
+  return ReadXmlDocument(text, server, application_, error_place_, progress, Losses());
 }
 
 Status TZanfoFile::Save(TDataFile& file, const TQuerySpecificationServer*, Protection protection) {
@@ -130,7 +130,7 @@ Status TZanfoFile::Save(TDataFile& file, const TQuerySpecificationServer*, Prote
 }
 
 Status TZanfoFile::SaveDocument(TDataFile& file, Protection protection) {
-  TLossReporter* const losses = losses_.IfObserved();
+  TLossReporter* const losses = Losses();
   if (losses != nullptr) losses->ReportPending();
   const dom::Document document = dom::DOMImplementation::createDocument();
   const bool is_protected = protection == Protection::kProtected;

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 
 #include "appfile/LegacyReader.h"
 #include "appfile/TApplication.h"
@@ -62,15 +63,19 @@ class TZanfoFile {
   void SetKind(DocumentKind kind) { application_.kind = kind; }
   /// Names who is to be informed of losses while this file is loaded and saved: it has to live as
   /// long. Null, as at first: nobody.
-  void SetObserver(TLossObserver* observer) { losses_.SetObserver(observer); }
-  /// Names the account of all bytes, to be made while a legacy file is loaded that is observed.
-  void SetAccount(TByteAccount* account) { losses_.SetAccount(account); }
+  void SetObserver(TLossObserver* observer) {
+    losses_.reset();
+    if (observer != nullptr) losses_.emplace(*observer);
+  }
   /// Says whether the application is to be saved so that it can be run but not read.
   void SetRunOnly(bool is_run_only) { application_.is_run_only = is_run_only; }
   [[nodiscard]] bool IsRunOnly() const { return application_.is_run_only; }
   [[nodiscard]] const TApplication& GetApplication() const { return application_; }
 
  private:
+  /// Null when nobody observes.
+  [[nodiscard]] TLossReporter* Losses() { return losses_ ? &*losses_ : nullptr; }
+
   // What Load and Save do; std::bad_alloc is for them to report.
 
   Status LoadContent(TDataFile& file, const TQuerySpecificationServer& server,
@@ -79,7 +84,7 @@ class TZanfoFile {
 
   TApplication application_;
   TErrorPlace error_place_;
-  TLossReporter losses_;
+  std::optional<TLossReporter> losses_;
 };
 
 }  // namespace zaf

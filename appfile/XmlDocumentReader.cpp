@@ -12,19 +12,22 @@
 namespace zaf {
 namespace {
 
-/// The default data source is the first data source with user information.
-Status ReadDefaultDataSource(dom::Element data_sources, const TXmlReadContext& context,
+/// The default data source is the first data source with user information; null if there is none.
+dom::Element FindDefaultDataSource(dom::Element data_sources) {
+  dom::Element source = data_sources.getFirstChildElement("DataSource");
+  while (source && !source.getFirstChildElement("DataSourceInfo"))
+    source = source.getNextSiblingElement("DataSource");
+  return source;
+}
+
+Status ReadDefaultDataSource(dom::Element source, const TXmlReadContext& context,
                              TApplication& application) {
-  for (dom::Element source = data_sources.getFirstChildElement("DataSource"); source;
-       source = source.getNextSiblingElement("DataSource")) {
-    const dom::Element info = source.getFirstChildElement("DataSourceInfo");
-    if (!info) continue;
-    const Status status =
-        ReadXmlRows(TApplication::DataSourceProperties(), &application, {context, source});
-    if (status != Status::kOk) return status;
-    return ReadXmlRows(TApplication::DataSourceInfoProperties(), &application, {context, info});
-  }
-  return Status::kOk;
+  if (!source) return Status::kOk;
+  const Status status =
+      ReadXmlRows(TApplication::DataSourceProperties(), &application, {context, source});
+  if (status != Status::kOk) return status;
+  return ReadXmlRows(TApplication::DataSourceInfoProperties(), &application,
+                     {context, source.getFirstChildElement("DataSourceInfo")});
 }
 
 /// Reads every element in `actions` into an action of its class; the tree adopts them.
@@ -34,6 +37,7 @@ Status ReadActions(dom::Element actions, const TXmlReadContext& context,
                    TErrorPlace& place) {
   for (dom::Element element = actions.getFirstChildElement(); element;
        element = element.getNextSiblingElement()) {
+    element.SetRead(true);
     std::unique_ptr<TQuerySpecification> action;
     Status status = server.CreateByElement(element.getTagName(), action);
     if (status == Status::kMalformed) {
@@ -88,24 +92,28 @@ Status ReadXmlDocument(std::span<std::byte> text, const TQuerySpecificationServe
                                 references,
                                 {},
                                 losses};
+  if (losses != nullptr) losses->BeginDocument(AsText(text));
   if (losses != nullptr && report.replaced_count > 0)
     losses->Report(LossReason::kReplacedCharacters, std::to_string(report.replaced_count));
   Status status = ReadXmlRows(TApplication::Properties(), &application, {context, root});
   if (status != Status::kOk) return status;
-  status = ReadDefaultDataSource(data_sources, context, application);
+  const dom::Element default_source = FindDefaultDataSource(data_sources);
+  status = ReadDefaultDataSource(default_source, context, application);
   if (status != Status::kOk) return status;
   std::vector<TActionEntry*> entries;
   status = ReadActions(root.getFirstChildElement("Actions"), context, server, application.actions,
                        progress, entries, place);
-  if (losses != nullptr) losses->SetAction({});
   if (status != Status::kOk) return status;
-  if (losses != nullptr) {
-    data_source_index.ReportUnused(*losses);
-    context.outputs.ReportUnused(*losses);
-  }
   status = ReadProgram(root.getFirstChildElement("Program"), entries, application.actions);
   if (status == Status::kMalformed)
     place.reason = "An ActionRef in Program names no action, or one that was taken before";
+  if (losses != nullptr) {
+    data_source_index.MarkUnused();
+    context.outputs.MarkUnused();
+    default_source.SetRead(true);
+    losses->SetAction({});
+    losses->ReportIgnored(root);
+  }
   // Texts of several pieces are joined in the memory of the document.
   return status == Status::kOk && !document.IsComplete() ? Status::kFailure : status;
 }

@@ -59,6 +59,7 @@ Status WriteXmlDocument(const TApplication& application, RunOnlyMark mark,
   TDataSourceWriter data_sources;
   TXmlWriteContext context{{}, {}, data_sources};
   context.losses = losses;
+  if (losses != nullptr) losses->BeginWriting();
   const TContainers containers = MakeFrame(application, mark, context, document);
   if (!containers.outputs) return Status::kFailure;
   context.actions = containers.actions;

@@ -19,6 +19,8 @@ class Attr {
 
   [[nodiscard]] std::string_view getName() const;
   [[nodiscard]] std::string_view getValue() const;
+  /// Whether Element::getAttribute has found the attribute.
+  [[nodiscard]] bool WasRead() const;
   /// Drops the characters that Element::setAttribute drops.
   void setValue(std::string_view value) const;
   /// The next attribute of the same element, in the order in which they were set; null at the end.

@@ -26,6 +26,7 @@ inline constexpr std::size_t kBlock = 16;
 /// What is to be found in a text.
 enum class Search {
   kControls,       ///< Below 0x20.
+  kTextControls,   ///< The same, but for tab and LF.
   kTextSpecials,   ///< `&` `<` `>` `"`
   kValueSpecials,  ///< Both.
   // Where a parser stops. Controls are here those that XML does not allow, and CR.
@@ -154,6 +155,8 @@ inline unsigned FoundIn(__m128i block) {
   switch (search) {
     case Search::kControls:
       return bits(below_blank);
+    case Search::kTextControls:
+      return bits(controls());
     case Search::kTextSpecials:
       return bits(specials());
     case Search::kValueSpecials:
@@ -202,6 +205,8 @@ constexpr bool IsFound(char c) {
   switch (search) {
     case Search::kControls:
       return is_below_blank;
+    case Search::kTextControls:
+      return is_control;
     case Search::kTextSpecials:
       return is_special;
     case Search::kValueSpecials:

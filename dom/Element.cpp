@@ -9,7 +9,7 @@ namespace dom {
 namespace {
 
 /// The first of `node` and its next siblings that is a text or CDATA section.
-inline const TreeNode* FindText(const TreeNode* node) {
+inline TreeNode* FindText(TreeNode* node) {
   while (node != nullptr && !IsText(*node)) node = node->next;
   return node;
 }
@@ -23,19 +23,25 @@ inline TreeElement* FindElement(TreeNode* node) {
 /// The same of that name; an empty name: of any name.
 TreeElement* FindElement(TreeNode* node, std::string_view name) {
   TreeElement* element = FindElement(node);
-  while (element != nullptr && !name.empty() && !AreEqualNames(element->Text(), name))
+  if (name.empty()) return element;
+  while (element != nullptr && !AreEqualNames(element->Text(), name))
     element = FindElement(element->next);
+  if (element != nullptr) element->was_read = true;
   return element;
 }
 
 /// What getTextContent gives; null has no text.
 inline std::string_view JoinTexts(const TreeElement* element, std::string& scratch) {
-  const TreeNode* const first = element == nullptr ? nullptr : FindText(element->first_child);
+  TreeNode* const first = element == nullptr ? nullptr : FindText(element->first_child);
   if (first == nullptr) return {};
-  const TreeNode* next = FindText(first->next);
+  first->was_read = true;
+  TreeNode* next = FindText(first->next);
   if (next == nullptr) return first->Text();
   scratch = first->Text();
-  for (; next != nullptr; next = FindText(next->next)) scratch += next->Text();
+  for (; next != nullptr; next = FindText(next->next)) {
+    next->was_read = true;
+    scratch += next->Text();
+  }
   return scratch;
 }
 
@@ -58,8 +64,14 @@ Element::Element(TreeElement* element, Tree* tree) : Node(element, tree) {}
 TreeElement* Element::Get() const { return static_cast<TreeElement*>(node_); }
 
 std::string_view Element::getAttribute(std::string_view name) const {
-  const TreeAttribute* const attribute = node_ == nullptr ? nullptr : FindAttribute(*Get(), name);
-  return attribute == nullptr ? std::string_view() : attribute->value.View();
+  TreeAttribute* const attribute = node_ == nullptr ? nullptr : FindAttribute(*Get(), name);
+  if (attribute == nullptr) return {};
+  attribute->value.was_read = true;
+  return attribute->value.View();
+}
+
+void Element::SetRead(bool was_read) const {
+  if (node_ != nullptr) node_->was_read = was_read;
 }
 
 bool Element::hasAttribute(std::string_view name) const {
@@ -157,6 +169,7 @@ TreeElement* ChildFinder::FindNode(std::string_view name) {
   if (first == nullptr) return nullptr;
   if (!AreEqualNames(first->Text(), name)) return FindElement(first->next, name);
   next_ = first->next;
+  first->was_read = true;
   return first;
 }
 

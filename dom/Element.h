@@ -38,6 +38,9 @@ class Element : public Node {
   [[nodiscard]] bool hasAttribute(std::string_view name) const;
   [[nodiscard]] Attr getAttributeNode(std::string_view name) const;
   [[nodiscard]] NamedNodeMap getAttributes() const;
+  /// Sets what Node::WasRead says: of an element that was found by other means than its name, or
+  /// was found but is of no use.
+  void SetRead(bool was_read) const;
 
   /// Sets an attribute; a new one comes last. Characters below 0x20 other than tab, LF and CR are
   /// dropped from the value: no document could hold them.

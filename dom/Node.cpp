@@ -96,6 +96,8 @@ std::string_view Node::getNodeValue() const {
   return {};
 }
 
+bool Node::WasRead() const { return node_ != nullptr && node_->was_read; }
+
 Node Node::getParentNode() const { return {node_ == nullptr ? nullptr : node_->parent, tree_}; }
 
 Node Node::getFirstChild() const {

@@ -33,6 +33,9 @@ class Node {
   friend bool operator==(Node left, Node right) { return left.node_ == right.node_; }
   /// What the same node has in common and no other has: a key for dictionaries. Null for null.
   [[nodiscard]] const void* GetIdentity() const { return node_; }
+  /// Whether the element was found by its name, or the text belongs to a text content that was
+  /// asked for: what a reader of documents has read. For those who look for the rest.
+  [[nodiscard]] bool WasRead() const;
 
   [[nodiscard]] NodeType getNodeType() const;
   /// The name of an element, the target of an instruction, the name of a document type; for the

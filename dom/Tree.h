@@ -25,6 +25,7 @@ struct TreeText {
   /// Whether no character has to be escaped, and the text is in an Arena, so that a block can be
   /// read from its start. Where that is not known it is false.
   bool is_plain = false;
+  bool was_read = false;  ///< Of the value of an attribute: whether it was asked for.
 
   [[nodiscard]] std::string_view View() const { return {data, size}; }
 };
@@ -43,7 +44,8 @@ struct TreeNode {
   bool is_plain;  ///< As in TreeText.
   /// Of an element: whether it may have other children than elements and comments.
   bool may_hold_text;
-  bool holds_elements;  ///< Of an element: whether the parser found an element in it.
+  bool holds_elements : 1;  ///< Of an element: whether the parser found an element in it.
+  bool was_read : 1;        ///< Whether the element, by its name, or the text was asked for.
   TreeElement* parent;
   TreeNode* next;
   TreeNode* previous;  ///< Of a first child: the last one.
@@ -196,7 +198,8 @@ class Tree {
   // Nodes that are detached and have nothing in them.
 
   static constexpr TreeNode EmptyNode(NodeType type, TreeText text) {
-    return {text.data, text.size, type, text.is_plain, false, false, nullptr, nullptr, nullptr};
+    return {text.data, text.size, type,    text.is_plain, false,
+            false,     false,     nullptr, nullptr,       nullptr};
   }
   static constexpr TreeElement EmptyElement(NodeType type, TreeText name) {
     return {EmptyNode(type, name), nullptr, nullptr, nullptr};

@@ -16,6 +16,7 @@ Status TChoiceCodec::ReadXml(const TProperty& row, void* field, const TXmlReadSc
   const dom::Element kind = FindKindElement(scope.FindChild(row.name));
   const TChoice* const known = FindChoice(kind.getTagName());
   const TChoice& choice = known == nullptr ? choices_.front() : *known;
+  kind.SetRead(true);
   std::memcpy(field, &choice.kind, sizeof choice.kind);
   return ReadXmlRows(choice.rows, field, {scope.context, kind});
 }

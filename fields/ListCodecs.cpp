@@ -63,7 +63,7 @@ void TTextListCodec::WriteXml(const TProperty& row, const void* field,
 void TTextListCodec::ReportWriting(const TProperty& row, const void* field,
                                    const TXmlWriteScope& scope) const {
   for (const CText& text : *static_cast<const CTextPtrArray*>(field))
-    scope.context.losses->ReportCharacters(text.View(), row, scope.action_name);
+    scope.context.losses->ReportCharacters(text.View(), row);
 }
 
 Status TTextListCodec::ReadXml(const TProperty& row, void* field,
@@ -210,6 +210,11 @@ Status TRecordListCodecBase::WriteLegacy(const TProperty& row, const void* field
     type_.numbers().ConvertByteOrder(payload.GetData() + payload.GetLength() - type_.size);
   }
   return out.Write(row.code, payload.Bytes());
+}
+
+void TRecordListCodecBase::ReportWriting(const TProperty& row, const void*,
+                                         const TXmlWriteScope& scope) const {
+  scope.context.losses->SetSection(row.code);
 }
 
 void TRecordListCodecBase::WriteXml(const TProperty& row, const void* field,

@@ -75,6 +75,8 @@ class TRecordListCodecBase : public TFieldCodec {
   bool IsEqual(const void* field, const void* other) const override;
   bool AppendsSections() const override { return true; }
   SectionForm GetSectionForm() const override { return SectionForm::kRecords; }
+  void ReportWriting(const TProperty& row, const void* field,
+                     const TXmlWriteScope& scope) const override;
 
  protected:
   ~TRecordListCodecBase() = default;

@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <cstring>
 
-#include "fields/TLossReporter.h"
-
 namespace zaf {
 
 Status ReadRecordHeader(TDataFile& file, std::uint32_t offset, TRecordHeader& header) {
@@ -14,6 +12,7 @@ Status ReadRecordHeader(TDataFile& file, std::uint32_t offset, TRecordHeader& he
   TByteReader reader(bytes);
   std::array<std::uint32_t, 4> numbers;
   if (const Status read = reader.ReadU32(numbers); read != Status::kOk) return read;
+  header.offset = offset;
   header.format = numbers[0];
   header.type = FourCharCode{numbers[1]};
   header.map_offset = numbers[2];
@@ -22,11 +21,6 @@ Status ReadRecordHeader(TDataFile& file, std::uint32_t offset, TRecordHeader& he
   if (const Status read = reader.ReadBytes(kRecordNameWidth, name); read != Status::kOk)
     return read;
   std::memcpy(header.name.bytes, name.data(), name.size());
-  if (header.losses != nullptr) {
-    header.losses->Cover(offset, kRecordHeaderSize);
-    if (TByteAccount* const account = header.losses->GetAccount())
-      account->BeginRecord(header.name.View(), offset, kRecordHeaderSize);
-  }
   return Status::kOk;
 }
 
@@ -54,11 +48,6 @@ Status TSectionMap::Open(TDataFile& file, const TRecordHeader& header) {
   const Status status = file.ViewBlock(Code("smap"), header.map_offset,
                                        count * kSectionMapEntrySize, scratch_, bytes);
   if (status == Status::kOk) entries_ = TByteReader(bytes);
-  if (header.losses != nullptr) {
-    header.losses->Cover(header.map_offset, bytes.size());
-    if (TByteAccount* const account = header.losses->GetAccount())
-      account->AddMap(header.map_offset, bytes.size());
-  }
   return status;
 }
 

@@ -4,42 +4,69 @@
 #include <queue>
 #include <utility>
 
+#include "fields/TProperty.h"
+#include "fields/TRecordHeader.h"
+
 namespace zaf {
+namespace {
 
-void TByteAccount::BeginRecord(std::string_view name, std::uint64_t offset, std::uint64_t length) {
-  current_ = static_cast<std::uint32_t>(records_.size());
-  records_.emplace_back(name);
-  last_[1].clear();
-  BeginSection(Code("head"), offset, length);
-  sections_.back().form = SectionForm::kHeader;
-  SetUse(ByteUse::kStructure);
+constexpr FourCharCode kHeaderCode = Code("head");
+
+}  // namespace
+
+void TByteAccount::OnAccess(const TAccess& access) {
+  switch (access.kind) {
+    case AccessKind::kHeader:
+      // That of an action was begun as a section of the file.
+      if (sections_.empty() || sections_.back().form != SectionForm::kHeader)
+        BeginSection(access, SectionForm::kHeader);
+      records_.emplace_back(access.action);
+      sections_.back().record = static_cast<std::uint32_t>(records_.size() - 1);
+      last_[1].clear();
+      return;
+    case AccessKind::kMap:
+      if (access.length > 0) BeginSection(access, SectionForm::kMap);
+      return;
+    case AccessKind::kSection:
+      BeginSection(access, access.section == kHeaderCode && !access.is_in_action
+                               ? SectionForm::kHeader
+                               : SectionForm::kUnread);
+      return;
+    case AccessKind::kBeyond:
+      return SetUse(access.offset, access.length, ByteUse::kCarried);
+    case AccessKind::kField:
+      return SetField(*access.row);
+  }
 }
 
-void TByteAccount::AddMap(std::uint64_t offset, std::uint64_t length) {
-  BeginSection(Code("smap"), offset, length);
-  sections_.back().form = SectionForm::kMap;
-  SetUse(ByteUse::kStructure);
-}
-
-void TByteAccount::BeginSection(FourCharCode code, std::uint64_t offset, std::uint64_t length) {
+void TByteAccount::BeginSection(const TAccess& access, SectionForm form) {
   EndSection();
   TSection section;
-  section.offset = offset;
-  section.length = length;
-  section.code = code;
-  section.record = current_;
+  section.offset = access.offset;
+  section.length = form == SectionForm::kHeader ? kRecordHeaderSize : access.length;
+  section.code = form == SectionForm::kHeader ? kHeaderCode
+                 : form == SectionForm::kMap  ? Code("smap")
+                                              : access.section;
+  section.record = access.is_in_action ? static_cast<std::uint32_t>(records_.size() - 1) : 0;
+  section.form = form;
   sections_.push_back(section);
-  SetUse(ByteUse::kCarried);
+  SetUse(form == SectionForm::kUnread ? ByteUse::kCarried : ByteUse::kStructure);
 }
 
-void TByteAccount::SetField(std::string_view name, SectionForm form, bool replaces_earlier) {
+void TByteAccount::SetField(const TProperty& row) {
   TSection& section = sections_.back();
-  section.field = name;
-  section.form = form;
-  if (!replaces_earlier) return;
+  section.field = row.name;
+  section.form = row.codec->GetSectionForm();
+  if (row.codec->AppendsSections()) return;
   const auto index = static_cast<std::uint32_t>(sections_.size() - 1);
   const auto [place, is_new] = last_[section.record == 0 ? 0 : 1].try_emplace(section.code, index);
-  if (!is_new) sections_[std::exchange(place->second, index)].is_replaced = true;
+  if (!is_new) sections_[std::exchange(place->second, index)].is_without_use = true;
+}
+
+void TByteAccount::DropRecord() {
+  for (auto section = sections_.rbegin();
+       section != sections_.rend() && section->record == records_.size() - 1; ++section)
+    section->is_without_use = true;
 }
 
 void TByteAccount::SetUse(ByteUse use) {
@@ -69,7 +96,7 @@ std::vector<TByteAccount::TRange> TByteAccount::TakeRanges(std::uint64_t size) {
   EndSection();
   std::vector<TRange> noted = std::move(ranges_);
   for (TRange& range : noted)
-    if (range.use == ByteUse::kCarried && sections_[range.section].is_replaced)
+    if (range.use == ByteUse::kCarried && sections_[range.section].is_without_use)
       range.use = ByteUse::kDropped;
   std::ranges::stable_sort(noted, {}, &TRange::offset);
   // Of the ranges at a place the one that counts is on top; those that ended are removed there.

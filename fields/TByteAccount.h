@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "fields/TLossObserver.h"
 #include "foundation/FourCharCode.h"
 
 namespace zaf {
@@ -42,7 +43,7 @@ class TByteAccount {
     std::uint32_t record = 0;  ///< Index into the records.
     std::string_view field;    ///< Its name in XML; empty: it has none.
     SectionForm form = SectionForm::kUnread;
-    bool is_replaced = false;  ///< By a later section of the same record.
+    bool is_without_use = false;  ///< A later section replaces it, or its record has no XML form.
   };
   /// Bytes of one use in one section.
   struct TRange {
@@ -53,19 +54,15 @@ class TByteAccount {
   };
   static constexpr std::uint32_t kNoSection = UINT32_MAX;
 
-  /// Begins a record with this name, whose header is at `offset`. The first one is the file's.
-  void BeginRecord(std::string_view name, std::uint64_t offset, std::uint64_t length);
-  /// Goes back to the file's record.
-  void EndRecord() { current_ = 0; }
-  void AddMap(std::uint64_t offset, std::uint64_t length);
-  /// Begins a section of the last record. Until more is reported all its bytes are carried.
-  void BeginSection(FourCharCode code, std::uint64_t offset, std::uint64_t length);
-  /// Names the section's field, of which earlier sections with the code are of no use from now on.
-  void SetField(std::string_view name, SectionForm form, bool replaces_earlier);
+  /// Takes an access to the file; a section is the current one until the next begins. All bytes of
+  /// a section are carried until more is reported.
+  void OnAccess(const TAccess& access);
   /// Sets the use of all bytes of the section.
   void SetUse(ByteUse use);
   /// Sets the use of bytes, which may be outside of the section. Later calls override earlier ones.
   void SetUse(std::uint64_t offset, std::uint64_t length, ByteUse use);
+  /// Says that the last record, that of the root container, has no XML form.
+  void DropRecord();
 
   /// Names of the records, in the order in which they were read.
   [[nodiscard]] const std::vector<std::string>& GetRecords() const { return records_; }
@@ -75,10 +72,11 @@ class TByteAccount {
   [[nodiscard]] std::vector<TRange> TakeRanges(std::uint64_t size);
 
  private:
+  void BeginSection(const TAccess& access, SectionForm form);
+  void SetField(const TProperty& row);
   void EndSection();
 
   std::vector<std::string> records_;
-  std::uint32_t current_ = 0;  ///< The record of the sections that follow.
   std::vector<TSection> sections_;
   std::vector<TRange> ranges_;
   /// Where in the current section which use begins; the last one ends what is noted.

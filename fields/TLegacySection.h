@@ -66,16 +66,14 @@ struct TLegacySection {
     return file == nullptr ? Status::kNoFile : file->ReadTextList(code, offset, length, texts);
   }
 
-  /// Tells an observer that only the first `used` bytes are read, which may be more than there are.
+  /// Reports to an observer that only the first `used` bytes are read, which may be more than there
+  /// are.
   void ReportUnread(std::uint64_t used) const {
-    if (losses == nullptr) return;
-    losses->Cover(offset, used);
-    if (TByteAccount* const account = GetAccount(); account != nullptr && used > length)
-      account->SetUse(offset + length, used - length, ByteUse::kCarried);
-    losses->ReportUnread(*this, used);
+    if (losses != nullptr) [[unlikely]]
+      losses->ReportUnread(*this, used);
   }
 
-  /// The account of the file's bytes; null: there is none.
+  /// The account of the file's bytes that an observer keeps; null: there is none.
   [[nodiscard]] TByteAccount* GetAccount() const {
     return losses == nullptr ? nullptr : losses->GetAccount();
   }

@@ -1,7 +1,10 @@
 #include "fields/TLossReporter.h"
 
 #include <algorithm>
+#include <array>
+#include <cctype>
 
+#include "fields/SectionMap.h"
 #include "fields/TProperty.h"
 #include "fields/TextTraits.h"
 
@@ -12,73 +15,141 @@ namespace {
 constexpr std::uint32_t kMostLosses = 10000;
 /// Bytes of a section that are examined. Any number of sections may be in one place.
 constexpr std::uint64_t kMostExamined = 4096;
+/// Distance of the places that are kept of a document, in bytes.
+constexpr std::size_t kPlaceDistance = 1024;
 constexpr std::string_view kFurtherLosses = "There are more losses, which are not listed";
 
 struct TSentence {
   LossCode code;
-  std::string_view text;  ///< `%`: the detail.
+  std::string_view text;  ///< What was found, expected and done. `%`: the detail.
 };
 
 /// By LossReason.
 constexpr TSentence kSentences[] = {
-    {LossCode::kSectionUnknown, "The section has a code unknown to its class; it is skipped"},
-    {LossCode::kSectionDropped, "The section has no XML form; it is left out of the document"},
+    {LossCode::kSectionUnknown,
+     "The section has a code that an action of this type does not have; it is skipped"},
+    {LossCode::kSectionDropped,
+     "The section is not empty, and XML has no form for it; it is left out of the document"},
     {LossCode::kSectionRepeated,
-     "A later section of this code has other content; it replaces this one"},
+     "A later section of the same code, of which a record has one, has other content; that one "
+     "counts"},
     {LossCode::kSectionMalformed,
      "The section map has fewer entries than its header counts; no section of the action is read"},
     {LossCode::kSectionMalformed,
-     "The section holds fewer items than it counts (%); the others are left out"},
+     "The action has a format that is newer than the known ones; it and all that follows in the "
+     "map is left out"},
     {LossCode::kSectionMalformed,
-     "The section goes on after its value; its last % bytes are left out"},
+     "The list counts % items, and its section ends before the last; the missing ones are left "
+     "out"},
+    {LossCode::kSectionMalformed,
+     "The section is longer than what belongs in it; its last % bytes are left out"},
     {LossCode::kBytesUnreferenced,
-     "No header, map or section refers to these bytes; they are left out"},
+     "The bytes are not NUL, and no header, section map or section covers them; they are left "
+     "out"},
     {LossCode::kRecordDropped,
-     "Records of the list have an unknown size of % bytes; they are left out"},
+     "The records of the list have % bytes, a size that no version has; they are left out"},
     {LossCode::kRecordDropped,
-     "Records of the list have an unknown size of % bytes; empty ones replace them"},
+     "The records of the list have % bytes, a size that no version has; empty ones replace them"},
     {LossCode::kRecordDropped,
-     "List items name a column that is not there or has no list; % items are left out"},
-    {LossCode::kTextCut, "The text of % is longer than its field; it is cut"},
+     "Items of a list name a column that does not exist or has no list; % items are left out"},
+    {LossCode::kTextCut, "The text of % is longer than its field; its end is cut off"},
     {LossCode::kTextCut,
-     "A text in a record of the list is longer than its field in the current ones of % bytes; it "
-     "is cut"},
+     "A text of the list is longer than its field, in the current records of % bytes; its end is "
+     "cut off"},
     {LossCode::kTextCut,
-     "Records of the list are longer than the current ones; each is cut to % bytes"},
+     "The records of the list are longer than the current ones of % bytes; their ends are cut off"},
     {LossCode::kValueUnknown,
-     "The number of % is outside its vocabulary; it is written as another one or left out"},
+     "The number of % is none of its vocabulary; another one is written, or none"},
     {LossCode::kValueUnknown,
-     "The text of % is not one that its field can hold; it is read as another one"},
+     "The text of % is none that its field can hold; it is read as another value"},
     {LossCode::kCharacterDropped,
      "The text of % has control characters, which XML forbids; they are left out"},
     {LossCode::kCharacterReplaced,
-     "The document has % characters above U+00FF; they are read as question marks"},
+     "The document has % characters above U+00FF, which texts cannot hold; they are read as "
+     "question marks"},
     {LossCode::kLineEndChanged,
-     "The text of % has carriage returns; they will be read back as line feeds"},
-    {LossCode::kNodeIgnored, "Nothing refers to the element %; it is not read"},
+     "The text of % has carriage returns, which XML does not keep; they are read back as line "
+     "feeds"},
+    {LossCode::kNodeIgnored,
+     "The element % is not expected here, or a second one, or nothing refers to it; it is not "
+     "read"},
+    {LossCode::kNodeIgnored, "The attribute % is not expected here; it is not read"},
+    {LossCode::kNodeIgnored, "Text in the element % is not expected; it is not read"},
 };
+
+/// Attributes that say nothing of an application: documents have them, and nothing reads them.
+constexpr std::pair<std::string_view, std::string_view> kUnreadAttributes[] = {
+    {"ZAF", "Version"}, {"ZCF", "Version"}, {"Output", "Type"}};
+constexpr std::string_view kSignature = "Sig";
 
 bool IsAllNul(ByteView bytes) {
   return std::all_of(bytes.begin(), bytes.end(), [](std::byte b) { return b == std::byte{0}; });
 }
 
+bool IsBlank(std::string_view text) {
+  return text.find_first_not_of(" \t\n\r") == std::string_view::npos;
+}
+
+/// Whether the declaration of a document says that each byte is a character.
+bool HasSingleBytes(std::string_view document) {
+  if (!document.starts_with("<?xml")) return false;
+  std::string declaration(document.substr(0, std::min(document.find("?>"), std::size_t{256})));
+  std::ranges::transform(declaration, declaration.begin(),
+                         [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+  return declaration.find("encoding") != std::string::npos &&
+         declaration.find("utf") == std::string::npos;
+}
+
+bool IsIgnored(dom::Element element, dom::Attr attribute) {
+  const std::string_view name = attribute.getName();
+  return !attribute.WasRead() && name != kSignature &&
+         std::ranges::none_of(kUnreadAttributes, [&](const auto& unread) {
+           return unread.first == element.getTagName() && unread.second == name;
+         });
+}
+
+bool IsText(dom::Node node) {
+  return node.getNodeType() == dom::NodeType::kText ||
+         node.getNodeType() == dom::NodeType::kCDATASection;
+}
+
+/// The node that follows in a walk below `root`; null at the end.
+dom::Node Following(dom::Node node, dom::Node root, bool enters) {
+  if (enters && node.getFirstChild()) return node.getFirstChild();
+  while (!(node == root) && !node.getNextSibling()) node = node.getParentNode();
+  return node == root ? dom::Node() : node.getNextSibling();
+}
+
 }  // namespace
 
-void TLossReporter::BeginFile(ByteView image) { image_ = image; }
+void TLossReporter::BeginFile(ByteView image, const TRecordHeader& header) {
+  image_ = image;
+  BeginRecord(header);
+}
 
-void TLossReporter::SetAction(std::string_view name) {
-  action_ = name;
-  seen_[1].clear();
+void TLossReporter::BeginAction(const TRecordHeader& header) {
+  SetAction(header.name.View());
+  is_in_action_ = true;
+  fields_.clear();
+  records_.push_back({header.offset, sections_.size(), 0});
+  BeginRecord(header);
 }
 
 void TLossReporter::EndAction() {
-  SetAction({});
-  if (account_ != nullptr) account_->EndRecord();
+  records_.back().count = sections_.size() - records_.back().first;
+  is_in_action_ = false;
+  action_.clear();
 }
 
-void TLossReporter::BeginSection(FourCharCode code, std::uint64_t offset, std::uint64_t length) {
-  Cover(offset, length);
-  if (account_ != nullptr) account_->BeginSection(code, offset, length);
+void TLossReporter::BeginRecord(const TRecordHeader& header) {
+  Cover({AccessKind::kHeader, header.offset, kRecordHeaderSize});
+  Cover({AccessKind::kMap, header.map_offset,
+         std::uint64_t{header.map_count} * kSectionMapEntrySize});
+}
+
+void TLossReporter::NoteSection(FourCharCode code, std::uint32_t offset, std::uint32_t length) {
+  (is_in_action_ ? sections_ : file_sections_).push_back({code, offset, length});
+  Cover({AccessKind::kSection, offset, length, code});
 }
 
 ByteView TLossReporter::BytesOf(std::uint64_t offset, std::uint64_t length) const {
@@ -87,13 +158,22 @@ ByteView TLossReporter::BytesOf(std::uint64_t offset, std::uint64_t length) cons
   return image_.subspan(static_cast<std::size_t>(begin), static_cast<std::size_t>(count));
 }
 
-void TLossReporter::Cover(std::uint64_t offset, std::uint64_t length) {
-  const TRange range{offset, offset + length};
-  if (covered_.empty() || covered_.back() != range) covered_.push_back(range);
+void TLossReporter::Cover(const TAccess& access) {
+  TAccess own = access;
+  own.action = action_;
+  own.is_in_action = is_in_action_;
+  observer_.OnAccess(own);
+  // What is written consecutively becomes one range.
+  const std::uint64_t end = access.offset + access.length;
+  if (!covered_.empty() && covered_.back().second == access.offset)
+    covered_.back().second = end;
+  else if (covered_.empty() || access.offset < covered_.back().first ||
+           end > covered_.back().second)
+    covered_.emplace_back(access.offset, end);
 }
 
-void TLossReporter::ReportUnreferenced() {
-  std::sort(covered_.begin(), covered_.end());
+void TLossReporter::EndFile() {
+  std::ranges::sort(covered_);
   covered_.emplace_back(image_.size(), image_.size());
   std::uint64_t end = 0;
   for (const auto& [begin, next] : covered_) {
@@ -107,51 +187,143 @@ void TLossReporter::ReportUnreferenced() {
     }
     end = std::max(end, next);
   }
+  covered_.clear();
+  image_ = {};
+  std::ranges::sort(records_, {}, &TRecord::offset);
 }
 
 void TLossReporter::NoteField(const TProperty& row, const TLegacySection& section) {
-  if (account_ != nullptr)
-    account_->SetField(row.name, row.codec->GetSectionForm(), !row.codec->AppendsSections());
+  observer_.OnAccess(
+      {AccessKind::kField, section.offset, section.length, section.code, &row, action_});
   if (row.form == XmlForm::kNone) ReportDropped(section);
   if (row.codec->AppendsSections()) return;
-  const TRange range{section.offset, section.length};
-  const auto [place, is_new] = seen_[action_.empty() ? 0 : 1].try_emplace(section.code, range);
-  if (is_new) return;
-  const TRange earlier = std::exchange(place->second, range);
-  if (earlier.second == range.second && std::ranges::equal(BytesOf(earlier.first, earlier.second),
-                                                           BytesOf(range.first, range.second)))
+  // No longer than the rows of a class.
+  std::vector<TSection>& fields = is_in_action_ ? fields_ : file_fields_;
+  const TSection own{section.code, section.offset, section.length};
+  const auto place = std::ranges::find(fields, section.code, &TSection::code);
+  if (place == fields.end()) {
+    fields.push_back(own);
+    return;
+  }
+  const TSection earlier = std::exchange(*place, own);
+  if (earlier.length == own.length &&
+      std::ranges::equal(BytesOf(earlier.offset, earlier.length), BytesOf(own.offset, own.length)))
     return;
   TLegacySection replaced = section;
-  replaced.offset = static_cast<std::uint32_t>(earlier.first);
-  replaced.length = static_cast<std::uint32_t>(earlier.second);
+  replaced.offset = earlier.offset;
+  replaced.length = earlier.length;
   Report(LossReason::kRepeatedSection, replaced);
 }
 
 void TLossReporter::ReportDropped(const TLegacySection& section) {
-  if (account_ != nullptr) account_->SetUse(ByteUse::kDropped);
+  if (TByteAccount* const account = GetAccount()) account->SetUse(ByteUse::kDropped);
   if (!IsAllNul(BytesOf(section.offset, section.length)))
     Report(LossReason::kDroppedSection, section);
 }
 
 void TLossReporter::ReportUnread(const TLegacySection& section, std::uint64_t used) {
+  const std::uint64_t end = std::uint64_t{section.offset} + section.length;
+  if (used > section.length) Cover({AccessKind::kBeyond, end, used - section.length, section.code});
   if (used >= section.length) return;
-  if (account_ != nullptr)
-    account_->SetUse(section.offset + used, section.length - used, ByteUse::kDropped);
+  if (TByteAccount* const account = GetAccount())
+    account->SetUse(section.offset + used, section.length - used, ByteUse::kDropped);
   const ByteView rest = BytesOf(section.offset + used, section.length - used);
   if (!IsAllNul(rest))
     Report(LossReason::kUnreadBytes, section, std::to_string(section.length - used));
 }
 
-void TLossReporter::Report(LossReason reason, std::string_view detail, FourCharCode section) {
+void TLossReporter::BeginDocument(std::string_view text) {
+  document_ = text;
+  is_utf8_ = !HasSingleBytes(text);
+}
+
+void TLossReporter::ReportIgnored(dom::Element root) {
+  bool enters = true;
+  for (dom::Node node = root; node; node = Following(node, root, enters)) {
+    enters = true;
+    const dom::Element element(node);
+    if (!element) {
+      const dom::Element parent(node.getParentNode());
+      if (IsText(node) && !node.WasRead() && !IsBlank(node.getNodeValue())) {
+        SetElement(parent);
+        Report(LossReason::kIgnoredText, parent.getTagName());
+      }
+      continue;
+    }
+    SetElement(element);
+    if (!element.WasRead() && !(node == root)) {
+      Report(LossReason::kIgnoredElement, element.getTagName());
+      enters = false;
+      continue;
+    }
+    for (const dom::Attr attribute : element.getAttributes())
+      if (IsIgnored(element, attribute)) Report(LossReason::kIgnoredAttribute, attribute.getName());
+  }
+  element_ = {};
+}
+
+void TLossReporter::BeginWriting() {
+  SetAction({});
+  written_ = file_sections_;
+  outer_section_ = kNoCode;
+  found_ = nullptr;
+}
+
+void TLossReporter::BeginWriting(std::string_view action, std::uint32_t record_offset) {
+  BeginWriting();
+  SetAction(action);
+  const auto record = std::ranges::lower_bound(records_, record_offset, {}, &TRecord::offset);
+  const bool is_found = record != records_.end() && record->offset == record_offset;
+  written_ =
+      std::span(sections_).subspan(is_found ? record->first : 0, is_found ? record->count : 0);
+}
+
+void TLossReporter::ReportCharacters(std::string_view text, const TProperty& row) {
+  if (text.empty()) return;
+  const bool is_attribute = row.form == XmlForm::kAttribute || row.form == XmlForm::kAttributeIfSet;
+  const TTextControls controls = FindControls(text);
+  const std::string_view name = row.name.empty() ? row.detail : row.name;
+  if (controls.has_dropped) ReportIn(row.code, LossReason::kDroppedCharacters, name);
+  if (controls.has_cr && !is_attribute) ReportIn(row.code, LossReason::kChangedLineEnds, name);
+}
+
+void TLossReporter::ReportValue(const TProperty& row) {
+  ReportIn(row.code, LossReason::kUnknownValue, row.name);
+}
+
+void TLossReporter::ReportIn(FourCharCode section, LossReason reason, std::string_view detail) {
+  if (section == kNoCode) section = outer_section_;
   TLoss loss{};
-  loss.section = section;
+  if (const TSection* const found = FindSection(section); found != nullptr) {
+    loss.section = section;
+    loss.has_range = true;
+    loss.offset = found->offset;
+    loss.length = found->length;
+  }
   Send(reason, detail, std::move(loss));
+}
+
+const TLossReporter::TSection* TLossReporter::FindSection(FourCharCode code) {
+  if (found_ != nullptr && found_->code == code) return found_;
+  const auto last = std::ranges::find(written_.rbegin(), written_.rend(), code, &TSection::code);
+  found_ = last == written_.rend() ? nullptr : &*last;
+  return found_;
+}
+
+void TLossReporter::ReportPending() {
+  for (const TLoss& loss : pending_) observer_.OnLoss(loss);
+  pending_.clear();
+}
+
+void TLossReporter::Report(LossReason reason, std::string_view detail) {
+  Send(reason, detail, TLoss{});
 }
 
 void TLossReporter::Report(LossReason reason, const TLegacySection& section,
                            std::string_view detail) {
-  if (reason == LossReason::kUnknownSection && account_ != nullptr)
-    account_->SetUse(ByteUse::kUnknown);
+  if (TByteAccount* const account = GetAccount();
+      account != nullptr && reason == LossReason::kUnknownSection)
+    account->SetUse(ByteUse::kUnknown);
   TLoss loss{};
   loss.section = section.code;
   loss.has_range = true;
@@ -160,25 +332,28 @@ void TLossReporter::Report(LossReason reason, const TLegacySection& section,
   Send(reason, detail, std::move(loss));
 }
 
-void TLossReporter::ReportCharacters(std::string_view text, const TProperty& row,
-                                     std::string_view action) {
-  const std::string_view name = row.detail.empty() || row.code == kNoCode ? row.name : row.detail;
-  if (action_ != action) SetAction(action);
-  if (std::any_of(text.begin(), text.end(), IsDroppedCharacter))
-    Report(LossReason::kDroppedCharacters, name, row.code);
-  const bool is_attribute = row.form == XmlForm::kAttribute || row.form == XmlForm::kAttributeIfSet;
-  if (!is_attribute && text.find('\r') != std::string_view::npos)
-    Report(LossReason::kChangedLineEnds, name, row.code);
-}
-
-void TLossReporter::ReportValue(const TProperty& row, std::string_view action) {
-  if (action_ != action) SetAction(action);
-  Report(LossReason::kUnknownValue, row.name, row.code);
-}
-
-void TLossReporter::ReportPending() {
-  for (const TLoss& loss : pending_) observer_->OnLoss(loss);
-  pending_.clear();
+void TLossReporter::Locate(std::string_view name, TLoss& loss) {
+  const auto offset = static_cast<std::size_t>(name.data() - document_.data());
+  if (name.data() < document_.data() || offset >= document_.size()) return;
+  const auto advance = [&](TTextPlace place, std::size_t to) {
+    for (; place.offset < to; ++place.offset) {
+      const auto byte = static_cast<unsigned char>(document_[place.offset]);
+      const bool is_before_lf = document_.substr(place.offset).starts_with("\r\n");
+      if (byte == '\n' || (byte == '\r' && !is_before_lf)) {
+        ++place.line;
+        place.column = 1;
+      } else if (!is_utf8_ || (byte & 0xC0) != 0x80) {
+        ++place.column;
+      }
+    }
+    return place;
+  };
+  if (places_.empty()) places_.emplace_back();
+  while (places_.back().offset + kPlaceDistance <= offset)
+    places_.push_back(advance(places_.back(), places_.back().offset + kPlaceDistance));
+  const TTextPlace place = advance(places_[offset / kPlaceDistance], offset);
+  loss.line = place.line;
+  loss.column = place.column;
 }
 
 void TLossReporter::Send(LossReason reason, std::string_view detail, TLoss loss) {
@@ -189,10 +364,11 @@ void TLossReporter::Send(LossReason reason, std::string_view detail, TLoss loss)
   if (const std::size_t mark = loss.text.find('%'); mark != std::string::npos)
     loss.text.replace(mark, 1, detail);
   loss.action = action_;
+  if (!document_.empty() && element_) Locate(element_.getTagName(), loss);
   if (reason == LossReason::kDroppedSection)
     pending_.push_back(std::move(loss));
   else
-    observer_->OnLoss(loss);
+    observer_.OnLoss(loss);
 }
 
 }  // namespace zaf

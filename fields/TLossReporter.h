@@ -1,21 +1,22 @@
 #pragma once
 
 #include <cstdint>
-#include <map>
+#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
+#include "dom/dom.h"
 #include "fields/TByteAccount.h"
 #include "fields/TLossObserver.h"
+#include "fields/TRecordHeader.h"
 #include "foundation/FourCharCode.h"
 #include "foundation/TByteReader.h"
 
 namespace zaf {
 
 struct TLegacySection;
-struct TProperty;
 
 /// What happened, in the order of the table of sentences in TLossReporter.cpp.
 enum class LossReason : std::uint8_t {
@@ -23,6 +24,7 @@ enum class LossReason : std::uint8_t {
   kDroppedSection,
   kRepeatedSection,
   kIncompleteMap,
+  kTooNew,
   kShortList,
   kUnreadBytes,
   kUnreferencedBytes,
@@ -37,36 +39,34 @@ enum class LossReason : std::uint8_t {
   kDroppedCharacters,
   kReplacedCharacters,
   kChangedLineEnds,
-  kUnusedElement,
+  kIgnoredElement,
+  kIgnoredAttribute,
+  kIgnoredText,
 };
 
-/// Reports the losses of one file to an observer, each with the action that is being read or
-/// written. Readers, codecs and writers have a pointer to it, null when nobody observes.
+/// Reports the losses of one file to an observer, each with its place: the action that is being
+/// read or written, and its section or, in a document, the line and column. Readers, codecs and
+/// writers have a pointer to it, null when nobody observes. The methods may throw std::bad_alloc.
 ///
 /// A section without XML form is a loss only of an XML document, so those losses are kept until
 /// ReportPending.
 class TLossReporter {
  public:
-  void SetObserver(TLossObserver* observer) { observer_ = observer; }
-  /// This object, or null without an observer.
-  [[nodiscard]] TLossReporter* IfObserved() { return observer_ == nullptr ? nullptr : this; }
+  /// The observer outlives the reporter.
+  explicit TLossReporter(TLossObserver& observer) : observer_(observer) {}
 
-  /// Names the account of a legacy file's bytes, for a file that is observed; null: there is none.
-  void SetAccount(TByteAccount* account) { account_ = account; }
-  [[nodiscard]] TByteAccount* GetAccount() const { return account_; }
+  // A legacy file is read.
 
-  /// Begins the reading of a legacy file with these bytes, which stay as they are meanwhile.
-  void BeginFile(ByteView image);
-  /// Sets the action that what follows concerns; an empty name: the file itself.
-  void SetAction(std::string_view name);
-  /// Ends an action of a legacy file: what follows concerns the file itself.
+  /// Begins a file with these bytes, which stay as they are until EndFile, and its own record.
+  void BeginFile(ByteView image, const TRecordHeader& header);
+  /// Begins the record of an action.
+  void BeginAction(const TRecordHeader& header);
+  /// Goes on with the file's own record.
   void EndAction();
-  /// Begins a section of the file or of the action.
-  void BeginSection(FourCharCode code, std::uint64_t offset, std::uint64_t length);
-  /// Records bytes of the legacy file as read.
-  void Cover(std::uint64_t offset, std::uint64_t length);
-  /// Reports the bytes that were not covered and are not all NUL.
-  void ReportUnreferenced();
+  /// Records a section of the current record, which is about to be read.
+  void NoteSection(FourCharCode code, std::uint32_t offset, std::uint32_t length);
+  /// Ends the file. Reports the bytes that nothing covers and that are not all NUL.
+  void EndFile();
 
   /// Notes a section that is about to be read into the field of `row`. Reports it when the row has
   /// no XML form, and reports the section that it replaces.
@@ -77,35 +77,93 @@ class TLossReporter {
   /// NUL.
   void ReportUnread(const TLegacySection& section, std::uint64_t used);
 
-  /// Reports a loss. `detail` replaces the `%` of the sentence.
-  void Report(LossReason reason, std::string_view detail = {}, FourCharCode section = kNoCode);
-  void Report(LossReason reason, const TLegacySection& section, std::string_view detail = {});
+  // A document is read.
 
-  /// Reports control characters and line ends of a text that is written to XML. `name` is the
-  /// element or attribute.
-  void ReportCharacters(std::string_view text, const TProperty& row, std::string_view action);
+  /// Begins the reading of a document with these bytes, which stay as they are meanwhile.
+  void BeginDocument(std::string_view text);
+  /// Sets the element that what follows concerns.
+  void SetElement(dom::Element element) { element_ = element; }
+  /// Reports the attributes, elements and texts below `root` that were not read.
+  void ReportIgnored(dom::Element root);
 
-  /// Reports a number that is written to XML as another one or not at all.
-  void ReportValue(const TProperty& row, std::string_view action);
+  // An application is written as XML.
 
+  /// Begins the application itself, then each action; `record_offset` is that of its record in the
+  /// legacy file.
+  void BeginWriting();
+  void BeginWriting(std::string_view action, std::uint32_t record_offset);
+  /// Sets the section of rows that have none, those of the records of a list.
+  void SetSection(FourCharCode section) { outer_section_ = section; }
+  /// Reports control characters and line ends of a text.
+  void ReportCharacters(std::string_view text, const TProperty& row);
+  /// Reports a number that is written as another one or not at all.
+  void ReportValue(const TProperty& row);
   /// Reports what is lost because the application is written as XML.
   void ReportPending();
 
+  // In general.
+
+  [[nodiscard]] TByteAccount* GetAccount() const { return observer_.GetAccount(); }
+
+  /// Sets the action that what follows concerns.
+  void SetAction(std::string_view name) { action_ = name; }
+  /// Reports a loss. `detail` replaces the `%` of the sentence.
+  void Report(LossReason reason, std::string_view detail = {});
+  void Report(LossReason reason, const TLegacySection& section, std::string_view detail = {});
+
  private:
   using TRange = std::pair<std::uint64_t, std::uint64_t>;  ///< Offset and end.
+  struct TSection {
+    FourCharCode code;
+    std::uint32_t offset;
+    std::uint32_t length;
+  };
+  /// The sections of an action's record.
+  struct TRecord {
+    std::uint32_t offset;  ///< Of its header.
+    std::size_t first;     ///< In `sections_`.
+    std::size_t count;
+  };
+  /// A place in a document, from which places after it are found.
+  struct TTextPlace {
+    std::size_t offset = 0;
+    std::uint32_t line = 1;
+    std::uint32_t column = 1;
+  };
 
   void Send(LossReason reason, std::string_view detail, TLoss loss);
+  void ReportIn(FourCharCode section, LossReason reason, std::string_view detail);
   [[nodiscard]] ByteView BytesOf(std::uint64_t offset, std::uint64_t length) const;
+  void Cover(const TAccess& access);
+  void BeginRecord(const TRecordHeader& header);
+  /// The last section of this code in the record that is being written; null if there is none.
+  const TSection* FindSection(FourCharCode code);
+  /// Sets the line and column of what has this name in the document's bytes.
+  void Locate(std::string_view name, TLoss& loss);
 
-  TLossObserver* observer_ = nullptr;
-  TByteAccount* account_ = nullptr;
+  TLossObserver& observer_;
   std::string action_;
-  ByteView image_;
-  std::vector<TRange> covered_;
-  /// The last section of each code: of the file and of the current action.
-  std::map<FourCharCode, TRange> seen_[2];
-  std::vector<TLoss> pending_;
   std::uint32_t count_ = 0;
+
+  ByteView image_;
+  bool is_in_action_ = false;
+  std::vector<TRange> covered_;
+  std::vector<TSection> file_sections_;  ///< Of the file's own record.
+  std::vector<TSection> sections_;       ///< Of all actions.
+  std::vector<TRecord> records_;
+  /// The last section of each code that was read into a field: of the file and of an action.
+  std::vector<TSection> file_fields_;
+  std::vector<TSection> fields_;
+  std::vector<TLoss> pending_;
+
+  std::span<const TSection> written_;  ///< The sections of the record that is being written.
+  FourCharCode outer_section_ = kNoCode;
+  const TSection* found_ = nullptr;  ///< The section that was looked for last.
+
+  std::string_view document_;
+  dom::Element element_;
+  bool is_utf8_ = false;
+  std::vector<TTextPlace> places_;  ///< Of the document, at equal distances.
 };
 
 }  // namespace zaf

@@ -8,10 +8,10 @@
 namespace zaf {
 namespace {
 
-bool HasXml(const TProperty& row) { return row.codec != nullptr && row.form > XmlForm::kByHand; }
+bool HasXml(const TProperty& row) { return row.form > XmlForm::kBase; }
 
-[[gnu::cold]] void WriteObserved(std::span<const TProperty> rows, const void* object,
-                                 const TXmlWriteScope& scope) {
+void WriteObserved(std::span<const TProperty> rows, const void* object,
+                   const TXmlWriteScope& scope) {
   for (const TProperty& row : rows) {
     if (!HasXml(row)) continue;
     row.codec->ReportWriting(row, row.locate(object), scope);
@@ -19,10 +19,10 @@ bool HasXml(const TProperty& row) { return row.codec != nullptr && row.form > Xm
   }
 }
 
-[[gnu::cold]] Status ReadObserved(std::span<const TProperty> rows, void* object,
-                                  const TXmlReadScope& scope) {
+Status ReadObserved(std::span<const TProperty> rows, void* object, const TXmlReadScope& scope) {
   for (const TProperty& row : rows) {
     if (!HasXml(row)) continue;
+    scope.context.losses->SetElement(scope.element);
     const Status status = row.codec->ReadXml(row, row.locate(object), scope);
     if (status != Status::kOk) return status;
     row.codec->ReportReading(row, row.locate(object), scope);
@@ -144,14 +144,16 @@ Status WriteLegacyRow(std::span<const TProperty> rows, const void* object, FourC
 
 void WriteXmlRows(std::span<const TProperty> rows, const void* object,
                   const TXmlWriteScope& scope) {
-  if (scope.context.losses != nullptr) return WriteObserved(rows, object, scope);
+  if (scope.context.losses != nullptr) [[unlikely]]
+    return WriteObserved(rows, object, scope);
   for (const TProperty& row : rows) {
     if (HasXml(row)) row.codec->WriteXml(row, row.locate(object), scope);
   }
 }
 
 Status ReadXmlRows(std::span<const TProperty> rows, void* object, const TXmlReadScope& scope) {
-  if (scope.context.losses != nullptr) return ReadObserved(rows, object, scope);
+  if (scope.context.losses != nullptr) [[unlikely]]
+    return ReadObserved(rows, object, scope);
   for (const TProperty& row : rows) {
     if (!HasXml(row)) continue;
     const Status status = row.codec->ReadXml(row, row.locate(object), scope);

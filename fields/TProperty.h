@@ -22,12 +22,12 @@ class TFieldCodec;
 enum class XmlForm : std::uint8_t {
   kNone,            ///< None: the field is carried from legacy file to legacy file.
   kByHand,          ///< The object writes and reads the field itself.
+  kBase,            ///< No field: marks the place where the base class writes its part.
   kChild,           ///< A child element, always.
   kChildIfSet,      ///< A child element, if the field is set.
   kAttribute,       ///< An attribute, always.
   kAttributeIfSet,  ///< An attribute, if the field is set.
   kItems,           ///< The items of a list, as children of the object's own element.
-  kBase,            ///< No field: marks the place where the base class writes its part.
 };
 
 /// Finds a field in its object. The pointer's constness passes from the object to the field.
@@ -130,12 +130,13 @@ class TCodeIndex {
 
     /// Reads a section of this code into the field of `object`. The row must not be null.
     Status Read(void* object, const TLegacySection& section) const {
-      if (section.losses != nullptr) return ReadObserved(path.Follow(object), section);
+      if (section.losses != nullptr) [[unlikely]]
+        return ReadObserved(path.Follow(object), section);
       return row->codec->ReadLegacy(*row, path.Follow(object), section);
     }
 
    private:
-    [[gnu::cold]] Status ReadObserved(void* field, const TLegacySection& section) const;
+    Status ReadObserved(void* field, const TLegacySection& section) const;
   };
 
   TCodeIndex() { Resize(32); }

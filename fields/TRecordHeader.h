@@ -23,6 +23,7 @@ inline constexpr std::size_t kRecordNameWidth = 32;
 /// The header of a legacy record: of the file, at offset 0, or of an action. Numbers are in the
 /// host's byte order.
 struct TRecordHeader {
+  std::uint32_t offset = 0;  ///< Of the header itself, from the start of the file, in bytes.
   std::uint32_t format = 0;
   FourCharCode type = kNoCode;
   std::uint32_t map_offset = 0;  ///< Of the section map, from the start of the file, in bytes.

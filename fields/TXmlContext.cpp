@@ -14,7 +14,10 @@ TOutputIndex::TOutputIndex(dom::Element outputs) {
   for (dom::Element output = outputs.getFirstChildElement("Output"); output;
        output = output.getNextSiblingElement("Output")) {
     const auto [place, is_new] = entries_.try_emplace(output.getAttribute("ID"));
-    if (is_new) place->second.text = output.getTextContent();
+    if (is_new)
+      place->second = {output, output.getTextContent()};
+    else
+      output.SetRead(false);
   }
 }
 
@@ -25,9 +28,9 @@ const std::string_view* TOutputIndex::Find(std::string_view id) const {
   return &found->second.text;
 }
 
-void TOutputIndex::ReportUnused(TLossReporter& losses) const {
+void TOutputIndex::MarkUnused() const {
   for (const auto& [id, entry] : entries_)
-    if (!entry.was_asked_for) losses.Report(LossReason::kUnusedElement, id);
+    if (!entry.was_asked_for) entry.element.SetRead(false);
 }
 
 TReferenceBudget::TReferenceBudget(std::size_t document_size)

@@ -31,11 +31,12 @@ class TOutputIndex {
 
   /// The text of the output with this ID; null if there is none.
   [[nodiscard]] const std::string_view* Find(std::string_view id) const;
-  /// Reports the outputs that were not asked for.
-  void ReportUnused(TLossReporter& losses) const;
+  /// Marks the elements unread that were not asked for: for those who look for them.
+  void MarkUnused() const;
 
  private:
   struct TEntry {
+    dom::Element element;
     std::string_view text;
     mutable bool was_asked_for = false;
   };

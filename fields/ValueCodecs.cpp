@@ -81,7 +81,7 @@ std::uint64_t TValueCodec::GetUsed(const void*, const TLegacySection&) const {
 void TValueCodec::ReportWriting(const TProperty& row, const void* field,
                                 const TXmlWriteScope& scope) const {
   TScratch scratch;
-  scope.context.losses->ReportCharacters(Spell(field, scratch), row, scope.action_name);
+  scope.context.losses->ReportCharacters(Spell(field, scratch), row);
 }
 
 void TValueCodec::ReportReading(const TProperty& row, const void* field,
@@ -94,8 +94,10 @@ void TValueCodec::ReportReading(const TProperty& row, const void* field,
   const std::string_view spelled = Spell(field, scratch);
   if (text.empty() || EqualsIgnoringCase(text, spelled) || IsNumber(text, spelled)) return;
   const bool is_cut = text.starts_with(spelled) && !IsNumber(spelled, spelled);
-  scope.context.losses->Report(
-      is_cut && !spelled.empty() ? LossReason::kCutText : LossReason::kUnknownWord, row.name);
+  TLossReporter& losses = *scope.context.losses;
+  if (!is_attribute) losses.SetElement(scope.element.getFirstChildElement(row.name));
+  losses.Report(is_cut && !spelled.empty() ? LossReason::kCutText : LossReason::kUnknownWord,
+                row.name);
 }
 
 Status TTextCodecBase::ReadLegacy(const TProperty&, void* field,
@@ -251,8 +253,7 @@ void TKeywordCodec::ReportWriting(const TProperty& row, const void* field,
       row.form == XmlForm::kChildIfSet || row.form == XmlForm::kAttributeIfSet;
   if (keeps_number && !is_conditional) return;
   const std::int32_t value = LoadNumber32(field);
-  if (value != 0 && vocabulary_.KeywordOf(value).empty())
-    scope.context.losses->ReportValue(row, scope.action_name);
+  if (value != 0 && vocabulary_.KeywordOf(value).empty()) scope.context.losses->ReportValue(row);
 }
 
 bool TKeywordCodec::IsEqual(const void* field, const void* other) const {

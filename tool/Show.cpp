@@ -242,8 +242,7 @@ class TLoad {
     result.outcome = FileOutcome::kInputNotRead;
     result.bytes_in = data.GetSize();
     TZanfoFile file;
-    file.SetObserver(&losses_);
-    file.SetAccount(&account_);
+    file.SetObserver(&observer_);
     file.SetKind(KindOfName(shown_.record.input.path));
     result.status = file.Load(data, nullptr);
     result.form = file.GetForm();
@@ -329,18 +328,22 @@ class TLoad {
     }
   }
 
-  class TLosses final : public TLossObserver {
+  class TObserver final : public TLossObserver {
    public:
-    explicit TLosses(std::vector<TLoss>& losses) : losses_(losses) {}
+    TObserver(std::vector<TLoss>& losses, TByteAccount& account)
+        : losses_(losses), account_(account) {}
     void OnLoss(const TLoss& loss) override { losses_.push_back(loss); }
+    void OnAccess(const TAccess& access) override { account_.OnAccess(access); }
+    TByteAccount* GetAccount() override { return &account_; }
 
    private:
     std::vector<TLoss>& losses_;
+    TByteAccount& account_;
   };
 
   TShownFile& shown_;
-  TLosses losses_{shown_.record.losses};
   TByteAccount account_;
+  TObserver observer_{shown_.record.losses, account_};
 };
 
 }  // namespace

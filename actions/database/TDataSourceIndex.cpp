@@ -5,7 +5,8 @@ namespace zaf {
 TDataSourceIndex::TDataSourceIndex(dom::Element data_sources) {
   for (dom::Element element = data_sources.getFirstChildElement("DataSource"); element;
        element = element.getNextSiblingElement("DataSource")) {
-    entries_.try_emplace(element.getAttribute("ID"), TEntry{element});
+    if (!entries_.try_emplace(element.getAttribute("ID"), TEntry{element}).second)
+      element.SetRead(false);
   }
 }
 
@@ -31,10 +32,9 @@ void TDataSourceIndex::ReadLogin(const TXmlReadContext& context, std::string_vie
   }
 }
 
-void TDataSourceIndex::ReportUnused(TLossReporter& losses) const {
+void TDataSourceIndex::MarkUnused() const {
   for (const auto& [id, entry] : entries_)
-    if (!entry.was_asked_for && !entry.element.getFirstChildElement("DataSourceInfo"))
-      losses.Report(LossReason::kUnusedElement, id);
+    if (!entry.was_asked_for) entry.element.SetRead(false);
 }
 
 std::string_view TDataSourceIndex::Decipher(std::string_view text) {

@@ -26,8 +26,8 @@ class TDataSourceIndex {
   void ReadLogin(const TXmlReadContext& context, std::string_view id, CText& user_name,
                  CText& password);
 
-  /// Reports the elements that were not asked for and are not an application's default.
-  void ReportUnused(TLossReporter& losses) const;
+  /// Marks the elements unread that were not asked for: for those who look for them.
+  void MarkUnused() const;
   /// The clear form of an enciphered text of the document, as CCipherText has it. Valid as long as
   /// the index.
   [[nodiscard]] std::string_view Decipher(std::string_view text);

@@ -142,6 +142,7 @@ class TAssignItemsCodec final : public TFieldCodec {
          element = element.getNextSiblingElement()) {
       const bool is_cookie = element.getTagName() == kCookieElement;
       if (!is_cookie && element.getTagName() != kVariableElement) continue;
+      element.SetRead(true);
       auto item = heap::MakeUnique<TAssignItem>();
       if (item == nullptr) return Status::kFailure;
       const Status status = ReadXmlRows(
