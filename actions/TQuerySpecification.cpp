@@ -160,6 +160,7 @@ Status TQuerySpecification::ReadAssignments(const TLegacySection& section,
   ByteView records;
   if (const Status status = section.View(records); status != Status::kOk) return status;
   const bool is_long = value_width == kLongAssignmentValueWidth;
+  if (TByteAccount* const account = section.GetAccount()) account->SetUse(ByteUse::kDropped);
   if (!is_long && has_long_assignments_) return Status::kOk;
   if (is_long && !has_long_assignments_) assignments_.DeleteAll();
   has_long_assignments_ = is_long;

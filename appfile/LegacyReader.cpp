@@ -32,6 +32,10 @@ Status ReadAction(TDataFile& file, std::uint32_t offset, const TQuerySpecificati
   if (status == Status::kOk) {
     application.total_record_size += action->GetRecordSize();
     status = application.actions.Place(std::move(action));
+    if (TByteAccount* const account = losses == nullptr ? nullptr : losses->GetAccount();
+        account != nullptr && status == Status::kOk &&
+        application.actions.GetRoot()->action.get() == &read)
+      account->DropRecord();
     if (status != Status::kOk)
       place.reason = "The parent that the action names is none of the actions that lead to it";
   }

@@ -18,7 +18,7 @@ enum class DocumentKind : std::uint8_t { kApplication, kClassFile };
 /// actions.
 struct TApplication {
   DocumentKind kind = DocumentKind::kApplication;
-  std::uint32_t format_version = 0;  ///< Format number of the legacy file; 0 for an XML file.
+  std::uint32_t format_version = 0;  ///< Format number of the file; 0: it has none.
   bool is_run_only = false;          ///< Stored so that it can be run but not read; saved so, too.
   bool is_legacy = false;            ///< Loaded from a legacy file.
   std::uint32_t total_record_size = 0;  ///< Of the loaded actions, in bytes.

@@ -1,5 +1,6 @@
 #include "appfile/XmlDocumentReader.h"
 
+#include <charconv>
 #include <utility>
 #include <vector>
 
@@ -79,6 +80,9 @@ Status ReadXmlDocument(std::span<std::byte> text, const TQuerySpecificationServe
     place.reason = "The root element is neither ZAF nor ZCF";
     return Status::kMalformed;
   }
+  if (const std::string_view version = root.getAttribute("Version"); version.starts_with("0x"))
+    std::from_chars(version.data() + 2, version.data() + version.size(), application.format_version,
+                    16);
   if (root_name == "ZCF") application.kind = DocumentKind::kClassFile;
   const dom::Element data_sources = root.getFirstChildElement("DataSources");
   TDataSourceIndex data_source_index(data_sources);

@@ -26,6 +26,12 @@ bool TChoiceCodec::IsEqual(const void* field, const void* other) const {
   return &choice == &ChoiceOf(other) && AreRowsEqual(choice.rows, field, other);
 }
 
+void TChoiceCodec::NoteUse(const TProperty&, const void* field, const TRecordUse& use) const {
+  const TChoice& choice = ChoiceOf(field);
+  use.Add(field, sizeof choice.kind);
+  NoteRowsUse(choice.rows, field, use);
+}
+
 dom::Element TChoiceCodec::FindKindElement(dom::Element record_element) const {
   dom::Element kind = record_element.getFirstChildElement();
   while (kind && FindChoice(kind.getTagName()) == nullptr) kind = kind.getNextSiblingElement();

@@ -1,5 +1,6 @@
 #include "fields/ListCodecs.h"
 
+#include <algorithm>
 #include <cstring>
 #include <limits>
 #include <string>
@@ -106,7 +107,9 @@ Status TRecordListCodecBase::AppendSlices(const TLegacySection& section, ByteVie
   const std::size_t slice_size = records.size() / count;
   if (slice_size == type_.size && list.IsEmpty()) {
     if (section.losses != nullptr) ReportSlices(section, slice_size, count, Conversion::kWhole);
-    return TakeRecords(section, records, count, list);
+    const Status status = TakeRecords(section, records, count, list);
+    if (status == Status::kOk) NoteUses(section, slice_size, list, 0);
+    return status;
   }
   const bool is_current = slicing_ == Slicing::kOverlap || slice_size == type_.size;
   const std::uint32_t first = list.GetCount();
@@ -123,7 +126,23 @@ Status TRecordListCodecBase::AppendSlices(const TLegacySection& section, ByteVie
   }
   FixRecords(section, list, first);
   if (section.losses != nullptr) ReportSlices(section, slice_size, count, conversion);
+  if (status == Status::kOk && is_current) NoteUses(section, slice_size, list, first);
   return status;
+}
+
+void TRecordListCodecBase::NoteUses(const TLegacySection& section, std::size_t slice_size,
+                                    const CDynamicArray& list, std::uint32_t first) const {
+  TByteAccount* const account = section.GetAccount();
+  if (account == nullptr) return;
+  std::uint64_t offset = std::uint64_t{section.offset} + sizeof(std::uint32_t);
+  const std::uint64_t end = std::uint64_t{section.offset} + section.length;
+  // Where records overlap, what is of use in one of them is.
+  account->SetUse(offset, end - offset, ByteUse::kDropped);
+  for (std::uint32_t i = first; i < list.GetCount(); ++i, offset += slice_size) {
+    const auto size = static_cast<std::size_t>(std::min<std::uint64_t>(type_.size, end - offset));
+    NoteRowsUse(type_.properties(), list.ElementAt(i),
+                TRecordUse(*account, list.ElementAt(i), offset, size));
+  }
 }
 
 void TRecordListCodecBase::ReportSlices(const TLegacySection& section, std::size_t slice_size,

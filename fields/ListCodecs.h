@@ -26,6 +26,7 @@ class TTextListCodec final : public TFieldCodec {
   Status ReadXml(const TProperty& row, void* field, const TXmlReadScope& scope) const override;
   bool IsEqual(const void* field, const void* other) const override;
   bool AppendsSections() const override { return true; }
+  SectionForm GetSectionForm() const override { return SectionForm::kTexts; }
   void ReportWriting(const TProperty& row, const void* field,
                      const TXmlWriteScope& scope) const override;
 };
@@ -73,6 +74,7 @@ class TRecordListCodecBase : public TFieldCodec {
   Status ReadXml(const TProperty& row, void* field, const TXmlReadScope& scope) const override;
   bool IsEqual(const void* field, const void* other) const override;
   bool AppendsSections() const override { return true; }
+  SectionForm GetSectionForm() const override { return SectionForm::kRecords; }
   void ReportWriting(const TProperty& row, const void* field,
                      const TXmlWriteScope& scope) const override;
 
@@ -90,6 +92,9 @@ class TRecordListCodecBase : public TFieldCodec {
                      CDynamicArray& list) const;
   /// Has the action finish the records from index `first` on.
   void FixRecords(const TLegacySection& section, CDynamicArray& list, std::uint32_t first) const;
+  /// Reports which bytes of the records from index `first` on, `slice_size` apart, can decide XML.
+  void NoteUses(const TLegacySection& section, std::size_t slice_size, const CDynamicArray& list,
+                std::uint32_t first) const;
   /// Appends the record that is made of a slice of another size; none if it has no upgrade. Gives
   /// what became of it unless it is whole.
   Status AppendSlice(const TLegacySection& section, ByteView slice, CDynamicArray& list,

@@ -72,6 +72,11 @@ struct TLegacySection {
     if (losses != nullptr) [[unlikely]]
       losses->ReportUnread(*this, used);
   }
+
+  /// The account of the file's bytes that an observer keeps; null: there is none.
+  [[nodiscard]] TByteAccount* GetAccount() const {
+    return losses == nullptr ? nullptr : losses->GetAccount();
+  }
 };
 
 }  // namespace zaf

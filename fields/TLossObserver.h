@@ -8,6 +8,7 @@
 
 namespace zaf {
 
+class TByteAccount;
 struct TProperty;
 
 /// How an output differs from its input.
@@ -45,7 +46,8 @@ struct TLoss {
 enum class AccessKind : std::uint8_t {
   kHeader,   ///< The record header of the file or of an action.
   kMap,      ///< Its section map.
-  kSection,  ///< A section that the map names; or more bytes than it names, which are read anyway.
+  kSection,  ///< A section that the map names, also that of a header.
+  kBeyond,   ///< Bytes after a section that are read as if they were part of it.
   kField,    ///< The same section, which a row reads. Others are read by hand, or skipped.
 };
 
@@ -58,6 +60,7 @@ struct TAccess {
   FourCharCode section = kNoCode;  ///< Code of the section.
   const TProperty* row = nullptr;  ///< The row of a kField, a constant.
   std::string_view action = {};    ///< Name of the action; empty: the application itself.
+  bool is_in_action = false;       ///< Whether the range is of the record of an action.
 };
 
 /// Receives each loss of a conversion as it occurs and, while a legacy file is read, each range of
@@ -68,6 +71,8 @@ class TLossObserver {
  public:
   virtual void OnLoss(const TLoss& loss) = 0;
   virtual void OnAccess(const TAccess&) {}
+  /// The account of the file's bytes that is to be told more than accesses; null: there is none.
+  virtual TByteAccount* GetAccount() { return nullptr; }
 
  protected:
   ~TLossObserver() = default;

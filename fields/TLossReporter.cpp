@@ -161,6 +161,7 @@ ByteView TLossReporter::BytesOf(std::uint64_t offset, std::uint64_t length) cons
 void TLossReporter::Cover(const TAccess& access) {
   TAccess own = access;
   own.action = action_;
+  own.is_in_action = is_in_action_;
   observer_.OnAccess(own);
   // What is written consecutively becomes one range.
   const std::uint64_t end = access.offset + access.length;
@@ -215,13 +216,17 @@ void TLossReporter::NoteField(const TProperty& row, const TLegacySection& sectio
 }
 
 void TLossReporter::ReportDropped(const TLegacySection& section) {
+  if (TByteAccount* const account = GetAccount()) account->SetUse(ByteUse::kDropped);
   if (!IsAllNul(BytesOf(section.offset, section.length)))
     Report(LossReason::kDroppedSection, section);
 }
 
 void TLossReporter::ReportUnread(const TLegacySection& section, std::uint64_t used) {
-  if (used > section.length) Cover({AccessKind::kSection, section.offset, used, section.code});
+  const std::uint64_t end = std::uint64_t{section.offset} + section.length;
+  if (used > section.length) Cover({AccessKind::kBeyond, end, used - section.length, section.code});
   if (used >= section.length) return;
+  if (TByteAccount* const account = GetAccount())
+    account->SetUse(section.offset + used, section.length - used, ByteUse::kDropped);
   const ByteView rest = BytesOf(section.offset + used, section.length - used);
   if (!IsAllNul(rest))
     Report(LossReason::kUnreadBytes, section, std::to_string(section.length - used));
@@ -316,6 +321,9 @@ void TLossReporter::Report(LossReason reason, std::string_view detail) {
 
 void TLossReporter::Report(LossReason reason, const TLegacySection& section,
                            std::string_view detail) {
+  if (TByteAccount* const account = GetAccount();
+      account != nullptr && reason == LossReason::kUnknownSection)
+    account->SetUse(ByteUse::kUnknown);
   TLoss loss{};
   loss.section = section.code;
   loss.has_range = true;

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "dom/dom.h"
+#include "fields/TByteAccount.h"
 #include "fields/TLossObserver.h"
 #include "fields/TRecordHeader.h"
 #include "foundation/FourCharCode.h"
@@ -101,6 +102,8 @@ class TLossReporter {
   void ReportPending();
 
   // In general.
+
+  [[nodiscard]] TByteAccount* GetAccount() const { return observer_.GetAccount(); }
 
   /// Sets the action that what follows concerns.
   void SetAction(std::string_view name) { action_ = name; }

@@ -56,6 +56,13 @@ bool TFieldCodec::IsNumber32() const { return false; }
 
 bool TFieldCodec::AppendsSections() const { return false; }
 
+void TFieldCodec::NoteUse(const TProperty& row, const void* field, const TRecordUse& use) const {
+  if (Nested().empty())
+    use.Add(field, row.locate.size);
+  else
+    NoteRowsUse(Nested(), field, use);
+}
+
 std::uint64_t TFieldCodec::GetUsed(const void*, const TLegacySection& section) const {
   return section.length;
 }
@@ -63,6 +70,8 @@ std::uint64_t TFieldCodec::GetUsed(const void*, const TLegacySection& section) c
 void TFieldCodec::ReportWriting(const TProperty&, const void*, const TXmlWriteScope&) const {}
 
 void TFieldCodec::ReportReading(const TProperty&, const void*, const TXmlReadScope&) const {}
+
+SectionForm TFieldCodec::GetSectionForm() const { return SectionForm::kBytes; }
 
 std::span<const TProperty> TFieldCodec::Nested() const { return {}; }
 
@@ -151,6 +160,12 @@ Status ReadXmlRows(std::span<const TProperty> rows, void* object, const TXmlRead
     if (status != Status::kOk) return status;
   }
   return Status::kOk;
+}
+
+void NoteRowsUse(std::span<const TProperty> rows, const void* object, const TRecordUse& use) {
+  for (const TProperty& row : rows)
+    if (row.codec != nullptr && row.form != XmlForm::kNone)
+      row.codec->NoteUse(row, row.locate(object), use);
 }
 
 bool AreRowsEqual(std::span<const TProperty> rows, const void* object, const void* other) {

@@ -36,6 +36,7 @@ enum class XmlForm : std::uint8_t {
 struct TLocator {
   void* (*find)(void* object) = nullptr;
   const void* (*find_const)(const void* object) = nullptr;
+  std::size_t size = 0;  ///< Of the field, in bytes.
 
   void* operator()(void* object) const { return find(object); }
   const void* operator()(const void* object) const { return find_const(object); }
@@ -71,11 +72,14 @@ class TFieldCodec {
   [[nodiscard]] virtual std::span<const TProperty> Nested() const;
   /// The rows of the 32-bit numbers in a record's field that has fields of its own.
   [[nodiscard]] virtual std::span<const TProperty> NestedNumbers() const;
+  /// Names the bytes of a field in a record that can decide its XML. By default all.
+  virtual void NoteUse(const TProperty& row, const void* field, const TRecordUse& use) const;
   /// Whether several sections of one code add up; else the last one counts.
   [[nodiscard]] virtual bool AppendsSections() const;
 
   // For an observer of the losses only; the field has just been read, or is about to be written.
 
+  [[nodiscard]] virtual SectionForm GetSectionForm() const;
   /// How many bytes of its section decided the field, which may be more than there are.
   [[nodiscard]] virtual std::uint64_t GetUsed(const void* field,
                                               const TLegacySection& section) const;
@@ -196,6 +200,9 @@ void WriteXmlRows(std::span<const TProperty> rows, const void* object, const TXm
 /// Reads what `WriteXmlRows` wrote, in any order; stops at the first row that fails.
 Status ReadXmlRows(std::span<const TProperty> rows, void* object, const TXmlReadScope& scope);
 
+/// Names the bytes of a record that can decide the XML of its rows.
+void NoteRowsUse(std::span<const TProperty> rows, const void* object, const TRecordUse& use);
+
 [[nodiscard]] bool AreRowsEqual(std::span<const TProperty> rows, const void* object,
                                 const void* other);
 
@@ -252,7 +259,13 @@ template <auto Member>
 constexpr TProperty Row(FourCharCode code, std::string_view name, XmlForm form,
                         const TFieldCodec& codec = DefaultCodec<Member>(),
                         std::string_view detail = {}) {
-  return {code, name, form, &codec, {&LocateMember<Member>, &LocateConstMember<Member>}, detail};
+  return {code,
+          name,
+          form,
+          &codec,
+          {&LocateMember<Member>, &LocateConstMember<Member>,
+           sizeof(typename TMemberTraits<decltype(Member)>::Field)},
+          detail};
 }
 
 /// A child element, always written.

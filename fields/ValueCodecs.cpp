@@ -110,7 +110,8 @@ Status TTextCodecBase::ReadLegacy(const TProperty&, void* field,
 }
 
 std::uint64_t TTextCodecBase::GetUsed(const void* field, const TLegacySection& section) const {
-  return inner_nul_ == InnerNul::kEndsText ? Get<CText>(field).GetCharacterCount() : section.length;
+  if (inner_nul_ == InnerNul::kStays) return section.length;
+  return std::min(section.length, Get<CText>(field).GetCharacterCount() + 1);
 }
 
 Status TTextCodecBase::WriteLegacy(const TProperty& row, const void* field,

@@ -20,7 +20,9 @@ class TValueCodec : public TFieldCodec {
                 const TXmlWriteScope& scope) const override;
   /// A missing attribute or child is read as the empty text.
   Status ReadXml(const TProperty& row, void* field, const TXmlReadScope& scope) const override;
-  /// That of a number, which most values are.
+  // Those of a number, which most values are.
+
+  SectionForm GetSectionForm() const override { return SectionForm::kNumber; }
   std::uint64_t GetUsed(const void* field, const TLegacySection& section) const override;
   void ReportWriting(const TProperty& row, const void* field,
                      const TXmlWriteScope& scope) const override;
@@ -57,6 +59,7 @@ class TTextCodecBase : public TValueCodec {
                     const TLegacySection& section) const override;
   Status WriteLegacy(const TProperty& row, const void* field, TSectionWriter& out) const override;
   bool IsEqual(const void* field, const void* other) const override;
+  SectionForm GetSectionForm() const override { return SectionForm::kText; }
   std::uint64_t GetUsed(const void* field, const TLegacySection& section) const override;
 
  protected:
@@ -184,6 +187,9 @@ class TFixedTextCodec final : public TValueCodec {
  public:
   bool IsEqual(const void* field, const void* other) const override {
     return Text(field).View() == Text(other).View();
+  }
+  void NoteUse(const TProperty&, const void* field, const TRecordUse& use) const override {
+    use.Add(field, std::min(kWidth, Text(field).View().size() + 1));
   }
 
  protected:

@@ -12,6 +12,7 @@ using CommandAction = std::function<int()>;
 
 void AddConvertCommand(CLI::App& program, CommandAction& action);
 void AddCheckCommand(CLI::App& program, CommandAction& action);
+void AddShowCommand(CLI::App& program, CommandAction& action);
 void AddDiffCommand(CLI::App& program, CommandAction& action);
 void AddCompletionCommand(CLI::App& program, CommandAction& action);
 

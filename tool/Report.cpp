@@ -10,6 +10,7 @@
 #include <nlohmann/json.hpp>
 
 #include "foundation/Paths.h"
+#include "tool/Json.h"
 #include "tool/Version.h"
 
 namespace zaf {
@@ -28,10 +29,6 @@ constexpr std::string_view kLossWords[] = {
     "character-dropped",  "character-replaced", "line-end-changed", "node-ignored",
     "not-readable",       "not-restored",
 };
-
-std::string Dump(const ordered_json& value) {
-  return value.dump(-1, ' ', false, ordered_json::error_handler_t::replace);
-}
 
 bool IsUtf8(const std::string& text) {
   try {
@@ -73,10 +70,6 @@ std::string PercentDecoded(std::string_view text) {
   return decoded;
 }
 
-ordered_json OrNull(const std::string& text) {
-  return text.empty() ? ordered_json() : ordered_json(text);
-}
-
 ordered_json OrNull(std::uint32_t number) {
   return number == 0 ? ordered_json() : ordered_json(number);
 }
@@ -94,27 +87,15 @@ ordered_json ErrorOf(const TInputError& error, const TErrorPlace& place) {
           {"text", error.text},
           {"offset", place.offset ? ordered_json(*place.offset) : ordered_json()},
           {"section", SectionOf(place.section)},
-          {"action", OrNull(ToUtf8(place.action))},
+          {"action", TextOrNull(ToUtf8(place.action))},
           {"line", OrNull(place.line)},
           {"column", OrNull(place.column)}};
-}
-
-ordered_json LossOf(const TLoss& loss) {
-  return {{"code", LossWord(loss.code)},
-          {"level", IsLoss(loss.code) ? "loss" : "note"},
-          {"text", ToUtf8(loss.text)},
-          {"action", OrNull(ToUtf8(loss.action))},
-          {"section", SectionOf(loss.section)},
-          {"offset", loss.has_range ? ordered_json(loss.offset) : ordered_json()},
-          {"length", loss.has_range ? ordered_json(loss.length) : ordered_json()},
-          {"line", OrNull(loss.line)},
-          {"column", OrNull(loss.column)}};
 }
 
 /// The bytes of the base of an input: those at the beginning of the input that a report shows so.
 std::string RawBase(const std::string& path, const std::string& reported) {
   for (std::size_t size = path.size(); size > 0; --size)
-    if (std::string base = path.substr(0, size); ordered_json::parse(Dump(base)) == reported)
+    if (std::string base = path.substr(0, size); ordered_json::parse(DumpJson(base)) == reported)
       return base;
   return path;
 }
@@ -149,13 +130,11 @@ void TTotals::Add(const TInputRecord& record) {
 
 std::string ReportLine(const TInputRecord& record) {
   const TFileResult& result = record.result;
-  ordered_json object{{"input", record.input.path}};
-  if (!IsUtf8(record.input.path)) object["input_raw"] = PercentEncoded(record.input.path);
+  ordered_json object = InputJson(record.input.path);
   object["base"] = record.input.base;
-  object["output"] = OrNull(record.output);
+  object["output"] = TextOrNull(record.output);
   object["status"] = kStatusWords[static_cast<std::size_t>(record.status)];
-  object["form"] = result.form ? ordered_json(kFormWords[static_cast<std::size_t>(*result.form)])
-                               : ordered_json();
+  object["form"] = result.form ? ordered_json(FormWord(*result.form)) : ordered_json();
   object["class_file"] = result.is_class_file;
   object["bytes_in"] = result.bytes_in;
   object["bytes_out"] = result.bytes_out;
@@ -163,8 +142,8 @@ std::string ReportLine(const TInputRecord& record) {
   object["seconds"] = InMicroseconds(record.seconds);
   object["error"] = record.error ? ErrorOf(*record.error, result.error_place) : ordered_json();
   ordered_json& losses = object["losses"] = ordered_json::array();
-  for (const TLoss& loss : record.losses) losses.push_back(LossOf(loss));
-  return Dump(object) + "\n";
+  for (const TLoss& loss : record.losses) losses.push_back(LossJson(loss));
+  return DumpJson(object) + "\n";
 }
 
 std::string ReportLine(const TTotals& totals) {
@@ -179,7 +158,7 @@ std::string ReportLine(const TTotals& totals) {
                               {"bytes_out", totals.bytes_out},
                               {"seconds", InMicroseconds(totals.seconds)},
                               {"version", kVersion}}}};
-  return Dump(object) + "\n";
+  return DumpJson(object) + "\n";
 }
 
 std::vector<TFailedInput> ReadFailedInputs(const std::string& report) {
@@ -202,6 +181,34 @@ std::vector<TFailedInput> ReadFailedInputs(const std::string& report) {
 }
 
 std::string_view LossWord(LossCode code) { return kLossWords[static_cast<std::size_t>(code)]; }
+
+std::string_view FormWord(DocumentForm form) { return kFormWords[static_cast<std::size_t>(form)]; }
+
+std::string DumpJson(const ordered_json& value) {
+  return value.dump(-1, ' ', false, ordered_json::error_handler_t::replace);
+}
+
+ordered_json TextOrNull(const std::string& text) {
+  return text.empty() ? ordered_json() : ordered_json(text);
+}
+
+ordered_json InputJson(const std::string& path) {
+  ordered_json object{{"input", path}};
+  if (!IsUtf8(path)) object["input_raw"] = PercentEncoded(path);
+  return object;
+}
+
+ordered_json LossJson(const TLoss& loss) {
+  return {{"code", LossWord(loss.code)},
+          {"level", IsLoss(loss.code) ? "loss" : "note"},
+          {"text", ToUtf8(loss.text)},
+          {"action", TextOrNull(ToUtf8(loss.action))},
+          {"section", SectionOf(loss.section)},
+          {"offset", loss.has_range ? ordered_json(loss.offset) : ordered_json()},
+          {"length", loss.has_range ? ordered_json(loss.length) : ordered_json()},
+          {"line", OrNull(loss.line)},
+          {"column", OrNull(loss.column)}};
+}
 
 std::string ToUtf8(std::string_view latin1) {
   std::string text;

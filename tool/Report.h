@@ -69,6 +69,9 @@ std::vector<TFailedInput> ReadFailedInputs(const std::string& report);
 std::string_view LossWord(LossCode code);
 inline bool IsLoss(LossCode code) { return code != LossCode::kLineEndChanged; }
 
+/// The word of a file's form.
+std::string_view FormWord(DocumentForm form);
+
 /// The bytes of a text of an application, ISO-8859-1, as UTF-8.
 std::string ToUtf8(std::string_view latin1);
 

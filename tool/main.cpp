@@ -43,6 +43,7 @@ int main(int argument_count, zaf::TArgumentCharacter** argument_values) {
     zaf::CommandAction action;
     zaf::AddConvertCommand(program, action);
     zaf::AddCheckCommand(program, action);
+    zaf::AddShowCommand(program, action);
     zaf::AddDiffCommand(program, action);
     zaf::AddCompletionCommand(program, action);
     try {

@@ -60,6 +60,8 @@ Status TListItemsCodec::ReadLegacy(const TProperty& row, void* field,
   const auto read = [&] {
     CDynamicArray records = columns.MakeItemRecords();
     const Status status = records_.ReadLegacy(row, &records, section);
+    // The names before each item decide to which column it belongs.
+    if (TByteAccount* const account = section.GetAccount()) account->SetUse(ByteUse::kCarried);
     columns.AddItems(records);
     return status;
   };

@@ -55,6 +55,11 @@ class TFixedInputCodec final : public TFieldCodec {
            (!one.HasText() || one.text.View() == two.text.View());
   }
   std::span<const TProperty> NestedNumbers() const override { return kFixedInputRows; }
+  void NoteUse(const TProperty& row, const void* field, const TRecordUse& use) const override {
+    const auto& input = *static_cast<const TFixedInput*>(field);
+    use.Add(&input.kind, sizeof input.kind);
+    if (input.HasText()) TCodecOf<TFixedText<128>>::kCodec.NoteUse(row, &input.text, use);
+  }
 };
 
 constexpr TFixedInputCodec kFixedInputCodec{};

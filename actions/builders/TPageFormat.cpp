@@ -25,7 +25,12 @@ Status TPageFormatCodec::ReadLegacy(const TProperty&, void* field,
   if (const Status status = section.View(bytes); status != Status::kOk) return status;
   TPageFormat format;
   if (!bytes.empty()) std::memcpy(&format, bytes.data(), std::min(bytes.size(), sizeof format));
-  section.ReportUnread(sizeof format);
+  section.ReportUnread(std::min(bytes.size(), sizeof format));
+  if (TByteAccount* const account = section.GetAccount()) {
+    account->SetUse(ByteUse::kDropped);
+    NoteRowsUse(TPageFormat::Properties(), &format,
+                TRecordUse(*account, &format, section.offset, bytes.size()));
+  }
   return Set(field, format);
 }
 

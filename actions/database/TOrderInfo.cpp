@@ -21,6 +21,9 @@ class TAscendingCodec final : public TFieldCodec {
     };
     return EqualsIgnoringCase(text(field), text(other));
   }
+  void NoteUse(const TProperty& row, const void* field, const TRecordUse& use) const override {
+    TCodecOf<decltype(TOrderInfo::ascending)>::kCodec.NoteUse(row, field, use);
+  }
 };
 
 constexpr TAscendingCodec kAscendingCodec;
@@ -32,7 +35,7 @@ std::span<const TProperty> TOrderInfo::Properties() {
   static constexpr TProperty kRows[] = {
       Child<&Order::table>(kNoCode, "TableName"),
       Child<&Order::column>(kNoCode, "ColumnName"),
-      Carried<&Order::ascending>(kNoCode, kAscendingCodec),
+      ByHand<&Order::ascending>(kNoCode, kAscendingCodec),
   };
   return kRows;
 }

@@ -1,5 +1,6 @@
 #include "actions/flow/TAssignSpecification.h"
 
+#include <algorithm>
 #include <cstring>
 #include <memory>
 #include <string>
@@ -39,8 +40,12 @@ class TPartReader {
   Status ReadText(TFixedText<kWidth>& text) {
     ByteView bytes;
     const Status status = ReadBytes(kWidth, bytes);
-    if (status == Status::kOk) std::memcpy(text.bytes, bytes.data(), kWidth);
-    return status;
+    if (status != Status::kOk) return status;
+    std::memcpy(text.bytes, bytes.data(), kWidth);
+    const std::size_t used = std::min(kWidth, text.View().size() + 1);
+    if (TByteAccount* const account = section_.GetAccount())
+      account->SetUse(offset_ - kWidth + used, kWidth - used, ByteUse::kDropped);
+    return Status::kOk;
   }
 
  private:
@@ -52,6 +57,8 @@ class TPartReader {
     part.length = count;
     offset_ += count;
     part.ReportUnread(count);
+    if (TByteAccount* const account = part.GetAccount())
+      account->SetUse(part.offset, count, ByteUse::kCarried);
     return part;
   }
 

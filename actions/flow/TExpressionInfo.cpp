@@ -15,6 +15,9 @@ class TOperatorCodec final : public TValueCodec {
   bool IsEqual(const void* field, const void* other) const override {
     return std::memcmp(field, other, kOperatorSize) == 0;
   }
+  void NoteUse(const TProperty& row, const void* field, const TRecordUse& use) const override {
+    TCodecOf<TFixedText<128>>::kCodec.NoteUse(row, field, use);
+  }
 
  protected:
   std::string_view Spell(const void* field, TScratch&) const override { return Text(field); }

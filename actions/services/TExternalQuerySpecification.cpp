@@ -59,12 +59,17 @@ Status TExternalQuerySpecification::ReadParameters(const TLegacySection& section
   target_.Clear();
   parameters_.DeleteAll();
   TByteReader reader(bytes);
-  const Status status = ReadParts(section, reader);
+  bool is_whole = false;
+  const Status status = ReadParts(section, reader, is_whole);
   section.ReportUnread(bytes.size() - reader.Remaining());
+  // Of parts that end early, bytes that follow decide where they would end.
+  if (TByteAccount* const account = section.GetAccount(); account != nullptr && !is_whole)
+    account->SetUse(ByteUse::kCarried);
   return status;
 }
 
-Status TExternalQuerySpecification::ReadParts(const TLegacySection& section, TByteReader& reader) {
+Status TExternalQuerySpecification::ReadParts(const TLegacySection& section, TByteReader& reader,
+                                              bool& is_whole) {
   if (section.code == kEventPlatform) {
     for (FourCharCode* const event : {&event_class_, &event_code_}) {
       std::uint32_t code = 0;
@@ -86,7 +91,8 @@ Status TExternalQuerySpecification::ReadParts(const TLegacySection& section, TBy
     parameter->name = text;
     parameter->value = value;
   }
-  if (count > 0 && section.losses != nullptr)
+  is_whole = count == 0;
+  if (!is_whole && section.losses != nullptr)
     section.losses->Report(LossReason::kShortList, section, std::to_string(count) + " missing");
   return Status::kOk;
 }

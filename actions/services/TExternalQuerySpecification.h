@@ -53,7 +53,8 @@ class TExternalQuerySpecification
   /// for every kind, the target and a count of names and values, each text with its NUL. A section
   /// that ends early keeps its complete items.
   virtual Status ReadParameters(const TLegacySection& section);
-  Status ReadParts(const TLegacySection& section, TByteReader& reader);
+  /// `is_whole`: whether the section had all parts.
+  Status ReadParts(const TLegacySection& section, TByteReader& reader, bool& is_whole);
   virtual Status WriteParameters(FourCharCode code, TSectionWriter& out) const;
 
   void SetPlatform(FourCharCode platform) { platform_ = platform; }

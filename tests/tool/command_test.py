@@ -19,6 +19,7 @@ import jsonschema
 
 ZAF, SCHEMA, SAMPLES = (Path(argument).resolve() for argument in sys.argv[1:])
 DIFF_SCHEMA = json.loads((SCHEMA.parent / "zaf-diff.schema.json").read_text())
+SHOW_SCHEMA = json.loads(SCHEMA.with_name("zaf-show.schema.json").read_text())
 SCHEMA = json.loads(SCHEMA.read_text())
 GOOD, CLASS = (SAMPLES / "guestbook.zaf").read_bytes(), (SAMPLES / "reports.zcf").read_bytes()
 FILES = 300
@@ -269,6 +270,38 @@ class CommandTest(unittest.TestCase):
         self.assertEqual(words.split(), ["--extension", "--exclude", "--existing"])
         for shell in "zsh", "fish":
             self.assertIn(b"--existing", run("completion", shell).stdout)
+
+    def test_show(self):
+        store = {"zaf-report.schema.json": SCHEMA}
+        validator = jsonschema.Draft202012Validator(
+            SHOW_SCHEMA, resolver=jsonschema.RefResolver.from_schema(SHOW_SCHEMA, store=store))
+        for path in [*SAMPLES.glob("*.z?f"), *(SAMPLES / "source").glob("*.xml")]:
+            shown = json.loads(run("show", "--json", path).stdout)
+            validator.validate(shown)
+            tree = run("show", path).stdout.decode()
+            self.assertIn(", version %s\n" % shown["version"], tree)
+            self.assertEqual([line.split('"')[1] for line in tree.split("\n\n")[1].splitlines()],
+                             [action["name"] for action in shown["actions"]])
+            self.assertEqual(len(shown["actions"]), shown["counts"]["actions"])
+            is_legacy = shown["form"] == "legacy"
+            for option, member in ("--sections", "sections"), ("--bytes", "bytes"):
+                view = run("show", option, path)
+                self.assertEqual(view.returncode, 0 if is_legacy else 1)
+                self.assertEqual(len(view.stdout.splitlines()), len(shown.get(member, [])))
+            end = 0
+            for item in shown.get("bytes", []):
+                self.assertEqual(item["offset"], end)
+                end += item["length"]
+            self.assertEqual(end, path.stat().st_size if is_legacy else 0)
+        sample = SAMPLES / "guestbook.zaf"
+        Path("kept").write_text("kept")
+        for arguments, status in [(["none"], 1), ([], 2), ([sample, sample], 2), ([sample, "--json", "--bytes"], 2),
+                                  ([sample, "--html", "kept"], 2), ([sample, "--html", "no/page"], 4)]:
+            self.assertEqual(run("show", *arguments).returncode, status)
+        self.assertEqual(Path("kept").read_text(), "kept")
+        for _ in range(2):
+            self.assertEqual(run("show", sample, "--html", "page.html").returncode, 0)
+        self.assertEqual(Path("page.html").read_bytes(), run("show", sample, "--html", "-").stdout)
 
 
 if __name__ == "__main__":

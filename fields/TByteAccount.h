@@ -1,0 +1,107 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "fields/TLossObserver.h"
+#include "foundation/FourCharCode.h"
+
+namespace zaf {
+
+/// What becomes of a byte of a legacy file when it is converted to XML. Of several uses of a byte
+/// the first one counts.
+enum class ByteUse : std::uint8_t {
+  kStructure,     ///< Of a record header or section map.
+  kCarried,       ///< It can decide something in the document.
+  kDropped,       ///< Read, but not in the document, or passed over in a section that is read.
+  kUnknown,       ///< In a section whose code its class does not know.
+  kUnreferenced,  ///< In no header, map or section that is reached.
+};
+
+/// How a section was read.
+enum class SectionForm : std::uint8_t {
+  kUnread,
+  kHeader,
+  kMap,
+  kBytes,
+  kText,
+  kNumber,
+  kTexts,
+  kRecords,
+};
+
+/// The account of all bytes of a legacy file, made from what its reader reports while it reads.
+class TByteAccount {
+ public:
+  struct TSection {
+    std::uint64_t offset = 0;
+    std::uint64_t length = 0;
+    FourCharCode code = kNoCode;
+    std::uint32_t record = 0;  ///< Index into the records.
+    std::string_view field;    ///< Its name in XML; empty: it has none.
+    SectionForm form = SectionForm::kUnread;
+    bool is_without_use = false;  ///< A later section replaces it, or its record has no XML form.
+  };
+  /// Bytes of one use in one section.
+  struct TRange {
+    std::uint64_t offset = 0;
+    std::uint64_t end = 0;
+    ByteUse use = ByteUse::kUnreferenced;
+    std::uint32_t section = kNoSection;
+  };
+  static constexpr std::uint32_t kNoSection = UINT32_MAX;
+
+  /// Takes an access to the file; a section is the current one until the next begins. All bytes of
+  /// a section are carried until more is reported.
+  void OnAccess(const TAccess& access);
+  /// Sets the use of all bytes of the section.
+  void SetUse(ByteUse use);
+  /// Sets the use of bytes, which may be outside of the section. Later calls override earlier ones.
+  void SetUse(std::uint64_t offset, std::uint64_t length, ByteUse use);
+  /// Says that the last record, that of the root container, has no XML form.
+  void DropRecord();
+
+  /// Names of the records, in the order in which they were read.
+  [[nodiscard]] const std::vector<std::string>& GetRecords() const { return records_; }
+  /// Headers, maps and sections, in the order in which they were read.
+  [[nodiscard]] const std::vector<TSection>& GetSections() const { return sections_; }
+  /// Ranges without gaps that together are a file of `size` bytes. Ends the account.
+  [[nodiscard]] std::vector<TRange> TakeRanges(std::uint64_t size);
+
+ private:
+  void BeginSection(const TAccess& access, SectionForm form);
+  void SetField(const TProperty& row);
+  void EndSection();
+
+  std::vector<std::string> records_;
+  std::vector<TSection> sections_;
+  std::vector<TRange> ranges_;
+  /// Where in the current section which use begins; the last one ends what is noted.
+  std::map<std::uint64_t, ByteUse> uses_;
+  /// The last section of each code: of the file's record, of the current other one.
+  std::map<FourCharCode, std::uint32_t> last_[2];
+};
+
+/// The bytes of one record of a list, whose codecs name those that can decide its XML by their
+/// place in memory.
+class TRecordUse {
+ public:
+  /// `offset`: of the record in the file. `size`: its bytes there.
+  TRecordUse(TByteAccount& account, const void* record, std::uint64_t offset, std::size_t size)
+      : account_(account),
+        record_(static_cast<const char*>(record)),
+        offset_(offset),
+        size_(size) {}
+  void Add(const void* begin, std::size_t count) const;
+
+ private:
+  TByteAccount& account_;
+  const char* record_;
+  std::uint64_t offset_;
+  std::size_t size_;
+};
+
+}  // namespace zaf

@@ -1,0 +1,118 @@
+// Holds the account of a legacy file's bytes to its word: changes bytes and compares documents.
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <iterator>
+#include <map>
+#include <set>
+#include <string>
+
+#include "appfile/TZanfoFile.h"
+#include "driver/TMemoryFile.h"
+#include "fields/TByteAccount.h"
+#include "tests/support/LegacyFile.h"
+
+namespace zaf {
+namespace {
+
+using test::LegacyFile;
+
+struct TObserver final : TLossObserver {
+  void OnLoss(const TLoss&) override {}
+  void OnAccess(const TAccess& access) override { account.OnAccess(access); }
+  TByteAccount* GetAccount() override { return &account; }
+  TByteAccount account;
+};
+
+/// The XML document of a file; empty when it is refused.
+std::string Convert(std::string_view bytes, TObserver* observer = nullptr) {
+  TDataFile data(AsBytes(bytes));
+  TZanfoFile file;
+  file.SetObserver(observer);
+  TMemoryFile document;
+  if (file.Load(data, nullptr) != Status::kOk ||
+      file.Save(document, nullptr, Protection::kPlain) != Status::kOk)
+    return {};
+  return std::string(AsText(document.GetBytes()));
+}
+
+/// Sections of which bytes can be without consequence although they are called carried, and why.
+struct TException {
+  std::string_view codes;
+  std::string_view reason;
+};
+constexpr TException kExceptions[] = {
+    {"blok cmit dbug dflt expd iret mpgs push rdro totr", "a flag is set while any bit is"},
+    {"eact flav htyp ilvl lsgn plat type", "numbers without a keyword are written as one"},
+    {"join dltj", "so are operators; records of older sizes count as a whole"},
+    {"ordr lsrt", "every direction but one word is the other"},
+    {"cols slct grup valu crit have", "records of older sizes count as a whole"},
+    {"scit lcit dcit icol", "flags and kinds; records of other sizes count as a whole"},
+    {"sfvt dfvt fval", "items belong to columns that they name, and count as a whole"},
+    {"ieei weit", "an if cuts its operators to four characters"},
+    {"agit", "only a cookie has an expiry, a path and a domain, which others have room for"},
+    {"flmd", "several letters are one mode, of which one byte tells"},
+    {"fnvr mccr mctp vbls", "an operation on a file has only some of its fields"},
+    {"aevt aevx exev", "the last of these sections replaces the others"},
+};
+
+bool IsException(std::string_view code) {
+  return std::ranges::any_of(kExceptions, [&](const TException& exception) {
+    return exception.codes.find(code) != std::string_view::npos;
+  });
+}
+
+std::string NameOf(FourCharCode code) { return {Characters(code).data(), 4}; }
+
+/// What the account says wrongly of these bytes.
+std::set<std::string> FaultsOf(const std::string& bytes, std::size_t most_per_range) {
+  TObserver observer;
+  const std::string document = Convert(bytes, &observer);
+  TByteAccount& account = observer.account;
+  std::set<std::string> faults;
+  std::uint64_t end = 0;
+  for (const TByteAccount::TRange& range : account.TakeRanges(bytes.size())) {
+    if (range.offset != end || range.end <= range.offset) faults.insert("a gap");
+    end = range.end;
+    if (range.use == ByteUse::kStructure) continue;
+    const bool is_carried = range.use == ByteUse::kCarried;
+    const std::string section =
+        range.section == TByteAccount::kNoSection
+            ? "unreferenced"
+            : NameOf(account.GetSections()[range.section].code) + " of " +
+                  account.GetRecords()[account.GetSections()[range.section].record];
+    const std::uint64_t step =
+        std::max<std::uint64_t>(1, (range.end - range.offset) / most_per_range);
+    for (std::uint64_t at = range.offset; at < range.end; at += step) {
+      bool changes = false;
+      for (const int flip : {0x01, 0x20, 0xFF}) {
+        std::string changed = bytes;
+        changed[at] = static_cast<char>(changed[at] ^ flip);
+        changes = changes || Convert(changed) != document;
+      }
+      if (!changes && is_carried && IsException(section.substr(0, 4))) break;
+      if (changes != is_carried)
+        faults.insert(section + (is_carried ? " is not carried" : " is not dropped"));
+    }
+  }
+  if (end != bytes.size()) faults.insert("not the whole file");
+  return faults;
+}
+
+TEST(Account, TellsWhichBytesDecideTheDocument) {
+  std::map<std::string, std::string> faults;
+  for (const char* const directory : {ZAF2XML_SAMPLES, ZAF2XML_CORPUS "/legacy"})
+    for (const auto& entry : std::filesystem::directory_iterator(directory)) {
+      if (!entry.is_regular_file() || entry.path().extension() == ".md") continue;
+      std::ifstream stream(entry.path(), std::ios::binary);
+      const std::string bytes(std::istreambuf_iterator<char>(stream), {});
+      for (const std::string& fault : FaultsOf(bytes, 6))
+        faults[fault] += entry.path().filename().string() + " ";
+    }
+  for (const auto& [fault, files] : faults) ADD_FAILURE() << fault << ": " << files;
+}
+
+}  // namespace
+}  // namespace zaf

@@ -1,0 +1,96 @@
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "tool/Commands.h"
+#include "tool/Messages.h"
+#include "tool/RunOptions.h"
+#include "tool/Show.h"
+
+namespace zaf {
+namespace {
+
+namespace fs = std::filesystem;
+
+struct TShowOptions {
+  std::string file;
+  bool sections = false;
+  bool bytes = false;
+  bool json = false;
+  std::string html;  ///< The page to be written. Empty: none.
+};
+
+/// Writes the page to the file `path`, which may be an older page, but nothing else.
+void WritePage(const std::string& path, const std::string& page) {
+  std::error_code error;
+  if (fs::exists(path, error)) {
+    std::ifstream file(path, std::ios::binary);
+    std::string begin(kPageBegin.size(), '\0');
+    file.read(begin.data(), static_cast<std::streamsize>(begin.size()));
+    if (begin != kPageBegin)
+      throw TToolError(ExitStatus::kUsage,
+                       path + " exists and is no page of this program; it is left as it is");
+  }
+  std::ofstream file(path, std::ios::binary);
+  file.write(page.data(), static_cast<std::streamsize>(page.size()));
+  if (!file.flush())
+    throw TToolError(ExitStatus::kCannotWrite, "The page " + path + " cannot be written");
+}
+
+int Show(const TShowOptions& options) {
+  const TShownFile file = LoadShownFile(options.file);
+  if (file.record.error) {
+    std::fputs(ErrorMessage(file.record, Coloring::kOff).c_str(), stderr);
+    return static_cast<int>(ExitStatus::kFailed);
+  }
+  const bool is_legacy = *file.record.result.form == DocumentForm::kLegacy;
+  if ((options.sections || options.bytes) && !is_legacy)
+    throw TToolError(ExitStatus::kFailed, options.file +
+                                              " is no legacy file: only those have "
+                                              "sections and an account of their bytes");
+  if (!options.html.empty() && options.html != "-") {
+    WritePage(options.html, HtmlView(file));
+    return static_cast<int>(ExitStatus::kDone);
+  }
+  std::string view;
+  if (!options.html.empty())
+    view = HtmlView(file);
+  else if (options.json)
+    view = JsonView(file);
+  else if (options.sections)
+    view = SectionsView(file);
+  else if (options.bytes)
+    view = BytesView(file);
+  else
+    view = TreeView(file);
+  if (std::fwrite(view.data(), 1, view.size(), stdout) != view.size() || std::fflush(stdout) != 0)
+    throw TToolError(ExitStatus::kCannotWrite, "Standard output cannot be written");
+  return static_cast<int>(ExitStatus::kDone);
+}
+
+}  // namespace
+
+void AddShowCommand(CLI::App& program, CommandAction& action) {
+  CLI::App* const command =
+      program.add_subcommand("show", "Show what is in a file: tree, sections, bytes");
+  const auto options = std::make_shared<TShowOptions>();
+  command->add_option("FILE", options->file, "The file, of any form")->required();
+  command->add_flag("--sections", options->sections,
+                    "List the headers, maps and sections of a legacy file");
+  command->add_flag("--bytes", options->bytes,
+                    "List what becomes of each byte of a legacy file when it is converted");
+  auto* const json = command->add_flag("--json", options->json, "Print all of it as JSON");
+  command->add_option("--html", options->html, "Write all of it as a page; - is standard output")
+      ->type_name("OUT")
+      ->excludes(json);
+  command->callback([options, &action] {
+    if (options->sections + options->bytes + options->json + !options->html.empty() > 1)
+      throw TToolError(ExitStatus::kUsage, "One view at a time");
+    action = [options] { return Show(*options); };
+  });
+}
+
+}  // namespace zaf

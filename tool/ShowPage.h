@@ -1,0 +1,10 @@
+#pragma once
+
+#include <string_view>
+
+namespace zaf {
+
+/// The page share/show.html, in which `@DATA@` is to be replaced.
+extern const std::string_view kPage;
+
+}  // namespace zaf
