@@ -43,7 +43,7 @@ TEST(LegacyWriter, ApplicationReadsBackEqualAndItsSectionsAreInOrder) {
   EXPECT_EQ(codes, order);
 }
 
-/// Actions and their parents, and whether a legacy file can distinguish their names.
+/// Actions "<name> under <parent>", and whether a legacy file can tell them apart.
 struct NamesCase {
   const char* name;
   std::string actions;  ///< Their elements.
@@ -124,7 +124,7 @@ TEST(Load, ReportsEachActionOnceAndAttachesIt) {
   }
 }
 
-/// Makes each allocation of `operation` fail in turn, until all succeed.
+/// Makes the requests for memory fail one after another until `operation` no longer asks for one.
 template <class Operation>
 void ExpectFailures(Operation operation) {
   bool has_failed = true;
@@ -139,9 +139,9 @@ void ExpectFailures(Operation operation) {
 TEST(Memory, ThatRunsOutIsAFailureOfEachOperation) {
   const std::string legacy =
       LegacyFile().Action("cntr", "R").Action("mail", "A", "R").Text("body", "x").Bytes();
-  TZanfoFile whole;
-  ASSERT_EQ(LoadBytes(legacy, whole), Status::kOk);
-  for (const std::string& bytes : {legacy, test::ToXml(legacy)})
+  for (const std::string& bytes : {legacy, test::ToXml(legacy)}) {
+    TZanfoFile whole;
+    ASSERT_EQ(LoadBytes(bytes, whole), Status::kOk);
     ExpectFailures([&] {
       TDataFile data(AsBytes(bytes));
       TZanfoFile file;
@@ -149,13 +149,15 @@ TEST(Memory, ThatRunsOutIsAFailureOfEachOperation) {
       EXPECT_TRUE(status != Status::kOk || file.IsEqual(whole));
       return status;
     });
-  ExpectFailures([&] {
-    std::unique_ptr<TQuerySpecification> clone;
-    const Status status =
-        whole.GetApplication().actions.GetRoot()->first_child->action->Clone(clone);
-    EXPECT_EQ(clone == nullptr, status != Status::kOk);
-    return status;
-  });
+    const TQuerySpecification& mail =
+        *whole.GetApplication().actions.GetRoot()->first_child->action;
+    ExpectFailures([&] {
+      std::unique_ptr<TQuerySpecification> clone;
+      const Status status = mail.Clone(clone);
+      EXPECT_EQ(clone == nullptr, status != Status::kOk);
+      return status;
+    });
+  }
   const TQuerySpecificationServer server;
   std::unique_ptr<TQuerySpecification> action;
   ExpectFailures([&] { return server.CreateByElement("IfAction", action); });
