@@ -43,7 +43,7 @@ TEST(LegacyWriter, ApplicationReadsBackEqualAndItsSectionsAreInOrder) {
   EXPECT_EQ(codes, order);
 }
 
-/// Actions "<name> under <parent>", and whether a legacy file can tell them apart.
+/// Actions and their parents, and whether a legacy file can distinguish their names.
 struct NamesCase {
   const char* name;
   std::string actions;  ///< Their elements.
@@ -124,7 +124,7 @@ TEST(Load, ReportsEachActionOnceAndAttachesIt) {
   }
 }
 
-/// Makes the requests for memory fail one after another until `operation` no longer asks for one.
+/// Makes each allocation of `operation` fail in turn, until all succeed.
 template <class Operation>
 void ExpectFailures(Operation operation) {
   bool has_failed = true;
