@@ -105,6 +105,7 @@ TEST(QuerySpecification, AssignmentsAreKeptAndLongOnesCountAlone) {
   EXPECT_NE(legacy.find(record("a", std::string(300, 'v'), 1024)), std::string::npos);
   EXPECT_NE(legacy.find(record("a", std::string(255, 'v'), 256)), std::string::npos);
   EXPECT_EQ(legacy.find("late"), std::string::npos);
+  EXPECT_EQ(legacy.find("short"), std::string::npos);
 }
 
 TEST(QuerySpecification, EditorPropertiesAreNumberedFromOneToFive) {

@@ -75,36 +75,6 @@ TEST(FileSystem, NamesThatDifferOnlyOutsideAsciiAreDifferentFiles) {
   EXPECT_EQ(Content(directory.Name("l.zaf")), "without");
 }
 
-TEST(FileSystem, LongPathsWorkThroughout) {
-  constexpr int kDepth = 12;
-  const TTestDirectory directory;
-  const CText level(std::string(250, 'd'));
-  ASSERT_TRUE(EnterDirectory(directory.Name(".")));
-  for (int i = 0; i < kDepth; ++i) ASSERT_TRUE(MakeDirectory(level) && EnterDirectory(level));
-  const CText name(std::string(255, 'n')), taken("t"), subdirectory("s");
-  EXPECT_TRUE(WriteNew(name, "content") && WriteNew(taken, "mine"));
-  EXPECT_FALSE(WriteNew(taken, "other"));
-  EXPECT_EQ(Content(name) + Content(taken), "contentmine");
-  EXPECT_EQ(ProbeFile(name), TPresence::kFile);
-  ASSERT_TRUE(MakeDirectory(subdirectory));
-  CText path("unchanged");
-  EXPECT_FALSE(GetWorkingDirectory(path));
-  TDirectoryListing listing;
-  ASSERT_TRUE(ListWorkingDirectory(Identities::kWanted, listing));
-  EXPECT_EQ(listing.names.GetCount(), 5U);
-  ASSERT_EQ(listing.subdirectories.size(), 1U);
-  ASSERT_TRUE(EnterDirectory(subdirectory));
-  EXPECT_EQ(GetWorkingDirectoryIdentity(), listing.subdirectories[0].identity);
-  EXPECT_FALSE(EnterDirectory(CText("missing")));
-  // The library's functions cannot remove this everywhere.
-  EXPECT_TRUE(EnterDirectory(CText("..")) && DeleteDirectory(subdirectory) && RemoveFile(name) &&
-              RemoveFile(taken));
-  for (int i = 0; i < kDepth; ++i)
-    EXPECT_TRUE(EnterDirectory(CText("..")) && DeleteDirectory(level));
-  EXPECT_TRUE(GetWorkingDirectory(path));
-  EXPECT_EQ(path.View(), directory.Path());
-}
-
 TEST(FileSystemDeathTest, NewFileIsGoneWithItsProcessUnlessItIsPublished) {
   GTEST_FLAG_SET(death_test_style, "threadsafe");
   const TTestDirectory directory;
