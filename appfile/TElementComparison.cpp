@@ -106,14 +106,11 @@ std::vector<dom::Element> ItemsOf(dom::Element element, bool is_list) {
 
 std::string WithReadLineEnds(std::string_view text) {
   std::string read;
-  read.reserve(text.size());
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    if (text[i] != '\r')
-      read += text[i];
-    else if (!text.substr(i + 1).starts_with('\n'))
-      read += '\n';
+  for (std::size_t end = text.find('\r'); end != std::string_view::npos; end = text.find('\r')) {
+    read.append(text.substr(0, end)).append(1, '\n');
+    text.remove_prefix(end + (text.substr(end).starts_with("\r\n") ? 2 : 1));
   }
-  return read;
+  return read.append(text);
 }
 
 bool IsListElement(std::string_view name) { return Has(kListElements, name); }

@@ -145,9 +145,12 @@ std::string Located(const std::string& path, std::uint32_t line, std::uint32_t c
 std::optional<std::string> WithoutPadding(std::optional<std::string_view> value) {
   if (!value) return std::nullopt;
   std::string text;
-  for (const char c : value->substr(0, value->find_last_not_of('\0') + 1))
-    if (c != '\0' || !text.ends_with('\0')) text += c;
-  return text;
+  std::string_view rest = value->substr(0, value->find_last_not_of('\0') + 1);
+  for (std::size_t end = rest.find('\0'); end != std::string_view::npos; end = rest.find('\0')) {
+    text.append(rest.substr(0, end + 1));
+    rest.remove_prefix(rest.find_first_not_of('\0', end));
+  }
+  return text.append(rest);
 }
 
 /// Two values in quotes, each as it is if it is short, else the part around the first character in
