@@ -152,7 +152,7 @@ class CommandTest(unittest.TestCase):
     def test_wrong_command_lines_do_nothing(self):
         Path("a.zaf").write_bytes(GOOD)
         Path("r.jsonl").write_bytes(b"{}\n")
-        for arguments in [[], ["show", "a.zaf"], ["convert", "a.zaf"], ["convert", "-o", "x"],
+        for arguments in [[], ["shows", "a.zaf"], ["convert", "a.zaf"], ["convert", "-o", "x"],
                           ["convert", "a.zaf", "-o", "-", "--report", "-"],
                           ["convert", "a.zaf", "a.zaf/../b", "-o", "-"],
                           ["convert", "a.zaf", "-o", "x", "--shard", "3/2"],
