@@ -10,6 +10,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <random>
 #include <set>
 #include <string>
 #include <vector>
@@ -17,6 +18,7 @@
 #include "actions/AllActions.h"
 #include "actions/database/TSourceSpecification.h"
 #include "bench/SampleFields.h"
+#include "driver/Messages.h"
 #include "foundation/TByteReader.h"
 #include "fuzz/FuzzSupport.h"
 #include "tests/support/LegacyFile.h"
@@ -57,6 +59,7 @@ class TCorpus {
     AddCodes(TSourceSpecification::Properties());
     AddActions(TAllActions<TClasses>());
     AddApplications();
+    AddPrograms();
     AddDictionary();
     return is_complete_;
   }
@@ -165,13 +168,16 @@ class TCorpus {
     if (name.ends_with("-0")) Write("protected/" + name, SaveToXml(file, Protection::kProtected));
   }
 
-  /// Takes the names of a text: words that begin with a capital letter.
+  /// Takes the names of a text: words that begin with a capital letter or a dash.
   void AddWords(std::string_view text) {
-    const auto is_of_word = [](char c) { return std::isalpha(static_cast<unsigned char>(c)) != 0; };
+    const auto is_of_word = [](char c) {
+      return std::isalpha(static_cast<unsigned char>(c)) != 0 || c == '-';
+    };
     for (std::size_t at = 0; at < text.size(); ++at) {
       std::size_t end = at;
       while (end < text.size() && is_of_word(text[end])) ++end;
-      if (std::isupper(static_cast<unsigned char>(text[at])) != 0 && end > at + 2)
+      const bool is_name = std::isupper(static_cast<unsigned char>(text[at])) != 0;
+      if (text[at] == '-' || (is_name && end > at + 2))
         words_.insert(std::string(text.substr(at, end - at)));
       at = std::max(at, end);
     }
@@ -185,6 +191,7 @@ class TCorpus {
       words_.insert(std::string(word));
     for (std::uint32_t format = 0x01000000; format <= 0x01000004; ++format)
       words_.insert(test::BigEndian(format));
+    for (const std::string_view line : messages::kUsage) AddWords(line);
     std::string dictionary;
     for (const std::string& word : words_) {
       dictionary += '"';
@@ -196,6 +203,16 @@ class TCorpus {
       dictionary += "\"\n";
     }
     Write("zanfo.dict", dictionary);
+  }
+
+  /// Random programs of operations on containers.
+  void AddPrograms() {
+    std::minstd_rand random(20240229);
+    for (int number = 0; number < 40; ++number) {
+      std::string program(1000, '\0');
+      for (char& byte : program) byte = static_cast<char>(random() >> 8);
+      Write("containers/" + std::to_string(number), program);
+    }
   }
 
   void Write(const std::string& name, std::string_view content) {
