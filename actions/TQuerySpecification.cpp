@@ -115,7 +115,7 @@ Status TQuerySpecification::ReadLegacy(TDataFile* file, const TRecordHeader& hea
   TSectionMapEntry entry;
   while (map.Next(entry)) {
     if (losses != nullptr) [[unlikely]]
-      losses->NoteSection(entry.code, entry.offset, entry.length);
+      losses->BeginSection(entry.code, entry.offset, entry.length);
     const Status status =
         ReadLegacyProperty({file, entry.code, entry.offset, entry.length, this, losses});
     if (status != Status::kOk) {
@@ -152,7 +152,10 @@ Status TQuerySpecification::ReadAssignments(const TLegacySection& section,
   if (const Status status = section.View(records); status != Status::kOk) return status;
   const bool is_long = value_width == kLongAssignmentValueWidth;
   if (!is_long && has_long_assignments_) return Status::kOk;
-  if (is_long && !has_long_assignments_) assignments_.DeleteAll();
+  if (is_long && !has_long_assignments_) {
+    assignments_.DeleteAll();
+    if (section.losses != nullptr) section.losses->RetractDropped(Code("assn"));
+  }
   has_long_assignments_ = is_long;
   const std::size_t record_size = kAssignmentNameWidth + value_width;
   section.ReportUnread(records.size() - records.size() % record_size);

@@ -2,13 +2,10 @@
 
 #include <cstdint>
 #include <string>
-#include <string_view>
 
 #include "foundation/FourCharCode.h"
 
 namespace zaf {
-
-struct TProperty;
 
 /// How an output differs from its input.
 enum class LossCode : std::uint8_t {
@@ -41,33 +38,10 @@ struct TLoss {
   std::uint32_t column = 0;
 };
 
-/// What reads a range of a legacy file.
-enum class AccessKind : std::uint8_t {
-  kHeader,   ///< The record header of the file or of an action.
-  kMap,      ///< Its section map.
-  kSection,  ///< A section that the map names; or more bytes than it names, which are read anyway.
-  kField,    ///< The same section, which a row reads. Others are read by hand, or skipped.
-};
-
-/// A range of a legacy file that is being read. It may reach beyond the end of the file, and
-/// overlap others.
-struct TAccess {
-  AccessKind kind;
-  std::uint64_t offset;            ///< From the start of the file, in bytes.
-  std::uint64_t length;            ///< In bytes.
-  FourCharCode section = kNoCode;  ///< Code of the section.
-  const TProperty* row = nullptr;  ///< The row of a kField, a constant.
-  std::string_view action = {};    ///< Name of the action; empty: the application itself.
-};
-
-/// Receives each loss of a conversion as it occurs and, while a legacy file is read, each range of
-/// it that is read, in reading order. The records that form an application are read one after
-/// another: first the range of a header, then that of its map, then those of its sections; the
-/// sections of an action come between those of the application.
+/// Receives each loss of a conversion as it occurs.
 class TLossObserver {
  public:
   virtual void OnLoss(const TLoss& loss) = 0;
-  virtual void OnAccess(const TAccess&) {}
 
  protected:
   ~TLossObserver() = default;

@@ -32,7 +32,7 @@ std::span<const TProperty> TOrderInfo::Properties() {
   static constexpr TProperty kRows[] = {
       Child<&Order::table>(kNoCode, "TableName"),
       Child<&Order::column>(kNoCode, "ColumnName"),
-      Carried<&Order::ascending>(kNoCode, kAscendingCodec),
+      ByHand<&Order::ascending>(kNoCode, kAscendingCodec),
   };
   return kRows;
 }
