@@ -60,18 +60,19 @@ class TLossReporter {
   // A legacy file is read.
 
   /// Begins a file with these bytes, which stay as they are until EndFile, and its own record.
-  void BeginFile(ByteView image, const TRecordHeader& header);
+  [[gnu::cold, gnu::noinline]] void BeginFile(ByteView image, const TRecordHeader& header);
   /// Begins the record of an action.
-  void BeginAction(const TRecordHeader& header);
+  [[gnu::cold, gnu::noinline]] void BeginAction(const TRecordHeader& header);
   /// Goes on with the file's own record.
-  void EndAction();
+  [[gnu::cold, gnu::noinline]] void EndAction();
   /// Begins a section of the current record.
-  void BeginSection(FourCharCode code, std::uint32_t offset, std::uint32_t length);
+  [[gnu::cold, gnu::noinline]] void BeginSection(FourCharCode code, std::uint32_t offset,
+                                                 std::uint32_t length);
   /// Records bytes as read: of a header, a map or a section, or those after a section that are read
   /// with it.
   void Cover(std::uint64_t offset, std::uint64_t length);
   /// Ends the file. Reports the bytes that nothing covers and that are not all NUL.
-  void EndFile();
+  [[gnu::cold, gnu::noinline]] void EndFile();
 
   /// Notes a section that is about to be read into the field of `row`. Reports it when the row has
   /// no XML form, and reports the section that it replaces.
@@ -83,7 +84,7 @@ class TLossReporter {
   void RetractDropped(FourCharCode code);
   /// Reports bytes of a section from `used` on, which its reader leaves out, if they are not all
   /// NUL.
-  void ReportUnread(const TLegacySection& section, std::uint64_t used);
+  [[gnu::cold, gnu::noinline]] void ReportUnread(const TLegacySection& section, std::uint64_t used);
 
   // A document is read.
 

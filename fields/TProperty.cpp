@@ -10,8 +10,8 @@ namespace {
 
 bool HasXml(const TProperty& row) { return row.form > XmlForm::kBase; }
 
-void WriteObserved(std::span<const TProperty> rows, const void* object,
-                   const TXmlWriteScope& scope) {
+[[gnu::cold, gnu::noinline]] void WriteObserved(std::span<const TProperty> rows, const void* object,
+                                                const TXmlWriteScope& scope) {
   TLossReporter& losses = *scope.context.losses;
   const FourCharCode outer = losses.GetSection();
   for (const TProperty& row : rows) {
@@ -22,7 +22,8 @@ void WriteObserved(std::span<const TProperty> rows, const void* object,
   }
 }
 
-Status ReadObserved(std::span<const TProperty> rows, void* object, const TXmlReadScope& scope) {
+[[gnu::cold, gnu::noinline]] Status ReadObserved(std::span<const TProperty> rows, void* object,
+                                                 const TXmlReadScope& scope) {
   for (const TProperty& row : rows) {
     if (!HasXml(row)) continue;
     scope.context.losses->SetElement(scope.element);

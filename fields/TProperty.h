@@ -133,7 +133,9 @@ class TCodeIndex {
     }
 
    private:
-    Status ReadObserved(void* object, const TLegacySection& section) const;
+    // Not inlined, since the path without an observer would save registers for it.
+    [[gnu::cold, gnu::noinline]] Status ReadObserved(void* object,
+                                                     const TLegacySection& section) const;
   };
 
   TCodeIndex() { Resize(32); }
