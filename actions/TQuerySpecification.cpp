@@ -119,7 +119,7 @@ Status TQuerySpecification::ReadSections(TDataFile* file, const TRecordHeader& h
   TSectionMapEntry entry;
   while (map.Next(entry)) {
     if (losses != nullptr) [[unlikely]]
-      losses->NoteSection(entry.code, entry.offset, entry.length);
+      losses->BeginSection(entry.code, entry.offset, entry.length);
     const Status status =
         ReadLegacyProperty({file, entry.code, entry.offset, entry.length, this, losses});
     if (status != Status::kOk) {
@@ -162,7 +162,10 @@ Status TQuerySpecification::ReadAssignments(const TLegacySection& section,
   const bool is_long = value_width == kLongAssignmentValueWidth;
   if (TByteAccount* const account = section.GetAccount()) account->SetUse(ByteUse::kDropped);
   if (!is_long && has_long_assignments_) return Status::kOk;
-  if (is_long && !has_long_assignments_) assignments_.DeleteAll();
+  if (is_long && !has_long_assignments_) {
+    assignments_.DeleteAll();
+    if (section.losses != nullptr) section.losses->RetractDropped(Code("assn"));
+  }
   has_long_assignments_ = is_long;
   const std::size_t record_size = kAssignmentNameWidth + value_width;
   section.ReportUnread(records.size() - records.size() % record_size);

@@ -80,7 +80,7 @@ Status ReadLegacyApplication(TDataFile& file, const TQuerySpecificationServer& s
   bool is_too_new = false;
   while (!is_too_new && map.Next(entry)) {
     Status status = Status::kOk;
-    if (losses != nullptr) losses->NoteSection(entry.code, entry.offset, entry.length);
+    if (losses != nullptr) losses->BeginSection(entry.code, entry.offset, entry.length);
     if (entry.code == kActionEntry) {
       status =
           ReadAction(file, entry.offset, server, application, progress, is_too_new, place, losses);
@@ -99,9 +99,11 @@ Status ReadLegacyApplication(TDataFile& file, const TQuerySpecificationServer& s
     }
   }
   if (losses == nullptr) return Status::kOk;
-  if (is_too_new)
+  if (is_too_new) {
+    losses->Cover(0, file.GetSize());
     losses->Report(LossReason::kTooNew,
                    {&file, entry.code, entry.offset, entry.length, nullptr, losses});
+  }
   losses->EndFile();
   return Status::kOk;
 }

@@ -61,11 +61,11 @@ std::span<const TProperty> TApplication::Properties() {
 std::span<const TProperty> TApplication::DataSourceProperties() {
   using App = TApplication;
   static constexpr TProperty kRows[] = {
-      AttributeIfSet<&App::host_type>(kNoCode, "Type", kHostTypeCodec),
-      Child<&App::data_source>(kNoCode, "DSN"),
-      Child<&App::dbms>(kNoCode, "DBMS"),
-      Child<&App::host>(kNoCode, "Host"),
-      Child<&App::database>(kNoCode, "Database"),
+      AttributeIfSet<&App::host_type>(kHostTypeCode, "Type", kHostTypeCodec),
+      Child<&App::data_source>(Code("dsrc"), "DSN"),
+      Child<&App::dbms>(Code("dbms"), "DBMS"),
+      Child<&App::host>(Code("host"), "Host"),
+      Child<&App::database>(Code("data"), "Database"),
   };
   return kRows;
 }
@@ -73,8 +73,8 @@ std::span<const TProperty> TApplication::DataSourceProperties() {
 std::span<const TProperty> TApplication::DataSourceInfoProperties() {
   using App = TApplication;
   static constexpr TProperty kRows[] = {
-      Child<&App::user_name>(kNoCode, "UserName"),
-      Child<&App::password>(kNoCode, "Password"),
+      Child<&App::user_name>(Code("user"), "UserName"),
+      Child<&App::password>(Code("pass"), "Password"),
   };
   return kRows;
 }

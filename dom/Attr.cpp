@@ -13,7 +13,7 @@ std::string_view Attr::getValue() const {
   return attribute_ == nullptr ? std::string_view() : attribute_->value.View();
 }
 
-bool Attr::WasRead() const { return attribute_ != nullptr && attribute_->value.was_read; }
+bool Attr::WasRead() const { return attribute_ != nullptr && attribute_->WasRead(); }
 
 void Attr::setValue(std::string_view value) const {
   if (attribute_ == nullptr) return;

@@ -21,12 +21,12 @@ inline TreeElement* FindElement(TreeNode* node) {
 }
 
 /// The same of that name; an empty name: of any name.
-TreeElement* FindElement(TreeNode* node, std::string_view name) {
+inline TreeElement* FindElement(TreeNode* node, std::string_view name) {
   TreeElement* element = FindElement(node);
   if (name.empty()) return element;
   while (element != nullptr && !AreEqualNames(element->Text(), name))
     element = FindElement(element->next);
-  if (element != nullptr) element->was_read = true;
+  if (element != nullptr) element->SetMark(TreeNode::kWasRead);
   return element;
 }
 
@@ -34,12 +34,12 @@ TreeElement* FindElement(TreeNode* node, std::string_view name) {
 inline std::string_view JoinTexts(const TreeElement* element, std::string& scratch) {
   TreeNode* const first = element == nullptr ? nullptr : FindText(element->first_child);
   if (first == nullptr) return {};
-  first->was_read = true;
+  first->SetMark(TreeNode::kWasRead);
   TreeNode* next = FindText(first->next);
   if (next == nullptr) return first->Text();
   scratch = first->Text();
   for (; next != nullptr; next = FindText(next->next)) {
-    next->was_read = true;
+    next->SetMark(TreeNode::kWasRead);
     scratch += next->Text();
   }
   return scratch;
@@ -66,12 +66,14 @@ TreeElement* Element::Get() const { return static_cast<TreeElement*>(node_); }
 std::string_view Element::getAttribute(std::string_view name) const {
   TreeAttribute* const attribute = node_ == nullptr ? nullptr : FindAttribute(*Get(), name);
   if (attribute == nullptr) return {};
-  attribute->value.was_read = true;
+  attribute->SetRead();
   return attribute->value.View();
 }
 
 void Element::SetRead(bool was_read) const {
-  if (node_ != nullptr) node_->was_read = was_read;
+  if (node_ == nullptr) return;
+  node_->marks &= static_cast<std::uint8_t>(~TreeNode::kWasRead);
+  if (was_read) node_->SetMark(TreeNode::kWasRead);
 }
 
 bool Element::hasAttribute(std::string_view name) const {
@@ -169,7 +171,7 @@ TreeElement* ChildFinder::FindNode(std::string_view name) {
   if (first == nullptr) return nullptr;
   if (!AreEqualNames(first->Text(), name)) return FindElement(first->next, name);
   next_ = first->next;
-  first->was_read = true;
+  first->SetMark(TreeNode::kWasRead);
   return first;
 }
 

@@ -96,7 +96,7 @@ std::string_view Node::getNodeValue() const {
   return {};
 }
 
-bool Node::WasRead() const { return node_ != nullptr && node_->was_read; }
+bool Node::WasRead() const { return node_ != nullptr && node_->HasMark(TreeNode::kWasRead); }
 
 Node Node::getParentNode() const { return {node_ == nullptr ? nullptr : node_->parent, tree_}; }
 

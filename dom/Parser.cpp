@@ -325,7 +325,8 @@ const char* Parser::ReadText(const char* p) {
   p = SkipSpace(p);
   if (Peek(p) == '<') {
     const char after = Peek(p + 1);
-    const bool is_kept = !parent_->holds_elements && (after == '/' || after == '!' || after == '?');
+    const bool is_kept = !parent_->HasMark(TreeNode::kHoldsElements) &&
+                         (after == '/' || after == '!' || after == '?');
     if (p == start || !is_kept) return p;
   }
   p = Find<Search::kTextEnd>(start, end_, high_);
@@ -350,8 +351,8 @@ const char* Parser::ReadCData(const char* p) {
 
 /// An element is about to become a child of the parent, whose white space is layout from then on.
 void Parser::BeginChild() {
-  if (!parent_->holds_elements && parent_->may_hold_text) DropBlanks(*parent_);
-  parent_->holds_elements = true;
+  if (!parent_->HasMark(TreeNode::kHoldsElements) && parent_->may_hold_text) DropBlanks(*parent_);
+  parent_->SetMark(TreeNode::kHoldsElements);
 }
 
 /// The element has all its content: its names are compared with no others any more.

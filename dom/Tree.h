@@ -25,7 +25,6 @@ struct TreeText {
   /// Whether no character has to be escaped, and the text is in an Arena, so that a block can be
   /// read from its start. Where that is not known it is false.
   bool is_plain = false;
-  bool was_read = false;  ///< Of the value of an attribute: whether it was asked for.
 
   [[nodiscard]] std::string_view View() const { return {data, size}; }
 };
@@ -34,6 +33,11 @@ struct TreeAttribute {
   TreeText name;
   TreeText value;
   TreeAttribute* next;
+
+  // Whether the attribute was asked for: in the flag, of which a name has no use.
+
+  [[nodiscard]] bool WasRead() const { return name.is_plain; }
+  void SetRead() { name.is_plain = true; }
 };
 
 /// A node that has no children: a text, CDATA section or comment.
@@ -44,12 +48,16 @@ struct TreeNode {
   bool is_plain;  ///< As in TreeText.
   /// Of an element: whether it may have other children than elements and comments.
   bool may_hold_text;
-  bool holds_elements : 1;  ///< Of an element: whether the parser found an element in it.
-  bool was_read : 1;        ///< Whether the element, by its name, or the text was asked for.
+  std::uint8_t marks;  ///< A sum of these.
   TreeElement* parent;
   TreeNode* next;
   TreeNode* previous;  ///< Of a first child: the last one.
 
+  static constexpr std::uint8_t kHoldsElements = 1;  ///< The parser found an element in it.
+  static constexpr std::uint8_t kWasRead = 2;        ///< An element or a text that was asked for.
+
+  [[nodiscard]] bool HasMark(std::uint8_t mark) const { return (marks & mark) != 0; }
+  void SetMark(std::uint8_t mark) { marks = static_cast<std::uint8_t>(marks | mark); }
   [[nodiscard]] std::string_view Text() const { return {text, text_size}; }
 };
 
@@ -198,8 +206,7 @@ class Tree {
   // Nodes that are detached and have nothing in them.
 
   static constexpr TreeNode EmptyNode(NodeType type, TreeText text) {
-    return {text.data, text.size, type,    text.is_plain, false,
-            false,     false,     nullptr, nullptr,       nullptr};
+    return {text.data, text.size, type, text.is_plain, false, 0, nullptr, nullptr, nullptr};
   }
   static constexpr TreeElement EmptyElement(NodeType type, TreeText name) {
     return {EmptyNode(type, name), nullptr, nullptr, nullptr};

@@ -65,7 +65,7 @@ void TTextListCodec::WriteXml(const TProperty& row, const void* field,
 void TTextListCodec::ReportWriting(const TProperty& row, const void* field,
                                    const TXmlWriteScope& scope) const {
   for (const CText& text : *static_cast<const CTextPtrArray*>(field))
-    scope.context.losses->ReportCharacters(text.View(), row);
+    scope.context.losses->ReportText(text.View(), row);
 }
 
 Status TTextListCodec::ReadXml(const TProperty& row, void* field,
@@ -216,9 +216,21 @@ Status TRecordListCodecBase::WriteLegacy(const TProperty& row, const void* field
   return out.Write(row.code, payload.Bytes());
 }
 
-void TRecordListCodecBase::ReportWriting(const TProperty& row, const void*,
+void TRecordListCodecBase::ReportWriting(const TProperty& row, const void* field,
                                          const TXmlWriteScope& scope) const {
-  scope.context.losses->SetSection(row.code);
+  TFieldCodec::ReportWriting(row, field, scope);
+  CDynamicArray zero(static_cast<std::uint32_t>(type_.size));
+  const void* const empty = AppendRecord(zero);
+  const CDynamicArray& records = Records(field);
+  const auto is_dropped = [&](const TProperty& own) {
+    if (own.form != XmlForm::kNone) return false;
+    for (std::uint32_t i = 0; i < records.GetCount(); ++i)
+      if (!own.codec->IsEqual(own.locate(records.ElementAt(i)), own.locate(empty))) return true;
+    return false;
+  };
+  const std::span<const TProperty> rows = type_.properties();
+  if (empty != nullptr && std::any_of(rows.begin(), rows.end(), is_dropped))
+    scope.context.losses->ReportIn(row.code, LossReason::kDroppedField, {});
 }
 
 void TRecordListCodecBase::WriteXml(const TProperty& row, const void* field,

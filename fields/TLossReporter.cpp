@@ -62,8 +62,13 @@ constexpr TSentence kSentences[] = {
      "The number of % is none of its vocabulary; another one is written, or none"},
     {LossCode::kValueUnknown,
      "The text of % is none that its field can hold; it is read as another value"},
+    {LossCode::kSectionDropped,
+     "Records of the list have a field that is not empty, and XML has no form for it; it is left "
+     "out of the document"},
     {LossCode::kCharacterDropped,
      "The text of % has control characters, which XML forbids; they are left out"},
+    {LossCode::kCharacterDropped,
+     "The name of the action has control characters, which XML forbids; they are left out"},
     {LossCode::kCharacterReplaced,
      "The document has % characters above U+00FF, which texts cannot hold; they are read as "
      "question marks"},
@@ -81,6 +86,9 @@ constexpr TSentence kSentences[] = {
 constexpr std::pair<std::string_view, std::string_view> kUnreadAttributes[] = {
     {"ZAF", "Version"}, {"ZCF", "Version"}, {"Output", "Type"}};
 constexpr std::string_view kSignature = "Sig";
+constexpr std::string_view kSelfJoin = "SelfJoin";
+/// Its content is not examined: one to which only a deployment refers is read in part.
+constexpr std::string_view kDataSource = "DataSource";
 
 bool IsAllNul(ByteView bytes) {
   return std::all_of(bytes.begin(), bytes.end(), [](std::byte b) { return b == std::byte{0}; });
@@ -102,7 +110,7 @@ bool HasSingleBytes(std::string_view document) {
 
 bool IsIgnored(dom::Element element, dom::Attr attribute) {
   const std::string_view name = attribute.getName();
-  return !attribute.WasRead() && name != kSignature &&
+  return !attribute.WasRead() && name != kSignature && name != kSelfJoin &&
          std::ranges::none_of(kUnreadAttributes, [&](const auto& unread) {
            return unread.first == element.getTagName() && unread.second == name;
          });
@@ -142,14 +150,15 @@ void TLossReporter::EndAction() {
 }
 
 void TLossReporter::BeginRecord(const TRecordHeader& header) {
-  Cover({AccessKind::kHeader, header.offset, kRecordHeaderSize});
-  Cover({AccessKind::kMap, header.map_offset,
-         std::uint64_t{header.map_count} * kSectionMapEntrySize});
+  first_pending_ = pending_.size();
+  Access({AccessKind::kHeader, header.offset, kRecordHeaderSize});
+  Access({AccessKind::kMap, header.map_offset,
+          std::uint64_t{header.map_count} * kSectionMapEntrySize});
 }
 
-void TLossReporter::NoteSection(FourCharCode code, std::uint32_t offset, std::uint32_t length) {
+void TLossReporter::BeginSection(FourCharCode code, std::uint32_t offset, std::uint32_t length) {
   (is_in_action_ ? sections_ : file_sections_).push_back({code, offset, length});
-  Cover({AccessKind::kSection, offset, length, code});
+  Access({AccessKind::kSection, offset, length, code});
 }
 
 ByteView TLossReporter::BytesOf(std::uint64_t offset, std::uint64_t length) const {
@@ -158,18 +167,21 @@ ByteView TLossReporter::BytesOf(std::uint64_t offset, std::uint64_t length) cons
   return image_.subspan(static_cast<std::size_t>(begin), static_cast<std::size_t>(count));
 }
 
-void TLossReporter::Cover(const TAccess& access) {
+void TLossReporter::Access(const TAccess& access) {
   TAccess own = access;
   own.action = action_;
   own.is_in_action = is_in_action_;
   observer_.OnAccess(own);
+  Cover(access.offset, access.length);
+}
+
+void TLossReporter::Cover(std::uint64_t offset, std::uint64_t length) {
   // What is written consecutively becomes one range.
-  const std::uint64_t end = access.offset + access.length;
-  if (!covered_.empty() && covered_.back().second == access.offset)
+  const std::uint64_t end = offset + length;
+  if (!covered_.empty() && covered_.back().second == offset)
     covered_.back().second = end;
-  else if (covered_.empty() || access.offset < covered_.back().first ||
-           end > covered_.back().second)
-    covered_.emplace_back(access.offset, end);
+  else if (covered_.empty() || offset < covered_.back().first || end > covered_.back().second)
+    covered_.emplace_back(offset, end);
 }
 
 void TLossReporter::EndFile() {
@@ -221,9 +233,16 @@ void TLossReporter::ReportDropped(const TLegacySection& section) {
     Report(LossReason::kDroppedSection, section);
 }
 
+void TLossReporter::RetractDropped(FourCharCode code) {
+  const auto first = pending_.begin() + static_cast<std::ptrdiff_t>(first_pending_);
+  pending_.erase(std::remove_if(first, pending_.end(),
+                                [=](const TLoss& loss) { return loss.section == code; }),
+                 pending_.end());
+}
+
 void TLossReporter::ReportUnread(const TLegacySection& section, std::uint64_t used) {
   const std::uint64_t end = std::uint64_t{section.offset} + section.length;
-  if (used > section.length) Cover({AccessKind::kBeyond, end, used - section.length, section.code});
+  if (used > section.length) Access({AccessKind::kBeyond, end, used - section.length, section.code});
   if (used >= section.length) return;
   if (TByteAccount* const account = GetAccount())
     account->SetUse(section.offset + used, section.length - used, ByteUse::kDropped);
@@ -256,6 +275,8 @@ void TLossReporter::ReportIgnored(dom::Element root) {
       enters = false;
       continue;
     }
+    enters = element.getTagName() != kDataSource;
+    if (!enters) continue;
     for (const dom::Attr attribute : element.getAttributes())
       if (IsIgnored(element, attribute)) Report(LossReason::kIgnoredAttribute, attribute.getName());
   }
@@ -274,17 +295,32 @@ void TLossReporter::BeginWriting(std::string_view action, std::uint32_t record_o
   SetAction(action);
   const auto record = std::ranges::lower_bound(records_, record_offset, {}, &TRecord::offset);
   const bool is_found = record != records_.end() && record->offset == record_offset;
-  written_ =
-      std::span(sections_).subspan(is_found ? record->first : 0, is_found ? record->count : 0);
+  if (is_found)
+    written_ = std::span<const TSection>(sections_).subspan(record->first, record->count);
+  else
+    written_ = {};
+  if (!FindControls(action).has_dropped) return;
+  TLoss loss{};
+  loss.has_range = is_found;
+  if (is_found) loss.offset = record_offset + kRecordHeaderSize - kRecordNameWidth;
+  if (is_found) loss.length = kRecordNameWidth;
+  Send(LossReason::kDroppedInName, {}, std::move(loss));
 }
 
-void TLossReporter::ReportCharacters(std::string_view text, const TProperty& row) {
+void TLossReporter::ReportText(std::string_view text, std::string_view name, FourCharCode section) {
   if (text.empty()) return;
-  const bool is_attribute = row.form == XmlForm::kAttribute || row.form == XmlForm::kAttributeIfSet;
   const TTextControls controls = FindControls(text);
+  if (controls.has_dropped) ReportIn(section, LossReason::kDroppedCharacters, name);
+  if (controls.has_cr) ReportIn(section, LossReason::kChangedLineEnds, name);
+}
+
+void TLossReporter::ReportText(std::string_view text, const TProperty& row) {
   const std::string_view name = row.name.empty() ? row.detail : row.name;
-  if (controls.has_dropped) ReportIn(row.code, LossReason::kDroppedCharacters, name);
-  if (controls.has_cr && !is_attribute) ReportIn(row.code, LossReason::kChangedLineEnds, name);
+  const bool is_attribute = row.form == XmlForm::kAttribute || row.form == XmlForm::kAttributeIfSet;
+  if (!is_attribute)
+    ReportText(text, name, row.code);
+  else if (FindControls(text).has_dropped)
+    ReportIn(row.code, LossReason::kDroppedCharacters, name);
 }
 
 void TLossReporter::ReportValue(const TProperty& row) {
@@ -305,9 +341,12 @@ void TLossReporter::ReportIn(FourCharCode section, LossReason reason, std::strin
 
 const TLossReporter::TSection* TLossReporter::FindSection(FourCharCode code) {
   if (found_ != nullptr && found_->code == code) return found_;
-  const auto last = std::ranges::find(written_.rbegin(), written_.rend(), code, &TSection::code);
-  found_ = last == written_.rend() ? nullptr : &*last;
-  return found_;
+  const std::span<const TSection> sections =
+      is_in_action_ ? std::span<const TSection>(sections_).subspan(records_.back().first)
+                    : written_;
+  const auto last = std::ranges::find(sections.rbegin(), sections.rend(), code, &TSection::code);
+  if (last == sections.rend()) return nullptr;
+  return is_in_action_ ? &*last : found_ = &*last;
 }
 
 void TLossReporter::ReportPending() {

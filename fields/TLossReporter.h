@@ -17,6 +17,7 @@
 namespace zaf {
 
 struct TLegacySection;
+struct TProperty;
 
 /// What happened, in the order of the table of sentences in TLossReporter.cpp.
 enum class LossReason : std::uint8_t {
@@ -36,7 +37,9 @@ enum class LossReason : std::uint8_t {
   kCutRecord,
   kUnknownValue,
   kUnknownWord,
+  kDroppedField,
   kDroppedCharacters,
+  kDroppedInName,
   kReplacedCharacters,
   kChangedLineEnds,
   kIgnoredElement,
@@ -58,24 +61,30 @@ class TLossReporter {
   // A legacy file is read.
 
   /// Begins a file with these bytes, which stay as they are until EndFile, and its own record.
-  void BeginFile(ByteView image, const TRecordHeader& header);
+  [[gnu::cold, gnu::noinline]] void BeginFile(ByteView image, const TRecordHeader& header);
   /// Begins the record of an action.
-  void BeginAction(const TRecordHeader& header);
+  [[gnu::cold, gnu::noinline]] void BeginAction(const TRecordHeader& header);
   /// Goes on with the file's own record.
-  void EndAction();
-  /// Records a section of the current record, which is about to be read.
-  void NoteSection(FourCharCode code, std::uint32_t offset, std::uint32_t length);
+  [[gnu::cold, gnu::noinline]] void EndAction();
+  /// Begins a section of the current record.
+  [[gnu::cold, gnu::noinline]] void BeginSection(FourCharCode code, std::uint32_t offset,
+                                                 std::uint32_t length);
+  /// Records bytes that are not to be reported as unreferenced, without an access to them.
+  void Cover(std::uint64_t offset, std::uint64_t length);
   /// Ends the file. Reports the bytes that nothing covers and that are not all NUL.
-  void EndFile();
+  [[gnu::cold, gnu::noinline]] void EndFile();
 
   /// Notes a section that is about to be read into the field of `row`. Reports it when the row has
   /// no XML form, and reports the section that it replaces.
   void NoteField(const TProperty& row, const TLegacySection& section);
   /// Reports a section that has no XML form; none that is all NUL.
   void ReportDropped(const TLegacySection& section);
+  /// Takes back what ReportDropped reported of the sections of this code in the current record:
+  /// another section holds the same.
+  void RetractDropped(FourCharCode code);
   /// Reports bytes of a section from `used` on, which its reader leaves out, if they are not all
   /// NUL.
-  void ReportUnread(const TLegacySection& section, std::uint64_t used);
+  [[gnu::cold, gnu::noinline]] void ReportUnread(const TLegacySection& section, std::uint64_t used);
 
   // A document is read.
 
@@ -92,10 +101,13 @@ class TLossReporter {
   /// legacy file.
   void BeginWriting();
   void BeginWriting(std::string_view action, std::uint32_t record_offset);
-  /// Sets the section of rows that have none, those of the records of a list.
+  /// Sets the section of rows that have none: those of a part or of the records of a list.
   void SetSection(FourCharCode section) { outer_section_ = section; }
-  /// Reports control characters and line ends of a text.
-  void ReportCharacters(std::string_view text, const TProperty& row);
+  [[nodiscard]] FourCharCode GetSection() const { return outer_section_; }
+  /// Reports control characters of a text that is written to XML and, unless it is an attribute,
+  /// CRs. `name` is the element or attribute.
+  void ReportText(std::string_view text, std::string_view name, FourCharCode section = kNoCode);
+  void ReportText(std::string_view text, const TProperty& row);
   /// Reports a number that is written as another one or not at all.
   void ReportValue(const TProperty& row);
   /// Reports what is lost because the application is written as XML.
@@ -110,6 +122,9 @@ class TLossReporter {
   /// Reports a loss. `detail` replaces the `%` of the sentence.
   void Report(LossReason reason, std::string_view detail = {});
   void Report(LossReason reason, const TLegacySection& section, std::string_view detail = {});
+  /// The same of the last section of this code in the record that is being read or written; of the
+  /// outer one for kNoCode.
+  void ReportIn(FourCharCode section, LossReason reason, std::string_view detail);
 
  private:
   using TRange = std::pair<std::uint64_t, std::uint64_t>;  ///< Offset and end.
@@ -132,10 +147,9 @@ class TLossReporter {
   };
 
   void Send(LossReason reason, std::string_view detail, TLoss loss);
-  void ReportIn(FourCharCode section, LossReason reason, std::string_view detail);
   [[nodiscard]] ByteView BytesOf(std::uint64_t offset, std::uint64_t length) const;
-  void Cover(const TAccess& access);
   void BeginRecord(const TRecordHeader& header);
+  void Access(const TAccess& access);
   /// The last section of this code in the record that is being written; null if there is none.
   const TSection* FindSection(FourCharCode code);
   /// Sets the line and column of what has this name in the document's bytes.
@@ -155,6 +169,7 @@ class TLossReporter {
   std::vector<TSection> file_fields_;
   std::vector<TSection> fields_;
   std::vector<TLoss> pending_;
+  std::size_t first_pending_ = 0;  ///< Of the current record.
 
   std::span<const TSection> written_;  ///< The sections of the record that is being written.
   FourCharCode outer_section_ = kNoCode;

@@ -10,16 +10,20 @@ namespace {
 
 bool HasXml(const TProperty& row) { return row.form > XmlForm::kBase; }
 
-void WriteObserved(std::span<const TProperty> rows, const void* object,
-                   const TXmlWriteScope& scope) {
+[[gnu::cold, gnu::noinline]] void WriteObserved(std::span<const TProperty> rows, const void* object,
+                                                const TXmlWriteScope& scope) {
+  TLossReporter& losses = *scope.context.losses;
+  const FourCharCode outer = losses.GetSection();
   for (const TProperty& row : rows) {
     if (!HasXml(row)) continue;
     row.codec->ReportWriting(row, row.locate(object), scope);
     row.codec->WriteXml(row, row.locate(object), scope);
+    losses.SetSection(outer);
   }
 }
 
-Status ReadObserved(std::span<const TProperty> rows, void* object, const TXmlReadScope& scope) {
+[[gnu::cold, gnu::noinline]] Status ReadObserved(std::span<const TProperty> rows, void* object,
+                                                 const TXmlReadScope& scope) {
   for (const TProperty& row : rows) {
     if (!HasXml(row)) continue;
     scope.context.losses->SetElement(scope.element);
@@ -67,7 +71,10 @@ std::uint64_t TFieldCodec::GetUsed(const void*, const TLegacySection& section) c
   return section.length;
 }
 
-void TFieldCodec::ReportWriting(const TProperty&, const void*, const TXmlWriteScope&) const {}
+void TFieldCodec::ReportWriting(const TProperty& row, const void*,
+                                const TXmlWriteScope& scope) const {
+  if (row.code != kNoCode) scope.context.losses->SetSection(row.code);
+}
 
 void TFieldCodec::ReportReading(const TProperty&, const void*, const TXmlReadScope&) const {}
 
@@ -112,7 +119,8 @@ void TCodeIndex::Resize(std::size_t size) {
   for (const TField& field : old) AddField(field);
 }
 
-Status TCodeIndex::TField::ReadObserved(void* field, const TLegacySection& section) const {
+Status TCodeIndex::TField::ReadObserved(void* object, const TLegacySection& section) const {
+  void* const field = path.Follow(object);
   section.losses->NoteField(*row, section);
   const Status status = row->codec->ReadLegacy(*row, field, section);
   if (status == Status::kOk) section.ReportUnread(row->codec->GetUsed(field, section));

@@ -83,7 +83,8 @@ class TFieldCodec {
   /// How many bytes of its section decided the field, which may be more than there are.
   [[nodiscard]] virtual std::uint64_t GetUsed(const void* field,
                                               const TLegacySection& section) const;
-  /// Reports what the document will not hold of the field.
+  /// Reports what the document will not hold of the field. By default only sets the section of the
+  /// rows of the field.
   virtual void ReportWriting(const TProperty& row, const void* field,
                              const TXmlWriteScope& scope) const;
   /// Reports what the field does not hold of the document.
@@ -133,12 +134,14 @@ class TCodeIndex {
     /// Reads a section of this code into the field of `object`. The row must not be null.
     Status Read(void* object, const TLegacySection& section) const {
       if (section.losses != nullptr) [[unlikely]]
-        return ReadObserved(path.Follow(object), section);
+        return ReadObserved(object, section);
       return row->codec->ReadLegacy(*row, path.Follow(object), section);
     }
 
    private:
-    Status ReadObserved(void* field, const TLegacySection& section) const;
+    // Not inlined, since the path without an observer would save registers for it.
+    [[gnu::cold, gnu::noinline]] Status ReadObserved(void* object,
+                                                     const TLegacySection& section) const;
   };
 
   TCodeIndex() { Resize(32); }

@@ -81,7 +81,7 @@ std::uint64_t TValueCodec::GetUsed(const void*, const TLegacySection&) const {
 void TValueCodec::ReportWriting(const TProperty& row, const void* field,
                                 const TXmlWriteScope& scope) const {
   TScratch scratch;
-  scope.context.losses->ReportCharacters(Spell(field, scratch), row);
+  scope.context.losses->ReportText(Spell(field, scratch), row);
 }
 
 void TValueCodec::ReportReading(const TProperty& row, const void* field,

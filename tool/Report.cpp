@@ -31,6 +31,7 @@ constexpr std::string_view kLossWords[] = {
 };
 
 bool IsUtf8(const std::string& text) {
+  if (std::ranges::all_of(text, [](char c) { return (c & 0x80) == 0; })) return true;
   try {
     static_cast<void>(ordered_json(text).dump());
     return true;
@@ -70,26 +71,67 @@ std::string PercentDecoded(std::string_view text) {
   return decoded;
 }
 
-ordered_json OrNull(std::uint32_t number) {
-  return number == 0 ? ordered_json() : ordered_json(number);
-}
-
-ordered_json SectionOf(FourCharCode code) {
-  if (code == kNoCode) return {};
-  const std::array<char, 4> characters = Characters(code);
-  return ToUtf8({characters.data(), characters.size()});
-}
-
 double InMicroseconds(double seconds) { return std::round(seconds * 1e6) / 1e6; }
 
-ordered_json ErrorOf(const TInputError& error, const TErrorPlace& place) {
-  return {{"code", error.code},
-          {"text", error.text},
-          {"offset", place.offset ? ordered_json(*place.offset) : ordered_json()},
-          {"section", SectionOf(place.section)},
-          {"action", TextOrNull(ToUtf8(place.action))},
-          {"line", OrNull(place.line)},
-          {"column", OrNull(place.column)}};
+/// One line of a report while it is made. Most texts are plain ASCII and are appended as they are:
+/// a report has many, and must not cost more than the conversion.
+struct TLine {
+  /// Begins a member; the first of an object follows `{`.
+  TLine& Key(std::string_view key) {
+    if (text.back() != '{') text += ',';
+    text.append(1, '"').append(key).append("\":");
+    return *this;
+  }
+  TLine& Raw(std::string_view json) {
+    text += json;
+    return *this;
+  }
+  /// A text in UTF-8; what is not UTF-8 becomes U+FFFD.
+  TLine& Text(std::string_view value) {
+    const bool is_plain = std::ranges::all_of(
+        value, [](char c) { return c >= ' ' && c < 0x7F && c != '"' && c != '\\'; });
+    if (is_plain)
+      text.append(1, '"').append(value).append(1, '"');
+    else
+      text += DumpJson(std::string(value));
+    return *this;
+  }
+  TLine& TextOrNull(std::string_view value) { return value.empty() ? Raw("null") : Text(value); }
+  TLine& Number(std::uint64_t number) { return Raw(std::to_string(number)); }
+  TLine& NumberOrNull(std::uint64_t number) { return number == 0 ? Raw("null") : Number(number); }
+  /// With six decimal places.
+  TLine& Seconds(double seconds) {
+    const auto microseconds = static_cast<std::uint64_t>(std::max(0.0, std::round(seconds * 1e6)));
+    const std::string places = std::to_string(1000000 + microseconds % 1000000);
+    return Number(microseconds / 1000000).Raw(".").Raw(std::string_view(places).substr(1));
+  }
+  TLine& Section(FourCharCode code) {
+    if (code == kNoCode) return Raw("null");
+    const std::array<char, 4> characters = Characters(code);
+    return Text(ToUtf8({characters.data(), characters.size()}));
+  }
+
+  std::string text = "{";
+};
+
+void AppendError(const TInputError& error, const TErrorPlace& place, TLine& line) {
+  line.Raw("{").Key("code").Text(error.code).Key("text").Text(error.text).Key("offset");
+  place.offset ? line.Number(*place.offset) : line.Raw("null");
+  line.Key("section").Section(place.section);
+  line.Key("action").TextOrNull(ToUtf8(place.action));
+  line.Key("line").NumberOrNull(place.line).Key("column").NumberOrNull(place.column).Raw("}");
+}
+
+/// Appends the members of a loss and the end of its object.
+void AppendLoss(const TLoss& loss, TLine& line) {
+  line.Key("code").Text(LossWord(loss.code));
+  line.Key("level").Text(IsLoss(loss.code) ? "loss" : "note").Key("text").Text(ToUtf8(loss.text));
+  line.Key("action").TextOrNull(ToUtf8(loss.action)).Key("section").Section(loss.section);
+  if (loss.has_range)
+    line.Key("offset").Number(loss.offset).Key("length").Number(loss.length);
+  else
+    line.Raw(R"(,"offset":null,"length":null)");
+  line.Key("line").NumberOrNull(loss.line).Key("column").NumberOrNull(loss.column).Raw("}");
 }
 
 /// The bytes of the base of an input: those at the beginning of the input that a report shows so.
@@ -130,20 +172,24 @@ void TTotals::Add(const TInputRecord& record) {
 
 std::string ReportLine(const TInputRecord& record) {
   const TFileResult& result = record.result;
-  ordered_json object = InputJson(record.input.path);
-  object["base"] = record.input.base;
-  object["output"] = TextOrNull(record.output);
-  object["status"] = kStatusWords[static_cast<std::size_t>(record.status)];
-  object["form"] = result.form ? ordered_json(FormWord(*result.form)) : ordered_json();
-  object["class_file"] = result.is_class_file;
-  object["bytes_in"] = result.bytes_in;
-  object["bytes_out"] = result.bytes_out;
-  object["actions"] = result.actions;
-  object["seconds"] = InMicroseconds(record.seconds);
-  object["error"] = record.error ? ErrorOf(*record.error, result.error_place) : ordered_json();
-  ordered_json& losses = object["losses"] = ordered_json::array();
-  for (const TLoss& loss : record.losses) losses.push_back(LossJson(loss));
-  return DumpJson(object) + "\n";
+  TLine line;
+  line.Key("input").Text(record.input.path);
+  if (!IsUtf8(record.input.path)) line.Key("input_raw").Text(PercentEncoded(record.input.path));
+  line.Key("base").Text(record.input.base).Key("output").TextOrNull(record.output);
+  line.Key("status").Text(kStatusWords[static_cast<std::size_t>(record.status)]);
+  line.Key("form").TextOrNull(result.form ? FormWord(*result.form) : std::string_view());
+  line.Key("class_file").Raw(result.is_class_file ? "true" : "false");
+  line.Key("bytes_in").Number(result.bytes_in).Key("bytes_out").Number(result.bytes_out);
+  line.Key("actions").Number(result.actions).Key("seconds").Seconds(record.seconds);
+  line.Key("error");
+  record.error ? AppendError(*record.error, result.error_place, line)
+               : static_cast<void>(line.Raw("null"));
+  line.Key("losses").Raw("[");
+  for (const TLoss& loss : record.losses) {
+    line.Raw(&loss == &record.losses.front() ? "{" : ",{");
+    AppendLoss(loss, line);
+  }
+  return std::move(line.Raw("]}\n").text);
 }
 
 std::string ReportLine(const TTotals& totals) {
@@ -199,15 +245,9 @@ ordered_json InputJson(const std::string& path) {
 }
 
 ordered_json LossJson(const TLoss& loss) {
-  return {{"code", LossWord(loss.code)},
-          {"level", IsLoss(loss.code) ? "loss" : "note"},
-          {"text", ToUtf8(loss.text)},
-          {"action", TextOrNull(ToUtf8(loss.action))},
-          {"section", SectionOf(loss.section)},
-          {"offset", loss.has_range ? ordered_json(loss.offset) : ordered_json()},
-          {"length", loss.has_range ? ordered_json(loss.length) : ordered_json()},
-          {"line", OrNull(loss.line)},
-          {"column", OrNull(loss.column)}};
+  TLine line;
+  AppendLoss(loss, line);
+  return ordered_json::parse(line.text);
 }
 
 std::string ToUtf8(std::string_view latin1) {

@@ -89,7 +89,8 @@ bool CInputColumnArray::AppendItemRecords(CDynamicArray& records) const {
   return true;
 }
 
-Status CInputColumnArray::FinishItems(TDataFile& file, TLossReporter* losses) const {
+Status CInputColumnArray::FinishItems(TDataFile& file, FourCharCode code,
+                                      TLossReporter* losses) const {
   const auto finish = [&] {
     std::set<const TListItem*> counted;  // Lists that have a column; reading has counted them.
     std::uint64_t count = 0;
@@ -97,18 +98,21 @@ Status CInputColumnArray::FinishItems(TDataFile& file, TLossReporter* losses) co
       const std::span<const TListItem> items = FindSharedItems(i);
       if (!counted.insert(items.data()).second) count += items.size();
     }
-    if (losses != nullptr) ReportItemsWithoutColumn(counted, *losses);
+    if (losses != nullptr) {
+      const std::size_t others = CountOthers(counted);
+      if (others > 0)
+        losses->ReportIn(code, LossReason::kItemWithoutColumn, std::to_string(others));
+    }
     return file.ChargeRecords(count * MakeItemRecords().GetElementSize());
   };
   return Attempt(finish, Status::kFailure);
 }
 
-void CInputColumnArray::ReportItemsWithoutColumn(const std::set<const TListItem*>& with_column,
-                                                 TLossReporter& losses) const {
+std::size_t CInputColumnArray::CountOthers(const std::set<const TListItem*>& with_column) const {
   std::size_t count = 0;
   for (const auto& [names, items] : shared_items_)
     if (!with_column.contains(items.data())) count += items.size();
-  if (count > 0) losses.Report(LossReason::kItemWithoutColumn, std::to_string(count));
+  return count;
 }
 
 bool CInputColumnArray::HasEqualItems(const CInputColumnArray& other) const {

@@ -59,9 +59,9 @@ class CInputColumnArray : public CDynamicArray {
   /// false when memory runs out otherwise.
   bool AppendItemRecords(CDynamicArray& records) const;
   /// Finishes the items of a legacy record: counts an item as a record of `file` once more for each
-  /// column that it belongs to, and reports those that belong to none. kMalformed when they are too
-  /// many for the file's size.
-  Status FinishItems(TDataFile& file, TLossReporter* losses) const;
+  /// column that it belongs to, and reports those that belong to none, as of the section `code`.
+  /// kMalformed when they are too many for the file's size.
+  Status FinishItems(TDataFile& file, FourCharCode code, TLossReporter* losses) const;
 
   [[nodiscard]] bool HasEqualItems(const CInputColumnArray& other) const;
 
@@ -80,8 +80,8 @@ class CInputColumnArray : public CDynamicArray {
 
   [[nodiscard]] TNames NamesOf(const TBuilderColumn& column) const;
   [[nodiscard]] std::span<const TListItem> FindSharedItems(std::uint32_t column) const;
-  void ReportItemsWithoutColumn(const std::set<const TListItem*>& with_column,
-                                TLossReporter& losses) const;
+  /// How many items belong to no column.
+  [[nodiscard]] std::size_t CountOthers(const std::set<const TListItem*>& with_column) const;
 
   std::size_t name_count_;
   TRecordArray<TListItem> items_;  ///< Read from a document.

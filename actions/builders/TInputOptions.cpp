@@ -39,7 +39,10 @@ class TFixedInputCodec final : public TFieldCodec {
   void WriteXml(const TProperty&, const void* field, const TXmlWriteScope& scope) const override {
     const auto& input = *static_cast<const TFixedInput*>(field);
     WriteXmlRows(kFixedInputRows, field, scope);
-    if (input.HasText()) AppendText(scope.element, input.text.View());
+    if (!input.HasText()) return;
+    if (scope.context.losses != nullptr)
+      scope.context.losses->ReportText(input.text.View(), scope.element.getTagName());
+    AppendText(scope.element, input.text.View());
   }
   Status ReadXml(const TProperty&, void* field, const TXmlReadScope& scope) const override {
     auto& input = *static_cast<TFixedInput*>(field);

@@ -56,7 +56,6 @@ class TPartReader {
     part.offset = static_cast<std::uint32_t>(offset_);
     part.length = count;
     offset_ += count;
-    part.ReportUnread(count);
     if (TByteAccount* const account = part.GetAccount())
       account->SetUse(part.offset, count, ByteUse::kCarried);
     return part;
@@ -132,8 +131,10 @@ class TAssignItemsCodec final : public TFieldCodec {
       const TXmlWriteScope inner{scope.context, element, scope.action_name};
       WriteXmlRows(is_cookie ? TAssignItem::CookieProperties() : TAssignItem::VariableProperties(),
                    &item, inner);
-      if (!is_cookie && !EqualsIgnoringCase(item.scope.View(), kDefaultScope))
-        WriteTextElement(element, kScopeElement, item.scope.View());
+      if (is_cookie || EqualsIgnoringCase(item.scope.View(), kDefaultScope)) continue;
+      if (scope.context.losses != nullptr)
+        scope.context.losses->ReportText(item.scope.View(), kScopeElement);
+      WriteTextElement(element, kScopeElement, item.scope.View());
     }
   }
 

@@ -83,6 +83,7 @@ Status TExternalQuerySpecification::ReadParts(const TLegacySection& section, TBy
   std::uint32_t count = 0;
   if (reader.ReadU32(count) != Status::kOk) return Status::kOk;
   std::string_view value;
+  const std::uint32_t all = count;
   for (; count > 0 && reader.ReadTerminated(text) == Status::kOk &&
          reader.ReadTerminated(value) == Status::kOk;
        --count) {
@@ -93,7 +94,7 @@ Status TExternalQuerySpecification::ReadParts(const TLegacySection& section, TBy
   }
   is_whole = count == 0;
   if (!is_whole && section.losses != nullptr)
-    section.losses->Report(LossReason::kShortList, section, std::to_string(count) + " missing");
+    section.losses->Report(LossReason::kShortList, section, std::to_string(all));
   return Status::kOk;
 }
 
@@ -154,17 +155,27 @@ Status TExternalQuerySpecification::WriteElement(TXmlWriteContext& context,
       ChildIfSet<&TExternalQuerySpecification::event_class_>(kNoCode, "EventClass"),
       ChildIfSet<&TExternalQuerySpecification::event_code_>(kNoCode, "EventCode"),
   };
-  WriteTextElement(element, is_command ? "Command" : "Target", target_.View());
+  const auto write = [&](dom::Element part, std::string_view name, const CText& text) {
+    if (context.losses != nullptr)
+      context.losses->ReportText(text.View(), name, is_library ? kLibraryPlatform : kEventPlatform);
+    WriteTextElement(part, name, text.View());
+  };
+  write(element, is_command ? "Command" : "Target", target_);
   if (HasEvent()) WriteXmlRows(kEventRows, this, scope);
+  const bool has_names =
+      std::any_of(parameters_.begin(), parameters_.end(),
+                  [](const TExternalParameter& parameter) { return !parameter.name.IsEmpty(); });
+  if (context.losses != nullptr && is_library && has_names)
+    context.losses->ReportIn(kLibraryPlatform, LossReason::kDroppedField, {});
   const dom::Element list = element.appendElement(is_library ? "ParameterList" : "VariableList");
   for (const TExternalParameter& parameter : parameters_) {
     if (is_library) {
-      WriteTextElement(list, "ParameterItem", parameter.value.View());
+      write(list, "ParameterItem", parameter.value);
       continue;
     }
     const dom::Element item = list.appendElement("VariableItem");
-    WriteTextElement(item, "Name", parameter.name.View());
-    WriteTextElement(item, "Value", parameter.value.View());
+    write(item, "Name", parameter.name);
+    write(item, "Value", parameter.value);
   }
   return TTableSpecification::WriteXml(context, element, parent);
 }

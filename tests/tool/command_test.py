@@ -50,7 +50,7 @@ class CommandTest(unittest.TestCase):
         for i in range(FILES):
             path = self.root / "in" / ("d%d" % (i % 7)) / ("f%03d.%s" % (i, "ZAF" if i % 5 else "zcf"))
             path.parent.mkdir(parents=True, exist_ok=True)
-            path.write_bytes([GOOD, GOOD, CLASS, GOOD[:-40] if i % 2 else b""][i % 4])
+            path.write_bytes([GOOD, GOOD + b"left" * (i % 8 == 1), CLASS, GOOD[:-40] if i % 2 else b""][i % 4])
         (self.root / "in" / "d1-").mkdir()
         (self.root / "in" / "d1-" / "x.zaf").write_bytes(GOOD)  # Before d1/, as bytes go.
         with open(os.fsencode(self.root) + b"/in/\xff\x01.zaf", "wb") as file:
@@ -99,6 +99,29 @@ class CommandTest(unittest.TestCase):
         self.assertEqual((result.returncode, self.report()[1]["converted"]), (0, failing))
         self.assertEqual(len(contents("out")), FILES + 2)
         self.assertEqual(run("convert", "--retry", "r.jsonl", "-o", "out").returncode, 3)
+
+    def test_losses(self):
+        Path("in").mkdir()
+        Path("in/a.zaf").write_bytes(GOOD + b"left")
+        Path("in/b.zaf").write_bytes(GOOD)
+        sentence = rb"^in/a.zaf: loss: .+ \(bytes-unreferenced at \+0x%X\)$" % len(GOOD)
+        for arguments, status, prints in [(["convert", "-o", "out"], 0, False),
+                                          (["convert", "-o", "out", "-v"], 0, True),
+                                          (["convert", "-o", "out", "--fail-on-loss"], 1, True),
+                                          (["check"], 0, True), (["check", "-q"], 0, False),
+                                          (["check", "--fail-on-loss"], 1, True)]:
+            result = run(*arguments, "in", "--report", "r.jsonl")
+            self.assertEqual(result.returncode, status, arguments)
+            self.assertEqual(bool(re.search(sentence, result.stderr, re.M)), prints, arguments)
+            (lossy, clean), summary = self.report()
+            self.assertEqual((lossy["error"], lossy["status"] == "failed"), (None, status == 1))
+            self.assertEqual([(loss["code"], loss["offset"], loss["length"]) for loss in lossy["losses"]
+                              if loss["level"] == "loss"], [("bytes-unreferenced", len(GOOD), 4)])
+            self.assertFalse([loss for loss in clean["losses"] if loss["level"] == "loss"])
+            self.assertEqual(summary["with_losses"], 1)
+            if arguments[0] == "convert":
+                self.assertEqual(len(contents("out")), 2)
+                shutil.rmtree("out")
 
     def test_shards_are_a_partition(self):
         self.make_tree()
