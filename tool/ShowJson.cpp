@@ -12,6 +12,7 @@ namespace {
 using nlohmann::ordered_json;
 
 constexpr std::string_view kDataPlace = "@DATA@";
+constexpr std::string_view kImagePlace = "@IMAGE@";
 
 bool IsLegacy(const TShownFile& file) { return *file.record.result.form == DocumentForm::kLegacy; }
 
@@ -98,7 +99,6 @@ ordered_json PageData(const TShownFile& file) {
     losses.back()["node"] = loss.action.empty() || node == nodes.end() ? 0 : node->second;
   }
   data["strings"] = strings.GetTexts();
-  data["image"] = Packed(file.image);
   return data;
 }
 
@@ -145,6 +145,7 @@ std::string HtmlView(const TShownFile& file) {
       data += "\\u003c";
     else
       data += character;
+  page.replace(page.find(kImagePlace), kImagePlace.size(), Packed(file.image));
   return page.replace(page.find(kDataPlace), kDataPlace.size(), data);
 }
 
