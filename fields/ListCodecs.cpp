@@ -17,7 +17,8 @@ const CDynamicArray& Records(const void* field) {
 void ReportTexts(const TLegacySection& section, const CTextPtrArray& texts, std::uint32_t first) {
   std::uint64_t used = sizeof(std::uint32_t);
   for (std::uint32_t i = first; i < texts.GetCount(); ++i) used += texts[i].View().size() + 1;
-  section.losses->ReportUnread(section, used);
+  // The last text may lack its NUL.
+  section.losses->ReportUnread(section, std::min<std::uint64_t>(used, section.length));
   TByteReader reader(section.file->GetImage().subspan(section.offset));
   std::uint32_t count = 0;
   if (section.length == 0 || reader.ReadU32(count) != Status::kOk) return;
