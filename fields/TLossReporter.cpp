@@ -242,7 +242,8 @@ void TLossReporter::RetractDropped(FourCharCode code) {
 
 void TLossReporter::ReportUnread(const TLegacySection& section, std::uint64_t used) {
   const std::uint64_t end = std::uint64_t{section.offset} + section.length;
-  if (used > section.length) Access({AccessKind::kBeyond, end, used - section.length, section.code});
+  if (used > section.length)
+    Access({AccessKind::kBeyond, end, used - section.length, section.code});
   if (used >= section.length) return;
   if (TByteAccount* const account = GetAccount())
     account->SetUse(section.offset + used, section.length - used, ByteUse::kDropped);

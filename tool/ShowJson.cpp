@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <map>
 #include <string_view>
 #include <unordered_map>
 
@@ -12,6 +13,7 @@ namespace {
 using nlohmann::ordered_json;
 
 constexpr std::string_view kDataPlace = "@DATA@";
+constexpr std::string_view kImagePlace = "@IMAGE@";
 
 bool IsLegacy(const TShownFile& file) { return *file.record.result.form == DocumentForm::kLegacy; }
 
@@ -88,17 +90,24 @@ ordered_json PageData(const TShownFile& file) {
                         section.action + 1, strings.IndexOf(section.field), section.value});
   ordered_json& ranges = data["bytes"] = ordered_json::array();
   for (const TShownRange& range : file.ranges) ranges.push_back({range.length, range.use});
+  // A loss is that of the node with its section, or with its name.
+  std::map<std::pair<std::uint64_t, std::string>, std::int64_t> owners;
+  for (const TShownSection& section : file.sections)
+    owners[{section.offset, section.owner}] = section.action + 1;
   std::unordered_map<std::string, std::int64_t> nodes;
   for (std::size_t i = file.actions.size(); i > 0; --i)
     nodes[file.actions[i - 1].name] = static_cast<std::int64_t>(i);
   ordered_json& losses = data["losses"] = ordered_json::array();
   for (const TLoss& loss : file.record.losses) {
     losses.push_back(LossJson(loss));
-    const auto node = nodes.find(ToUtf8(loss.action));
-    losses.back()["node"] = loss.action.empty() || node == nodes.end() ? 0 : node->second;
+    const std::string name = ToUtf8(loss.action);
+    const auto owner = owners.find({loss.offset, name});
+    const auto node = nodes.find(name);
+    losses.back()["node"] = loss.has_range && owner != owners.end()      ? owner->second
+                            : loss.action.empty() || node == nodes.end() ? 0
+                                                                         : node->second;
   }
   data["strings"] = strings.GetTexts();
-  data["image"] = Packed(file.image);
   return data;
 }
 
@@ -145,6 +154,7 @@ std::string HtmlView(const TShownFile& file) {
       data += "\\u003c";
     else
       data += character;
+  page.replace(page.find(kImagePlace), kImagePlace.size(), Packed(file.image));
   return page.replace(page.find(kDataPlace), kDataPlace.size(), data);
 }
 

@@ -4,7 +4,7 @@
 
 namespace zaf {
 
-/// The page share/show.html, in which `@DATA@` is to be replaced.
+/// The page share/show.html, in which `@DATA@` and `@IMAGE@` are to be replaced.
 extern const std::string_view kPage;
 
 }  // namespace zaf

@@ -145,7 +145,7 @@ class PageTest(unittest.TestCase):
             (self.root / "in.xml").write_text(content, "latin-1")
             source = self.root / (name + ".zaf")
             subprocess.run([ZAF, "convert", self.root / "in.xml", "-o", source, "--to", "legacy", "-q"], check=True)
-        page = self.root / (name + ".html")
+        page = self.root / (Path(name).name + ".html")
         subprocess.run([ZAF, "show", source, "--html", page], check=True)
         self.browser.open(page)
         return page
@@ -191,9 +191,26 @@ class PageTest(unittest.TestCase):
                 self.assertLessEqual(self.browser.run("document.documentElement.scrollWidth"), width)
         self.browser.call("Emulation.clearDeviceMetricsOverride")
 
+    def test_marks_losses(self):
+        damaged = (SAMPLES / "order-entry.zaf").read_bytes().replace(b"cmnt", b"cmnx") + b"Nobody refers to this."
+        (self.root / "damaged.zaf").write_bytes(damaged)
+        self.page(self.root / "damaged.zaf")
+        count = self.browser.run("data.losses.filter(loss => loss.level === 'loss').length")
+        self.assertGreater(count, 1)
+        self.assertEqual(self.browser.run("document.querySelectorAll('.losses .loss').length"), count)
+        self.browser.press("ArrowDown", "ArrowDown")
+        self.assertEqual(self.browser.run("document.querySelectorAll('.sections .state.loss').length"), 1)
+        for place, name in ("Home", "losses-file"), ("ArrowDown", "losses-action"):
+            self.browser.press(place, place)
+            self.browser.look(name, 1280, 860, "light")
+
     def test_large_file(self):
+        self.browser.call("Performance.enable", timeDomain="threadTicks")
         page = self.page("large", large_document())
-        opened = self.browser.run("performance.getEntriesByType('navigation')[0].loadEventEnd") / 1000
+        # The time of the processor: other programs do not count.
+        metrics = {item["name"]: item["value"] for item in self.browser.call("Performance.getMetrics")["metrics"]}
+        opened, waited = metrics["TaskDuration"], self.browser.run(
+            "performance.getEntriesByType('navigation')[0].loadEventEnd") / 1000
         self.assertEqual(self.shown(), ACTIONS + 1)
         # Turns the wheel and looks, in each frame, for places in view without a row.
         self.browser.run("""gaps = 0; frames = 0; isWatched = true; (function watch() {
@@ -215,8 +232,8 @@ class PageTest(unittest.TestCase):
         self.assertEqual(self.selected(), "Needle")
         self.browser.look("large", 1280, 860, "light")
         size = page.stat().st_size / 1e6
-        print("%d actions: page of %.1f MB, open in %.2f s, %d frames scrolled with %d gaps, %.2f s a key"
-              % (ACTIONS, size, opened, frames, gaps, searched))
+        print("%d actions: page of %.1f MB, open in %.2f s (%.2f s on this machine now), %d frames scrolled with %d gaps, %.2f s a key"
+              % (ACTIONS, size, opened, waited, frames, gaps, searched))
         self.assertLess(size, MEGABYTES)
         self.assertLess(opened, SECONDS)
         self.assertEqual(gaps, 0)
@@ -234,7 +251,7 @@ class PageTest(unittest.TestCase):
             self.assertIn(HACK, self.browser.run("document.querySelector('dl, main').textContent + document.body.textContent"))
             self.assertEqual(self.browser.run(
                 "[typeof hacked, document.scripts.length, document.images.length, document.links.length]"),
-                ["undefined", 2, 0, 0])
+                ["undefined", 3, 0, 0])
         self.browser.look("hostile", 1280, 860, "light")
 
 
