@@ -109,7 +109,7 @@ TEST(Account, TellsWhichBytesDecideTheDocument) {
       if (!entry.is_regular_file() || entry.path().extension() == ".md") continue;
       std::ifstream stream(entry.path(), std::ios::binary);
       const std::string bytes(std::istreambuf_iterator<char>(stream), {});
-      for (const std::string& fault : FaultsOf(bytes, 10))
+      for (const std::string& fault : FaultsOf(bytes, 6))
         faults[fault] += entry.path().filename().string() + " ";
     }
   for (const auto& [fault, files] : faults) ADD_FAILURE() << fault << ": " << files;
