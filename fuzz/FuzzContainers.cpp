@@ -11,9 +11,14 @@
 
 #include "foundation/CTextLocal.h"
 #include "foundation/CTextPtrArray.h"
+#include "tests/support/ContainerModels.h"
 
 namespace zaf {
 namespace {
+
+using test::Folded;
+using test::Replaced;
+using test::TBufferModel;
 
 constexpr std::size_t kLongest = 4096;
 
@@ -27,11 +32,6 @@ std::uint32_t Size(std::string_view text) { return static_cast<std::uint32_t>(te
 
 std::uint32_t Place(std::size_t place) {
   return place == std::string::npos ? kNoIndex : static_cast<std::uint32_t>(place);
-}
-
-std::string Folded(std::string text) {
-  std::transform(text.begin(), text.end(), text.begin(), ToUpper);
-  return text;
 }
 
 /// Takes numbers and texts from the beginning of the input; 0 and nothing at its end.
@@ -57,30 +57,6 @@ class TProgram {
 
  private:
   std::string_view bytes_;
-};
-
-/// A buffer's bytes and capacity by the rules: the first reservation and a shrinking one exactly, a
-/// growing one to the next multiple of 16, or 4096; shrinking from 32 bytes on.
-struct TBufferModel {
-  std::string bytes;
-  std::size_t capacity = 0;
-
-  void Reserve(std::size_t size) {
-    if (size <= capacity && capacity - size < 32) return;
-    const std::size_t unit = capacity > 4096 ? 4096 : 16;
-    const bool grows = capacity != 0 && size > capacity;
-    capacity = grows ? (size / unit + 1) * unit : size;
-    bytes.resize(std::min(bytes.size(), capacity));
-  }
-  void Set(const std::string& other) {
-    Reserve(other.size());
-    bytes = other;
-  }
-  /// An empty buffer is set instead, wherever.
-  void Splice(std::size_t position, std::size_t count, const std::string& other) {
-    if (bytes.empty()) return Set(other);
-    bytes.replace(std::min(position, bytes.size()), count, other);
-  }
 };
 
 void StepBuffer(TProgram& program, CData& buffer, TBufferModel& model) {
@@ -120,21 +96,6 @@ void StepBuffer(TProgram& program, CData& buffer, TBufferModel& model) {
   // The rules say nothing of what splicing reserves.
   Require(operation > 1 || buffer.GetCapacity() == model.capacity, "capacity follows its rules");
   model.capacity = buffer.GetCapacity();
-}
-
-/// Replaces step by step: find, splice, continue after the replacement.
-std::string Replaced(std::string text, const std::string& find, const std::string& replacement,
-                     bool is_folded, std::uint32_t occurrence) {
-  const std::string pattern = is_folded ? Folded(find) : find;
-  std::uint32_t number = 0;
-  for (std::size_t i = 0; !find.empty();) {
-    i = (is_folded ? Folded(text) : text).find(pattern, i);
-    if (i == std::string::npos) break;
-    const bool is_chosen = ++number == occurrence || occurrence == 0;
-    if (is_chosen) text.replace(i, find.size(), replacement);
-    i += is_chosen ? replacement.size() : find.size();
-  }
-  return text;
 }
 
 void StepText(TProgram& program, CText& text, std::string& model) {
