@@ -73,6 +73,11 @@ std::string PercentDecoded(std::string_view text) {
 
 double InMicroseconds(double seconds) { return std::round(seconds * 1e6) / 1e6; }
 
+bool IsPlain(std::string_view text) {
+  return std::ranges::all_of(text,
+                             [](char c) { return c >= ' ' && c < 0x7F && c != '"' && c != '\\'; });
+}
+
 /// One line of a report while it is made. Most texts are plain ASCII and are appended as they are:
 /// a report has many, and must not cost more than the conversion.
 struct TLine {
@@ -86,17 +91,19 @@ struct TLine {
     text += json;
     return *this;
   }
+  TLine& Quoted(std::string_view plain) { return Raw("\"").Raw(plain).Raw("\""); }
   /// A text in UTF-8; what is not UTF-8 becomes U+FFFD.
   TLine& Text(std::string_view value) {
-    const bool is_plain = std::ranges::all_of(
-        value, [](char c) { return c >= ' ' && c < 0x7F && c != '"' && c != '\\'; });
-    if (is_plain)
-      text.append(1, '"').append(value).append(1, '"');
-    else
-      text += DumpJson(std::string(value));
-    return *this;
+    return IsPlain(value) ? Quoted(value) : Raw(DumpJson(std::string(value)));
   }
   TLine& TextOrNull(std::string_view value) { return value.empty() ? Raw("null") : Text(value); }
+  /// A text in ISO-8859-1.
+  TLine& Latin1(std::string_view value) {
+    return IsPlain(value) ? Quoted(value) : Raw(DumpJson(ToUtf8(value)));
+  }
+  TLine& Latin1OrNull(std::string_view value) {
+    return value.empty() ? Raw("null") : Latin1(value);
+  }
   TLine& Number(std::uint64_t number) { return Raw(std::to_string(number)); }
   TLine& NumberOrNull(std::uint64_t number) { return number == 0 ? Raw("null") : Number(number); }
   /// With six decimal places.
@@ -108,7 +115,7 @@ struct TLine {
   TLine& Section(FourCharCode code) {
     if (code == kNoCode) return Raw("null");
     const std::array<char, 4> characters = Characters(code);
-    return Text(ToUtf8({characters.data(), characters.size()}));
+    return Latin1({characters.data(), characters.size()});
   }
 
   std::string text = "{";
@@ -118,15 +125,15 @@ void AppendError(const TInputError& error, const TErrorPlace& place, TLine& line
   line.Raw("{").Key("code").Text(error.code).Key("text").Text(error.text).Key("offset");
   place.offset ? line.Number(*place.offset) : line.Raw("null");
   line.Key("section").Section(place.section);
-  line.Key("action").TextOrNull(ToUtf8(place.action));
+  line.Key("action").Latin1OrNull(place.action);
   line.Key("line").NumberOrNull(place.line).Key("column").NumberOrNull(place.column).Raw("}");
 }
 
 /// Appends the members of a loss and the end of its object.
 void AppendLoss(const TLoss& loss, TLine& line) {
   line.Key("code").Text(LossWord(loss.code));
-  line.Key("level").Text(IsLoss(loss.code) ? "loss" : "note").Key("text").Text(ToUtf8(loss.text));
-  line.Key("action").TextOrNull(ToUtf8(loss.action)).Key("section").Section(loss.section);
+  line.Key("level").Text(IsLoss(loss.code) ? "loss" : "note").Key("text").Latin1(loss.text);
+  line.Key("action").Latin1OrNull(loss.action).Key("section").Section(loss.section);
   if (loss.has_range)
     line.Key("offset").Number(loss.offset).Key("length").Number(loss.length);
   else
