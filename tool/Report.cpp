@@ -73,9 +73,15 @@ std::string PercentDecoded(std::string_view text) {
 
 double InMicroseconds(double seconds) { return std::round(seconds * 1e6) / 1e6; }
 
+/// The bytes that JSON has as they are: ASCII without quotes, backslashes and control characters.
+constexpr std::array<bool, 256> kPlain = [] {
+  std::array<bool, 256> plain{};
+  for (std::size_t byte = ' '; byte < 0x7F; ++byte) plain[byte] = byte != '"' && byte != '\\';
+  return plain;
+}();
+
 bool IsPlain(std::string_view text) {
-  return std::ranges::all_of(text,
-                             [](char c) { return c >= ' ' && c < 0x7F && c != '"' && c != '\\'; });
+  return std::ranges::all_of(text, [](char c) { return kPlain[static_cast<unsigned char>(c)]; });
 }
 
 /// One line of a report while it is made. Most texts are plain ASCII and are appended as they are:
@@ -129,16 +135,18 @@ void AppendError(const TInputError& error, const TErrorPlace& place, TLine& line
   line.Key("line").NumberOrNull(place.line).Key("column").NumberOrNull(place.column).Raw("}");
 }
 
-/// Appends the members of a loss and the end of its object.
+/// Appends an object. Its keys are constants, as there are many losses.
 void AppendLoss(const TLoss& loss, TLine& line) {
-  line.Key("code").Text(LossWord(loss.code));
-  line.Key("level").Text(IsLoss(loss.code) ? "loss" : "note").Key("text").Latin1(loss.text);
-  line.Key("action").Latin1OrNull(loss.action).Key("section").Section(loss.section);
+  line.Raw(R"({"code":)").Quoted(LossWord(loss.code));
+  line.Raw(R"(,"level":)").Quoted(IsLoss(loss.code) ? "loss" : "note");
+  line.Raw(R"(,"text":)").Latin1(loss.text);
+  line.Raw(R"(,"action":)").Latin1OrNull(loss.action).Raw(R"(,"section":)").Section(loss.section);
   if (loss.has_range)
-    line.Key("offset").Number(loss.offset).Key("length").Number(loss.length);
+    line.Raw(R"(,"offset":)").Number(loss.offset).Raw(R"(,"length":)").Number(loss.length);
   else
     line.Raw(R"(,"offset":null,"length":null)");
-  line.Key("line").NumberOrNull(loss.line).Key("column").NumberOrNull(loss.column).Raw("}");
+  line.Raw(R"(,"line":)").NumberOrNull(loss.line);
+  line.Raw(R"(,"column":)").NumberOrNull(loss.column).Raw("}");
 }
 
 /// The bytes of the base of an input: those at the beginning of the input that a report shows so.
@@ -193,7 +201,7 @@ std::string ReportLine(const TInputRecord& record) {
                : static_cast<void>(line.Raw("null"));
   line.Key("losses").Raw("[");
   for (const TLoss& loss : record.losses) {
-    line.Raw(&loss == &record.losses.front() ? "{" : ",{");
+    if (&loss != &record.losses.front()) line.Raw(",");
     AppendLoss(loss, line);
   }
   return std::move(line.Raw("]}\n").text);
@@ -252,7 +260,7 @@ ordered_json InputJson(const std::string& path) {
 }
 
 ordered_json LossJson(const TLoss& loss) {
-  TLine line;
+  TLine line{.text = {}};
   AppendLoss(loss, line);
   return ordered_json::parse(line.text);
 }
