@@ -24,6 +24,9 @@ namespace zaf {
 namespace {
 
 constexpr std::uint32_t kNone = static_cast<std::uint32_t>(-1);
+/// Replace passwords, which a legacy file has in clear and a report must not.
+constexpr std::string_view kHidden = "(hidden)";
+constexpr std::string_view kOtherHidden = "(another one, hidden)";
 /// The section that names an action's parent.
 constexpr FourCharCode kParentSection = Code("pare");
 
@@ -345,7 +348,9 @@ class TApplicationComparison {
       if (has_xml == HasXml::kYes && !is_read_alike &&
           ChangesXml(one, record_one, record_two, code))
         continue;
-      ReportValues("'" + NameOf(code) + "'", from, to);
+      const bool is_password = code == Code("pass") || code == Code("dpas");
+      ReportValues("'" + NameOf(code) + "'", from && is_password ? kHidden : from,
+                   to && is_password ? kOtherHidden : to);
     }
   }
 
