@@ -161,6 +161,18 @@ TEST(Differences, AreNoneBetweenAFileAndItsDocument) {
             TLineList{"ZAF Title: changed T -> U"});
 }
 
+TEST(Differences, HideThePasswordsOfLegacyFiles) {
+  // This action has no data source in the XML form.
+  const auto lines = [](std::string_view one, std::string_view two) {
+    const auto file = [](std::string_view password) {
+      return test::LegacyFile().Action("endt", "E").Text("pass", password).Bytes();
+    };
+    return Differences(file(one), file(two), DifferenceScope::kEverything);
+  };
+  EXPECT_EQ(lines("a", "a"), TLineList{});
+  EXPECT_EQ(lines("a", "b"), TLineList{"E 'pass': changed (hidden) -> (another one, hidden)"});
+}
+
 TEST(Differences, KnowTheListsOfTheGrammar) {
   std::ifstream file(ZAF2XML_SAMPLES "/../share/zanfo.dtd");
   const std::string grammar(std::istreambuf_iterator<char>(file), {});
