@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "foundation/Paths.h"
 #include "tool/Commands.h"
 #include "tool/Messages.h"
 #include "tool/RunOptions.h"
@@ -12,8 +13,6 @@
 
 namespace zaf {
 namespace {
-
-namespace fs = std::filesystem;
 
 struct TShowOptions {
   std::string file;
@@ -26,15 +25,15 @@ struct TShowOptions {
 /// Writes the page to the file `path`, which may be an older page, but nothing else.
 void WritePage(const std::string& path, const std::string& page) {
   std::error_code error;
-  if (fs::exists(path, error)) {
-    std::ifstream file(path, std::ios::binary);
+  if (std::filesystem::exists(ToPath(path), error)) {
+    std::ifstream file(ToPath(path), std::ios::binary);
     std::string begin(kPageBegin.size(), '\0');
     file.read(begin.data(), static_cast<std::streamsize>(begin.size()));
     if (begin != kPageBegin)
       throw TToolError(ExitStatus::kUsage,
                        path + " exists and is no page of this program; it is left as it is");
   }
-  std::ofstream file(path, std::ios::binary);
+  std::ofstream file(ToPath(path), std::ios::binary);
   file.write(page.data(), static_cast<std::streamsize>(page.size()));
   if (!file.flush())
     throw TToolError(ExitStatus::kCannotWrite, "The page " + path + " cannot be written");
