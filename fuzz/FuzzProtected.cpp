@@ -2,7 +2,7 @@
 // again, but not with one of its bytes changed.
 
 #include "fuzz/FuzzSupport.h"
-#include "fuzz/NamedChanges.h"
+#include "tests/support/NamedChanges.h"
 
 namespace {
 
@@ -30,7 +30,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   fuzz::Require(saved.starts_with(line), "a protected document begins with its line");
   TZanfoFile again;
   fuzz::Require(fuzz::LoadBytes(saved, again) == Status::kOk ||
-                    fuzz::FindNamedChanges(fuzz::SaveToXml(file)).contains(fuzz::kNamelessJoin),
+                    test::FindNamedChanges(fuzz::SaveToXml(file)).contains(test::kNamelessJoin),
                 "a protected document loads");
   fuzz::Require(again.IsRunOnly(), "a protected document is run-only");
   std::string damaged = saved;

@@ -45,7 +45,8 @@ bool HasNulInLogin(std::string_view document) {
 /// their names, which are short and ignore case, adds a line feed to each return of an output, has
 /// no place for the parameters of mail, and gives all columns of one name the same list items.
 bool FitsLegacyFile(const TZanfoFile& file, std::string_view document) {
-  if (Count(document, "<InputListItem") > 0 && Count(document, "<InputOptions") > 1) return false;
+  if (test::Count(document, "<InputListItem") > 0 && test::Count(document, "<InputOptions") > 1)
+    return false;
   if (HasNulInLogin(document)) return false;
   if (document.find('\r') != document.npos || document.find("<MailAction") != document.npos ||
       document.find("UseDevelopmentDataSource") != document.npos)

@@ -3,8 +3,8 @@
 #include <string>
 
 #include "fuzz/FuzzSupport.h"
-#include "fuzz/NamedChanges.h"
 #include "fuzz/WellFormed.h"
+#include "tests/support/NamedChanges.h"
 
 namespace zaf::fuzz {
 
@@ -16,20 +16,22 @@ constexpr std::size_t kLongestDocument = std::size_t{1} << 18;
 /// same bytes once no change by design applies to it, at the latest after the most changes
 /// possible.
 inline void RequireThatDocumentStays(std::string document) {
-  const std::size_t most_changes = FindMostChanges(document);
+  const std::size_t most_changes = test::FindMostChanges(document);
   for (std::size_t i = 0; i <= most_changes && document.size() <= kLongestDocument; ++i) {
     if (IsKnown(document, i)) return;
     Require(IsWellFormed(document), "a document is well-formed");
     TZanfoFile again;
     if (const Status status = LoadBytes(document, again); status != Status::kOk) {
-      Require(status == Status::kMalformed && FindNamedChanges(document).contains(kNamelessJoin),
+      Require(status == Status::kMalformed &&
+                  test::FindNamedChanges(document).contains(test::kNamelessJoin),
               "a document loads");
       return;
     }
     Require(again.IsEqual(again), "a file equals itself");
     std::string next = SaveToXml(again);
-    if (next == document || WithoutSignatures(next) == WithoutSignatures(document)) return;
-    if (i == most_changes || FindNamedChanges(document, 1).empty()) {
+    if (next == document || test::WithoutSignatures(next) == test::WithoutSignatures(document))
+      return;
+    if (i == most_changes || test::FindNamedChanges(document, 1).empty()) {
       std::fprintf(stderr, "%s\nbecomes\n%s\n", document.c_str(), next.c_str());
       Require(false, "a document that was read is written alike");
     }

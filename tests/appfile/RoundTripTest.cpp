@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "foundation/CaseFolding.h"
-#include "fuzz/NamedChanges.h"
 #include "tests/support/Convert.h"
+#include "tests/support/NamedChanges.h"
 
 namespace zaf {
 namespace {
@@ -67,23 +67,23 @@ TEST(RoundTrip, LegacyFilesLoadAlikeFromMemoryStreamsAndSubclasses) {
 
 // The fuzz target of this name follows the changes until there are none.
 TEST(RoundTrip, DocumentsStayButForWhatChangesByDesign) {
-  std::set<std::string_view> seen{fuzz::kNamelessJoin};  // Such a document is refused.
+  std::set<std::string_view> seen{test::kNamelessJoin};  // Such a document is refused.
   int unchanged = 0;
   for (const fs::path& path : Files()) {
     SCOPED_TRACE(path);
     const std::string document = test::ToXml(ReadFile(path));
     if (document.starts_with("status")) continue;
-    const std::set<std::string_view> changes = fuzz::FindNamedChanges(document);
+    const std::set<std::string_view> changes = test::FindNamedChanges(document);
     const std::string next = test::ToXml(document);
     if (next == document) {
       ++unchanged;
-    } else if (fuzz::WithoutSignatures(next) != fuzz::WithoutSignatures(document)) {
+    } else if (test::WithoutSignatures(next) != test::WithoutSignatures(document)) {
       EXPECT_FALSE(changes.empty()) << document << "becomes\n" << next;
       seen.insert(changes.begin(), changes.end());
     }
   }
   EXPECT_GT(unchanged, 200);
-  for (const fuzz::TElementChange& change : fuzz::kElementChanges)
+  for (const test::TElementChange& change : test::kElementChanges)
     EXPECT_TRUE(seen.contains(change.name)) << change.name << " no longer occurs";
 }
 

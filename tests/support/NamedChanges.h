@@ -11,7 +11,7 @@
 #include "dom/dom.h"
 #include "foundation/CaseFolding.h"
 
-namespace zaf::fuzz {
+namespace zaf::test {
 
 // The changes by design when a document that the program wrote is read and written again. A
 // document to which none of these applies is written again with the same bytes.
@@ -223,4 +223,4 @@ inline std::string WithoutSignatures(std::string document) {
   return document;
 }
 
-}  // namespace zaf::fuzz
+}  // namespace zaf::test
