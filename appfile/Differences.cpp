@@ -129,7 +129,7 @@ TNode MakeNode(const TQuerySpecification& action, std::uint32_t parent, std::uin
   return node;
 }
 
-/// The actions of a tree in its order, the root first, which stands for a missing one, too.
+/// The actions of a tree in its order, the root first, which also represents a missing one.
 /// `scope`: in the XML form an else-if or else is a sibling of the if that it goes on with.
 std::vector<TNode> ListActions(const TActionTree& tree, DifferenceScope scope) {
   static const TContainerSpecification no_root;

@@ -70,7 +70,7 @@ class TLossObserver {
  public:
   virtual void OnLoss(const TLoss& loss) = 0;
   virtual void OnAccess(const TAccess&) {}
-  /// The account of the file's bytes that is to be told more than accesses; null: there is none.
+  /// The account of the file's bytes, which takes more than accesses; null: there is none.
   virtual TByteAccount* GetAccount() { return nullptr; }
 
  protected:

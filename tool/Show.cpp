@@ -35,7 +35,7 @@ struct TDetail {
   std::string_view path;  ///< Elements, from the action's child on; `@NAME`: its attribute.
 };
 
-/// An action is told by those that it has, in this order.
+/// The fields that describe an action in the tree, if it has them, in this order.
 constexpr TDetail kDetails[] = {
     {"", "Tables/TableName"},
     {"", "SearchPageInfo/SearchPageColumns/SearchPageColumn/TableName"},

@@ -44,7 +44,7 @@ std::vector<std::string> Differences(std::string_view one, std::string_view two,
 
 using TLineList = std::vector<std::string>;
 
-/// A document of groups, told by "A(B)C": B is below A, and C follows A.
+/// A document of groups, described by "A(B)C": B is below A, and C follows A.
 std::string Tree(std::string_view names) {
   std::string actions;
   std::string program;

@@ -1,5 +1,5 @@
-// What an observer is told of: for each code a file in which the loss occurs and a file that is
-// nearly the same and in which it does not.
+// The losses that an observer receives: for each code a file in which the loss occurs and one that
+// is nearly the same and in which it does not.
 
 #include <algorithm>
 #include <array>
