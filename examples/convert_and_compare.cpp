@@ -7,9 +7,7 @@
 using zaf::Status;
 
 struct TPrinter final : zaf::TLossObserver {
-  void OnLoss(const zaf::TLoss& loss) override {
-    std::cout << loss.action << ": " << loss.text << "\n";
-  }
+  void OnLoss(zaf::TLoss loss) override { std::cout << loss.action << ": " << loss.text << "\n"; }
 };
 
 int Fail(std::string_view what) {

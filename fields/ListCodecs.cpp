@@ -58,14 +58,8 @@ void TTextListCodec::WriteXml(const TProperty& row, const void* field,
                               const TXmlWriteScope& scope) const {
   const auto& texts = *static_cast<const CTextPtrArray*>(field);
   if (row.form == XmlForm::kChildIfSet && texts.GetCount() == 0) return;
-  const dom::Element list = MakeListElement(row, scope.element);
+  const TXmlWriteScope list{scope.context, MakeListElement(row, scope.element), {}};
   for (const CText& text : texts) WriteTextElement(list, row.detail, text.View());
-}
-
-void TTextListCodec::ReportWriting(const TProperty& row, const void* field,
-                                   const TXmlWriteScope& scope) const {
-  for (const CText& text : *static_cast<const CTextPtrArray*>(field))
-    scope.context.losses->ReportText(text.View(), row);
 }
 
 Status TTextListCodec::ReadXml(const TProperty& row, void* field,
@@ -218,17 +212,18 @@ Status TRecordListCodecBase::WriteLegacy(const TProperty& row, const void* field
 
 void TRecordListCodecBase::ReportWriting(const TProperty& row, const void* field,
                                          const TXmlWriteScope& scope) const {
-  TFieldCodec::ReportWriting(row, field, scope);
+  const std::span<const TProperty> rows = type_.properties();
+  const auto has_no_xml = [](const TProperty& own) { return own.form == XmlForm::kNone; };
+  if (std::none_of(rows.begin(), rows.end(), has_no_xml)) return;
   CDynamicArray zero(static_cast<std::uint32_t>(type_.size));
   const void* const empty = AppendRecord(zero);
   const CDynamicArray& records = Records(field);
   const auto is_dropped = [&](const TProperty& own) {
-    if (own.form != XmlForm::kNone) return false;
+    if (!has_no_xml(own)) return false;
     for (std::uint32_t i = 0; i < records.GetCount(); ++i)
       if (!own.codec->IsEqual(own.locate(records.ElementAt(i)), own.locate(empty))) return true;
     return false;
   };
-  const std::span<const TProperty> rows = type_.properties();
   if (empty != nullptr && std::any_of(rows.begin(), rows.end(), is_dropped))
     scope.context.losses->ReportIn(row.code, LossReason::kDroppedField, {});
 }

@@ -27,8 +27,6 @@ class TTextListCodec final : public TFieldCodec {
   bool IsEqual(const void* field, const void* other) const override;
   bool AppendsSections() const override { return true; }
   SectionForm GetSectionForm() const override { return SectionForm::kTexts; }
-  void ReportWriting(const TProperty& row, const void* field,
-                     const TXmlWriteScope& scope) const override;
 };
 
 inline constexpr TTextListCodec kTextListCodec{};

@@ -32,7 +32,7 @@ void TOutputCodec::WriteXml(const TProperty& row, const void* field,
   id.append(scope.action_name).append(row.detail);
   // Not copied: output blocks are most of a document's text, and the action outlives the document.
   const dom::Element output = scope.context.outputs.appendElement("Output");
-  AppendText(output, text.View(), dom::TextOwner::kCaller);
+  AppendText({scope.context, output, {}}, row.name, text.View(), dom::TextOwner::kCaller);
   output.appendAttribute("ID", id);
   output.appendAttribute("Type", "HTML");
   scope.element.appendElement(row.name).appendAttribute("Ref", id);

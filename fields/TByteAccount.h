@@ -6,10 +6,11 @@
 #include <string_view>
 #include <vector>
 
-#include "fields/TLossObserver.h"
 #include "foundation/FourCharCode.h"
 
 namespace zaf {
+
+struct TProperty;
 
 /// What becomes of a byte of a legacy file when it is converted to XML. Of several uses of a byte
 /// the first one counts.
@@ -33,6 +34,27 @@ enum class SectionForm : std::uint8_t {
   kRecords,
 };
 
+/// What reads a range of a legacy file.
+enum class AccessKind : std::uint8_t {
+  kHeader,   ///< The record header of the file or of an action.
+  kMap,      ///< Its section map.
+  kSection,  ///< A section that the map names, also that of a header.
+  kBeyond,   ///< Bytes after a section that are read as if they were part of it.
+  kField,    ///< The same section, which a row reads. Others are read by hand, or skipped.
+};
+
+/// A range of a legacy file that is being read. It may reach beyond the end of the file, and
+/// overlap others.
+struct TAccess {
+  AccessKind kind;
+  std::uint64_t offset;            ///< From the start of the file, in bytes.
+  std::uint64_t length;            ///< In bytes.
+  FourCharCode section = kNoCode;  ///< Code of the section.
+  const TProperty* row = nullptr;  ///< The row of a kField, a constant.
+  std::string_view action = {};    ///< Name of the action; empty: the application itself.
+  bool is_in_action = false;       ///< Whether the range is of the record of an action.
+};
+
 /// The account of all bytes of a legacy file, made from what its reader reports while it reads.
 class TByteAccount {
  public:
@@ -54,8 +76,10 @@ class TByteAccount {
   };
   static constexpr std::uint32_t kNoSection = UINT32_MAX;
 
-  /// Takes an access to the file; a section is the current one until the next begins. All bytes of
-  /// a section are carried until more is reported.
+  /// Takes an access to the file. They come in reading order: the records that form an application
+  /// one after another, of each first the range of its header, then that of its map, then those of
+  /// its sections; the sections of an action come between those of the application. A section is
+  /// the current one until the next begins. All its bytes are carried until more is reported.
   void OnAccess(const TAccess& access);
   /// Sets the use of all bytes of the section.
   void SetUse(ByteUse use);

@@ -69,7 +69,7 @@ struct TLegacySection {
   /// Reports to an observer that only the first `used` bytes are read, which may be more than there
   /// are.
   void ReportUnread(std::uint64_t used) const {
-    if (losses != nullptr) [[unlikely]]
+    if (losses != nullptr && used != length) [[unlikely]]
       losses->ReportUnread(*this, used);
   }
 

@@ -8,7 +8,6 @@
 namespace zaf {
 
 class TByteAccount;
-struct TProperty;
 
 /// How an output differs from its input.
 enum class LossCode : std::uint8_t {
@@ -41,36 +40,11 @@ struct TLoss {
   std::uint32_t column = 0;
 };
 
-/// What reads a range of a legacy file.
-enum class AccessKind : std::uint8_t {
-  kHeader,   ///< The record header of the file or of an action.
-  kMap,      ///< Its section map.
-  kSection,  ///< A section that the map names, also that of a header.
-  kBeyond,   ///< Bytes after a section that are read as if they were part of it.
-  kField,    ///< The same section, which a row reads. Others are read by hand, or skipped.
-};
-
-/// A range of a legacy file that is being read. It may reach beyond the end of the file, and
-/// overlap others.
-struct TAccess {
-  AccessKind kind;
-  std::uint64_t offset;            ///< From the start of the file, in bytes.
-  std::uint64_t length;            ///< In bytes.
-  FourCharCode section = kNoCode;  ///< Code of the section.
-  const TProperty* row = nullptr;  ///< The row of a kField, a constant.
-  std::string_view action = {};    ///< Name of the action; empty: the application itself.
-  bool is_in_action = false;       ///< Whether the range is of the record of an action.
-};
-
-/// Receives each loss of a conversion as it occurs and, while a legacy file is read, each range of
-/// it that is read, in reading order. The records that form an application are read one after
-/// another: first the range of a header, then that of its map, then those of its sections; the
-/// sections of an action come between those of the application.
+/// Receives each loss of a conversion as it occurs.
 class TLossObserver {
  public:
-  virtual void OnLoss(const TLoss& loss) = 0;
-  virtual void OnAccess(const TAccess&) {}
-  /// The account of the file's bytes, which takes more than accesses; null: there is none.
+  virtual void OnLoss(TLoss loss) = 0;
+  /// The account that is to be kept of the bytes of a legacy file; null: none. It stays the same.
   virtual TByteAccount* GetAccount() { return nullptr; }
 
  protected:

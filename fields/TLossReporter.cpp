@@ -151,14 +151,14 @@ void TLossReporter::EndAction() {
 
 void TLossReporter::BeginRecord(const TRecordHeader& header) {
   first_pending_ = pending_.size();
-  Access({AccessKind::kHeader, header.offset, kRecordHeaderSize});
-  Access({AccessKind::kMap, header.map_offset,
-          std::uint64_t{header.map_count} * kSectionMapEntrySize});
+  Access(AccessKind::kHeader, header.offset, kRecordHeaderSize);
+  Access(AccessKind::kMap, header.map_offset,
+         std::uint64_t{header.map_count} * kSectionMapEntrySize);
 }
 
 void TLossReporter::BeginSection(FourCharCode code, std::uint32_t offset, std::uint32_t length) {
   (is_in_action_ ? sections_ : file_sections_).push_back({code, offset, length});
-  Access({AccessKind::kSection, offset, length, code});
+  Access(AccessKind::kSection, offset, length, code);
 }
 
 ByteView TLossReporter::BytesOf(std::uint64_t offset, std::uint64_t length) const {
@@ -167,20 +167,25 @@ ByteView TLossReporter::BytesOf(std::uint64_t offset, std::uint64_t length) cons
   return image_.subspan(static_cast<std::size_t>(begin), static_cast<std::size_t>(count));
 }
 
-void TLossReporter::Access(const TAccess& access) {
-  TAccess own = access;
-  own.action = action_;
-  own.is_in_action = is_in_action_;
-  observer_.OnAccess(own);
-  Cover(access.offset, access.length);
+void TLossReporter::Access(AccessKind kind, std::uint64_t offset, std::uint64_t length,
+                           FourCharCode section) {
+  if (account_ != nullptr) EnterInAccount({kind, offset, length, section});
+  Cover(offset, length);
+}
+
+void TLossReporter::EnterInAccount(TAccess access) {
+  access.action = action_;
+  access.is_in_action = is_in_action_;
+  account_->OnAccess(access);
 }
 
 void TLossReporter::Cover(std::uint64_t offset, std::uint64_t length) {
   // What is written consecutively becomes one range.
   const std::uint64_t end = offset + length;
-  if (!covered_.empty() && covered_.back().second == offset)
-    covered_.back().second = end;
-  else if (covered_.empty() || offset < covered_.back().first || end > covered_.back().second)
+  TRange* const last = covered_.empty() ? nullptr : &covered_.back();
+  if (last != nullptr && offset >= last->first && offset <= last->second)
+    last->second = std::max(last->second, end);
+  else
     covered_.emplace_back(offset, end);
 }
 
@@ -205,10 +210,9 @@ void TLossReporter::EndFile() {
 }
 
 void TLossReporter::NoteField(const TProperty& row, const TLegacySection& section) {
-  observer_.OnAccess(
-      {AccessKind::kField, section.offset, section.length, section.code, &row, action_});
+  if (account_ != nullptr)
+    EnterInAccount({AccessKind::kField, section.offset, section.length, section.code, &row});
   if (row.form == XmlForm::kNone) ReportDropped(section);
-  if (row.codec->AppendsSections()) return;
   // No longer than the rows of a class.
   std::vector<TSection>& fields = is_in_action_ ? fields_ : file_fields_;
   const TSection own{section.code, section.offset, section.length};
@@ -217,6 +221,7 @@ void TLossReporter::NoteField(const TProperty& row, const TLegacySection& sectio
     fields.push_back(own);
     return;
   }
+  if (row.codec->AppendsSections()) return;
   const TSection earlier = std::exchange(*place, own);
   if (earlier.length == own.length &&
       std::ranges::equal(BytesOf(earlier.offset, earlier.length), BytesOf(own.offset, own.length)))
@@ -228,7 +233,7 @@ void TLossReporter::NoteField(const TProperty& row, const TLegacySection& sectio
 }
 
 void TLossReporter::ReportDropped(const TLegacySection& section) {
-  if (TByteAccount* const account = GetAccount()) account->SetUse(ByteUse::kDropped);
+  if (account_ != nullptr) account_->SetUse(ByteUse::kDropped);
   if (!IsAllNul(BytesOf(section.offset, section.length)))
     Report(LossReason::kDroppedSection, section);
 }
@@ -242,11 +247,10 @@ void TLossReporter::RetractDropped(FourCharCode code) {
 
 void TLossReporter::ReportUnread(const TLegacySection& section, std::uint64_t used) {
   const std::uint64_t end = std::uint64_t{section.offset} + section.length;
-  if (used > section.length)
-    Access({AccessKind::kBeyond, end, used - section.length, section.code});
+  if (used > section.length) Access(AccessKind::kBeyond, end, used - section.length, section.code);
   if (used >= section.length) return;
-  if (TByteAccount* const account = GetAccount())
-    account->SetUse(section.offset + used, section.length - used, ByteUse::kDropped);
+  if (account_ != nullptr)
+    account_->SetUse(section.offset + used, section.length - used, ByteUse::kDropped);
   const ByteView rest = BytesOf(section.offset + used, section.length - used);
   if (!IsAllNul(rest))
     Report(LossReason::kUnreadBytes, section, std::to_string(section.length - used));
@@ -287,7 +291,7 @@ void TLossReporter::ReportIgnored(dom::Element root) {
 void TLossReporter::BeginWriting() {
   SetAction({});
   written_ = file_sections_;
-  outer_section_ = kNoCode;
+  section_ = kNoCode;
   found_ = nullptr;
 }
 
@@ -300,7 +304,7 @@ void TLossReporter::BeginWriting(std::string_view action, std::uint32_t record_o
     written_ = std::span<const TSection>(sections_).subspan(record->first, record->count);
   else
     written_ = {};
-  if (!FindControls(action).has_dropped) return;
+  if (!ExamineText(action).has_dropped) return;
   TLoss loss{};
   loss.has_range = is_found;
   if (is_found) loss.offset = record_offset + kRecordHeaderSize - kRecordNameWidth;
@@ -308,28 +312,12 @@ void TLossReporter::BeginWriting(std::string_view action, std::uint32_t record_o
   Send(LossReason::kDroppedInName, {}, std::move(loss));
 }
 
-void TLossReporter::ReportText(std::string_view text, std::string_view name, FourCharCode section) {
-  if (text.empty()) return;
-  const TTextControls controls = FindControls(text);
-  if (controls.has_dropped) ReportIn(section, LossReason::kDroppedCharacters, name);
-  if (controls.has_cr) ReportIn(section, LossReason::kChangedLineEnds, name);
-}
-
-void TLossReporter::ReportText(std::string_view text, const TProperty& row) {
-  const std::string_view name = row.name.empty() ? row.detail : row.name;
-  const bool is_attribute = row.form == XmlForm::kAttribute || row.form == XmlForm::kAttributeIfSet;
-  if (!is_attribute)
-    ReportText(text, name, row.code);
-  else if (FindControls(text).has_dropped)
-    ReportIn(row.code, LossReason::kDroppedCharacters, name);
-}
-
 void TLossReporter::ReportValue(const TProperty& row) {
   ReportIn(row.code, LossReason::kUnknownValue, row.name);
 }
 
 void TLossReporter::ReportIn(FourCharCode section, LossReason reason, std::string_view detail) {
-  if (section == kNoCode) section = outer_section_;
+  if (section == kNoCode) section = section_;
   TLoss loss{};
   if (const TSection* const found = FindSection(section); found != nullptr) {
     loss.section = section;
@@ -351,7 +339,7 @@ const TLossReporter::TSection* TLossReporter::FindSection(FourCharCode code) {
 }
 
 void TLossReporter::ReportPending() {
-  for (const TLoss& loss : pending_) observer_.OnLoss(loss);
+  for (TLoss& loss : pending_) observer_.OnLoss(std::move(loss));
   pending_.clear();
 }
 
@@ -361,9 +349,8 @@ void TLossReporter::Report(LossReason reason, std::string_view detail) {
 
 void TLossReporter::Report(LossReason reason, const TLegacySection& section,
                            std::string_view detail) {
-  if (TByteAccount* const account = GetAccount();
-      account != nullptr && reason == LossReason::kUnknownSection)
-    account->SetUse(ByteUse::kUnknown);
+  if (account_ != nullptr && reason == LossReason::kUnknownSection)
+    account_->SetUse(ByteUse::kUnknown);
   TLoss loss{};
   loss.section = section.code;
   loss.has_range = true;
@@ -408,7 +395,7 @@ void TLossReporter::Send(LossReason reason, std::string_view detail, TLoss loss)
   if (reason == LossReason::kDroppedSection)
     pending_.push_back(std::move(loss));
   else
-    observer_.OnLoss(loss);
+    observer_.OnLoss(std::move(loss));
 }
 
 }  // namespace zaf

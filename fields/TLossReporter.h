@@ -56,23 +56,24 @@ enum class LossReason : std::uint8_t {
 class TLossReporter {
  public:
   /// The observer outlives the reporter.
-  explicit TLossReporter(TLossObserver& observer) : observer_(observer) {}
+  explicit TLossReporter(TLossObserver& observer)
+      : observer_(observer), account_(observer.GetAccount()) {}
 
   // A legacy file is read.
 
   /// Begins a file with these bytes, which stay as they are until EndFile, and its own record.
-  [[gnu::cold, gnu::noinline]] void BeginFile(ByteView image, const TRecordHeader& header);
+  [[gnu::noinline]] void BeginFile(ByteView image, const TRecordHeader& header);
   /// Begins the record of an action.
-  [[gnu::cold, gnu::noinline]] void BeginAction(const TRecordHeader& header);
+  [[gnu::noinline]] void BeginAction(const TRecordHeader& header);
   /// Goes on with the file's own record.
-  [[gnu::cold, gnu::noinline]] void EndAction();
+  [[gnu::noinline]] void EndAction();
   /// Begins a section of the current record.
-  [[gnu::cold, gnu::noinline]] void BeginSection(FourCharCode code, std::uint32_t offset,
-                                                 std::uint32_t length);
+  [[gnu::noinline]] void BeginSection(FourCharCode code, std::uint32_t offset,
+                                      std::uint32_t length);
   /// Records bytes that are not to be reported as unreferenced, without an access to them.
   void Cover(std::uint64_t offset, std::uint64_t length);
   /// Ends the file. Reports the bytes that nothing covers and that are not all NUL.
-  [[gnu::cold, gnu::noinline]] void EndFile();
+  [[gnu::noinline]] void EndFile();
 
   /// Notes a section that is about to be read into the field of `row`. Reports it when the row has
   /// no XML form, and reports the section that it replaces.
@@ -84,7 +85,7 @@ class TLossReporter {
   void RetractDropped(FourCharCode code);
   /// Reports bytes of a section from `used` on, which its reader leaves out, if they are not all
   /// NUL.
-  [[gnu::cold, gnu::noinline]] void ReportUnread(const TLegacySection& section, std::uint64_t used);
+  [[gnu::noinline]] void ReportUnread(const TLegacySection& section, std::uint64_t used);
 
   // A document is read.
 
@@ -101,13 +102,9 @@ class TLossReporter {
   /// legacy file.
   void BeginWriting();
   void BeginWriting(std::string_view action, std::uint32_t record_offset);
-  /// Sets the section of rows that have none: those of a part or of the records of a list.
-  void SetSection(FourCharCode section) { outer_section_ = section; }
-  [[nodiscard]] FourCharCode GetSection() const { return outer_section_; }
-  /// Reports control characters of a text that is written to XML and, unless it is an attribute,
-  /// CRs. `name` is the element or attribute.
-  void ReportText(std::string_view text, std::string_view name, FourCharCode section = kNoCode);
-  void ReportText(std::string_view text, const TProperty& row);
+  /// Sets the section that what follows comes from.
+  void SetSection(FourCharCode section) { section_ = section; }
+  [[nodiscard]] FourCharCode GetSection() const { return section_; }
   /// Reports a number that is written as another one or not at all.
   void ReportValue(const TProperty& row);
   /// Reports what is lost because the application is written as XML.
@@ -115,15 +112,15 @@ class TLossReporter {
 
   // In general.
 
-  [[nodiscard]] TByteAccount* GetAccount() const { return observer_.GetAccount(); }
+  [[nodiscard]] TByteAccount* GetAccount() const { return account_; }
 
   /// Sets the action that what follows concerns.
   void SetAction(std::string_view name) { action_ = name; }
   /// Reports a loss. `detail` replaces the `%` of the sentence.
   void Report(LossReason reason, std::string_view detail = {});
   void Report(LossReason reason, const TLegacySection& section, std::string_view detail = {});
-  /// The same of the last section of this code in the record that is being read or written; of the
-  /// outer one for kNoCode.
+  /// The same of the last section of this code in the record that is being read or written;
+  /// kNoCode: of the one that was set.
   void ReportIn(FourCharCode section, LossReason reason, std::string_view detail);
 
  private:
@@ -149,13 +146,17 @@ class TLossReporter {
   void Send(LossReason reason, std::string_view detail, TLoss loss);
   [[nodiscard]] ByteView BytesOf(std::uint64_t offset, std::uint64_t length) const;
   void BeginRecord(const TRecordHeader& header);
-  void Access(const TAccess& access);
+  void Access(AccessKind kind, std::uint64_t offset, std::uint64_t length,
+              FourCharCode section = kNoCode);
+  /// Enters an access in the account, if there is one.
+  void EnterInAccount(TAccess access);
   /// The last section of this code in the record that is being written; null if there is none.
   const TSection* FindSection(FourCharCode code);
   /// Sets the line and column of what has this name in the document's bytes.
   void Locate(std::string_view name, TLoss& loss);
 
   TLossObserver& observer_;
+  TByteAccount* const account_;
   std::string action_;
   std::uint32_t count_ = 0;
 
@@ -172,8 +173,8 @@ class TLossReporter {
   std::size_t first_pending_ = 0;  ///< Of the current record.
 
   std::span<const TSection> written_;  ///< The sections of the record that is being written.
-  FourCharCode outer_section_ = kNoCode;
-  const TSection* found_ = nullptr;  ///< The section that was looked for last.
+  FourCharCode section_ = kNoCode;     ///< Of what is being written.
+  const TSection* found_ = nullptr;    ///< The section that was looked for last.
 
   std::string_view document_;
   dom::Element element_;

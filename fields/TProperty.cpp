@@ -10,20 +10,22 @@ namespace {
 
 bool HasXml(const TProperty& row) { return row.form > XmlForm::kBase; }
 
-[[gnu::cold, gnu::noinline]] void WriteObserved(std::span<const TProperty> rows, const void* object,
-                                                const TXmlWriteScope& scope) {
+[[gnu::noinline]] void WriteObserved(std::span<const TProperty> rows, const void* object,
+                                     const TXmlWriteScope& scope) {
   TLossReporter& losses = *scope.context.losses;
   const FourCharCode outer = losses.GetSection();
   for (const TProperty& row : rows) {
     if (!HasXml(row)) continue;
-    row.codec->ReportWriting(row, row.locate(object), scope);
-    row.codec->WriteXml(row, row.locate(object), scope);
-    losses.SetSection(outer);
+    const void* const field = row.locate(object);
+    losses.SetSection(row.code != kNoCode ? row.code : outer);
+    row.codec->ReportWriting(row, field, scope);
+    row.codec->WriteXml(row, field, scope);
   }
+  losses.SetSection(outer);
 }
 
-[[gnu::cold, gnu::noinline]] Status ReadObserved(std::span<const TProperty> rows, void* object,
-                                                 const TXmlReadScope& scope) {
+[[gnu::noinline]] Status ReadObserved(std::span<const TProperty> rows, void* object,
+                                      const TXmlReadScope& scope) {
   for (const TProperty& row : rows) {
     if (!HasXml(row)) continue;
     scope.context.losses->SetElement(scope.element);
@@ -71,10 +73,7 @@ std::uint64_t TFieldCodec::GetUsed(const void*, const TLegacySection& section) c
   return section.length;
 }
 
-void TFieldCodec::ReportWriting(const TProperty& row, const void*,
-                                const TXmlWriteScope& scope) const {
-  if (row.code != kNoCode) scope.context.losses->SetSection(row.code);
-}
+void TFieldCodec::ReportWriting(const TProperty&, const void*, const TXmlWriteScope&) const {}
 
 void TFieldCodec::ReportReading(const TProperty&, const void*, const TXmlReadScope&) const {}
 

@@ -83,8 +83,8 @@ class TFieldCodec {
   /// How many bytes of its section decided the field, which may be more than there are.
   [[nodiscard]] virtual std::uint64_t GetUsed(const void* field,
                                               const TLegacySection& section) const;
-  /// Reports what the document will not hold of the field. By default only sets the section of the
-  /// rows of the field.
+  /// Reports what the document will not hold of the field, except characters, which are reported
+  /// when texts are written.
   virtual void ReportWriting(const TProperty& row, const void* field,
                              const TXmlWriteScope& scope) const;
   /// Reports what the field does not hold of the document.
@@ -140,8 +140,7 @@ class TCodeIndex {
 
    private:
     // Not inlined, since the path without an observer would save registers for it.
-    [[gnu::cold, gnu::noinline]] Status ReadObserved(void* object,
-                                                     const TLegacySection& section) const;
+    [[gnu::noinline]] Status ReadObserved(void* object, const TLegacySection& section) const;
   };
 
   TCodeIndex() { Resize(32); }

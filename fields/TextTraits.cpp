@@ -109,16 +109,4 @@ TTextTraits ExamineText(std::string_view text) {
 
 #endif
 
-TTextControls FindControls(std::string_view text) {
-  TTextControls controls;
-  const char* const end = text.data() + text.size();
-  for (const char* p = text.data(); p != end; ++p) {
-    p = dom::Find<dom::Search::kTextControls>(p, end);
-    if (p == end) break;
-    (*p == '\r' ? controls.has_cr : controls.has_dropped) = true;
-    if (controls.has_cr && controls.has_dropped) break;
-  }
-  return controls;
-}
-
 }  // namespace zaf

@@ -62,9 +62,9 @@ void TValueCodec::WriteXml(const TProperty& row, const void* field,
   if (if_set && !IsSet(field)) return;
   const std::string_view text = Spell(field, scope.context.scratch);
   if (row.form == XmlForm::kAttribute || row.form == XmlForm::kAttributeIfSet) {
-    scope.element.appendAttribute(row.name, text);
+    WriteTextAttribute(scope, row.name, text);
   } else {
-    WriteTextElement(scope.element, row.name, text);
+    WriteTextElement(scope, row.name, text);
   }
 }
 
@@ -76,12 +76,6 @@ Status TValueCodec::ReadXml(const TProperty& row, void* field, const TXmlReadSco
 
 std::uint64_t TValueCodec::GetUsed(const void*, const TLegacySection&) const {
   return sizeof(std::int32_t);
-}
-
-void TValueCodec::ReportWriting(const TProperty& row, const void* field,
-                                const TXmlWriteScope& scope) const {
-  TScratch scratch;
-  scope.context.losses->ReportText(Spell(field, scratch), row);
 }
 
 void TValueCodec::ReportReading(const TProperty& row, const void* field,

@@ -24,8 +24,6 @@ class TValueCodec : public TFieldCodec {
 
   SectionForm GetSectionForm() const override { return SectionForm::kNumber; }
   std::uint64_t GetUsed(const void* field, const TLegacySection& section) const override;
-  void ReportWriting(const TProperty& row, const void* field,
-                     const TXmlWriteScope& scope) const override;
   void ReportReading(const TProperty& row, const void* field,
                      const TXmlReadScope& scope) const override;
 

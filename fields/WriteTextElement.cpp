@@ -29,20 +29,31 @@ void AppendKept(dom::Element element, std::string_view kept, bool needs_cdata,
   element.appendCDATASection(kept, owner);
 }
 
-void AppendExamined(dom::Element element, std::string_view text, TTextTraits traits,
-                    dom::TextOwner owner) {
+[[gnu::noinline]] void ReportCharacters(TLossReporter& losses, std::string_view name,
+                                        std::string_view text, bool has_dropped) {
+  if (has_dropped) losses.ReportIn(kNoCode, LossReason::kDroppedCharacters, name);
+  if (text.find('\r') != std::string_view::npos)
+    losses.ReportIn(kNoCode, LossReason::kChangedLineEnds, name);
+}
+
+void AppendExamined(const TXmlWriteScope& scope, std::string_view name, std::string_view text,
+                    TTextTraits traits, dom::TextOwner owner) {
+  if (scope.context.losses != nullptr) [[unlikely]]
+    ReportCharacters(*scope.context.losses, name, text, traits.has_dropped);
   if (!traits.has_dropped) {
-    AppendKept(element, text, traits.needs_cdata, owner);
+    AppendKept(scope.element, text, traits.needs_cdata, owner);
     return;
   }
   std::string kept(text);
   std::erase_if(kept, IsDroppedCharacter);
-  AppendKept(element, kept, traits.needs_cdata, dom::TextOwner::kDocument);
+  AppendKept(scope.element, kept, traits.needs_cdata, dom::TextOwner::kDocument);
 }
 
 }  // namespace
 
-dom::Element WriteTextElement(dom::Element parent, std::string_view name, std::string_view text) {
+dom::Element WriteTextElement(const TXmlWriteScope& scope, std::string_view name,
+                              std::string_view text) {
+  const dom::Element parent = scope.element;
   if (text.empty()) return parent.appendElement(name);
   // Most texts are short and simple. One that begins with a space may be blank.
   if (text.size() <= dom::kBlock && text.front() != ' ') {
@@ -52,13 +63,21 @@ dom::Element WriteTextElement(dom::Element parent, std::string_view name, std::s
   const TTextTraits traits = ExamineText(text);
   if (!traits.has_dropped && !traits.needs_cdata && !IsBlank(text))
     return parent.appendPlainElement(name, text);
-  const dom::Element element = parent.appendElement(name);
-  AppendExamined(element, text, traits, dom::TextOwner::kDocument);
-  return element;
+  const TXmlWriteScope own{scope.context, parent.appendElement(name), {}};
+  AppendExamined(own, name, text, traits, dom::TextOwner::kDocument);
+  return own.element;
 }
 
-void AppendText(dom::Element element, std::string_view text, dom::TextOwner owner) {
-  if (!text.empty()) AppendExamined(element, text, ExamineText(text), owner);
+void AppendText(const TXmlWriteScope& scope, std::string_view name, std::string_view text,
+                dom::TextOwner owner) {
+  if (!text.empty()) AppendExamined(scope, name, text, ExamineText(text), owner);
+}
+
+void WriteTextAttribute(const TXmlWriteScope& scope, std::string_view name,
+                        std::string_view value) {
+  if (scope.context.losses != nullptr && ExamineText(value).has_dropped) [[unlikely]]
+    scope.context.losses->ReportIn(kNoCode, LossReason::kDroppedCharacters, name);
+  scope.element.appendAttribute(name, value);
 }
 
 }  // namespace zaf

@@ -39,7 +39,7 @@ double SecondsSince(Clock::time_point begin) {
 class TLossList final : public TLossObserver {
  public:
   explicit TLossList(std::vector<TLoss>& losses) : losses_(losses) {}
-  void OnLoss(const TLoss& loss) override { losses_.push_back(loss); }
+  void OnLoss(TLoss loss) override { losses_.push_back(std::move(loss)); }
 
  private:
   std::vector<TLoss>& losses_;

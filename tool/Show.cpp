@@ -332,8 +332,7 @@ class TLoad {
    public:
     TObserver(std::vector<TLoss>& losses, TByteAccount& account)
         : losses_(losses), account_(account) {}
-    void OnLoss(const TLoss& loss) override { losses_.push_back(loss); }
-    void OnAccess(const TAccess& access) override { account_.OnAccess(access); }
+    void OnLoss(TLoss loss) override { losses_.push_back(std::move(loss)); }
     TByteAccount* GetAccount() override { return &account_; }
 
    private:

@@ -40,9 +40,7 @@ class TFixedInputCodec final : public TFieldCodec {
     const auto& input = *static_cast<const TFixedInput*>(field);
     WriteXmlRows(kFixedInputRows, field, scope);
     if (!input.HasText()) return;
-    if (scope.context.losses != nullptr)
-      scope.context.losses->ReportText(input.text.View(), scope.element.getTagName());
-    AppendText(scope.element, input.text.View());
+    AppendText(scope, scope.element.getTagName(), input.text.View());
   }
   Status ReadXml(const TProperty&, void* field, const TXmlReadScope& scope) const override {
     auto& input = *static_cast<TFixedInput*>(field);

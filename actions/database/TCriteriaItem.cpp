@@ -27,9 +27,7 @@ std::span<const TProperty> TCriteriaItem::Properties() {
 
 void TCriteriaItem::WriteXml(const TXmlWriteScope& scope) const {
   if (table.IsEmpty() && column.IsEmpty()) {
-    if (scope.context.losses != nullptr)
-      scope.context.losses->ReportText(conjunction.View(), kConjunctionElement);
-    WriteTextElement(scope.element, kConjunctionElement, conjunction.View());
+    WriteTextElement(scope, kConjunctionElement, conjunction.View());
   } else {
     WriteXmlRows(Properties(), this, scope);
   }

@@ -90,8 +90,8 @@ std::uint32_t TDataSource::WriteElement(TXmlWriteContext& context, const CText& 
                                         const CText& login_password) const {
   std::uint32_t number = 0;
   const dom::Element element = context.data_sources.FindOrAppend(
-      {KindKeyword(host_type), data_source.View(), dbms.View(), host.View(), database.View(),
-       login_name.View(), login_password.View()},
+      {data_source.View(), database.View(), host.View(), login_name.View(), login_password.View(),
+       dbms.View(), KindKeyword(host_type)},
       number);
   if (!element) return number;
   WriteXmlRows(Properties(), this, {context, element, {}});

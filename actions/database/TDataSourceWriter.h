@@ -28,8 +28,8 @@ class TDataSourceId {
 /// enciphered once. Refers to the document and to the texts of the actions, which outlive it.
 class TDataSourceWriter {
  public:
-  /// The content of an element: the texts of the data source, the keyword of its kind first, then
-  /// the user and the password in clear.
+  /// The content of an element: the texts of the data source, the user and password in clear and
+  /// the keyword of the kind. The texts that differ most come first, which makes comparing short.
   using TContent = std::array<std::string_view, 7>;
 
   /// Sets the element that holds the others, before the first one is appended.

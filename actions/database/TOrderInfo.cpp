@@ -3,7 +3,6 @@
 #include <string>
 
 #include "fields/ValueCodecs.h"
-#include "fields/WriteTextElement.h"
 #include "foundation/CaseFolding.h"
 
 namespace zaf {
@@ -43,8 +42,8 @@ std::span<const TProperty> TOrderInfo::Properties() {
 /// The owner stays inside the table's name: its own element is always empty.
 void TOrderInfo::WriteXml(const TXmlWriteScope& scope) const {
   if (EqualsIgnoringCase(ascending.View(), "true"))
-    WriteTextElement(scope.element, kAscendingElement, "True");
-  WriteTextElement(scope.element, kOwnerElement, {});
+    scope.element.appendPlainElement(kAscendingElement, "True");
+  scope.element.appendElement(kOwnerElement);
   WriteXmlRows(Properties(), this, scope);
 }
 

@@ -132,9 +132,7 @@ class TAssignItemsCodec final : public TFieldCodec {
       WriteXmlRows(is_cookie ? TAssignItem::CookieProperties() : TAssignItem::VariableProperties(),
                    &item, inner);
       if (is_cookie || EqualsIgnoringCase(item.scope.View(), kDefaultScope)) continue;
-      if (scope.context.losses != nullptr)
-        scope.context.losses->ReportText(item.scope.View(), kScopeElement);
-      WriteTextElement(element, kScopeElement, item.scope.View());
+      WriteTextElement(inner, kScopeElement, item.scope.View());
     }
   }
 

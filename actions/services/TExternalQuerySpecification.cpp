@@ -155,10 +155,10 @@ Status TExternalQuerySpecification::WriteElement(TXmlWriteContext& context,
       ChildIfSet<&TExternalQuerySpecification::event_class_>(kNoCode, "EventClass"),
       ChildIfSet<&TExternalQuerySpecification::event_code_>(kNoCode, "EventCode"),
   };
+  if (context.losses != nullptr)
+    context.losses->SetSection(is_library ? kLibraryPlatform : kEventPlatform);
   const auto write = [&](dom::Element part, std::string_view name, const CText& text) {
-    if (context.losses != nullptr)
-      context.losses->ReportText(text.View(), name, is_library ? kLibraryPlatform : kEventPlatform);
-    WriteTextElement(part, name, text.View());
+    WriteTextElement({context, part, {}}, name, text.View());
   };
   write(element, is_command ? "Command" : "Target", target_);
   if (HasEvent()) WriteXmlRows(kEventRows, this, scope);
@@ -177,6 +177,7 @@ Status TExternalQuerySpecification::WriteElement(TXmlWriteContext& context,
     write(item, "Name", parameter.name);
     write(item, "Value", parameter.value);
   }
+  if (context.losses != nullptr) context.losses->SetSection(kNoCode);
   return TTableSpecification::WriteXml(context, element, parent);
 }
 

@@ -2,6 +2,7 @@
 #include <string>
 
 #include "actions/TQuerySpecification.h"
+#include "actions/database/TDataSourceWriter.h"
 #include "actions/flow/TBranchTrueSpecification.h"
 #include "actions/flow/TContainerSpecification.h"
 #include "actions/flow/TStopSpecification.h"
@@ -45,7 +46,9 @@ TEST(WriteTextElement, ChoosesTextOrCdata) {
     const dom::Document document = dom::DOMImplementation::createDocument();
     const dom::Element root = document.createElement("R");
     document.appendChild(root);
-    WriteTextElement(root, "T", text);
+    TDataSourceWriter data_sources;
+    TXmlWriteContext context{root, root, data_sources};
+    WriteTextElement({context, root, {}}, "T", text);
     dom::OutputBuffer output;
     ASSERT_TRUE(dom::Serialize(document, output));
     const std::string element = text.empty() ? "<T/>" : "<T>" + content + "</T>";

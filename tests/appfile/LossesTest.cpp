@@ -23,7 +23,7 @@ using test::LegacyFile;
 using test::ListOf;
 
 struct TLossList final : TLossObserver {
-  void OnLoss(const TLoss& loss) override { losses.push_back(loss); }
+  void OnLoss(TLoss loss) override { losses.push_back(std::move(loss)); }
   std::vector<TLoss> losses;
 };
 

@@ -21,8 +21,7 @@ namespace {
 using test::LegacyFile;
 
 struct TObserver final : TLossObserver {
-  void OnLoss(const TLoss&) override {}
-  void OnAccess(const TAccess& access) override { account.OnAccess(access); }
+  void OnLoss(TLoss) override {}
   TByteAccount* GetAccount() override { return &account; }
   TByteAccount account;
 };
