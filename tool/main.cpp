@@ -1,11 +1,14 @@
 #include <CLI/CLI.hpp>
 #include <cstdio>
 #include <exception>
+#include <sstream>
 #include <string>
+#include <vector>
 
 #include "foundation/FileSystem.h"
 #include "tool/Commands.h"
 #include "tool/RunOptions.h"
+#include "tool/TConsole.h"
 #include "tool/Terminal.h"
 #include "tool/Version.h"
 
@@ -19,10 +22,14 @@ int Fail(zaf::ExitStatus status, const char* what) {
 /// The parser's own errors; or help or the version, which are no errors.
 int EndParsing(const CLI::App& program, const CLI::ParseError& end) {
   if (end.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success)) {
-    program.exit(end);
-    return static_cast<int>(std::fflush(stdout) == 0 ? zaf::ExitStatus::kDone
-                                                     : zaf::ExitStatus::kCannotWrite);
+    std::ostringstream text;
+    program.exit(end, text, text);
+    zaf::PrintData(text.str());
+    return static_cast<int>(zaf::ExitStatus::kDone);
   }
+  const std::vector<std::string> unknown = program.remaining();
+  if (program.get_subcommands().empty() && !unknown.empty())
+    return Fail(zaf::ExitStatus::kUsage, ("There is no command " + unknown.front()).c_str());
   return Fail(zaf::ExitStatus::kUsage, end.what());
 }
 
@@ -34,7 +41,6 @@ int EndParsing(const CLI::App& program, const CLI::ParseError& end) {
 
 int main(int argument_count, zaf::TArgumentCharacter** argument_values) {
   try {
-    zaf::PrepareProcess();
     const zaf::TArguments arguments(argument_count, argument_values);
     zaf::SetBinaryOutput();
     CLI::App program("Brings applications of Zanfo 3.x over to XML documents, and back.", "zaf");
