@@ -39,17 +39,16 @@ Status ReadActions(dom::Element actions, const TXmlReadContext& context,
   for (element = actions.getFirstChildElement(); element;
        element = element.getNextSiblingElement()) {
     element.SetRead(true);
+    const std::string_view name = element.getAttribute("ID");
+    if (context.losses != nullptr) context.losses->SetAction(name);
     std::unique_ptr<TQuerySpecification> action;
     Status status = server.CreateByElement(element.getTagName(), action);
-    if (status == Status::kMalformed) {
+    if (status == Status::kMalformed)
       place.reason = "An element in Actions is not that of an action";
-      place.action = element.getTagName();
-      return status;
-    }
-    if (context.losses != nullptr) context.losses->SetAction(element.getAttribute("ID"));
-    if (status == Status::kOk) status = action->ReadXml(context, element);
+    else if (status == Status::kOk)
+      status = action->ReadXml(context, element);
     if (status != Status::kOk) {
-      place.action = element.getAttribute("ID");  // The action may not have read its name yet.
+      place.action = name;
       return status;
     }
     TActionEntry* const entry = tree.Adopt(std::move(action));

@@ -132,11 +132,22 @@ class CommandTest(unittest.TestCase):
                 (order.replace(b"DBO.SHIPMENTS", bytes(13)), ["check"], "not-readable", "Open_orders"),
                 (document, ["check"], None, None), (unkept, ["check"], "not-restored", "Open_orders"),
                 (class_file, ["convert", "--to", "legacy", "-o", "x.zaf"], "value-unknown", None),
-                (class_file, ["convert", "--to", "legacy", "-o", "x.zcf"], None, None)]:
+                (class_file, ["convert", "--to", "legacy", "-o", "x.zcf"], None, None),
+                (order.replace(b"vers", b"form"), ["check"], "section-dropped", None),
+                (order.replace(b"vers", b"none"), ["check"], "section-unknown", None),
+                (order.replace(b"vers", b"titl"), ["check"], "section-repeated", None),
+                (GOOD.replace(b"dbug", b"form").replace(b"athr", b"dbug"), ["check"], "section-malformed", None),
+                (order.replace(b"ordr", b"crit"), ["check"], "record-dropped", "Open_orders"),
+                (document.replace(b"<Operator>", b"<Operator>" + 128 * b"t", 1), ["check"], "text-cut",
+                 "Open_orders"),
+                (order.replace(b"Takes", b"T\1kes"), ["check"], "character-dropped", None),
+                (order.replace(b"Takes", b"T\rkes"), ["check"], "line-end-changed", None),
+                (document.replace(b"Takes", b"&#256;"), ["check"], "character-replaced", None),
+                (document.replace(b"<Program>", b"<Program X=''>"), ["check"], "node-ignored", None)]:
             Path("a.zaf").write_bytes(content)
             self.assertEqual(run(*arguments, "a.zaf", "--report", "r.jsonl").returncode, int(code == "not-readable"))
-            self.assertEqual({(loss["code"], loss["action"]) for loss in self.report()[0][0]["losses"]
-                              if loss["level"] == "loss"}, {(code, place)} if code else set())
+            losses = {(loss["code"], loss["action"]): loss["level"] for loss in self.report()[0][0]["losses"]}
+            self.assertEqual(losses, {(code, place): "note" if code == "line-end-changed" else "loss"} if code else {})
 
     def test_shards_are_a_partition(self):
         self.make_tree()
@@ -213,7 +224,8 @@ class CommandTest(unittest.TestCase):
         self.assertEqual(run("convert", "in", "-o", "out", "--report", "file/r").returncode, 4)
         self.assertFalse(Path("out").exists())
         with open("/dev/full", "wb") as full:
-            for arguments in [["--version"], ["completion", "fish"], ["show", "in/d1-/x.zaf"], ["convert", "in", "-nox"]]:
+            for arguments in [["--version"], ["completion", "fish"], ["show", "in/d1-/x.zaf"],
+                              ["convert", "in", "-nox"]]:
                 result = subprocess.run([ZAF, *arguments], stdout=full, stderr=subprocess.PIPE)
                 self.assertEqual(result.returncode, 4, arguments)
                 self.assertIn(b"Standard output cannot be written", result.stderr)
