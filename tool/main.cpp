@@ -29,8 +29,18 @@ int EndParsing(const CLI::App& program, const CLI::ParseError& end) {
   }
   const std::vector<std::string> unknown = program.remaining();
   if (program.get_subcommands().empty() && !unknown.empty())
-    return Fail(zaf::ExitStatus::kUsage, ("There is no command " + unknown.front()).c_str());
+    return Fail(zaf::ExitStatus::kUsage,
+                ("There is no command or option " + unknown.front()).c_str());
   return Fail(zaf::ExitStatus::kUsage, end.what());
+}
+
+/// TToolError (kUsage) for a value that is empty, as that of a variable that is not set.
+void RefuseEmptyValues(const CLI::App& program) {
+  for (const CLI::App* const command : program.get_subcommands())
+    for (const CLI::Option* const option : command->parse_order())
+      for (const std::string& value : option->results())
+        if (value.empty())
+          throw zaf::TToolError(zaf::ExitStatus::kUsage, option->get_name() + " cannot be empty");
 }
 
 }  // namespace
@@ -57,6 +67,7 @@ int main(int argument_count, zaf::TArgumentCharacter** argument_values) {
     } catch (const CLI::ParseError& end) {
       return EndParsing(program, end);
     }
+    RefuseEmptyValues(program);
     return action();
   } catch (const zaf::TToolError& error) {
     return Fail(error.status, error.what());

@@ -207,7 +207,8 @@ class CommandTest(unittest.TestCase):
                           ["convert", "a.zaf", "-o", "x", "--shard", "3/2"],
                           ["convert", "a.zaf", "-o", "x", "--existing", "ask"],
                           ["convert", "a.zaf", "-o", "x", "-q", "-v"],
-                          ["convert", "a.zaf", "-o", "x", "-j", "0"],
+                          ["convert", "a.zaf", "-o", "x", "-j", "0"], ["check", "a.zaf", "--report", ""],
+                          ["check", ""], ["show", "a.zaf", "--html", ""],
                           ["convert", "a.zaf", "-o", "x", "--report", "a.zaf"],
                           ["convert", "--retry", "r.jsonl", "-o", "x"],
                           ["convert", "--files-from", "none", "-o", "x"], ["convert", ".", "-o", "."]]:
