@@ -190,7 +190,9 @@ Status TQuerySpecification::WriteSections(TDataFile& file, std::uint32_t& offset
   header.format = kWrittenFormat;
   header.type = type_code_;
   header.name = ToRecordName(name_.View());
-  TSectionWriter out(file, offset);
+  if (header.losses != nullptr && header.name.View().size() < name_.GetCharacterCount())
+    header.losses->ReportName(LossReason::kCutName, record_offset_);
+  TSectionWriter out(file, offset, header.losses);
   if (const Status status = WriteLegacyProperties(out); status != Status::kOk) return status;
   return out.WriteMap(header.map_offset, header.map_count);
 }

@@ -9,6 +9,8 @@ namespace {
 
 constexpr FourCharCode kRunOnlyDocument = Code("rdoc");
 constexpr FourCharCode kActionEntry = Code("head");
+/// Another type of results actions.
+constexpr FourCharCode kResultsType = Code("glob");
 
 /// Reads the action whose record header is at `offset` and places it in the tree. An action of a
 /// format that is too new ends the load: `is_too_new` is then set and the status is kOk.
@@ -26,16 +28,23 @@ Status ReadAction(TDataFile& file, std::uint32_t offset, const TQuerySpecificati
   action->SetName(header.name.View());
   action->SetOwner(&application);
   const TQuerySpecification& read = *action;
-  if (losses != nullptr) losses->BeginAction(header);
+  if (losses != nullptr) {
+    losses->BeginAction(header);
+    if (action->GetTypeCode() != header.type && header.type != kResultsType)
+      losses->ReportBytes(LossReason::kUnknownType, offset + sizeof header.format,
+                          sizeof header.type);
+  }
   Status status = action->ReadLegacy(&file, header);
   if (losses != nullptr) losses->EndAction();
   if (status == Status::kOk) {
     application.total_record_size += action->GetRecordSize();
     status = application.actions.Place(std::move(action));
-    if (TByteAccount* const account = losses == nullptr ? nullptr : losses->GetAccount();
-        account != nullptr && status == Status::kOk &&
-        application.actions.GetRoot()->action.get() == &read)
-      account->DropRecord();
+    if (losses != nullptr && status == Status::kOk &&
+        application.actions.GetRoot()->action.get() == &read) {
+      losses->ReportDroppedAction(header.name.View());
+      losses->RetractDropped(Code("pare"));  // It is below no other.
+      if (TByteAccount* const account = losses->GetAccount()) account->DropRecord();
+    }
     if (status != Status::kOk)
       place.reason = "The parent that the action names is none of the actions that lead to it";
   }

@@ -45,8 +45,11 @@ Status WriteSections(const TApplication& application, TSectionWriter& out) {
 Status WriteAction(const TQuerySpecification& action, TDataFile& file, std::uint32_t& offset,
                    TSectionWriter& out) {
   const std::uint32_t header_offset = offset;
+  TLossReporter* const losses = out.GetLosses();
+  if (losses != nullptr) losses->BeginWriting(action.GetName().View(), action.GetRecordOffset());
   if (const Status status = out.Skip(kRecordHeaderSize); status != Status::kOk) return status;
   TRecordHeader header;
+  header.losses = losses;
   // The sections follow the header, so its bytes are reserved first.
   if (const Status status = WriteRecordHeader(file, header_offset, header); status != Status::kOk)
     return status;
@@ -59,7 +62,8 @@ Status WriteAction(const TQuerySpecification& action, TDataFile& file, std::uint
 
 }  // namespace
 
-Status WriteLegacyApplication(const TApplication& application, TDataFile& file) {
+Status WriteLegacyApplication(const TApplication& application, TDataFile& file,
+                              TLossReporter* losses) {
   if (!ArePlacesTold(application.actions)) return Status::kFailure;
   TRecordHeader header;
   header.format = kWrittenFormat;
@@ -69,7 +73,8 @@ Status WriteLegacyApplication(const TApplication& application, TDataFile& file) 
     return status;
   file.SetScrambled(application.is_run_only);
   std::uint32_t offset = kRecordHeaderSize;
-  TSectionWriter out(file, offset);
+  if (losses != nullptr) losses->BeginWriting();
+  TSectionWriter out(file, offset, losses);
   if (const Status status = WriteSections(application, out); status != Status::kOk) return status;
   for (const TActionEntry* entry = application.actions.GetRoot(); entry != nullptr;
        entry = TActionTree::GetNext(*entry)) {

@@ -100,18 +100,23 @@ Status WriteProgram(const TActionTree& tree, dom::Element program, TXmlWriteCont
   return Status::kOk;
 }
 
-Status ReadProgram(dom::Element program, std::span<TActionEntry* const> entries,
-                   TActionTree& tree) {
-  if (entries.empty())
-    return program.getFirstChildElement(kReference) ? Status::kMalformed : Status::kOk;
+Status ReadProgram(dom::Element program, std::span<TActionEntry* const> entries, TActionTree& tree,
+                   dom::Element& refused) {
+  dom::Element reference = program.getFirstChildElement(kReference);
+  if (entries.empty()) {
+    refused = reference;
+    return reference ? Status::kMalformed : Status::kOk;
+  }
   TActionEntry* const root = tree.EnsureRoot();
   if (root == nullptr) return Status::kFailure;
   TActionIndex index(entries);
   std::vector<TLevel> levels{{root}};
-  dom::Element reference = program.getFirstChildElement(kReference);
   while (reference) {
     TActionEntry* const entry = index.Take(reference.getAttribute("Ref"));
-    if (entry == nullptr) return Status::kMalformed;
+    if (entry == nullptr) {
+      refused = reference;
+      return Status::kMalformed;
+    }
     TLevel& level = levels.back();
     const bool is_branch = level.last != nullptr && IsBranchOf(*entry->action, *level.last->action);
     TActionTree::Hang(*entry, is_branch ? *level.last : *level.parent);

@@ -21,7 +21,8 @@ Status WriteProgram(const TActionTree& tree, dom::Element program, TXmlWriteCont
 /// Links the adopted entries of a tree that has no root yet by the references in `program`. An
 /// else-if or else right after an if or else-if becomes its child. Each reference takes the first
 /// action of its ID that is left; actions without a reference become the last children of the
-/// root. kMalformed for a reference to an action that does not exist.
-Status ReadProgram(dom::Element program, std::span<TActionEntry* const> entries, TActionTree& tree);
+/// root. kMalformed for a reference to an action that does not exist, which `refused` then is.
+Status ReadProgram(dom::Element program, std::span<TActionEntry* const> entries, TActionTree& tree,
+                   dom::Element& refused);
 
 }  // namespace zaf

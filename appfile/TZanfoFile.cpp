@@ -153,8 +153,14 @@ Status TZanfoFile::SaveDocument(TDataFile& file, Protection protection) {
   return output.Flush() ? Status::kOk : sink.GetFailure();
 }
 
-Status TZanfoFile::SaveLegacy(TDataFile& file) const {
-  return Attempt([&] { return WriteLegacyApplication(application_, file); }, Status::kFailure);
+Status TZanfoFile::SaveLegacy(TDataFile& file, DocumentKind kind) {
+  const auto save = [&] {
+    TLossReporter* const losses = Losses();
+    if (losses != nullptr) losses->SetLegacyTarget();
+    if (losses != nullptr && kind != application_.kind) losses->Report(LossReason::kOtherKind);
+    return WriteLegacyApplication(application_, file, losses);
+  };
+  return Attempt(save, Status::kFailure);
 }
 
 }  // namespace zaf

@@ -51,7 +51,9 @@ class TZanfoFile {
 
   /// Writes the legacy form into an empty file opened for reading and writing. kFailure, with
   /// nothing written, when the names of the actions, cut to 31 bytes, do not identify the parents.
-  Status SaveLegacy(TDataFile& file) const;
+  /// `kind`: what the name of the file says that it is.
+  Status SaveLegacy(TDataFile& file, DocumentKind kind);
+  Status SaveLegacy(TDataFile& file) { return SaveLegacy(file, application_.kind); }
 
   /// The form of the file that was loaded, also when that failed.
   [[nodiscard]] DocumentForm GetForm() const;

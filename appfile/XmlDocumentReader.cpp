@@ -30,25 +30,25 @@ Status ReadDefaultDataSource(dom::Element source, const TXmlReadContext& context
                      {context, source.getFirstChildElement("DataSourceInfo")});
 }
 
-/// Reads every element in `actions` into an action of its class; the tree adopts them.
+/// Reads every element in `actions` into an action of its class; the tree adopts them. `element` is
+/// the one that is read, after a failure the one that is refused.
 Status ReadActions(dom::Element actions, const TXmlReadContext& context,
                    const TQuerySpecificationServer& server, TActionTree& tree,
-                   TLoadProgress* progress, std::vector<TActionEntry*>& entries,
-                   TErrorPlace& place) {
-  for (dom::Element element = actions.getFirstChildElement(); element;
+                   TLoadProgress* progress, std::vector<TActionEntry*>& entries, TErrorPlace& place,
+                   dom::Element& element) {
+  for (element = actions.getFirstChildElement(); element;
        element = element.getNextSiblingElement()) {
     element.SetRead(true);
+    const std::string_view name = element.getAttribute("ID");
+    if (context.losses != nullptr) context.losses->SetAction(name);
     std::unique_ptr<TQuerySpecification> action;
     Status status = server.CreateByElement(element.getTagName(), action);
-    if (status == Status::kMalformed) {
+    if (status == Status::kMalformed)
       place.reason = "An element in Actions is not that of an action";
-      place.action = element.getTagName();
-      return status;
-    }
-    if (context.losses != nullptr) context.losses->SetAction(element.getAttribute("ID"));
-    if (status == Status::kOk) status = action->ReadXml(context, element);
+    else if (status == Status::kOk)
+      status = action->ReadXml(context, element);
     if (status != Status::kOk) {
-      if (action != nullptr) place.action = action->GetName().View();
+      place.action = name;
       return status;
     }
     TActionEntry* const entry = tree.Adopt(std::move(action));
@@ -76,8 +76,14 @@ Status ReadXmlDocument(std::span<std::byte> text, const TQuerySpecificationServe
   if (!document.IsComplete()) return Status::kFailure;
   const dom::Element root = document.getDocumentElement();
   const std::string_view root_name = root.getTagName();
+  const auto locate = [&](dom::Element element) {
+    const TDocumentPlace found = TDocumentPlaces(report.text).Find(element.getTagName());
+    place.line = found.line;
+    place.column = found.column;
+  };
   if (root_name != "ZAF" && root_name != "ZCF") {
     place.reason = "The root element is neither ZAF nor ZCF";
+    locate(root);
     return Status::kMalformed;
   }
   if (const std::string_view version = root.getAttribute("Version"); version.starts_with("0x"))
@@ -92,7 +98,7 @@ Status ReadXmlDocument(std::span<std::byte> text, const TQuerySpecificationServe
                                 references,
                                 {},
                                 losses};
-  if (losses != nullptr) losses->BeginDocument(AsText(text));
+  if (losses != nullptr) losses->BeginDocument(report.text);
   if (losses != nullptr && report.replaced_count > 0)
     losses->Report(LossReason::kReplacedCharacters, std::to_string(report.replaced_count));
   Status status = ReadXmlRows(TApplication::Properties(), &application, {context, root});
@@ -101,12 +107,18 @@ Status ReadXmlDocument(std::span<std::byte> text, const TQuerySpecificationServe
   status = ReadDefaultDataSource(default_source, context, application);
   if (status != Status::kOk) return status;
   std::vector<TActionEntry*> entries;
+  dom::Element refused;
   status = ReadActions(root.getFirstChildElement("Actions"), context, server, application.actions,
-                       progress, entries, place);
-  if (status != Status::kOk) return status;
-  status = ReadProgram(root.getFirstChildElement("Program"), entries, application.actions);
-  if (status == Status::kMalformed)
+                       progress, entries, place, refused);
+  if (status != Status::kOk) {
+    locate(refused);
+    return status;
+  }
+  status = ReadProgram(root.getFirstChildElement("Program"), entries, application.actions, refused);
+  if (status == Status::kMalformed) {
     place.reason = "An ActionRef in Program names no action, or one that was taken before";
+    locate(refused);
+  }
   if (losses != nullptr) {
     data_source_index.MarkUnused();
     context.outputs.MarkUnused();

@@ -2,7 +2,7 @@
 # Development is the library for other programs, which find_package(Zaf2Xml) offers.
 include(CMakePackageConfigHelpers)
 
-# Whatever the umask of the user.
+# No directory is writable for others, even if the user's umask would allow it.
 set(CMAKE_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE
     GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
 

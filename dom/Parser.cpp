@@ -60,6 +60,7 @@ bool Parser::Parse(std::string_view text, Tree& tree, ParseReport& report) {
     if (start == nullptr) return false;
     decoded = InPlace(start, WriteUtf16AsUtf8(text, start)).View();
   }
+  report.text = decoded;
   const Encoding source = is_utf16 ? Encoding::kUtf16 : Encoding::kUtf8;
   Parser parser(decoded, tree);
   const bool is_done = parser.ReadDocument(source) != nullptr;

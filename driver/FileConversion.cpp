@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
-#include <filesystem>
 #include <random>
 #include <string>
 #include <string_view>
@@ -46,16 +45,6 @@ bool IsNewer(const fs::path& input, const fs::path& output) {
   std::error_code input_error, output_error;
   const fs::file_time_type input_time = fs::last_write_time(input, input_error);
   return input_time > fs::last_write_time(output, output_error) && !input_error && !output_error;
-}
-
-/// A name for a file that is to replace the one at `path`, in the same directory. It is no longer
-/// than the name of that one: whatever fits one of the two fits both.
-fs::path TemporaryPath(const fs::path& path) {
-  std::random_device random;
-  std::array<char, 32> name;
-  std::snprintf(name.data(), name.size(), "%08x%08x.zaf.tmp", random(), random());
-  const std::string_view whole = name.data();
-  return fs::path(path).replace_filename(whole.substr(0, path.filename().native().size()));
 }
 
 class TFileConversion {
@@ -112,7 +101,10 @@ class TFileConversion {
   }
 
   [[nodiscard]] Status SaveTo(TDataFile& file) {
-    if (request_.target == TargetForm::kLegacy) return document_->SaveLegacy(file);
+    if (request_.target == TargetForm::kLegacy)
+      return request_.place == OutputPlace::kFile
+                 ? document_->SaveLegacy(file, KindOfName(request_.output.View()))
+                 : document_->SaveLegacy(file);
     const Protection protection =
         document_->IsRunOnly() ? Protection::kProtected : Protection::kPlain;
     return document_->Save(file, &server_, protection);
@@ -227,7 +219,9 @@ class TFileConversion {
     if (const Status status = written.Load(output, nullptr); status != Status::kOk) {
       result_.outcome = FileOutcome::kOutputNotRead;
       result_.status = status;
-      result_.error_place = written.GetErrorPlace();
+      // The rest is a place in the output.
+      result_.error_place.reason = written.GetErrorPlace().reason;
+      result_.error_place.action = written.GetErrorPlace().action;
       return;
     }
     result_.is_restored = Attempt([&] { return document_->IsEqual(written); }, false);
@@ -252,6 +246,14 @@ DocumentKind KindOfName(std::string_view path) {
   return EqualsIgnoringCase(path.substr(path.size() - size), kClassFileExtension)
              ? DocumentKind::kClassFile
              : DocumentKind::kApplication;
+}
+
+fs::path TemporaryPath(const fs::path& path) {
+  std::random_device random;
+  std::array<char, 32> name;
+  std::snprintf(name.data(), name.size(), "%08x%08x.zaf.tmp", random(), random());
+  const std::string_view whole = name.data();
+  return fs::path(path).replace_filename(whole.substr(0, path.filename().native().size()));
 }
 
 TFileResult ConvertFile(const TFileRequest& request) { return TFileConversion(request).Run(); }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <filesystem>
 #include <optional>
 #include <string_view>
 
@@ -16,6 +17,10 @@ class TLossObserver;
 
 /// What the file at a path describes: a class file if its name ends in ".zcf", case ignored.
 DocumentKind KindOfName(std::string_view path);
+
+/// A name for a file that is to replace the one at `path`, in the same directory. It is no longer
+/// than the name of that one: whatever fits one of the two fits both.
+std::filesystem::path TemporaryPath(const std::filesystem::path& path);
 
 /// How the conversion of one file ended.
 enum class FileOutcome : std::uint8_t {
@@ -70,7 +75,7 @@ struct TFileResult {
   std::uint32_t bytes_in = 0;
   std::uint32_t bytes_out = 0;
   std::uint32_t actions = 0;
-  TErrorPlace error_place{};  ///< Of the input, or of the output that could not be read back.
+  TErrorPlace error_place{};  ///< Of the input; reason and action of an output that is refused.
   bool is_restored = true;    ///< Verification found the same application in the output.
 };
 

@@ -13,11 +13,10 @@
 /// The exit status is 0 whatever happens.
 int main(int argument_count, zaf::TArgumentCharacter** argument_values) {
   try {
-    zaf::PrepareProcess();
+    const zaf::TArguments arguments(argument_count, argument_values);
     const zaf::MessageSink report = [](std::string_view text) {
       static_cast<void>(std::fwrite(text.data(), 1, text.size(), stderr));
     };
-    const zaf::TArguments arguments(argument_count, argument_values);
     if (const std::optional<zaf::ConversionOptions> options =
             zaf::ParseCommandLine(arguments.Get(), report))
       zaf::RunConversion(*options, report);

@@ -1,5 +1,7 @@
 #include "fields/OutputCodec.h"
 
+#include <algorithm>
+
 #include "fields/AssignWithLineFeeds.h"
 #include "fields/WriteTextElement.h"
 
@@ -20,6 +22,10 @@ Status TOutputCodec::WriteLegacy(const TProperty& row, const void* field,
   CText section(text);
   if (section.GetCharacterCount() != text.GetCharacterCount()) return Status::kFailure;
   section.ReplaceAll("\r\n", "\r");
+  // Each return that is left is read back with a line feed.
+  if (out.GetLosses() != nullptr && std::ranges::count(section.View(), '\r') >
+                                        text.GetCharacterCount() - section.GetCharacterCount())
+    out.GetLosses()->ReportIn(row.code, LossReason::kAddedLineFeeds, {});
   return TTextCodecBase::WriteLegacy(row, &section, out);
 }
 

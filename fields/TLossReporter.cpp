@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cctype>
 
 #include "fields/SectionMap.h"
 #include "fields/TProperty.h"
@@ -15,8 +14,6 @@ namespace {
 constexpr std::uint32_t kMostLosses = 10000;
 /// Bytes of a section that are examined. Any number of sections may be in one place.
 constexpr std::uint64_t kMostExamined = 4096;
-/// Distance of the places that are kept of a document, in bytes.
-constexpr std::size_t kPlaceDistance = 1024;
 constexpr std::string_view kFurtherLosses = "There are more losses, which are not listed";
 
 struct TSentence {
@@ -52,7 +49,20 @@ constexpr TSentence kSentences[] = {
      "The records of the list have % bytes, a size that no version has; empty ones replace them"},
     {LossCode::kRecordDropped,
      "Items of a list name a column that does not exist or has no list; % items are left out"},
+    {LossCode::kRecordDropped,
+     "Columns of one name have one list of items in a legacy file, that of the first; % columns "
+     "have "
+     "another one, which is left out"},
+    {LossCode::kRecordDropped,
+     "A legacy file has no parameters of a mail; % parameters are left out"},
     {LossCode::kTextCut, "The text of % is longer than its field; its end is cut off"},
+    {LossCode::kTextCut,
+     "The name of the action is longer than the 31 characters that a legacy file has for it; its "
+     "end "
+     "is cut off"},
+    {LossCode::kTextCut,
+     "The text has a NUL, at which it ends in a legacy file; the characters from there on are left "
+     "out"},
     {LossCode::kTextCut,
      "A text of the list is longer than its field, in the current records of % bytes; its end is "
      "cut off"},
@@ -62,6 +72,15 @@ constexpr TSentence kSentences[] = {
      "The number of % is none of its vocabulary; another one is written, or none"},
     {LossCode::kValueUnknown,
      "The text of % is none that its field can hold; it is read as another value"},
+    {LossCode::kValueUnknown,
+     "The type of the action is none that exists; it is read as a results action"},
+    {LossCode::kValueUnknown,
+     "The text of % is empty, for which a legacy file has no form; it is read back as the default"},
+    {LossCode::kValueUnknown,
+     "The text has <@APPFILEPATH>/, which is read back from a legacy file without the slash"},
+    {LossCode::kValueUnknown,
+     "The name of a legacy file decides whether it is a class file (.zcf); that of the output says "
+     "otherwise than the input"},
     {LossCode::kSectionDropped,
      "Records of the list have a field that is not empty, and XML has no form for it; it is left "
      "out of the document"},
@@ -75,6 +94,9 @@ constexpr TSentence kSentences[] = {
     {LossCode::kLineEndChanged,
      "The text of % has carriage returns, which XML does not keep; they are read back as line "
      "feeds"},
+    {LossCode::kLineEndChanged,
+     "The text has carriage returns that are read back from a legacy file with a line feed after "
+     "each"},
     {LossCode::kNodeIgnored,
      "The element % is not expected here, or a second one, or nothing refers to it; it is not "
      "read"},
@@ -96,16 +118,6 @@ bool IsAllNul(ByteView bytes) {
 
 bool IsBlank(std::string_view text) {
   return text.find_first_not_of(" \t\n\r") == std::string_view::npos;
-}
-
-/// Whether the declaration of a document says that each byte is a character.
-bool HasSingleBytes(std::string_view document) {
-  if (!document.starts_with("<?xml")) return false;
-  std::string declaration(document.substr(0, std::min(document.find("?>"), std::size_t{256})));
-  std::ranges::transform(declaration, declaration.begin(),
-                         [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-  return declaration.find("encoding") != std::string::npos &&
-         declaration.find("utf") == std::string::npos;
 }
 
 bool IsIgnored(dom::Element element, dom::Attr attribute) {
@@ -196,11 +208,7 @@ void TLossReporter::EndFile() {
   for (const auto& [begin, next] : covered_) {
     const std::uint64_t stop = std::min<std::uint64_t>(begin, image_.size());
     if (stop > end && !IsAllNul(image_.subspan(end, stop - end))) {
-      TLoss loss{};
-      loss.has_range = true;
-      loss.offset = end;
-      loss.length = stop - end;
-      Send(LossReason::kUnreferencedBytes, {}, std::move(loss));
+      ReportBytes(LossReason::kUnreferencedBytes, end, stop - end);
     }
     end = std::max(end, next);
   }
@@ -238,6 +246,18 @@ void TLossReporter::ReportDropped(const TLegacySection& section) {
     Report(LossReason::kDroppedSection, section);
 }
 
+void TLossReporter::ReportDroppedAction(std::string_view name) {
+  SetAction(name);
+  const std::size_t known = pending_.size();
+  for (const TSection& field : fields_) {
+    const auto is_known = [&](const TLoss& loss) { return loss.section == field.code; };
+    const auto first = pending_.begin() + static_cast<std::ptrdiff_t>(first_pending_);
+    if (std::none_of(first, pending_.begin() + static_cast<std::ptrdiff_t>(known), is_known))
+      ReportDropped({.code = field.code, .offset = field.offset, .length = field.length});
+  }
+  SetAction({});
+}
+
 void TLossReporter::RetractDropped(FourCharCode code) {
   const auto first = pending_.begin() + static_cast<std::ptrdiff_t>(first_pending_);
   pending_.erase(std::remove_if(first, pending_.end(),
@@ -254,11 +274,6 @@ void TLossReporter::ReportUnread(const TLegacySection& section, std::uint64_t us
   const ByteView rest = BytesOf(section.offset + used, section.length - used);
   if (!IsAllNul(rest))
     Report(LossReason::kUnreadBytes, section, std::to_string(section.length - used));
-}
-
-void TLossReporter::BeginDocument(std::string_view text) {
-  document_ = text;
-  is_utf8_ = !HasSingleBytes(text);
 }
 
 void TLossReporter::ReportIgnored(dom::Element root) {
@@ -299,17 +314,16 @@ void TLossReporter::BeginWriting(std::string_view action, std::uint32_t record_o
   BeginWriting();
   SetAction(action);
   const auto record = std::ranges::lower_bound(records_, record_offset, {}, &TRecord::offset);
-  const bool is_found = record != records_.end() && record->offset == record_offset;
-  if (is_found)
+  written_ = {};
+  if (record != records_.end() && record->offset == record_offset)
     written_ = std::span<const TSection>(sections_).subspan(record->first, record->count);
-  else
-    written_ = {};
-  if (!ExamineText(action).has_dropped) return;
-  TLoss loss{};
-  loss.has_range = is_found;
-  if (is_found) loss.offset = record_offset + kRecordHeaderSize - kRecordNameWidth;
-  if (is_found) loss.length = kRecordNameWidth;
-  Send(LossReason::kDroppedInName, {}, std::move(loss));
+  if (!is_legacy_target_ && ExamineText(action).has_dropped)
+    ReportName(LossReason::kDroppedInName, record_offset);
+}
+
+void TLossReporter::ReportName(LossReason reason, std::uint32_t record_offset) {
+  if (record_offset == 0) return Report(reason);
+  ReportBytes(reason, record_offset + kRecordHeaderSize - kRecordNameWidth, kRecordNameWidth);
 }
 
 void TLossReporter::ReportValue(const TProperty& row) {
@@ -319,6 +333,7 @@ void TLossReporter::ReportValue(const TProperty& row) {
 void TLossReporter::ReportIn(FourCharCode section, LossReason reason, std::string_view detail) {
   if (section == kNoCode) section = section_;
   TLoss loss{};
+  if (is_legacy_target_) loss.section = section;
   if (const TSection* const found = FindSection(section); found != nullptr) {
     loss.section = section;
     loss.has_range = true;
@@ -359,28 +374,12 @@ void TLossReporter::Report(LossReason reason, const TLegacySection& section,
   Send(reason, detail, std::move(loss));
 }
 
-void TLossReporter::Locate(std::string_view name, TLoss& loss) {
-  const auto offset = static_cast<std::size_t>(name.data() - document_.data());
-  if (name.data() < document_.data() || offset >= document_.size()) return;
-  const auto advance = [&](TTextPlace place, std::size_t to) {
-    for (; place.offset < to; ++place.offset) {
-      const auto byte = static_cast<unsigned char>(document_[place.offset]);
-      const bool is_before_lf = document_.substr(place.offset).starts_with("\r\n");
-      if (byte == '\n' || (byte == '\r' && !is_before_lf)) {
-        ++place.line;
-        place.column = 1;
-      } else if (!is_utf8_ || (byte & 0xC0) != 0x80) {
-        ++place.column;
-      }
-    }
-    return place;
-  };
-  if (places_.empty()) places_.emplace_back();
-  while (places_.back().offset + kPlaceDistance <= offset)
-    places_.push_back(advance(places_.back(), places_.back().offset + kPlaceDistance));
-  const TTextPlace place = advance(places_[offset / kPlaceDistance], offset);
-  loss.line = place.line;
-  loss.column = place.column;
+void TLossReporter::ReportBytes(LossReason reason, std::uint64_t offset, std::uint64_t length) {
+  TLoss loss{};
+  loss.has_range = true;
+  loss.offset = offset;
+  loss.length = length;
+  Send(reason, {}, std::move(loss));
 }
 
 void TLossReporter::Send(LossReason reason, std::string_view detail, TLoss loss) {
@@ -391,7 +390,11 @@ void TLossReporter::Send(LossReason reason, std::string_view detail, TLoss loss)
   if (const std::size_t mark = loss.text.find('%'); mark != std::string::npos)
     loss.text.replace(mark, 1, detail);
   loss.action = action_;
-  if (!document_.empty() && element_) Locate(element_.getTagName(), loss);
+  if (!places_.IsEmpty() && element_) {
+    const TDocumentPlace place = places_.Find(element_.getTagName());
+    loss.line = place.line;
+    loss.column = place.column;
+  }
   if (reason == LossReason::kDroppedSection)
     pending_.push_back(std::move(loss));
   else

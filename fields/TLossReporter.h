@@ -9,6 +9,7 @@
 
 #include "dom/dom.h"
 #include "fields/TByteAccount.h"
+#include "fields/TDocumentPlaces.h"
 #include "fields/TLossObserver.h"
 #include "fields/TRecordHeader.h"
 #include "foundation/FourCharCode.h"
@@ -32,16 +33,25 @@ enum class LossReason : std::uint8_t {
   kUnknownRecordSize,
   kEmptiedRecord,
   kItemWithoutColumn,
+  kItemsOfSameColumn,
+  kMailParameters,
   kCutText,
+  kCutName,
+  kCutAtNul,
   kCutRecordText,
   kCutRecord,
   kUnknownValue,
   kUnknownWord,
+  kUnknownType,
+  kEmptyText,
+  kRemovedSlash,
+  kOtherKind,
   kDroppedField,
   kDroppedCharacters,
   kDroppedInName,
   kReplacedCharacters,
   kChangedLineEnds,
+  kAddedLineFeeds,
   kIgnoredElement,
   kIgnoredAttribute,
   kIgnoredText,
@@ -80,6 +90,8 @@ class TLossReporter {
   void NoteField(const TProperty& row, const TLegacySection& section);
   /// Reports a section that has no XML form; none that is all NUL.
   void ReportDropped(const TLegacySection& section);
+  /// Reports the sections of the action read last that were read into fields: it has no XML form.
+  void ReportDroppedAction(std::string_view name);
   /// Takes back what ReportDropped reported of the sections of this code in the current record:
   /// another section holds the same.
   void RetractDropped(FourCharCode code);
@@ -89,14 +101,17 @@ class TLossReporter {
 
   // A document is read.
 
-  /// Begins the reading of a document with these bytes, which stay as they are meanwhile.
-  void BeginDocument(std::string_view text);
+  /// Begins the reading of a document that refers to these bytes, which stay as they are meanwhile.
+  void BeginDocument(std::string_view text) { places_ = TDocumentPlaces(text); }
   /// Sets the element that what follows concerns.
   void SetElement(dom::Element element) { element_ = element; }
   /// Reports the attributes, elements and texts below `root` that were not read.
   void ReportIgnored(dom::Element root);
 
-  // An application is written as XML.
+  // An application is written.
+
+  /// Sets that it is written as a legacy file.
+  void SetLegacyTarget() { is_legacy_target_ = true; }
 
   /// Begins the application itself, then each action; `record_offset` is that of its record in the
   /// legacy file.
@@ -105,6 +120,8 @@ class TLossReporter {
   /// Sets the section that what follows comes from.
   void SetSection(FourCharCode section) { section_ = section; }
   [[nodiscard]] FourCharCode GetSection() const { return section_; }
+  /// Reports a loss of the action's name.
+  void ReportName(LossReason reason, std::uint32_t record_offset);
   /// Reports a number that is written as another one or not at all.
   void ReportValue(const TProperty& row);
   /// Reports what is lost because the application is written as XML.
@@ -119,8 +136,11 @@ class TLossReporter {
   /// Reports a loss. `detail` replaces the `%` of the sentence.
   void Report(LossReason reason, std::string_view detail = {});
   void Report(LossReason reason, const TLegacySection& section, std::string_view detail = {});
+  /// The same of bytes that are in no section.
+  void ReportBytes(LossReason reason, std::uint64_t offset, std::uint64_t length);
   /// The same of the last section of this code in the record that is being read or written;
-  /// kNoCode: of the one that was set.
+  /// kNoCode: of the one that was set. A legacy file that is written has sections that its input
+  /// lacks: those are named, too.
   void ReportIn(FourCharCode section, LossReason reason, std::string_view detail);
 
  private:
@@ -136,12 +156,6 @@ class TLossReporter {
     std::size_t first;     ///< In `sections_`.
     std::size_t count;
   };
-  /// A place in a document, from which places after it are found.
-  struct TTextPlace {
-    std::size_t offset = 0;
-    std::uint32_t line = 1;
-    std::uint32_t column = 1;
-  };
 
   void Send(LossReason reason, std::string_view detail, TLoss loss);
   [[nodiscard]] ByteView BytesOf(std::uint64_t offset, std::uint64_t length) const;
@@ -152,8 +166,6 @@ class TLossReporter {
   void EnterInAccount(TAccess access);
   /// The last section of this code in the record that is being written; null if there is none.
   const TSection* FindSection(FourCharCode code);
-  /// Sets the line and column of what has this name in the document's bytes.
-  void Locate(std::string_view name, TLoss& loss);
 
   TLossObserver& observer_;
   TByteAccount* const account_;
@@ -173,13 +185,12 @@ class TLossReporter {
   std::size_t first_pending_ = 0;  ///< Of the current record.
 
   std::span<const TSection> written_;  ///< The sections of the record that is being written.
-  FourCharCode section_ = kNoCode;     ///< Of what is being written.
-  const TSection* found_ = nullptr;    ///< The section that was looked for last.
+  bool is_legacy_target_ = false;
+  FourCharCode section_ = kNoCode;  ///< Of what is being written.
+  const TSection* found_ = nullptr;  ///< The section that was looked for last.
 
-  std::string_view document_;
+  TDocumentPlaces places_;
   dom::Element element_;
-  bool is_utf8_ = false;
-  std::vector<TTextPlace> places_;  ///< Of the document, at equal distances.
 };
 
 }  // namespace zaf

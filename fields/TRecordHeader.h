@@ -29,7 +29,7 @@ struct TRecordHeader {
   std::uint32_t map_offset = 0;  ///< Of the section map, from the start of the file, in bytes.
   std::uint32_t map_count = 0;   ///< Entries in the section map.
   TFixedText<kRecordNameWidth> name{};
-  TLossReporter* losses = nullptr;  ///< Of the file being read; null: nobody observes.
+  TLossReporter* losses = nullptr;  ///< Of the file; null: nobody observes.
 };
 
 }  // namespace zaf

@@ -12,6 +12,8 @@
 
 namespace zaf {
 
+class TLossReporter;
+
 /// One entry of a section map, in the host's byte order.
 struct TSectionMapEntry {
   FourCharCode code;
@@ -27,8 +29,13 @@ inline constexpr std::uint32_t kSectionMapEntrySize = 12;
 /// returns the data file's status and adds nothing to the map.
 class TSectionWriter {
  public:
-  /// `offset` is that of the next section, from the start of `file`.
-  TSectionWriter(TDataFile& file, std::uint32_t& offset) : file_(file), offset_(offset) {}
+  /// `offset` is that of the next section, from the start of `file`. `losses`, null when nobody
+  /// observes, outlives the writer.
+  TSectionWriter(TDataFile& file, std::uint32_t& offset, TLossReporter* losses = nullptr)
+      : file_(file), offset_(offset), losses_(losses) {}
+
+  /// For what a section does not hold of its field; null when nobody observes.
+  [[nodiscard]] TLossReporter* GetLosses() const { return losses_; }
 
   /// The text and its NUL.
   Status Write(FourCharCode code, const CText& text);
@@ -54,6 +61,7 @@ class TSectionWriter {
 
   TDataFile& file_;
   std::uint32_t& offset_;
+  TLossReporter* losses_;
   TRecordArray<TSectionMapEntry> map_;
 };
 

@@ -112,6 +112,9 @@ Status TTextCodecBase::WriteLegacy(const TProperty& row, const void* field,
                                    TSectionWriter& out) const {
   const auto& text = Get<CText>(field);
   if (text.IsEmpty() && legacy_ == LegacyText::kIfNotEmpty) return Status::kOk;
+  if (out.GetLosses() != nullptr && inner_nul_ == InnerNul::kEndsText &&
+      UntilNul(text.View()).size() < text.GetCharacterCount())
+    out.GetLosses()->ReportIn(row.code, LossReason::kCutAtNul, {});
   return out.Write(row.code, text);
 }
 

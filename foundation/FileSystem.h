@@ -38,6 +38,7 @@ using TArgumentCharacter = char;
 /// The arguments of the program as texts of the program: on Windows in UTF-8.
 class TArguments {
  public:
+  /// Prepares the process, too: main() begins with it.
   TArguments(int count, TArgumentCharacter** values);
 
   [[nodiscard]] std::span<const char* const> Get() const { return view_; }

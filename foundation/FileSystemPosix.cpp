@@ -126,6 +126,7 @@ void PrepareProcess() {
 }
 
 TArguments::TArguments(int count, char** values) {
+  PrepareProcess();
   const char* const* const first = values;
   view_ = {first, static_cast<std::size_t>(count)};
 }

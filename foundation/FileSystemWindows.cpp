@@ -259,6 +259,7 @@ bool IsLink(const std::filesystem::directory_entry& entry) {
 void PrepareProcess() { SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX); }
 
 TArguments::TArguments(int count, wchar_t** values) {
+  PrepareProcess();
   for (int i = 0; i < count; ++i) texts_.push_back(ToUtf8(values[i]));
   for (const std::string& text : texts_) values_.push_back(text.c_str());
   view_ = values_;

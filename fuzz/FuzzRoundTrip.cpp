@@ -21,7 +21,7 @@ std::FILE* OpenBuffer() {
 }
 
 /// Empty when the file has more bytes than fit the buffer.
-std::string SaveToLegacy(const TZanfoFile& file) {
+std::string SaveToLegacy(TZanfoFile& file) {
   TDataFile data(OpenBuffer());
   CData content;
   const bool is_saved = file.SaveLegacy(data) == Status::kOk &&
@@ -62,7 +62,7 @@ bool FitsLegacyFile(const TZanfoFile& file, std::string_view document) {
   return true;
 }
 
-void RequireThatLegacyFileTellsAll(const TZanfoFile& file, const std::string& document) {
+void RequireThatLegacyFileTellsAll(TZanfoFile& file, const std::string& document) {
   if (!FitsLegacyFile(file, document)) return;
   const std::string legacy = SaveToLegacy(file);
   if (legacy.empty()) return;

@@ -1,9 +1,10 @@
-#include <cstdio>
 #include <memory>
 #include <string>
 #include <string_view>
 
 #include "tool/Commands.h"
+#include "tool/RunOptions.h"
+#include "tool/TConsole.h"
 
 namespace zaf {
 namespace {
@@ -90,8 +91,8 @@ void AddCompletionCommand(CLI::App& program, CommandAction& action) {
   command->callback([&program, &action, shell] {
     action = [&program, shell] {
       for (const TShell& known : kShells)
-        if (*shell == known.name) std::fputs(known.script(program).c_str(), stdout);
-      return std::fflush(stdout) == 0 ? 0 : 4;
+        if (*shell == known.name) PrintData(known.script(program));
+      return static_cast<int>(ExitStatus::kDone);
     };
   });
 }

@@ -16,7 +16,6 @@ const TWords<ExistingOutput> kExistingWords{{"fail", ExistingOutput::kFail},
 void Finish(const CLI::App& command, TRunOptions& options) {
   FinishFileOptions(command, options);
   const auto usage = [](const char* what) { return TToolError(ExitStatus::kUsage, what); };
-  if (options.output.empty()) throw usage("The OUTPUT cannot be empty");
   const bool writes_standard_output = options.output == "-" || options.dry_run;
   if (writes_standard_output && options.report == "-")
     throw usage("The report cannot go to standard output together with other data");

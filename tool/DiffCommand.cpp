@@ -98,9 +98,7 @@ bool Load(const std::string& path, When color, TZanfoFile& document) {
     result.error_place = document.GetErrorPlace();
   }
   if (result.status == Status::kOk) return true;
-  record.error = ErrorOfOutcome(record);
-  // What other commands did with the file then.
-  record.error->text.resize(std::min(record.error->text.size(), record.error->text.rfind("; ")));
+  record.error = ErrorOfReading(record);
   const Coloring coloring = ChooseColoring(color, IsErrorTerminal());
   std::fputs(ErrorMessage(record, coloring).c_str(), stderr);
   return false;

@@ -92,8 +92,6 @@ void FinishFileOptions(const CLI::App& command, TRunOptions& options) {
     if (extension.starts_with('.')) extension.erase(0, 1);
     if (extension.empty()) throw usage("An extension cannot be empty");
   }
-  for (const std::string& input : options.inputs)
-    if (input.empty()) throw usage("An INPUT cannot be empty");
   if (options.inputs.empty() && options.files_from.empty() && options.retry.empty())
     throw usage("There is no INPUT, --files-from or --retry");
   if (options.files_from == "-" && options.retry == "-")

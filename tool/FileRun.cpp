@@ -287,8 +287,6 @@ class TFileRun {
     if (record.result.outcome == FileOutcome::kOutputNotRead) {
       TLoss loss{LossCode::kNotReadable, record.error->text, {}};
       loss.action = record.result.error_place.action;
-      loss.line = record.result.error_place.line;
-      loss.column = record.result.error_place.column;
       record.losses.push_back(std::move(loss));
     } else if (!record.result.is_restored && record.losses.empty()) {
       record.losses.push_back(

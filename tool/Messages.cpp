@@ -205,6 +205,12 @@ TInputError ErrorOfOutcome(const TInputRecord& record) {
   return error;
 }
 
+TInputError ErrorOfReading(const TInputRecord& record) {
+  TInputError error = ErrorOfOutcome(record);
+  error.text.resize(std::min(error.text.size(), error.text.rfind("; ")));
+  return error;
+}
+
 std::string ErrorMessage(const TInputRecord& record, Coloring coloring) {
   const TErrorPlace& place = record.result.error_place;
   std::string text = Located(record.input.path, place.line, place.column);
@@ -231,8 +237,10 @@ std::string InputMessage(const TInputRecord& record) {
       return text + "checked\n";
     case InputStatus::kSkipped:
       return text + "skipped: " + output + " exists\n";
-    case InputStatus::kPlanned:
     case InputStatus::kFailed:
+      if (!record.error) return text + "failed for its losses\n";
+      break;
+    case InputStatus::kPlanned:
       break;
   }
   return {};

@@ -23,6 +23,8 @@ TInputError ErrorOf(Fault fault, const TInputRecord& record);
 /// The error of a record whose outcome is a failed one. Looks at the input or output again to find
 /// out more.
 TInputError ErrorOfOutcome(const TInputRecord& record);
+/// The same for commands that only read: without what was not written.
+TInputError ErrorOfReading(const TInputRecord& record);
 
 /// The words of messages, coloured or not.
 enum class Coloring : bool { kOff, kOn };

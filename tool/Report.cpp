@@ -112,6 +112,11 @@ struct TLine {
   }
   TLine& Number(std::uint64_t number) { return Raw(std::to_string(number)); }
   TLine& NumberOrNull(std::uint64_t number) { return number == 0 ? Raw("null") : Number(number); }
+  /// The path of an input.
+  TLine& Input(const std::string& path) {
+    Key("input").Text(path);
+    return IsUtf8(path) ? *this : Key("input_raw").Text(PercentEncoded(path));
+  }
   /// With six decimal places.
   TLine& Seconds(double seconds) {
     const auto microseconds = static_cast<std::uint64_t>(std::max(0.0, std::round(seconds * 1e6)));
@@ -188,8 +193,7 @@ void TTotals::Add(const TInputRecord& record) {
 std::string ReportLine(const TInputRecord& record) {
   const TFileResult& result = record.result;
   TLine line;
-  line.Key("input").Text(record.input.path);
-  if (!IsUtf8(record.input.path)) line.Key("input_raw").Text(PercentEncoded(record.input.path));
+  line.Input(record.input.path);
   line.Key("base").Text(record.input.base).Key("output").TextOrNull(record.output);
   line.Key("status").Text(kStatusWords[static_cast<std::size_t>(record.status)]);
   line.Key("form").TextOrNull(result.form ? FormWord(*result.form) : std::string_view());
@@ -254,9 +258,7 @@ ordered_json TextOrNull(const std::string& text) {
 }
 
 ordered_json InputJson(const std::string& path) {
-  ordered_json object{{"input", path}};
-  if (!IsUtf8(path)) object["input_raw"] = PercentEncoded(path);
-  return object;
+  return ordered_json::parse(TLine().Input(path).Raw("}").text);
 }
 
 ordered_json LossJson(const TLoss& loss) {

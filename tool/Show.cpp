@@ -352,7 +352,7 @@ TShownFile LoadShownFile(const std::string& path) {
   shown.record.input.path = path;
   TLoad(shown).Run();
   if (shown.record.result.outcome != FileOutcome::kConverted)
-    shown.record.error = ErrorOfOutcome(shown.record);
+    shown.record.error = ErrorOfReading(shown.record);
   return shown;
 }
 

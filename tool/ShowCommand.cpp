@@ -1,3 +1,4 @@
+#include <cstdint>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
@@ -10,6 +11,7 @@
 #include "tool/Messages.h"
 #include "tool/RunOptions.h"
 #include "tool/Show.h"
+#include "tool/TConsole.h"
 
 namespace zaf {
 namespace {
@@ -22,8 +24,9 @@ struct TShowOptions {
   std::string html;  ///< The page to be written. Empty: none.
 };
 
-/// Writes the page to the file `path`, which may be an older page, but nothing else.
-void WritePage(const std::string& path, const std::string& page) {
+/// Writes the page to the file `path`, which may be an older page, but nothing else. That one is
+/// replaced in one step.
+void WritePage(const std::string& path, std::string page) {
   std::error_code error;
   if (std::filesystem::exists(ToPath(path), error)) {
     std::ifstream file(ToPath(path), std::ios::binary);
@@ -33,10 +36,17 @@ void WritePage(const std::string& path, const std::string& page) {
       throw TToolError(ExitStatus::kUsage,
                        path + " exists and is no page of this program; it is left as it is");
   }
-  std::ofstream file(ToPath(path), std::ios::binary);
-  file.write(page.data(), static_cast<std::streamsize>(page.size()));
-  if (!file.flush())
-    throw TToolError(ExitStatus::kCannotWrite, "The page " + path + " cannot be written");
+  const std::filesystem::path temporary = TemporaryPath(ToPath(path));
+  TDataFile file;
+  if (page.size() <= UINT32_MAX && file.OpenNew(CText(ToText(temporary))) == Status::kOk &&
+      file.Write(static_cast<std::uint32_t>(page.size()), page.data()) == Status::kOk &&
+      file.Publish() == Status::kOk)
+    std::filesystem::rename(temporary, ToPath(path), error);
+  else
+    error = std::make_error_code(std::errc::io_error);
+  if (!error) return;
+  std::filesystem::remove(temporary, error);
+  throw TToolError(ExitStatus::kCannotWrite, "The page " + path + " cannot be written");
 }
 
 int Show(const TShowOptions& options) {
@@ -65,8 +75,7 @@ int Show(const TShowOptions& options) {
     view = BytesView(file);
   else
     view = TreeView(file);
-  if (std::fwrite(view.data(), 1, view.size(), stdout) != view.size() || std::fflush(stdout) != 0)
-    throw TToolError(ExitStatus::kCannotWrite, "Standard output cannot be written");
+  PrintData(view);
   return static_cast<int>(ExitStatus::kDone);
 }
 

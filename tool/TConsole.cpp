@@ -41,6 +41,11 @@ std::string FormatTime(double seconds) {
 
 }  // namespace
 
+void PrintData(std::string_view text) {
+  if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size() || std::fflush(stdout) != 0)
+    throw TToolError(ExitStatus::kCannotWrite, "Standard output cannot be written");
+}
+
 Coloring ChooseColoring(When when, bool is_terminal) {
   const bool is_usual = is_terminal && !IsSet("NO_COLOR") && !IsDumbTerminal();
   return IsWanted(when, is_usual) ? Coloring::kOn : Coloring::kOff;

@@ -9,6 +9,9 @@
 
 namespace zaf {
 
+/// Writes to standard output. TToolError (kCannotWrite) when that fails.
+void PrintData(std::string_view text);
+
 /// Whether the words of messages are coloured that go to a terminal, or to none.
 Coloring ChooseColoring(When when, bool is_terminal);
 

@@ -16,6 +16,12 @@ void SetName(TFixedText<128>& name, std::string_view text) {
   std::copy(text.begin(), text.end(), name.bytes);
 }
 
+bool AreEqual(std::span<const TListItem> one, std::span<const TListItem> two) {
+  return std::ranges::equal(one, two, [](const TListItem& a, const TListItem& b) {
+    return AreRowsEqual(TListItem::Properties(), &a, &b);
+  });
+}
+
 }  // namespace
 
 std::span<const TProperty> TInputColumn::Properties() {
@@ -89,6 +95,19 @@ bool CInputColumnArray::AppendItemRecords(CDynamicArray& records) const {
   return true;
 }
 
+std::size_t CInputColumnArray::CountUnwrittenLists() const {
+  std::map<TNames, std::uint32_t, TNamesLess> first;  // Columns with items.
+  for (std::uint32_t i = 0; i < GetCount(); ++i)
+    if (!GetItems(i).empty()) first.try_emplace(NamesOf(GetColumn(i).column), i);
+  std::size_t count = 0;
+  for (std::uint32_t i = 0; i < GetCount(); ++i) {
+    if (!GetColumn(i).input.HasList()) continue;
+    const auto written = first.find(NamesOf(GetColumn(i).column));
+    if (written != first.end() && !AreEqual(GetItems(i), GetItems(written->second))) ++count;
+  }
+  return count;
+}
+
 Status CInputColumnArray::FinishItems(TDataFile& file, FourCharCode code,
                                       TLossReporter* losses) const {
   const auto finish = [&] {
@@ -117,15 +136,8 @@ std::size_t CInputColumnArray::CountOthers(const std::set<const TListItem*>& wit
 
 bool CInputColumnArray::HasEqualItems(const CInputColumnArray& other) const {
   const std::uint32_t count = std::max(GetCount(), other.GetCount());
-  for (std::uint32_t i = 0; i < count; ++i) {
-    const std::span<const TListItem> one = GetItems(i);
-    const std::span<const TListItem> two = other.GetItems(i);
-    const bool is_equal = std::equal(one.begin(), one.end(), two.begin(), two.end(),
-                                     [](const TListItem& a, const TListItem& b) {
-                                       return AreRowsEqual(TListItem::Properties(), &a, &b);
-                                     });
-    if (!is_equal) return false;
-  }
+  for (std::uint32_t i = 0; i < count; ++i)
+    if (!AreEqual(GetItems(i), other.GetItems(i))) return false;
   return true;
 }
 

@@ -58,6 +58,9 @@ class CInputColumnArray : public CDynamicArray {
   /// columns of the same names: that of the first of them that has any. Throws std::bad_alloc;
   /// false when memory runs out otherwise.
   bool AppendItemRecords(CDynamicArray& records) const;
+  /// How many columns have other items when they are read from those records. Throws
+  /// std::bad_alloc.
+  [[nodiscard]] std::size_t CountUnwrittenLists() const;
   /// Finishes the items of a legacy record: counts an item as a record of `file` once more for each
   /// column that it belongs to, and reports those that belong to none, as of the section `code`.
   /// kMalformed when they are too many for the file's size.

@@ -1,5 +1,7 @@
 #include "actions/builders/InputColumnsCodec.h"
 
+#include <string>
+
 #include "foundation/Attempt.h"
 
 namespace zaf {
@@ -72,6 +74,9 @@ Status TListItemsCodec::WriteLegacy(const TProperty& row, const void* field,
                                     TSectionWriter& out) const {
   const auto& columns = *static_cast<const CInputColumnArray*>(field);
   const auto write = [&] {
+    if (TLossReporter* const losses = out.GetLosses(); losses != nullptr)
+      if (const std::size_t count = columns.CountUnwrittenLists(); count > 0)
+        losses->ReportIn(row.code, LossReason::kItemsOfSameColumn, std::to_string(count));
     CDynamicArray records = columns.MakeItemRecords();
     return columns.AppendItemRecords(records) ? records_.WriteLegacy(row, &records, out)
                                               : Status::kFailure;

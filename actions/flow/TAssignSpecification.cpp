@@ -118,6 +118,11 @@ class TAssignItemsCodec final : public TFieldCodec {
   }
 
   Status WriteLegacy(const TProperty& row, const void* field, TSectionWriter& out) const override {
+    const auto has_return = [](const TAssignItem& item) {
+      return item.value.View().find('\r') != std::string_view::npos;
+    };
+    if (out.GetLosses() != nullptr && std::ranges::any_of(Items(field), has_return))
+      out.GetLosses()->ReportIn(row.code, LossReason::kAddedLineFeeds, {});
     const auto write = [&] { return out.Write(row.code, AsBytes(LayOut(Items(field)))); };
     return Attempt(write, Status::kFailure);
   }

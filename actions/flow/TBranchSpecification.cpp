@@ -1,6 +1,13 @@
 #include "actions/flow/TBranchSpecification.h"
 
 namespace zaf {
+namespace {
+
+/// The tag for the application's path ends in a slash of its own by now; older files add one.
+constexpr const char* kPathTag = "<@APPFILEPATH>";
+constexpr const char* kOldPathTag = "<@APPFILEPATH>/";
+
+}  // namespace
 
 std::span<const TProperty> TBranchSpecification::Properties() {
   using Branch = TBranchSpecification;
@@ -13,12 +20,18 @@ std::span<const TProperty> TBranchSpecification::Properties() {
   return kRows;
 }
 
-/// The tag for the application's path ends in a slash of its own by now; older files add one.
 Status TBranchSpecification::ReadLegacyProperty(const TLegacySection& section) {
   const Status status = TTableSpecification::ReadLegacyProperty(section);
   if (status == Status::kOk && section.code == Code("dnam"))
-    document_name_.ReplaceAll("<@APPFILEPATH>/", "<@APPFILEPATH>");
+    document_name_.ReplaceAll(kOldPathTag, kPathTag);
   return status;
+}
+
+Status TBranchSpecification::WriteLegacyProperties(TSectionWriter& out) const {
+  if (out.GetLosses() != nullptr &&
+      document_name_.View().find(kOldPathTag) != std::string_view::npos)
+    out.GetLosses()->ReportIn(Code("dnam"), LossReason::kRemovedSlash, {});
+  return TTableSpecification::WriteLegacyProperties(out);
 }
 
 }  // namespace zaf

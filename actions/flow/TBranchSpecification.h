@@ -19,6 +19,7 @@ class TBranchSpecification final
   }
 
   Status ReadLegacyProperty(const TLegacySection& section) override;
+  Status WriteLegacyProperties(TSectionWriter& out) const override;
 
  private:
   CText action_name_;

@@ -37,7 +37,11 @@ constexpr TOperatorCodec kOperatorCodec;
 
 }  // namespace
 
-void TExpressionInfo::CutOperator() { comparison.Set(comparison.View().substr(0, kOperatorSize)); }
+bool TExpressionInfo::CutOperator() {
+  const bool is_longer = comparison.View().size() > kOperatorSize;
+  comparison.Set(comparison.View().substr(0, kOperatorSize));
+  return is_longer;
+}
 
 std::span<const TProperty> TIfExpressionInfo::Properties() {
   using Info = TExpressionInfo;

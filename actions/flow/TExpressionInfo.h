@@ -17,8 +17,8 @@ struct TExpressionInfo {
   TFixedText<128> comparison;  ///< The operator.
   TFixedText<128> right;
 
-  /// Cuts the operator to the characters that count.
-  void CutOperator();
+  /// Cuts the operator to the characters that count. Whether it had more.
+  bool CutOperator();
 };
 static_assert(sizeof(TExpressionInfo) == 512);
 

@@ -14,7 +14,9 @@ std::span<const TProperty> TIfSpecification::Properties() {
 
 Status TIfSpecification::WriteXml(TXmlWriteContext& context, dom::Element element,
                                   dom::Element parent) const {
-  for (TIfExpressionInfo& comparison : comparisons_) comparison.CutOperator();
+  for (TIfExpressionInfo& comparison : comparisons_)
+    if (comparison.CutOperator() && context.losses != nullptr)
+      context.losses->ReportIn(Code("ieei"), LossReason::kCutText, "Operator");
   return TTableSpecification::WriteXml(context, element, parent);
 }
 

@@ -1,5 +1,7 @@
 #include "actions/services/TEmailSpecification.h"
 
+#include <string>
+
 namespace zaf {
 
 std::span<const TProperty> TEmailSpecification::Properties() {
@@ -20,6 +22,18 @@ std::span<const TProperty> TEmailSpecification::Properties() {
       List<&Mail::parameters_>(kNoCode, "ParameterList", "ParameterItem"),
   };
   return kRows;
+}
+
+Status TEmailSpecification::WriteLegacyProperties(TSectionWriter& out) const {
+  if (TLossReporter* const losses = out.GetLosses(); losses != nullptr) {
+    if (content_type_.IsEmpty())
+      losses->ReportIn(Code("ctyp"), LossReason::kEmptyText, "ContentType");
+    if (character_set_.IsEmpty())
+      losses->ReportIn(Code("cset"), LossReason::kEmptyText, "CharacterSet");
+    if (!parameters_.IsEmpty())
+      losses->Report(LossReason::kMailParameters, std::to_string(parameters_.GetCount()));
+  }
+  return TTableSpecification::WriteLegacyProperties(out);
 }
 
 }  // namespace zaf

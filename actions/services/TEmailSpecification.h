@@ -15,6 +15,8 @@ class TEmailSpecification final
   static constexpr std::string_view kLabel = "[Mail Action] ";
   static std::span<const TProperty> Properties();
 
+  Status WriteLegacyProperties(TSectionWriter& out) const override;
+
  private:
   CText server_;
   CText port_;

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "fields/TLossObserver.h"
+#include "foundation/CCipherText.h"
 #include "tests/support/Convert.h"
 #include "tests/support/LegacyFile.h"
 
@@ -27,13 +28,15 @@ struct TLossList final : TLossObserver {
   std::vector<TLoss> losses;
 };
 
-/// The losses of a file that is loaded and written as XML.
-std::vector<TLoss> LossesOf(std::string_view bytes) {
+enum class Target : bool { kXml, kLegacy };
+
+/// The losses of a file that is loaded and written again.
+std::vector<TLoss> LossesOf(std::string_view bytes, Target target = Target::kXml) {
   TLossList list;
   TZanfoFile file;
   file.SetObserver(&list);
   EXPECT_EQ(test::LoadBytes(bytes, file), Status::kOk);
-  test::SaveToXml(file);
+  target == Target::kXml ? test::SaveToXml(file) : test::SaveToLegacy(file);
   return list.losses;
 }
 
@@ -80,6 +83,10 @@ std::vector<TCase> Cases() {
     return With("srch", "crit",
                 ListOf(1, std::string(size, '\0').replace(128, 150, std::string(150, 'v'))));
   };
+  const auto comparison = [](std::string word) {
+    word.resize(128);
+    return With("if  ", "ieei", ListOf(1, std::string(256, '\0') + word + std::string(128, '\0')));
+  };
   return {
       {"UnknownSection", LossCode::kSectionUnknown, With("null", "????", "x"), results},
       {"Dropped", LossCode::kSectionDropped, With("goto", "comp", "x"),
@@ -98,6 +105,9 @@ std::vector<TCase> Cases() {
        With("srch", "cols", ListOf(1, std::string(524, '\0')))},
       {"DataSourceOfCommit", LossCode::kSectionDropped, With("endt", "dsrc", "x\0"s),
        With("srch", "dsrc", "x\0"s)},
+      {"Root", LossCode::kSectionDropped,
+       LegacyFile().Action("cntr", "R").Text("cmnt", "x").Number("push", 0).Bytes(),
+       LegacyFile().Action("cntr", "R").Number("push", 0).Bytes()},
       {"Repeated", LossCode::kSectionRepeated,
        Legacy("null", [](LegacyFile& file) { file.Text("cmnt", "1").Text("cmnt", "2"); }),
        Legacy("srch",
@@ -133,8 +143,11 @@ std::vector<TCase> Cases() {
                 "</GroupColumn></GroupColumns></SearchAction>")},
       {"Number", LossCode::kValueUnknown, With("srch", "htyp", "none"),
        With("srch", "htyp", "odbc")},
+      {"Type", LossCode::kValueUnknown, With("????", "cmnt", "text\0"s),
+       With("glob", "cmnt", "text\0"s)},
       {"Word", LossCode::kValueUnknown, Document("<ResultAction ID=\"A\" PushResults=\"yes\"/>"),
        Document("<ResultAction ID=\"A\" PushResults=\"True\"/>")},
+      {"Operator", LossCode::kTextCut, comparison("equal"), comparison("iseq")},
       {"Control", LossCode::kCharacterDropped, With("null", "cmnt", "a\1b\0"s), results},
       {"ControlInName", LossCode::kCharacterDropped,
        LegacyFile().Action("cntr", TActionTree::kRootName).Action("null", "A\1").Bytes(), results},
@@ -169,14 +182,86 @@ std::vector<TCase> Cases() {
   };
 }
 
-TEST(Losses, AreReportedWhereTheyOccurAndNowhereElse) {
-  for (const TCase& test : Cases()) {
+void ExpectLosses(const std::vector<TCase>& cases, Target target) {
+  for (const TCase& test : cases) {
     SCOPED_TRACE(test.name);
-    const std::vector<TLoss> losses = LossesOf(test.lossy);
+    const std::vector<TLoss> losses = LossesOf(test.lossy, target);
     EXPECT_EQ(losses.size(), 1U);
     for (const TLoss& loss : losses) EXPECT_EQ(loss.code, test.code) << loss.text;
-    for (const TLoss& loss : LossesOf(test.whole)) ADD_FAILURE() << loss.text;
+    for (const TLoss& loss : LossesOf(test.whole, target)) ADD_FAILURE() << loss.text;
   }
+}
+
+TEST(Losses, AreReportedWhereTheyOccurAndNowhereElse) { ExpectLosses(Cases(), Target::kXml); }
+
+std::string Mail(std::string_view type, std::string_view parameters) {
+  return Document("<MailAction ID=\"A\"><ContentType>" + std::string(type) +
+                  "</ContentType><CharacterSet>x</CharacterSet><ParameterList>" +
+                  std::string(parameters) + "</ParameterList></MailAction>");
+}
+
+std::string Results(std::string_view text) {
+  return DocumentWith("<ResultAction ID=\"A\"><ResultsOutput Ref=\"o\"/></ResultAction>",
+                      "<ActionRef Ref=\"A\"/>", "",
+                      "<Output ID=\"o\">" + std::string(text) + "</Output>");
+}
+
+std::string Named(std::size_t length) {
+  return DocumentWith("<ResultAction ID=\"" + std::string(length, 'n') + "\"/>", "");
+}
+
+/// A builder with two columns of these names, of which only the first has a list item.
+std::string Columns(const std::string& first, const std::string& second) {
+  const auto column = [](const std::string& name, std::string_view item) {
+    return "<InsertColumn><ColumnName>" + name + "</ColumnName><InputOptions><InputPickList>" +
+           std::string(item) + "</InputPickList></InputOptions></InsertColumn>";
+  };
+  return Document("<NewRecordBuilderAction ID=\"A\"><InsertColumns>" +
+                  column(first, "<InputListItem/>") + column(second, "") +
+                  "</InsertColumns></NewRecordBuilderAction>");
+}
+
+TEST(Losses, OfALegacyFileThatIsWritten) {
+  CCipherText login("a\0b"s);
+  login.Encipher();
+  const auto source = [](std::string_view user) {
+    return DocumentWith("<SearchAction ID=\"A\" DSID=\"D\" DeploymentDSID=\"E\"/>",
+                        "<ActionRef Ref=\"A\"/>",
+                        "<DataSource ID=\"D\"><UserInfo Encrypted=\"True\"><UserName>" +
+                            std::string(user) + "</UserName></UserInfo></DataSource>");
+  };
+  const auto assigned = [](std::string_view value) {
+    return Document("<AssignAction ID=\"A\"><AssignItem><Value>" + std::string(value) +
+                    "</Value></AssignItem></AssignAction>");
+  };
+  const auto branch = [](std::string_view name) {
+    return Document("<BranchAction ID=\"A\"><DocumentName>" + std::string(name) +
+                    "</DocumentName></BranchAction>");
+  };
+  ExpectLosses(
+      {{"Name", LossCode::kTextCut, Named(32), Named(31)},
+       {"Login", LossCode::kTextCut, source(login.View()), source("ab")},
+       {"Parameters", LossCode::kRecordDropped, Mail("t", "<ParameterItem>x</ParameterItem>"),
+        Mail("t", "")},
+       {"ItemsOfOneName", LossCode::kRecordDropped, Columns("c", "c"), Columns("c", "d")},
+       {"EmptyDefault", LossCode::kValueUnknown, Mail("", ""), Mail("t", "")},
+       {"PathTag", LossCode::kValueUnknown, branch("&lt;@APPFILEPATH>/x"),
+        branch("&lt;@APPFILEPATH>x/")},
+       {"ReturnOfOutput", LossCode::kLineEndChanged, Results("a&#13;\nb&#13;c"),
+        Results("a&#13;\nb\nc")},
+       {"ReturnOfValue", LossCode::kLineEndChanged, assigned("a&#13;b"), assigned("a\nb")}},
+      Target::kLegacy);
+  TLossList list;
+  TZanfoFile file;
+  file.SetObserver(&list);
+  ASSERT_EQ(test::LoadBytes(With("mail", "ctyp", "\0"s), file), Status::kOk);
+  TDataFile output(std::tmpfile());
+  EXPECT_EQ(file.SaveLegacy(output, DocumentKind::kClassFile), Status::kOk);
+  ASSERT_EQ(list.losses.size(), 2U);
+  EXPECT_EQ(list.losses[0].code, LossCode::kValueUnknown);  // That it becomes a class file.
+  EXPECT_EQ(list.losses[1].section, Code("ctyp"));
+  EXPECT_EQ(list.losses[1].length, 1U);
+  EXPECT_EQ(list.losses[1].action, "A");
 }
 
 TEST(Losses, HaveThePlaceOfTheirSection) {
@@ -198,11 +283,15 @@ TEST(Losses, HaveThePlaceOfTheirSection) {
 TEST(Losses, HaveThePlaceOfTheirNode) {
   const std::string document =
       Document("<ResultAction ID=\"A\">\r\n <Comments>\xE9</Comments> <X/></ResultAction>");
-  const std::vector<TLoss> losses = LossesOf(document);
-  ASSERT_EQ(losses.size(), 1U);
+  std::string utf16 = "\xFE\xFF";
+  for (const char c : document.substr(document.find('\n'))) utf16.append(1, '\0').append(1, c);
   const std::size_t line_begin = document.rfind('\n', document.find("<X/>")) + 1;
-  EXPECT_EQ(losses[0].line, 1 + std::ranges::count(document.substr(0, line_begin), '\n'));
-  EXPECT_EQ(losses[0].column, document.find("<X/>") + 2 - line_begin);
+  for (const std::string& bytes : {document, utf16}) {
+    const std::vector<TLoss> losses = LossesOf(bytes);
+    ASSERT_EQ(losses.size(), 1U);
+    EXPECT_EQ(losses[0].line, 1 + std::ranges::count(document.substr(0, line_begin), '\n'));
+    EXPECT_EQ(losses[0].column, document.find("<X/>") + 2 - line_begin);
+  }
 }
 
 TEST(Losses, OfXmlAreNoneOfALegacyFile) {

@@ -57,20 +57,30 @@ TEST(XmlDocument, ReferencesTakeActionsOfOneIdInTurnAndOthersHangUnderTheRoot) {
 }
 
 TEST(XmlDocument, MalformedOnesAreRefused) {
-  const std::string documents[] = {
-      "<?xml version=\"1.0\"?><ZAP/>",
-      "<?xml version=\"1.0\"?>\n",
-      "<?xml version=\"1.0\"?><ZAF/><ZAF/>",
-      "<?xml version=\"1.0\"?><ZAF><Actions></ZAF>",
-      DocumentWith("<DanceAction/>", ""),
-      DocumentWith("<ResultAction ID='A'/>", "<ActionRef Ref='B'/>"),
-      DocumentWith("", "<ActionRef/>"),
-      DocumentWith("<ResultAction ID='A'/>", "<ActionRef Ref='A'/><ActionRef Ref='A'/>"),
-      "<?zanfo protected ?>\n12345678",
-      "<?zanfo protected ?>\n" + std::string(64, 'x'),
+  // Each with the text at its place in the second line, if it has one.
+  const std::pair<std::string, std::string> documents[] = {
+      {"<?xml version=\"1.0\"?>\n<ZAP/>", "ZAP"},
+      {"<?xml version=\"1.0\"?>\n<ZAF/><ZAF/>", "<ZAF/>"},
+      {"<?xml version=\"1.0\"?>\n<ZAF><Actions></ZAF>", "ZAF>"},
+      {DocumentWith("<IfAction/><DanceAction/>", ""), "DanceAction"},
+      {DocumentWith("<BeginTransactionAction><Isolation>x</Isolation></BeginTransactionAction>",
+                    ""),
+       "BeginTransactionAction><Isolation"},
+      {DocumentWith("<ResultAction ID='A'/>", "<ActionRef Ref='B'/>"), "ActionRef"},
+      {DocumentWith("", "<ActionRef/>"), "ActionRef"},
+      {DocumentWith("<ResultAction ID='A'/>", "<ActionRef Ref='A'/><ActionRef Ref='A' />"),
+       "ActionRef Ref='A' "},
+      {"<?zanfo protected ?>\n12345678", ""},
+      {"<?zanfo protected ?>\n" + std::string(64, 'x'), ""},
   };
-  for (const std::string& document : documents)
-    EXPECT_EQ(ToXml(document), "status 0xFE02") << document;
+  for (const auto& [document, refused] : documents) {
+    TZanfoFile file;
+    EXPECT_EQ(test::LoadBytes(document, file), Status::kMalformed) << document;
+    const TErrorPlace& place = file.GetErrorPlace();
+    EXPECT_EQ(place.line, refused.empty() ? 0 : 2) << document;
+    const std::size_t line = document.find('\n');
+    EXPECT_EQ(place.column, refused.empty() ? 0 : document.rfind(refused) - line) << document;
+  }
 }
 
 TEST(XmlDocument, RunOnlyApplicationIsSavedProtectedAndReadsBack) {

@@ -48,7 +48,7 @@ std::string SaveToXml(TZanfoFile& file, Protection protection) {
   return document;
 }
 
-std::string SaveToLegacy(const TZanfoFile& file) {
+std::string SaveToLegacy(TZanfoFile& file) {
   TDataFile data(std::tmpfile());
   return file.SaveLegacy(data) == Status::kOk ? ContentOf(data) : "save failed";
 }

@@ -14,7 +14,7 @@ Status LoadBytes(std::string_view bytes, TZanfoFile& file);
 /// Saves a file and returns what was written, or "save failed". Plain documents are validated with
 /// the project's document type definition; "is not valid" is appended to one that is not.
 std::string SaveToXml(TZanfoFile& file, Protection protection = Protection::kPlain);
-std::string SaveToLegacy(const TZanfoFile& file);
+std::string SaveToLegacy(TZanfoFile& file);
 
 /// Loads a file from its bytes and saves it as XML; "status 0x...." when it does not load.
 std::string ToXml(std::string_view bytes);

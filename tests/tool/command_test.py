@@ -122,6 +122,32 @@ class CommandTest(unittest.TestCase):
             if arguments[0] == "convert":
                 self.assertEqual(len(contents("out")), 2)
                 shutil.rmtree("out")
+        order = (SAMPLES / "order-entry.zaf").read_bytes()
+        run("convert", SAMPLES / "order-entry.zaf", "-o", "order.xml")
+        run("convert", SAMPLES / "reports.zcf", "-o", "class.xml")
+        document, class_file = Path("order.xml").read_bytes(), Path("class.xml").read_bytes()
+        unkept = document.replace(b"<SearchAction ", b'<SearchAction UseDevelopmentDataSource="True" ', 1)
+        for content, arguments, code, place in [
+                (order, ["check"], None, None),
+                (order.replace(b"DBO.SHIPMENTS", bytes(13)), ["check"], "not-readable", "Open_orders"),
+                (document, ["check"], None, None), (unkept, ["check"], "not-restored", "Open_orders"),
+                (class_file, ["convert", "--to", "legacy", "-o", "x.zaf"], "value-unknown", None),
+                (class_file, ["convert", "--to", "legacy", "-o", "x.zcf"], None, None),
+                (order.replace(b"vers", b"form"), ["check"], "section-dropped", None),
+                (order.replace(b"vers", b"none"), ["check"], "section-unknown", None),
+                (order.replace(b"vers", b"titl"), ["check"], "section-repeated", None),
+                (GOOD.replace(b"dbug", b"form").replace(b"athr", b"dbug"), ["check"], "section-malformed", None),
+                (order.replace(b"ordr", b"crit"), ["check"], "record-dropped", "Open_orders"),
+                (document.replace(b"<Operator>", b"<Operator>" + 128 * b"t", 1), ["check"], "text-cut",
+                 "Open_orders"),
+                (order.replace(b"Takes", b"T\1kes"), ["check"], "character-dropped", None),
+                (order.replace(b"Takes", b"T\rkes"), ["check"], "line-end-changed", None),
+                (document.replace(b"Takes", b"&#256;"), ["check"], "character-replaced", None),
+                (document.replace(b"<Program>", b"<Program X=''>"), ["check"], "node-ignored", None)]:
+            Path("a.zaf").write_bytes(content)
+            self.assertEqual(run(*arguments, "a.zaf", "--report", "r.jsonl").returncode, int(code == "not-readable"))
+            losses = {(loss["code"], loss["action"]): loss["level"] for loss in self.report()[0][0]["losses"]}
+            self.assertEqual(losses, {(code, place): "note" if code == "line-end-changed" else "loss"} if code else {})
 
     def test_shards_are_a_partition(self):
         self.make_tree()
@@ -181,7 +207,8 @@ class CommandTest(unittest.TestCase):
                           ["convert", "a.zaf", "-o", "x", "--shard", "3/2"],
                           ["convert", "a.zaf", "-o", "x", "--existing", "ask"],
                           ["convert", "a.zaf", "-o", "x", "-q", "-v"],
-                          ["convert", "a.zaf", "-o", "x", "-j", "0"],
+                          ["convert", "a.zaf", "-o", "x", "-j", "0"], ["check", "a.zaf", "--report", ""],
+                          ["check", ""], ["show", "a.zaf", "--html", ""],
                           ["convert", "a.zaf", "-o", "x", "--report", "a.zaf"],
                           ["convert", "--retry", "r.jsonl", "-o", "x"],
                           ["convert", "--files-from", "none", "-o", "x"], ["convert", ".", "-o", "."]]:
@@ -197,6 +224,12 @@ class CommandTest(unittest.TestCase):
         self.assertEqual(run("convert", "in", "-o", "file/out").returncode, 4)
         self.assertEqual(run("convert", "in", "-o", "out", "--report", "file/r").returncode, 4)
         self.assertFalse(Path("out").exists())
+        with open("/dev/full", "wb") as full:
+            for arguments in [["--version"], ["completion", "fish"], ["show", "in/d1-/x.zaf"],
+                              ["convert", "in", "-nox"]]:
+                result = subprocess.run([ZAF, *arguments], stdout=full, stderr=subprocess.PIPE)
+                self.assertEqual(result.returncode, 4, arguments)
+                self.assertIn(b"Standard output cannot be written", result.stderr)
         limit = lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (1000, 1000))
         result = run("convert", "in/d1-", "-o", "out", preexec_fn=limit)
         self.assertEqual(result.returncode, 4)
@@ -322,8 +355,10 @@ class CommandTest(unittest.TestCase):
                                   ([sample, "--html", "kept"], 2), ([sample, "--html", "no/page"], 4)]:
             self.assertEqual(run("show", *arguments).returncode, status)
         self.assertEqual(Path("kept").read_text(), "kept")
-        for _ in range(2):
+        for link in "older", "other":  # A page is replaced in one step, not written over.
             self.assertEqual(run("show", sample, "--html", "page.html").returncode, 0)
+            os.link("page.html", link)
+        self.assertFalse(os.path.samefile("older", "other"))
         self.assertEqual(Path("page.html").read_bytes(), run("show", sample, "--html", "-").stdout)
 
 
