@@ -11,14 +11,14 @@
 
 namespace zaf {
 
-/// What becomes of a byte of a legacy file when it is converted to XML. Of several uses of a byte
-/// the first one counts.
+/// What happens to a byte of a legacy file in a conversion to XML. The first of several uses of a
+/// byte counts.
 enum class ByteUse : std::uint8_t {
   kStructure,     ///< Of a record header or section map.
-  kCarried,       ///< It can decide something in the document.
-  kDropped,       ///< Read, but not in the document, or passed over in a section that is read.
+  kCarried,       ///< Affects the document.
+  kDropped,       ///< Read, but not in the document, or skipped in a section that is read.
   kUnknown,       ///< In a section whose code its class does not know.
-  kUnreferenced,  ///< In no header, map or section that is reached.
+  kUnreferenced,  ///< In no header, map or section that was read.
 };
 
 /// How a section was read.
@@ -33,7 +33,7 @@ enum class SectionForm : std::uint8_t {
   kRecords,
 };
 
-/// The account of all bytes of a legacy file, made from what its reader reports while it reads.
+/// Accounts for all bytes of a legacy file, from the accesses that its reader reports.
 class TByteAccount {
  public:
   struct TSection {
@@ -54,21 +54,21 @@ class TByteAccount {
   };
   static constexpr std::uint32_t kNoSection = UINT32_MAX;
 
-  /// Takes an access to the file; a section is the current one until the next begins. All bytes of
-  /// a section are carried until more is reported.
+  /// Notes an access to the file; a section is the current one until the next begins. All bytes of
+  /// a section count as carried until more is reported.
   void OnAccess(const TAccess& access);
   /// Sets the use of all bytes of the section.
   void SetUse(ByteUse use);
   /// Sets the use of bytes, which may be outside of the section. Later calls override earlier ones.
   void SetUse(std::uint64_t offset, std::uint64_t length, ByteUse use);
-  /// Says that the last record, that of the root container, has no XML form.
+  /// Records that the last record, that of the root container, has no XML form.
   void DropRecord();
 
   /// Names of the records, in the order in which they were read.
   [[nodiscard]] const std::vector<std::string>& GetRecords() const { return records_; }
   /// Headers, maps and sections, in the order in which they were read.
   [[nodiscard]] const std::vector<TSection>& GetSections() const { return sections_; }
-  /// Ranges without gaps that together are a file of `size` bytes. Ends the account.
+  /// Returns consecutive ranges that together cover a file of `size` bytes. Ends the account.
   [[nodiscard]] std::vector<TRange> TakeRanges(std::uint64_t size);
 
  private:
@@ -79,17 +79,17 @@ class TByteAccount {
   std::vector<std::string> records_;
   std::vector<TSection> sections_;
   std::vector<TRange> ranges_;
-  /// Where in the current section which use begins; the last one ends what is noted.
+  /// The uses in the current section by the offset where each begins; the last entry marks the end.
   std::map<std::uint64_t, ByteUse> uses_;
-  /// The last section of each code: of the file's record, of the current other one.
+  /// The last section of each code: in the file's record, and in the current record of an action.
   std::map<FourCharCode, std::uint32_t> last_[2];
 };
 
-/// The bytes of one record of a list, whose codecs name those that can decide its XML by their
-/// place in memory.
+/// The bytes of one record of a list. Codecs mark those that affect its XML, by their place in
+/// memory.
 class TRecordUse {
  public:
-  /// `offset`: of the record in the file. `size`: its bytes there.
+  /// `offset`: of the record in the file; `size`: its bytes there.
   TRecordUse(TByteAccount& account, const void* record, std::uint64_t offset, std::size_t size)
       : account_(account),
         record_(static_cast<const char*>(record)),

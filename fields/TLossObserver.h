@@ -22,10 +22,10 @@ enum class LossCode : std::uint8_t {
   kValueUnknown,       ///< Outside its vocabulary, and written as another value.
   kCharacterDropped,   ///< Not a character of XML.
   kCharacterReplaced,  ///< Not a character of ISO-8859-1.
-  kLineEndChanged,     ///< A CR, which is read back as a line feed. A note, no loss.
+  kLineEndChanged,     ///< A CR, which is read back as a line feed. A note, not a loss.
   kNodeIgnored,        ///< A node of a document that nothing reads.
-  kNotReadable,        ///< Written by the rules, but the reader refuses it.
-  kNotRestored,        ///< Different when read back, and no other loss explains it.
+  kNotReadable,        ///< Valid to write, but refused by the reader.
+  kNotRestored,        ///< Different when read back, without another loss that explains it.
 };
 
 /// One loss and its place. Members that do not apply are empty, kNoCode or 0.
@@ -41,17 +41,17 @@ struct TLoss {
   std::uint32_t column = 0;
 };
 
-/// What reads a range of a legacy file.
+/// What a range of a legacy file is read as.
 enum class AccessKind : std::uint8_t {
   kHeader,   ///< The record header of the file or of an action.
   kMap,      ///< Its section map.
-  kSection,  ///< A section that the map names, also that of a header.
+  kSection,  ///< A section in the map, including that of a header.
   kBeyond,   ///< Bytes after a section that are read as if they were part of it.
-  kField,    ///< The same section, which a row reads. Others are read by hand, or skipped.
+  kField,    ///< The same section, read by a row. Other sections are read by hand or skipped.
 };
 
-/// A range of a legacy file that is being read. It may reach beyond the end of the file, and
-/// overlap others.
+/// A range of a legacy file that is being read. It may extend past the end of the file, and overlap
+/// others.
 struct TAccess {
   AccessKind kind;
   std::uint64_t offset;            ///< From the start of the file, in bytes.
@@ -62,15 +62,15 @@ struct TAccess {
   bool is_in_action = false;       ///< Whether the range is of the record of an action.
 };
 
-/// Receives each loss of a conversion as it occurs and, while a legacy file is read, each range of
-/// it that is read, in reading order. The records that form an application are read one after
-/// another: first the range of a header, then that of its map, then those of its sections; the
-/// sections of an action come between those of the application.
+/// Receives each loss of a conversion as it occurs and, while a legacy file is read, each range
+/// that is read, in reading order. The records of an application are read one after another: the
+/// header, the map, then the sections of each; the sections of an action come between those of the
+/// application.
 class TLossObserver {
  public:
   virtual void OnLoss(const TLoss& loss) = 0;
   virtual void OnAccess(const TAccess&) {}
-  /// The account of the file's bytes, which takes more than accesses; null: there is none.
+  /// The account of the file's bytes, which records more than accesses; null if there is none.
   virtual TByteAccount* GetAccount() { return nullptr; }
 
  protected:

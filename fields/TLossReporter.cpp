@@ -11,11 +11,11 @@
 namespace zaf {
 namespace {
 
-/// Losses that are reported of one file: a file made for it could have millions.
+/// The maximum number of losses that are reported of one file: a hostile file could have millions.
 constexpr std::uint32_t kMostLosses = 10000;
-/// Bytes of a section that are examined. Any number of sections may be in one place.
+/// The maximum number of bytes of a section that are examined: any number of sections may overlap.
 constexpr std::uint64_t kMostExamined = 4096;
-/// Distance of the places that are kept of a document, in bytes.
+/// Distance in bytes between the recorded places of a document.
 constexpr std::size_t kPlaceDistance = 1024;
 constexpr std::string_view kFurtherLosses = "There are more losses, which are not listed";
 
@@ -82,12 +82,12 @@ constexpr TSentence kSentences[] = {
     {LossCode::kNodeIgnored, "Text in the element % is not expected; it is not read"},
 };
 
-/// Attributes that say nothing of an application: documents have them, and nothing reads them.
+/// Attributes without content of the application, which are written but never read.
 constexpr std::pair<std::string_view, std::string_view> kUnreadAttributes[] = {
     {"ZAF", "Version"}, {"ZCF", "Version"}, {"Output", "Type"}};
 constexpr std::string_view kSignature = "Sig";
 constexpr std::string_view kSelfJoin = "SelfJoin";
-/// Its content is not examined: one to which only a deployment refers is read in part.
+/// Its content is not examined: if only a deployment refers to it, it is read in part.
 constexpr std::string_view kDataSource = "DataSource";
 
 bool IsAllNul(ByteView bytes) {
@@ -98,7 +98,7 @@ bool IsBlank(std::string_view text) {
   return text.find_first_not_of(" \t\n\r") == std::string_view::npos;
 }
 
-/// Whether the declaration of a document says that each byte is a character.
+/// Whether the declaration of a document names an encoding with one byte per character.
 bool HasSingleBytes(std::string_view document) {
   if (!document.starts_with("<?xml")) return false;
   std::string declaration(document.substr(0, std::min(document.find("?>"), std::size_t{256})));
@@ -121,7 +121,7 @@ bool IsText(dom::Node node) {
          node.getNodeType() == dom::NodeType::kCDATASection;
 }
 
-/// The node that follows in a walk below `root`; null at the end.
+/// The next node of a walk below `root`; null at the end.
 dom::Node Following(dom::Node node, dom::Node root, bool enters) {
   if (enters && node.getFirstChild()) return node.getFirstChild();
   while (!(node == root) && !node.getNextSibling()) node = node.getParentNode();
@@ -176,7 +176,7 @@ void TLossReporter::Access(const TAccess& access) {
 }
 
 void TLossReporter::Cover(std::uint64_t offset, std::uint64_t length) {
-  // What is written consecutively becomes one range.
+  // Consecutive writes are combined into one range.
   const std::uint64_t end = offset + length;
   if (!covered_.empty() && covered_.back().second == offset)
     covered_.back().second = end;
@@ -209,7 +209,7 @@ void TLossReporter::NoteField(const TProperty& row, const TLegacySection& sectio
       {AccessKind::kField, section.offset, section.length, section.code, &row, action_});
   if (row.form == XmlForm::kNone) ReportDropped(section);
   if (row.codec->AppendsSections()) return;
-  // No longer than the rows of a class.
+  // These have at most as many elements as the class has rows.
   std::vector<TSection>& fields = is_in_action_ ? fields_ : file_fields_;
   const TSection own{section.code, section.offset, section.length};
   const auto place = std::ranges::find(fields, section.code, &TSection::code);

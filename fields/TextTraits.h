@@ -24,13 +24,13 @@ bool CopySimple(std::string_view text, dom::ShortText& copy);
 /// Examines every character of a text, 16 at a time where the processor has SSE2.
 TTextTraits ExamineText(std::string_view text);
 
-/// The control characters of a text that do not come back from a document.
+/// The control characters of a text that a document does not preserve.
 struct TTextControls {
   bool has_dropped = false;  ///< As in TTextTraits.
-  bool has_cr = false;       ///< It has CRs, which parsers take for line feeds.
+  bool has_cr = false;       ///< It has CRs, which parsers convert to line feeds.
 };
 
-/// Looks for them, 16 characters at a time where the processor has SSE2.
+/// Finds them, 16 characters at a time where the processor has SSE2.
 TTextControls FindControls(std::string_view text);
 
 }  // namespace zaf

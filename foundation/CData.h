@@ -9,7 +9,7 @@
 
 namespace zaf {
 
-/// Returned instead of an index or a position when there is none: -1 as an unsigned number.
+/// The -1 that operations return when there is no index or position.
 inline constexpr std::uint32_t kNoIndex = 0xFFFFFFFFU;
 
 /// The result of Set: where the data is and how long it is now, in bytes (of a text with its NUL).

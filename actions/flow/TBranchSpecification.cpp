@@ -13,7 +13,7 @@ std::span<const TProperty> TBranchSpecification::Properties() {
   return kRows;
 }
 
-/// The tag for the application's path ends in a slash of its own by now; older files add one.
+/// The server tag for the application's path now ends in a slash; older files add one.
 Status TBranchSpecification::ReadLegacyProperty(const TLegacySection& section) {
   const Status status = TTableSpecification::ReadLegacyProperty(section);
   if (status == Status::kOk && section.code == Code("dnam"))
