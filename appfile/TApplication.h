@@ -17,9 +17,9 @@ enum class DocumentKind : std::uint8_t { kApplication, kClassFile };
 /// An application, or a class file, in memory: its own properties and the tree of its actions.
 struct TApplication {
   DocumentKind kind = DocumentKind::kApplication;
-  std::uint32_t format_version = 0;  ///< Format number of the file; 0: it has none.
-  bool is_run_only = false;          ///< Stored in a form that can be run but not edited; also saved so.
-  bool is_legacy = false;            ///< Saved in a form that can be run but not edited.
+  std::uint32_t format_version = 0;     ///< Format number of the file; 0: it has none.
+  bool is_run_only = false;             ///< Saved in a form that can be run but not edited.
+  bool is_legacy = false;               ///< Loaded from a legacy file.
   std::uint32_t total_record_size = 0;  ///< Of the loaded actions, in bytes.
 
   FourCharCode host_type = kNoCode;  ///< Kind of the default data source.

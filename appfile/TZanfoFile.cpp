@@ -138,7 +138,7 @@ Status TZanfoFile::SaveDocument(TDataFile& file, Protection protection) {
   if (const Status status = WriteXmlDocument(application_, mark, document, losses);
       status != Status::kOk)
     return status;
-  file.SetScrambled(false);  // The file is still scrambled if a run-only file was loaded with it before.
+  file.SetScrambled(false);  // It is if a run-only file was loaded with it before.
   TFileSink sink(file);
   TOutput place;
   dom::OutputBuffer& output = place.Buffer();

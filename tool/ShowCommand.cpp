@@ -19,10 +19,10 @@ struct TShowOptions {
   bool sections = false;
   bool bytes = false;
   bool json = false;
-  std::string html;  ///< The page to be written. Empty: none.
+  std::string html;  ///< Path of the page. Empty: none.
 };
 
-/// Writes the page to the file `path`, which may be an older page, but nothing else.
+/// Writes the page to the file `path`; replaces an older page, but no other file.
 void WritePage(const std::string& path, const std::string& page) {
   std::error_code error;
   if (std::filesystem::exists(ToPath(path), error)) {
