@@ -99,7 +99,7 @@ TEST(Serializer, AppendsToWhatIsThere) {
   EXPECT_EQ(moved.View(), "Before <a/>\n\n\n\n");
 }
 
-/// Takes so many pieces and no more.
+/// A sink that accepts a given number of pieces.
 class Pieces final : public OutputSink {
  public:
   explicit Pieces(std::size_t most) : left_(most) {}
