@@ -1,4 +1,4 @@
-"""Tries the built program zaf as a whole: command_test.py ZAF SCHEMA SAMPLES."""
+"""Tests the built program zaf as a whole: command_test.py ZAF SCHEMA SAMPLES."""
 
 import json
 import os
@@ -52,7 +52,7 @@ class CommandTest(unittest.TestCase):
             path.parent.mkdir(parents=True, exist_ok=True)
             path.write_bytes([GOOD, GOOD + b"left" * (i % 8 == 1), CLASS, GOOD[:-40] if i % 2 else b""][i % 4])
         (self.root / "in" / "d1-").mkdir()
-        (self.root / "in" / "d1-" / "x.zaf").write_bytes(GOOD)  # Before d1/, as bytes go.
+        (self.root / "in" / "d1-" / "x.zaf").write_bytes(GOOD)  # Before d1/ in byte order.
         with open(os.fsencode(self.root) + b"/in/\xff\x01.zaf", "wb") as file:
             file.write(b"none")
         (self.root / "in" / "loop").symlink_to(".")
@@ -146,7 +146,7 @@ class CommandTest(unittest.TestCase):
         self.assertEqual(result.returncode, 1)
         self.assertIn(b"no: error: There is no such file", result.stderr)
         self.assertIn(b"2 checked, 1 failed", result.stderr)
-        # The output directory is not an input; what has the same output is not replaced.
+        # The output directory is not an input; an output is not replaced by another input's.
         Path("in/d1-/x.zcf").write_bytes(CLASS)
         self.assertEqual(run("convert", "in/d1-", "-o", "in/d1-/z", "-e", "zaf", "-e", "zcf", "-e",
                              "xzf", "--existing", "overwrite").returncode, 1)
