@@ -139,6 +139,8 @@ TEST(Serializer, HandsALargeDocumentOverInPieces) {
   EXPECT_FALSE(Serialize(*document, output));
   EXPECT_FALSE(output.Flush());
   EXPECT_EQ(refusing_sink.Bytes(), text.substr(0, refusing_sink.Bytes().size()));
+  output.Clear();
+  EXPECT_EQ(output.View(), "");
 }
 
 }  // namespace

@@ -202,9 +202,11 @@ TEST_F(ConversionRun, ConvertsOneFile) {
   EXPECT_THAT(directory_.List("out"), ElementsAre("a.zaf.bak.xzf", "b", "plain.xzf"));
 }
 
-TEST_F(ConversionRun, ReadsRunOnlyFilesBack) {
+TEST_F(ConversionRun, ReadsFilesBack) {
   directory_.Write("in/a.zaf", LegacyFile("rdoc").Action("null", "A").Bytes());
-  EXPECT_EQ(Run({"-v"}), "");
+  const std::string join = test::ListOf(1, std::string(648, '\0'));
+  directory_.Write("in/b.zaf", LegacyFile().Action("srch", "A").Payload("join", join).Bytes());
+  EXPECT_EQ(Run({"-v"}), CANNOT_READ NOT_CONVERTED);
 }
 
 }  // namespace
