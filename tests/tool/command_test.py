@@ -262,7 +262,7 @@ class CommandTest(unittest.TestCase):
             result = subprocess.run(command, shell=True, stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
                                     env={"PATH": f"{ZAF.parent}:{os.environ['PATH']}"})
             self.assertEqual(without_times(result.stdout), expected, command)
-            if b" --json " in command:
+            if b"diff --json" in command:
                 jsonschema.validate(json.loads(expected), DIFF_SCHEMA)
 
     def test_completion_names_commands_and_options(self):
