@@ -1,8 +1,8 @@
 // Library for LD_PRELOAD that disturbs one kind of call of a program from the start of its main():
 //
 //   ZAF2XML_FAULT="CALL FIRST LAST"   calls number FIRST to LAST, counted from 1; CALL is
-//       allocation   malloc and its kin fail with ENOMEM
-//       read, write  transfer half of the bytes that were asked for, at least one
+//       allocation   malloc and similar functions fail with ENOMEM
+//       read, write  transfer half of the requested bytes, at least one
 //   ZAF2XML_NO_UNNAMED_FILES=1        open() refuses O_TMPFILE, as some file systems do
 //   ZAF2XML_REPORT=DESCRIPTOR         where to write, at exit, two native 64-bit numbers: how often
 //                                     memory was allocated, and how many blocks were never freed

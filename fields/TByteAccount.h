@@ -17,7 +17,7 @@ enum class ByteUse : std::uint8_t {
   kStructure,     ///< Of a record header or section map.
   kCarried,       ///< Affects the document.
   kDropped,       ///< Read, but not in the document, or skipped in a section that is read.
-  kUnknown,       ///< In a section whose code its class does not know.
+  kUnknown,       ///< In a section whose code its class does not have.
   kUnreferenced,  ///< In no header, map or section that was read.
 };
 
