@@ -38,8 +38,8 @@
 
 namespace zaf {
 
-/// Every class of action, once, as the arguments of `List`. Of several classes with one type code
-/// or one element the first is the one that is made for it.
+/// Every class of action, once, as the arguments of `List`. If classes share a type code or an
+/// element, the first one is created for it.
 template <template <class...> class List>
 using TAllActions =
     List<TNullSpecification, TQuerySpecification, TContainerSpecification, TSearchSpecification,

@@ -6,8 +6,8 @@ namespace zaf {
 
 class TQuerySpecification;
 
-/// An action's place in the tree of its application. The tree owns the entries and keeps the links;
-/// an entry owns its action.
+/// An action's place in the tree of its application. The tree owns the entries and maintains the
+/// links; an entry owns its action.
 struct TActionEntry {
   TActionEntry* parent = nullptr;  ///< The root's parent is the root itself.
   TActionEntry* next_sibling = nullptr;

@@ -39,7 +39,7 @@ class TSignature {
   std::uint32_t hash_ = 0x811C9DC5U;
 };
 
-/// The signature of an action: of its type code and its name.
+/// The signature of an action, computed from its type code and its name.
 std::array<char, 8> Sign(FourCharCode type_code, std::string_view name) {
   TSignature signature;
   for (const char c : Characters(type_code)) signature.Add(static_cast<unsigned char>(c));
@@ -153,8 +153,8 @@ Status TQuerySpecification::ReadLegacyProperty(const TLegacySection& section) {
   return Status::kOk;
 }
 
-/// The long values of "assx" are the same assignments as those of "assn" in full, so an action that
-/// has them keeps no others, whatever the order of the sections.
+/// The long values of "assx" are the assignments of "assn" in full, so an action that has them
+/// keeps no others, whatever the order of the sections.
 Status TQuerySpecification::ReadAssignments(const TLegacySection& section,
                                             std::size_t value_width) {
   ByteView records;

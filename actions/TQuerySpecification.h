@@ -29,7 +29,7 @@ struct TGlobalAssignment {
 };
 using CGlobalAssignmentArray = TOwningArray<TGlobalAssignment>;
 
-/// The name of an action as legacy files hold it: cut to 31 bytes.
+/// The name of an action as stored in legacy files: cut to 31 bytes.
 inline TFixedText<kRecordNameWidth> ToRecordName(std::string_view name) {
   TFixedText<kRecordNameWidth> record_name;
   record_name.Set(name);
@@ -43,15 +43,15 @@ struct TRunTimeState {
   std::uint32_t flag = 0;
 };
 
-/// The base class of every action of an application, and by itself the results action. It holds
-/// what every action has, and it defines the one table of virtual operations through which an
-/// application loads an action from a legacy file, writes it back, writes it as an XML element and
-/// reads it from one. The operations are declared in the order of that table.
+/// The base class of every action of an application, and itself the results action. It has the
+/// fields that all actions share and defines the virtual operations by which an application loads
+/// an action from a legacy file, writes it back, writes it as an XML element and reads it from one.
+/// They are declared in the order of a fixed table.
 ///
 /// An action owns its texts and lists. The nesting of actions is kept in the application's tree, to
 /// which an action has a link that it does not own; the tree outlives its use.
 ///
-/// No operation throws; memory that runs out is a failure status, null or false.
+/// No operation throws; insufficient memory is a failure status, null or false.
 class TQuerySpecification : public TRecordConverter {
  public:
   static constexpr FourCharCode kTypeCode = Code("null");
@@ -63,31 +63,31 @@ class TQuerySpecification : public TRecordConverter {
   TQuerySpecification(const TQuerySpecification&) = default;
   TQuerySpecification& operator=(const TQuerySpecification&) = default;
 
-  /// The base class has no lists and keeps no record.
+  /// The base class has no lists and converts no record.
   Conversion ConvertLegacyRecord(FourCharCode code, ByteView legacy_record,
                                  std::span<std::byte> record) override;
   virtual ~TQuerySpecification() = default;
-  /// Copies every field into `target`, an action of the same class; null becomes a new one.
+  /// Copies every field into `target`, an action of the same class; null is replaced by a new one.
   /// kFailure when memory runs out: a null target then stays null, another one is undefined.
   virtual Status Clone(std::unique_ptr<TQuerySpecification>& target) const;
-  /// Bytes of the action's legacy record: those of its class, and after a load those of its name
-  /// and of all its sections, too.
+  /// The size of the action's legacy record in bytes: that of its class, after a load plus the
+  /// sizes of its name and all its sections.
   [[nodiscard]] virtual std::uint32_t GetRecordSize() const;
   /// Whether both have the same type and content. Names and places do not count.
   [[nodiscard]] virtual bool IsEqual(const TQuerySpecification& other) const;
   /// Reads the record that `header` begins, section by section. The first section that fails ends
-  /// it with its status; what was read before stays. A section map that is cut off by
-  /// the end of the file loads nothing and is kOk; kNoFile without a file.
+  /// it with its status; what was read before is kept. If the file ends within the section map,
+  /// nothing is loaded and the status is kOk; kNoFile without a file.
   virtual Status ReadLegacy(TDataFile* file, const TRecordHeader& header);
-  /// Reads one section into the property that has its code; a section with an unknown code is
-  /// not read and is kOk; kNoFile without a file.
+  /// Reads one section into the property with its code; a section with an unknown code is not read
+  /// and is kOk; kNoFile without a file.
   virtual Status ReadLegacyProperty(const TLegacySection& section);
-  /// The codes that ReadLegacyProperty reads without a row of this class.
+  /// The codes that ReadLegacyProperty handles without a row of this class.
   static constexpr FourCharCode kReadByHand[] = {Code("assn"), Code("assx")};
-  /// Writes the record's sections and their map at `offset`, which moves past them, and fills
+  /// Writes the record's sections and their map at `offset`, advances `offset` past them, and fills
   /// `header`, which the caller writes.
   virtual Status WriteLegacy(TDataFile& file, std::uint32_t& offset, TRecordHeader& header) const;
-  /// Writes the sections of all properties. The parent's name is cut as that in a record header is.
+  /// Writes the sections of all properties. The parent's name is cut like that in a record header.
   virtual Status WriteLegacyProperties(TSectionWriter& out) const;
   // Hooks of the server's run time, which a conversion never calls.
   virtual void PrepareRun() {}
@@ -100,13 +100,13 @@ class TQuerySpecification : public TRecordConverter {
   [[nodiscard]] virtual const TActionEntry* GetNextInTree() const;
   /// Whether this action has no children.
   [[nodiscard]] virtual bool IsLeaf() const;
-  /// What distinguishes two actions of one type at run time; 0 when nothing does.
+  /// A number that distinguishes two actions of one type at run time; 0 if nothing does.
   [[nodiscard]] virtual std::int32_t GetRunDifference(const TQuerySpecification&) const {
     return 0;
   }
   virtual std::int32_t GetRunState() const { return 0; }
   virtual std::int32_t GetRunResult() const { return 0; }
-  /// The name with the class's label before it.
+  /// Sets `name` to the action's name after the label of its class.
   virtual void GetDisplayName(CText& name) const;
   virtual void GetResults(CText& text) const;
   virtual void ResetRun() {}
@@ -118,16 +118,16 @@ class TQuerySpecification : public TRecordConverter {
   [[nodiscard]] virtual bool IsProperty(std::int32_t id) const;
   /// 0, or kUnknownProperty.
   virtual std::int32_t GetProperty(CText& text, std::int32_t id) const;
-  /// Always kUnknownProperty, also after it has set one: callers rely on that. Null is ignored.
+  /// Always returns kUnknownProperty, even on success: callers rely on that. Null is ignored.
   virtual std::int32_t SetProperty(const char* text, std::int32_t id);
   virtual void BeginEdit() {}
   virtual void EndEdit() {}
-  /// Writes the action into `element`, which a derived class has appended to `parent`; when it is
-  /// null the class appends its own.
+  /// Writes the action into `element`, which a derived class has appended to `parent`; if it is
+  /// null, appends an element of its own.
   virtual Status WriteXml(TXmlWriteContext& context, dom::Element element,
                           dom::Element parent) const;
-  /// Reads the action back. kMalformed when a derived class refuses a keyword;
-  /// what was read before stays.
+  /// Reads the action from its element. kMalformed when a derived class refuses a keyword; what was
+  /// read before is kept.
   virtual Status ReadXml(const TXmlReadContext& context, dom::Element element);
 
   static constexpr std::int32_t kNoMoreProperties = -1;
@@ -135,29 +135,29 @@ class TQuerySpecification : public TRecordConverter {
 
   [[nodiscard]] const CText& GetName() const { return name_; }
   void SetName(std::string_view name) { name_ = name; }
-  /// Of the record in the legacy file that the action was loaded from, in bytes; else 0.
+  /// The offset of its record in the legacy file that the action was loaded from, in bytes; else 0.
   [[nodiscard]] std::uint32_t GetRecordOffset() const { return record_offset_; }
   [[nodiscard]] FourCharCode GetTypeCode() const { return type_code_; }
-  /// The name of the parent action: that of the legacy file, or for an action in a tree without
-  /// such a name, that of the entry above it.
+  /// The name of the parent action: as in the legacy file or, for an action in a tree without such
+  /// a name, that of the parent entry.
   [[nodiscard]] const CText& GetParentName() const;
   void SetParentName(std::string_view name) { parent_name_ = name; }
-  // The texts; null is ignored.
+  // The output blocks; null is ignored.
   void SetResults(const char* text);
   void SetNoResults(const char* text);
   void SetError(const char* text);
   void SetComments(const char* text);
-  /// The application that the action belongs to; not owned, null outside of an application.
+  /// The application of the action; not owned, null outside of an application.
   void SetOwner(const TApplication* owner) { owner_ = owner; }
   [[nodiscard]] const TApplication* GetOwner() const { return owner_; }
   [[nodiscard]] TRunTimeState& GetRunTime() { return run_time_; }
   [[nodiscard]] const TRunTimeState& GetRunTime() const { return run_time_; }
-  /// The action's entry in the application's tree; it is not owned.
+  /// The action's entry in the application's tree; not owned.
   void SetTreeEntry(const TActionEntry* entry) { tree_entry_ = entry; }
   [[nodiscard]] const TActionEntry* GetTreeEntry() const { return tree_entry_; }
 
  protected:
-  // The content that every action has, for classes that leave out a part of their bases'.
+  // Common content of all actions, for classes that omit a part of their bases' content.
   void WriteCommonXml(TXmlWriteContext& context, dom::Element element) const;
   Status ReadCommonXml(const TXmlReadContext& context, dom::Element element);
   [[nodiscard]] bool HasEqualCommonContent(const TQuerySpecification& other) const;
@@ -193,15 +193,15 @@ class TQuerySpecification : public TRecordConverter {
   CText name_;
   FourCharCode type_code_ = kTypeCode;
   bool push_results_ = false;
-  CText parent_name_;  ///< Empty: that of the entry above. A copy for each child could be huge.
+  CText parent_name_;  ///< Empty: that of the parent entry. A copy for each child could be huge.
   bool is_expanded_ = false;
-  bool has_long_assignments_ = false;  ///< A section of long values was read: it counts alone.
+  bool has_long_assignments_ = false;  ///< A section of long values was read; it takes precedence.
   const TApplication* owner_ = nullptr;
   const TActionEntry* tree_entry_ = nullptr;
   TRunTimeState run_time_;
 };
 
-/// Clone for an action of class `Action`.
+/// Implements Clone for an action of class `Action`.
 template <class Action>
 Status CloneAction(const Action& action, std::unique_ptr<TQuerySpecification>& target) {
   const bool is_new = target == nullptr;

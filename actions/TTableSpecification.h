@@ -25,8 +25,8 @@ namespace zaf {
 /// - `kReadByHand`: the codes for which it overrides ReadLegacyProperty. Required if it does and is
 ///   itself a base.
 ///
-/// Each operation handles the class's own rows and leaves the rest to `Base`. For what no row can
-/// express, a class overrides the operation and calls this one for the rest.
+/// Each operation handles the class's own rows and leaves the rest to `Base`. Where rows are not
+/// enough, a class overrides the operation and calls this one for the rest.
 template <class Action, class Base>
 class TTableSpecification : public Base {
  public:
@@ -112,8 +112,8 @@ class TTableSpecification : public Base {
   }
 
  private:
-  /// A type per function, to compare functions: under some sanitizers their addresses are not
-  /// constants.
+  /// A type per function, by which functions are compared: with some sanitizers their addresses are
+  /// not constants.
   template <auto Function>
   struct TFunction;
 

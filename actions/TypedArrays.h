@@ -6,7 +6,7 @@
 #include "foundation/CObjectArray.h"
 #include "foundation/TRecordArray.h"
 
-/// Typed arrays of the model that no action has as a field. The others are declared with their
+/// Typed arrays of the model that are not fields of any action. The others are declared with their
 /// elements.
 namespace zaf {
 
@@ -19,7 +19,7 @@ struct TOpaqueRecord {
 using CTableAliasArray = TRecordArray<TOpaqueRecord<12>>;
 using CColumnCatalogArray = TRecordArray<TOpaqueRecord<280>>;  ///< Of a data source.
 
-/// List items as legacy files hold them: "fval" of the new record builder; "sfvt" and "dfvt" of the
+/// List items as stored in legacy files: "fval" of the new record builder; "sfvt" and "dfvt" of the
 /// search builder.
 using TFieldValueInfoArray = TRecordArray<TLegacyListItem<1>>;
 using CFieldValueInfoArray = TRecordArray<TLegacyListItem<3>>;

@@ -11,13 +11,13 @@ constexpr std::uint32_t kNone = static_cast<std::uint32_t>(-1);
 constexpr std::size_t kMostPairsPerElement = 16;
 constexpr std::size_t kMostFurtherPairs = 1 << 20;
 
-/// The elements of both sequences between their common beginning and their common end.
+/// The elements of both sequences between their common prefix and their common suffix.
 using TMiddle = std::span<const std::uint32_t>;
 
-/// Appends the pairs for what the sequences have in the middle. J. W. Hunt and T. G. Szymanski, "A
-/// Fast Algorithm for Computing Longest Common Subsequences", CACM 20 (1977): an increasing
-/// subsequence of the places at which the elements of `one` occur in `two`, those of one element in
-/// descending order, so that it takes at most one of them.
+/// Appends the pairs of a common subsequence of the middle. J. W. Hunt and T. G. Szymanski, "A Fast
+/// Algorithm for Computing Longest Common Subsequences", CACM 20 (1977): the longest increasing
+/// subsequence of the places at which the elements of `one` occur in `two`. The places of one
+/// element are in descending order, so at most one of them is chosen.
 void PairMiddle(TMiddle one, TMiddle two, std::uint32_t begin, std::vector<TIndexPair>& pairs) {
   std::unordered_map<std::uint32_t, std::vector<std::uint32_t>> places;
   for (std::size_t j = two.size(); j-- > 0;)
@@ -44,8 +44,8 @@ void PairMiddle(TMiddle one, TMiddle two, std::uint32_t begin, std::vector<TInde
 
 }  // namespace
 
-/// By patience sorting: `last` has, for each length, where the subsequence of that length ends
-/// whose last value is the least. D. E. Knuth, "The Art of Computer Programming", volume 3, 5.1.4.
+/// Patience sorting: for each length, `last` has the end of the subsequence of that length whose
+/// last value is the least. D. E. Knuth, "The Art of Computer Programming", volume 3, 5.1.4.
 std::vector<std::uint32_t> FindLongestIncreasing(std::span<const std::uint32_t> values) {
   std::vector<std::uint32_t> last;
   std::vector<std::uint32_t> before(values.size());

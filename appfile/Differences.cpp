@@ -24,10 +24,10 @@ namespace zaf {
 namespace {
 
 constexpr std::uint32_t kNone = static_cast<std::uint32_t>(-1);
-/// Replace passwords, which a legacy file has in clear and a report must not.
+/// Replaces passwords, which legacy files have in clear and reports must not have.
 constexpr std::string_view kHidden = "(hidden)";
 constexpr std::string_view kOtherHidden = "(another one, hidden)";
-/// The section that names an action's parent.
+/// The section with the name of an action's parent.
 constexpr FourCharCode kParentSection = Code("pare");
 
 std::string NameOf(FourCharCode code) {
@@ -35,12 +35,12 @@ std::string NameOf(FourCharCode code) {
   return {characters.data(), characters.size()};
 }
 
-/// Whether differences between objects can be seen in their XML form.
+/// Whether differences between objects are visible in their XML form.
 enum class HasXml : bool { kNo, kYes };
 
 using TOptionalText = std::optional<std::string_view>;
 
-/// A document for one action, or for what applies to all of an application.
+/// A document with one action, or with the properties of an application as a whole.
 class TScratchDocument {
  public:
   /// Returns the element of the action, valid until the next call.
@@ -91,8 +91,8 @@ dom::Element FindDataSource(dom::Element action, std::string_view attribute) {
   return source;
 }
 
-/// Compares the elements of two actions, or of two applications, which refer to no data sources.
-/// The two data sources of one action differ only in their users.
+/// Compares the elements of two actions, or of two applications, without references to data
+/// sources. The two data sources of one action differ only in their logins.
 void CompareElements(TElementComparison& comparison, dom::Element one, dom::Element two) {
   comparison.Compare({}, one, two);
   const auto compare_sources = [&](std::string_view attribute, std::string_view part) {
@@ -112,14 +112,14 @@ void CompareElements(TElementComparison& comparison, dom::Element one, dom::Elem
 /// An action in a list of all actions of a tree.
 struct TNode {
   const TQuerySpecification* action;
-  std::string key;              ///< Name by which the same action is found.
+  std::string key;              ///< Name by which corresponding actions are found.
   std::uint32_t parent;         ///< Index of its parent; that of the root is its own.
   std::uint32_t before;         ///< Index of the sibling before it; kNone for the first one.
-  std::uint32_t match = kNone;  ///< Index of the same action in the other list.
+  std::uint32_t match = kNone;  ///< Index of the corresponding action in the other list.
   bool is_reordered = false;
 };
 
-/// Keys are names as documents have them. For kCompared they are also cut as in legacy files.
+/// Keys are names as written in documents. For kCompared they are also cut as in legacy files.
 TNode MakeNode(const TQuerySpecification& action, std::uint32_t parent, std::uint32_t before,
                DifferenceScope scope) {
   std::string_view name = action.GetName().View();
@@ -129,8 +129,8 @@ TNode MakeNode(const TQuerySpecification& action, std::uint32_t parent, std::uin
   return node;
 }
 
-/// The actions of a tree in its order, the root first, which also represents a missing one.
-/// `scope`: in the XML form an else-if or else is a sibling of the if that it goes on with.
+/// The actions of a tree in its order, the root first, which also represents a missing one. In the
+/// scope of the XML form an else-if or else is a sibling of the if that it continues.
 std::vector<TNode> ListActions(const TActionTree& tree, DifferenceScope scope) {
   static const TContainerSpecification no_root;
   const TActionEntry* const root = tree.GetRoot();
@@ -138,7 +138,7 @@ std::vector<TNode> ListActions(const TActionTree& tree, DifferenceScope scope) {
   std::vector<TNode> nodes{MakeNode(*top, 0, kNone, scope)};
   if (root == nullptr) return nodes;
   std::vector<std::uint32_t> last_child{kNone};
-  // From the root down to the current one.
+  // The path from the root to the current action.
   std::vector<std::pair<const TActionEntry*, std::uint32_t>> path{{root, 0}};
   for (const TActionEntry* entry = TActionTree::GetNext(*root); entry != nullptr;
        entry = TActionTree::GetNext(*entry)) {
@@ -214,7 +214,7 @@ class TApplicationComparison {
     if (scope_ != DifferenceScope::kXmlForm) CompareSections(one_, two_, HasXml::kYes);
   }
 
-  /// Pairs the actions of one name, first those below the same parent.
+  /// Pairs the actions of each name, first those below the same parent.
   void Match() {
     std::map<std::pair<std::uint32_t, std::string_view>, std::vector<std::uint32_t>> left;
     const auto match = [&](TNode& node, std::uint32_t parent) {
@@ -241,8 +241,8 @@ class TApplicationComparison {
     return nodes_one_[node.parent].match != nodes_two_[node.match].parent;
   }
 
-  /// Of the actions that stayed below their parent, finds as few as possible such that the others
-  /// are in the same order.
+  /// Of the actions that are still below the same parent, marks the smallest set of reordered ones:
+  /// without them, the others are in the same order.
   void FindReordered() {
     std::vector<std::uint32_t> stayed;
     for (std::uint32_t i = 1; i < nodes_one_.size(); ++i)
@@ -262,7 +262,7 @@ class TApplicationComparison {
     }
   }
 
-  /// The actions that are only in `two` and follow there at this index.
+  /// Reports the actions that are only in `two` and have this index there.
   void ReportAdded(std::uint32_t index) {
     while (++index < nodes_two_.size() && nodes_two_[index].match == kNone) {
       subject_ = nodes_two_[index].action->GetName().View();
@@ -306,7 +306,8 @@ class TApplicationComparison {
       ReportValues("ID", one.GetName().View(), two.GetName().View());
   }
 
-  // What the sections say of an action or application, and what they make of a new one.
+  // Differences of the legacy sections of actions and applications, and of their effect on a new
+  // object.
 
   static TLegacyRecord RecordOf(const TQuerySpecification& action) {
     return TLegacyRecord([&](TSectionWriter& out) { return action.WriteLegacyProperties(out); });
@@ -331,8 +332,7 @@ class TApplicationComparison {
     static_cast<void>(index.Find(section.code).Read(&application, section));
   }
 
-  /// Reports the sections that differ, with kYes only those that make no difference to the XML
-  /// form.
+  /// Reports the sections that differ, for kYes only those that do not affect the XML form.
   template <class Object>
   void CompareSections(const Object& one, const Object& two, HasXml has_xml) {
     const TLegacyRecord record_one = RecordOf(one);
@@ -354,7 +354,8 @@ class TApplicationComparison {
     }
   }
 
-  /// Whether the XML form of an object changes with the section that `other` has of this code.
+  /// Whether replacing the section of this code by that of `other` changes the XML form of an
+  /// object.
   template <class Object>
   bool ChangesXml(const Object& object, const TLegacyRecord& record, const TLegacyRecord& other,
                   FourCharCode code) {
@@ -381,7 +382,7 @@ class TApplicationComparison {
   std::vector<TNode> nodes_two_;
   bool is_of_action_ = false;
   std::string_view subject_;
-  std::uint64_t count_ = 0;  ///< Of the differences so far.
+  std::uint64_t count_ = 0;  ///< The number of differences so far.
 };
 
 }  // namespace

@@ -7,18 +7,18 @@
 
 namespace zaf {
 
-/// Which differences are found.
+/// The set of differences to report.
 enum class DifferenceScope : std::uint8_t {
-  kXmlForm,     ///< Those that the XML form shows.
-  kCompared,    ///< Those that TApplication::IsEqual finds, also in what has no XML form.
-  kEverything,  ///< Those, and differences of names and of what is only carried.
+  kXmlForm,     ///< Those visible in the XML form.
+  kCompared,    ///< Those that TApplication::IsEqual finds, including fields without XML form.
+  kEverything,  ///< Also differences of names and of fields that are only carried.
 };
 
-/// Reports in what two applications differ: first what applies to all of each, then action by
-/// action in the order of the tree of `one`, actions that are only in `two` after the ones that
-/// they follow there. A difference that the XML form does not show has the code of its section.
-/// Actions of one name are the same action, of several those below the same parent first. Throws
-/// std::bad_alloc.
+/// Reports the differences between two applications: first those of the applications as a whole,
+/// then those of each action in the order of the tree of `one`; actions that are only in `two`
+/// follow the actions that they follow there. A difference that is not visible in the XML form has
+/// the code of its section. Actions of the same name correspond to each other; of several, first
+/// those below the same parent. Throws std::bad_alloc.
 void FindDifferences(const TApplication& one, const TApplication& two, DifferenceScope scope,
                      TDifferenceObserver& observer);
 

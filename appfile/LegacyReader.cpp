@@ -12,8 +12,8 @@ constexpr FourCharCode kActionEntry = Code("head");
 /// Another type of results actions.
 constexpr FourCharCode kResultsType = Code("glob");
 
-/// Reads the action whose record header is at `offset` and places it in the tree. An action of a
-/// format that is too new ends the load: `is_too_new` is then set and the status is kOk.
+/// Reads the action whose record header is at `offset` and places it in the tree. An action with a
+/// format that is too new ends the load: then sets `is_too_new` and returns kOk.
 Status ReadAction(TDataFile& file, std::uint32_t offset, const TQuerySpecificationServer& server,
                   TApplication& application, TLoadProgress* progress, bool& is_too_new,
                   TErrorPlace& place, TLossReporter* losses) {

@@ -12,12 +12,12 @@ namespace zaf {
 /// Whether a run-only file may be loaded.
 enum class RunOnlyFiles : bool { kRefused, kAllowed };
 
-/// Reads a legacy file, opened for reading, into an empty application. The load ends at the first
-/// thing that fails and returns its status; what was loaded before stays. kUnsupportedFormat: the
-/// format number names no known version. kRunOnlyNotAllowed: the file is run-only and none is
-/// allowed. kMalformed: the section map is incomplete, an action's parent is not found, a section
-/// contradicts itself, or the file requires more work than its size allows. Other statuses are the
-/// data file's. A failed load sets in `place` what is known of where it failed. `progress` and
+/// Reads a legacy file, opened for reading, into an empty application. Stops at the first failure
+/// and returns its status; what was loaded before is kept. kUnsupportedFormat: the format number is
+/// not a known version. kRunOnlyNotAllowed: the file is run-only and `run_only` refuses that.
+/// kMalformed: the section map is incomplete, an action's parent is not found, a section is
+/// inconsistent, or the file requires more work than its size allows. Other statuses are the data
+/// file's. A failed load sets in `place` what is known of the place of the failure. `progress` and
 /// `losses` may be null.
 Status ReadLegacyApplication(TDataFile& file, const TQuerySpecificationServer& server,
                              RunOnlyFiles run_only, TApplication& application, TErrorPlace& place,

@@ -18,9 +18,9 @@ constexpr FourCharCode kSections[] = {
     Code("titl"), Code("vers"), Code("cmnt"), Code("dbug"),
 };
 
-/// Whether each parent has a name in the file that is no other action's.
+/// Whether each parent has a name in the file that no other action has.
 bool ArePlacesTold(const TActionTree& tree) {
-  std::map<std::string, bool> parents;  // By name, whether it is a parent's.
+  std::map<std::string, bool> parents;  // By name; true for that of a parent.
   for (const TActionEntry* entry = tree.GetRoot(); entry != nullptr;
        entry = TActionTree::GetNext(*entry)) {
     const bool is_parent = entry->first_child != nullptr;
@@ -41,7 +41,7 @@ Status WriteSections(const TApplication& application, TSectionWriter& out) {
   return Status::kOk;
 }
 
-/// Writes an action's record at `offset`, header first, and notes it in the file's map.
+/// Writes an action's record at `offset`, header first, and adds it to the file's map.
 Status WriteAction(const TQuerySpecification& action, TDataFile& file, std::uint32_t& offset,
                    TSectionWriter& out) {
   const std::uint32_t header_offset = offset;
@@ -50,7 +50,7 @@ Status WriteAction(const TQuerySpecification& action, TDataFile& file, std::uint
   if (const Status status = out.Skip(kRecordHeaderSize); status != Status::kOk) return status;
   TRecordHeader header;
   header.losses = losses;
-  // The sections follow the header, so its bytes are reserved first.
+  // The sections follow the header, so space for the header is reserved first.
   if (const Status status = WriteRecordHeader(file, header_offset, header); status != Status::kOk)
     return status;
   if (const Status status = action.WriteLegacy(file, offset, header); status != Status::kOk)

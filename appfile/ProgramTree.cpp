@@ -12,13 +12,13 @@ constexpr FourCharCode kIf = Code("if  ");
 constexpr FourCharCode kElseIf = Code("elif");
 constexpr FourCharCode kElse = Code("else");
 
-/// The actions by their IDs. Of several with one ID each is given out once, in their order. The
-/// usual document refers to all actions in their order; they are indexed for any other.
+/// The actions by their IDs. Actions with the same ID are returned one after another, each once.
+/// Most documents refer to all actions in their order; only for the others an index is built.
 class TActionIndex {
  public:
   explicit TActionIndex(std::span<TActionEntry* const> entries) : entries_(entries) {}
 
-  /// The next action of this ID; null when none is left.
+  /// Returns the next action with this ID; null when none is left.
   TActionEntry* Take(std::string_view id) {
     if (!is_indexed_) {
       if (in_order_ < entries_.size() && entries_[in_order_]->action->GetName().View() == id)
@@ -35,7 +35,7 @@ class TActionIndex {
  private:
   static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
 
-  /// Indexes the actions that were not given out.
+  /// Indexes the actions that have not been returned.
   void IndexRest() {
     is_indexed_ = true;
     next_of_same_id_.assign(entries_.size(), kNone);
@@ -49,14 +49,14 @@ class TActionIndex {
   }
 
   std::span<TActionEntry* const> entries_;
-  std::size_t in_order_ = 0;  ///< How many of them were given out in their order.
+  std::size_t in_order_ = 0;  ///< The number of actions that were returned in their order.
   bool is_indexed_ = false;
   TTextIndex<std::size_t> first_of_id_;
   std::vector<std::size_t> next_of_same_id_;
 };
 
-/// One level of the walk through the references: whose children are being read, and the one of
-/// them that was read last.
+/// One level of the walk through the references: the entry whose children are being read, and the
+/// last child read.
 struct TLevel {
   TActionEntry* parent;
   TActionEntry* last = nullptr;
@@ -73,8 +73,7 @@ bool IsBranchOf(const TQuerySpecification& action, const TQuerySpecification& be
 Status WriteProgram(const TActionTree& tree, dom::Element program, TXmlWriteContext& context) {
   const TActionEntry* const root = tree.GetRoot();
   if (root == nullptr) return Status::kOk;
-  // The references of the entries from the root down to the current one; the root's is the
-  // program element.
+  // The references from the root to the current entry; that of the root is the program element.
   std::vector<dom::Element> path{program};
   std::vector<const TActionEntry*> path_entries{root};
   for (const TActionEntry* entry = TActionTree::GetNext(*root); entry != nullptr;

@@ -12,13 +12,13 @@ namespace zaf {
 inline constexpr std::string_view kProtectedLine = "<?zanfo protected ?>";
 
 /// Appends a document in its protected form: the line, then, enciphered, a 16-byte digest and the
-/// text, padded with line feeds to a multiple of 8 bytes. The key is part of the program: this
-/// keeps a document from being read by chance and no more. The same document always gives the
-/// same bytes. kFailure when memory runs out.
+/// text, padded with line feeds to a multiple of 8 bytes. The key is part of the program, so this
+/// only prevents a document from being read by accident. The same document always gives the same
+/// bytes. kFailure when memory runs out.
 Status WriteProtected(const dom::Document& document, dom::OutputBuffer& output);
 
 /// Deciphers `bytes`, which follow the first line, in place and sets `text` to the part that is the
-/// document's text. kMalformed, with `bytes` undefined, for damage of any kind.
+/// document's text. kMalformed, with `bytes` undefined, for any kind of damage.
 Status ReadProtected(std::span<std::byte> bytes, std::span<std::byte>& text);
 
 }  // namespace zaf

@@ -40,7 +40,7 @@ Status TActionTree::PlaceByName(std::unique_ptr<TQuerySpecification> action) {
     return Status::kOk;
   }
   if (action->GetParentName().IsEmpty()) action->SetParentName(kRootName);
-  // The last entry gets deeper by one level an action at most, so all these walks together take no
+  // Each action makes the last entry at most one level deeper, so all these walks together take no
   // more steps than there are actions.
   TActionEntry* parent = last_placed_;
   while (!EqualsIgnoringCase(parent->action->GetName().View(), action->GetParentName().View())) {

@@ -12,31 +12,32 @@
 namespace zaf {
 
 /// The tree of an application's actions. Owns the entries and, through them, the actions. The root
-/// is a container that represents the application. No operation recurses, so the depth of a tree
-/// is not limited.
+/// is a container that represents the application. No operation recurses, so the depth of a tree is
+/// not limited.
 class TActionTree {
  public:
-  /// The name of a root container without a record. Legacy files use this odd spelling.
+  /// The name of a root container without a record, in the odd spelling of legacy files.
   static constexpr std::string_view kRootName = "ContainerSpecif__1";
 
-  /// `owner` is the application of the actions; it outlives the tree. Null: they have none.
+  /// `owner`: the application of the actions, which outlives the tree; null if there is none.
   explicit TActionTree(const TApplication* owner = nullptr) : owner_(owner) {}
   TActionTree(const TActionTree&) = delete;
   TActionTree& operator=(const TActionTree&) = delete;
 
   [[nodiscard]] const TActionEntry* GetRoot() const { return root_; }
-  /// The root; a tree that has none gets a container of the fixed name. Null when memory runs out.
+  /// Returns the root; first adds a container with the fixed name if there is none. Null when
+  /// memory runs out.
   TActionEntry* EnsureRoot();
 
   /// Places an action of a legacy file by the name of its parent. The first action is the root if
-  /// it is a container; any other becomes a child of the entry placed last or of the nearest entry
-  /// above it with that name (case ignored). An action without parent name is given the root's
-  /// fixed name. kMalformed when no entry has the name, kFailure when memory runs out;
-  /// the action is lost then.
+  /// it is a container; any other becomes a child of the entry placed last or of its nearest
+  /// ancestor with that name (case ignored). An action without parent name gets the root's fixed
+  /// name. kMalformed when no entry has the name, kFailure when memory runs out; the action is then
+  /// destroyed.
   Status Place(std::unique_ptr<TQuerySpecification> action);
 
-  /// Takes an action, which is not null, without placing it. Null when memory runs out; the action
-  /// is lost then.
+  /// Takes ownership of an action, which is not null, without placing it. Null when memory runs
+  /// out; the action is then destroyed.
   TActionEntry* Adopt(std::unique_ptr<TQuerySpecification> action);
   /// Makes an adopted entry the last child of `parent`, whatever the parent name of its action.
   static void Hang(TActionEntry& entry, TActionEntry& parent);
@@ -46,11 +47,11 @@ class TActionTree {
     return entries_.GetCount() - (root_ != nullptr ? 1 : 0);
   }
 
-  /// The next entry in depth-first order; null after the last.
+  /// Returns the next entry in depth-first order; null after the last.
   static const TActionEntry* GetNext(const TActionEntry& entry);
 
   /// Whether both trees have the same shape and equal actions in the same places. A tree without
-  /// root is one that holds only an empty root: documents do not write it.
+  /// root equals one with only an empty root, since documents do not write that.
   [[nodiscard]] bool IsEqual(const TActionTree& other) const;
 
  private:

@@ -9,7 +9,7 @@
 namespace zaf {
 namespace {
 
-/// A text that is enciphered in legacy files and nowhere else.
+/// A text that is enciphered in legacy files only.
 class TCipheredTextCodec final : public TTextCodecBase {
  public:
   Status ReadLegacy(const TProperty& row, void* field,
@@ -90,7 +90,7 @@ std::string_view TApplication::GetRootElement() const {
 }
 
 bool TApplication::IsEqual(const TApplication& other) const {
-  // All but the host type, which is no text.
+  // All but the host type, which is not a text.
   const std::span<const TProperty> rows = Properties();
   const auto no_text = std::find_if(rows.begin(), rows.end(),
                                     [](const TProperty& row) { return row.code == kHostTypeCode; });

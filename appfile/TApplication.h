@@ -11,16 +11,15 @@
 
 namespace zaf {
 
-/// What a file describes. The kind names the document type and the root element.
+/// The content of a file. Determines the document type and the root element.
 enum class DocumentKind : std::uint8_t { kApplication, kClassFile };
 
-/// An application, or a class file, in memory: what applies to all of it and the tree of its
-/// actions.
+/// An application, or a class file, in memory: its own properties and the tree of its actions.
 struct TApplication {
   DocumentKind kind = DocumentKind::kApplication;
-  std::uint32_t format_version = 0;  ///< Format number of the file; 0: it has none.
-  bool is_run_only = false;          ///< Stored so that it can be run but not read; saved so, too.
-  bool is_legacy = false;            ///< Loaded from a legacy file.
+  std::uint32_t format_version = 0;     ///< Format number of the file; 0: it has none.
+  bool is_run_only = false;             ///< Saved in a form that can be run but not edited.
+  bool is_legacy = false;               ///< Loaded from a legacy file.
   std::uint32_t total_record_size = 0;  ///< Of the loaded actions, in bytes.
 
   FourCharCode host_type = kNoCode;  ///< Kind of the default data source.
@@ -44,7 +43,7 @@ struct TApplication {
   TApplication(const TApplication&) = delete;
   TApplication& operator=(const TApplication&) = delete;
 
-  /// Everything that has a legacy section, and the attributes and children of the XML root.
+  /// All fields with a legacy section, and the attributes and children of the XML root.
   static std::span<const TProperty> Properties();
   /// The default data source as attributes and children of its `DataSource` element, and the user
   /// and password in its `DataSourceInfo`.

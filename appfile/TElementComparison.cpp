@@ -6,7 +6,8 @@
 
 #include "appfile/CommonSubsequence.h"
 
-// The functions below recurse as deep as elements of an action nest, which no input decides.
+// The recursion depth of the functions below is bounded by the nesting of elements inside an
+// action, which does not depend on the input.
 
 namespace zaf {
 namespace {
@@ -25,7 +26,7 @@ constexpr std::string_view kItemElements[] = {
     "Variable",
 };
 
-/// Attributes that name an element, or are made of its name.
+/// Attributes that contain an action's name or are derived from it.
 constexpr std::string_view kReferences[] = {"ID", "Sig", "Ref", "DSID", "DeploymentDSID"};
 
 bool Has(std::span<const std::string_view> names, std::string_view name) {
@@ -34,7 +35,7 @@ bool Has(std::span<const std::string_view> names, std::string_view name) {
 
 bool IsReference(dom::Attr attribute) { return Has(kReferences, attribute.getName()); }
 
-/// The output block in the element's document that has this ID; null if there is none.
+/// The output block with this ID in the element's document; null if there is none.
 dom::Element FindOutput(dom::Element element, std::string_view id) {
   while (const dom::Element parent = dom::Element(element.getParentNode())) element = parent;
   dom::Element output = element.getFirstChildElement("Outputs").getFirstChildElement();
@@ -42,7 +43,7 @@ dom::Element FindOutput(dom::Element element, std::string_view id) {
   return output;
 }
 
-/// The text of an element, or of the output block to which it refers, as it is read back.
+/// The text of an element, or of the output block that it refers to, as it is read back.
 std::string TextOf(dom::Element element) {
   if (const dom::Attr reference = element.getAttributeNode("Ref"); reference)
     element = FindOutput(element, reference.getValue());
@@ -52,7 +53,7 @@ std::string TextOf(dom::Element element) {
 
 bool HasChildren(dom::Element element) { return bool(element.getFirstChildElement()); }
 
-/// Appends everything that an element says. Its separators are in no text of a document.
+/// Appends the whole content of an element. The separators do not occur in texts of documents.
 void AppendContent(dom::Element element, std::string& content) {
   content.append(1, '\1').append(element.getTagName());
   for (const dom::Attr attribute : element.getAttributes())
@@ -93,7 +94,7 @@ std::string ValueOf(dom::Element element) {
   return fields;
 }
 
-/// The children of an element that are items, or all of them.
+/// The children of an element that are list items, or all of them.
 std::vector<dom::Element> ItemsOf(dom::Element element, bool is_list) {
   std::vector<dom::Element> items;
   for (dom::Element child = element.getFirstChildElement(); child;
@@ -158,8 +159,8 @@ void TElementComparison::CompareChildren(dom::Element one, dom::Element two) {
       CompareChild({}, child);
 }
 
-/// Equal items are paired first. Of the others between two pairs those at the same distance are
-/// compared with each other, and the rest is added or removed.
+/// Pairs equal items first. Between two pairs, remaining items at the same distance are compared
+/// with each other; the rest are added or removed.
 void TElementComparison::CompareItems(const TElements& one, const TElements& two) {
   std::map<std::string, std::uint32_t> numbers;
   const auto number = [&](const TElements& items) {

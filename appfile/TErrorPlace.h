@@ -9,9 +9,9 @@
 
 namespace zaf {
 
-/// Where in a file its load failed, and why, as far as that is known.
+/// Where and why the load of a file failed, as far as known.
 struct TErrorPlace {
-  std::string_view reason;              ///< A sentence without its full stop; a literal. Or empty.
+  std::string_view reason;              ///< A sentence without full stop, a literal. Or empty.
   std::string action;                   ///< Name of the action; empty: none, or unknown.
   FourCharCode section = kNoCode;       ///< Of a legacy file.
   std::optional<std::uint32_t> offset;  ///< Of that section, in bytes from the start of the file.

@@ -8,7 +8,7 @@
 namespace zaf {
 namespace {
 
-/// A data file that is written in memory, from its start to its end.
+/// A data file that is written in memory sequentially.
 class TBytesFile final : public TDataFile {
  public:
   explicit TBytesFile(std::string& bytes) : bytes_(bytes) {}

@@ -11,10 +11,10 @@
 
 namespace zaf {
 
-/// The sections of an action, or of an application, as its legacy record has them.
+/// The sections of an action, or of an application, as they are in its legacy record.
 class TLegacyRecord {
  public:
-  /// Takes the sections that `write` writes. Throws std::bad_alloc when it fails.
+  /// Collects the sections that `write` writes. Throws std::bad_alloc when it fails.
   explicit TLegacyRecord(const std::function<Status(TSectionWriter&)>& write);
 
   /// The codes in the order of the sections.
@@ -22,8 +22,8 @@ class TLegacyRecord {
   /// The bytes of a section; nullopt if there is none of this code.
   [[nodiscard]] std::optional<std::string_view> Find(FourCharCode code) const;
 
-  /// Calls `read` with each section but the section `code`, then with that of `other`, if it has
-  /// one. A null `other`: with each section.
+  /// Calls `read` with each section except `code`, then with the section `code` of `other`, if it
+  /// has one. If `other` is null, calls it with each section.
   void Read(const std::function<void(const TLegacySection&)>& read,
             const TLegacyRecord* other = nullptr, FourCharCode code = kNoCode) const;
 

@@ -9,14 +9,14 @@
 
 namespace zaf {
 
-/// Makes empty actions of the class that a type code or an XML element names.
+/// Creates empty actions of the class for a type code or an XML element.
 class TQuerySpecificationServer {
  public:
-  /// An action of the class for a record header's type code; the results action for an unknown
-  /// code. Null when memory runs out.
+  /// Returns an action of the class for a record header's type code; the results action for an
+  /// unknown code. Null when memory runs out.
   [[nodiscard]] std::unique_ptr<TQuerySpecification> CreateByType(FourCharCode type) const;
 
-  /// Makes `action` one of the class that writes this element. kMalformed for an unknown element,
+  /// Sets `action` to one of the class for this element. kMalformed for an unknown element,
   /// kFailure when memory runs out; it is null then.
   Status CreateByElement(std::string_view element,
                          std::unique_ptr<TQuerySpecification>& action) const;

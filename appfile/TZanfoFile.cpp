@@ -18,7 +18,7 @@ namespace {
 constexpr std::string_view kRunOnlyLine = "<?zanfo run-only ?>";
 constexpr std::string_view kXmlLine = "<?xml ";
 
-/// Marks at the beginning of a document of their encoding: UTF-8, and UTF-16 and UTF-32 (whose
+/// Byte order marks at the beginning of a document: of UTF-8, UTF-16 and UTF-32 (whose
 /// little-endian mark begins with that of UTF-16). No legacy file begins like that.
 constexpr std::string_view kByteOrderMarks[] = {"\xEF\xBB\xBF", "\xFE\xFF", "\xFF\xFE",
                                                 std::string_view("\0\0\xFE\xFF", 4)};
@@ -33,21 +33,21 @@ bool IsPlainDocument(std::string_view content) {
                      [&](std::string_view mark) { return content.starts_with(mark); });
 }
 
-/// Bytes of the first line with its end: LF, CR or CR LF.
+/// The size of the first line in bytes, including its end: LF, CR or CR LF.
 std::size_t FirstLineSize(std::string_view content) {
   const std::size_t end = content.find_first_of("\r\n");
   if (end == std::string_view::npos) return content.size();
   return end + (content.substr(end).starts_with("\r\n") ? 2 : 1);
 }
 
-/// The bytes of documents, one after another, in memory that is used again.
+/// A buffer for the bytes of documents, reused for each.
 struct TSharedOutput {
   std::mutex mutex;
   dom::OutputBuffer buffer;
 };
 TSharedOutput shared_output;
 
-/// An empty buffer for one document: the shared one, or one of its own while another thread has
+/// An empty buffer for one document: the shared one, or one of its own while another thread uses
 /// that.
 class TOutput {
  public:
@@ -55,7 +55,7 @@ class TOutput {
   ~TOutput() {
     if (!lock_) return;
     shared_output.buffer.Clear();
-    // Only documents that are enciphered, and so are written in one piece, need more.
+    // Only enciphered documents, which are written in one piece, need more.
     if (shared_output.buffer.Capacity() > dom::OutputBuffer::kMostHeld)
       shared_output.buffer = dom::OutputBuffer();
   }
@@ -69,7 +69,7 @@ class TOutput {
   dom::OutputBuffer own_;
 };
 
-/// Writes a document to a file while it is made. Fails for one of 4 GiB or more.
+/// Writes a document to a file while it is serialised. Fails if it has 4 GiB or more.
 class TFileSink final : public dom::OutputSink {
  public:
   explicit TFileSink(TDataFile& file) : file_(file) {}
@@ -83,7 +83,7 @@ class TFileSink final : public dom::OutputSink {
     return status == Status::kOk;
   }
 
-  /// Of the write that failed; kFailure when none did.
+  /// The status of the write that failed; kFailure if none did.
   [[nodiscard]] Status GetFailure() const { return failure_; }
 
  private:
@@ -138,7 +138,7 @@ Status TZanfoFile::SaveDocument(TDataFile& file, Protection protection) {
   if (const Status status = WriteXmlDocument(application_, mark, document, losses);
       status != Status::kOk)
     return status;
-  file.SetScrambled(false);  // As it was left when a run-only file was loaded with it.
+  file.SetScrambled(false);  // It is if a run-only file was loaded with it before.
   TFileSink sink(file);
   TOutput place;
   dom::OutputBuffer& output = place.Buffer();

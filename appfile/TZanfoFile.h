@@ -29,23 +29,22 @@ class TZanfoFile {
   TZanfoFile& operator=(const TZanfoFile&) = delete;
   virtual ~TZanfoFile() = default;
 
-  /// Whether both have the same content. How the files were stored does not count.
+  /// Whether both have the same content. The form in which the files were stored does not matter.
   [[nodiscard]] virtual bool IsEqual(const TZanfoFile& other) const;
 
-  /// Reads a file that is open in memory. The first line decides on the form: a protected or plain
+  /// Reads a file that is open in memory. The first line determines the form: a protected or plain
   /// XML document; anything else is a legacy file. XML is parsed in place, which overwrites the
-  /// file's image. `server` makes the actions; null for the usual one. `progress`, if not null, is
-  /// called once for each action. The statuses are those of
-  /// ReadLegacyApplication and ReadXmlDocument; kMalformed for a protected document that is
-  /// damaged; kFailure when memory ran out. After a failure the object holds what was read
-  /// before.
+  /// file's image. `server` creates the actions; null for the default one. `progress`, if not null,
+  /// is called once for each action. The statuses are those of ReadLegacyApplication and
+  /// ReadXmlDocument; kMalformed for a protected document that is damaged; kFailure when memory
+  /// runs out. After a failure the object has what was read before.
   virtual Status Load(TDataFile& file, const TQuerySpecificationServer* server,
                       RunOnlyFiles run_only = RunOnlyFiles::kAllowed,
                       TLoadProgress* progress = nullptr);
 
   /// Writes the XML document to a file opened for writing: a small one with one write, a large one
-  /// while it is made. kFailure when it cannot be made or is too long (4 GiB and more); else the
-  /// status of the write that failed. The file then holds a part of it.
+  /// while it is serialised. kFailure when it cannot be built or is too long (4 GiB and more); else
+  /// the status of the write that failed. The file is then incomplete.
   virtual Status Save(TDataFile& file, const TQuerySpecificationServer* server,
                       Protection protection);
 
@@ -55,30 +54,30 @@ class TZanfoFile {
   Status SaveLegacy(TDataFile& file, DocumentKind kind);
   Status SaveLegacy(TDataFile& file) { return SaveLegacy(file, application_.kind); }
 
-  /// The form of the file that was loaded, also when that failed.
+  /// The form of the loaded file, also after a failed load.
   [[nodiscard]] DocumentForm GetForm() const;
-  /// Where the load failed.
+  /// The place where the load failed.
   [[nodiscard]] const TErrorPlace& GetErrorPlace() const { return error_place_; }
 
-  /// Sets, before a file is loaded, what it describes. An XML document with the root of a class
-  /// file is one in any case.
+  /// Sets, before a file is loaded, what it contains. An XML document with the root of a class file
+  /// is one in any case.
   void SetKind(DocumentKind kind) { application_.kind = kind; }
-  /// Sets the observer of losses while this file is loaded and saved; it has to outlive the file.
+  /// Sets the observer of losses while this file is loaded and saved; it must outlive the file.
   /// Null, the initial value: none.
   void SetObserver(TLossObserver* observer) {
     losses_.reset();
     if (observer != nullptr) losses_.emplace(*observer);
   }
-  /// Sets whether the application is saved so that it can be run but not read.
+  /// Sets whether the application is saved in a form that can be run but not edited.
   void SetRunOnly(bool is_run_only) { application_.is_run_only = is_run_only; }
   [[nodiscard]] bool IsRunOnly() const { return application_.is_run_only; }
   [[nodiscard]] const TApplication& GetApplication() const { return application_; }
 
  private:
-  /// Null when nobody observes.
+  /// Null without an observer.
   [[nodiscard]] TLossReporter* Losses() { return losses_ ? &*losses_ : nullptr; }
 
-  // What Load and Save do; std::bad_alloc is for them to report.
+  // Implement Load and Save, which convert std::bad_alloc to a status.
 
   Status LoadContent(TDataFile& file, const TQuerySpecificationServer& server,
                      RunOnlyFiles run_only, TLoadProgress* progress);

@@ -12,7 +12,7 @@
 namespace zaf {
 namespace {
 
-/// The default data source is the first data source with user information; null if there is none.
+/// Returns the default data source: the first one with user information; null if there is none.
 dom::Element FindDefaultDataSource(dom::Element data_sources) {
   dom::Element source = data_sources.getFirstChildElement("DataSource");
   while (source && !source.getFirstChildElement("DataSourceInfo"))
@@ -30,8 +30,8 @@ Status ReadDefaultDataSource(dom::Element source, const TXmlReadContext& context
                      {context, source.getFirstChildElement("DataSourceInfo")});
 }
 
-/// Reads every element in `actions` into an action of its class; the tree adopts them. `element` is
-/// the one that is read, after a failure the one that is refused.
+/// Reads every element in `actions` into an action of its class, which the tree adopts. `element`
+/// is the one being read, after a failure the refused one.
 Status ReadActions(dom::Element actions, const TXmlReadContext& context,
                    const TQuerySpecificationServer& server, TActionTree& tree,
                    TLoadProgress* progress, std::vector<TActionEntry*>& entries, TErrorPlace& place,
@@ -68,7 +68,7 @@ Status ReadXmlDocument(std::span<std::byte> text, const TQuerySpecificationServe
   const dom::Document document = dom::DOMImplementation::createDocument(text, &report);
   if (report.fault != dom::ParseFault::kNone) {
     place.reason = report.GetReason();
-    place.reason.remove_suffix(1);  // The full stop.
+    place.reason.remove_suffix(1);  // Without the full stop.
     place.line = static_cast<std::uint32_t>(report.line);
     place.column = static_cast<std::uint32_t>(report.column);
     return Status::kMalformed;
@@ -126,7 +126,7 @@ Status ReadXmlDocument(std::span<std::byte> text, const TQuerySpecificationServe
     losses->SetAction({});
     losses->ReportIgnored(root);
   }
-  // Texts of several pieces are joined in the memory of the document.
+  // The joined pieces of texts are in the memory of the document.
   return status == Status::kOk && !document.IsComplete() ? Status::kFailure : status;
 }
 

@@ -24,7 +24,7 @@ dom::Element AppendContainer(dom::Element root, std::string_view comment, std::s
   return root.appendElement(name);
 }
 
-/// Makes the document down to its empty containers.
+/// Builds the document down to its empty containers.
 TContainers MakeFrame(const TApplication& application, RunOnlyMark mark, TXmlWriteContext& context,
                       const dom::Document& document) {
   document.appendChild(

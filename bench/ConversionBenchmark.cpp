@@ -1,6 +1,6 @@
 // The steps of a conversion, in memory: of typical and dense applications, and of growing ones
-// whose actions all hang under the root, hang each in the one before, or are one chain of else-ifs.
-// The complexity that is reported of the growing ones has to be linear.
+// whose actions are all children of the root, are nested in each other, or form one chain of
+// else-ifs. The complexity reported for the growing ones must be linear.
 
 #include <benchmark/benchmark.h>
 #include <cstdlib>
@@ -17,7 +17,7 @@ namespace {
 using namespace zaf;
 using bench::SampleKind;
 
-constexpr std::uint32_t kNumber = 1;  // Of the application of its kind; any will do.
+constexpr std::uint32_t kNumber = 1;  // The application's number within its kind; any will do.
 
 void Check(bool is_done) {
   if (!is_done) std::abort();
@@ -104,8 +104,8 @@ struct TInput {
   bool grows;
 };
 
-/// Runs a step with the application of the size that the state's argument gives. Bytes a second
-/// are those of the legacy file.
+/// Runs a step with an application of the size given by the state's argument. The rate is in bytes
+/// of the legacy file per second.
 void Run(benchmark::State& state, const TStep& step, SampleKind kind) {
   const auto size = static_cast<std::size_t>(state.range(0));
   const std::string bytes = bench::MakeApplication(kind, kNumber, size);

@@ -1,6 +1,6 @@
 // Counts the heap allocations of a program that is started with this library in LD_PRELOAD. The
-// count, a native 64-bit number, is kept in the file that ZAF2XML_ALLOCATIONS names, so that it is
-// there however the program ends.
+// count, a native 64-bit number, is in the file that ZAF2XML_ALLOCATIONS names, mapped into memory,
+// so that it survives however the program ends.
 
 #include <atomic>
 #include <cstddef>
@@ -32,7 +32,7 @@ __attribute__((constructor)) void MapCount() {
   count->store(early_count.load());
 }
 
-/// The next definition of a function: that of the heap that the program uses.
+/// The next definition of a function: that of the program's heap.
 template <class Function>
 Function* Next(Function* /*replaced*/, const char* name) {
   return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
@@ -67,7 +67,7 @@ void* aligned_alloc(std::size_t alignment, std::size_t size) {
 }
 }
 
-// A heap of its own need not call malloc for these.
+// An allocator with its own heap need not call malloc for these.
 void* operator new(std::size_t size, const std::nothrow_t& /*unused*/) noexcept {
   return malloc(size);
 }

@@ -1,3 +1,3 @@
-// The least that a process costs: it starts with the libraries of the converter, and ends.
+// Measures the minimum cost of a process: starts with the libraries of the converter and ends.
 
 int main() { return 0; }

@@ -1,4 +1,4 @@
-// Writes applications of the sample writer to files: what the measuring scripts convert.
+// Writes applications of the sample writer to files, the inputs of the measuring scripts.
 
 #include <algorithm>
 #include <charconv>

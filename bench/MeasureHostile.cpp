@@ -1,11 +1,11 @@
-// Measures what hostile files cost beside an ordinary file of the same size:
+// Compares the costs of hostile files and of an ordinary file of the same size:
 //
 //   measure_hostile [KILOBYTES]
 //
-// Each row is a file of about that size (100 KB by default), made to take as much time or memory as
-// possible: a legacy file that is converted to a document, or a document that is read and written
-// again. The factors are those against an ordinary file of as many bytes. The exit status is 1 when
-// one is over the limit.
+// Each row is a file of about that size (100 KB by default), designed to take as much time or
+// memory as possible: a legacy file that is converted to a document, or a document that is read and
+// written again. The factors are relative to an ordinary file of as many bytes. The exit status is
+// 1 when one exceeds the limit.
 
 #include <algorithm>
 #include <cstdio>
@@ -37,7 +37,7 @@ std::string Repeat(std::string_view text, std::size_t size) {
   return repeated;
 }
 
-/// Searches with texts and lists, as applications have them.
+/// Searches with texts and lists, as in real applications.
 std::string Ordinary(std::size_t size) {
   LegacyFile file;
   file.Action("cntr", "Root");
@@ -61,7 +61,7 @@ std::string OneList(std::string_view type, std::string_view code, std::size_t co
       .Bytes();
 }
 
-/// Sections of one action, all over the same bytes.
+/// Sections of one action that all overlap.
 std::string Overlapping(std::string_view code, std::size_t size) {
   LegacyFile file;
   file.Payload("xxxx", std::string(size / 2, '\r')).Action("null", "A");
@@ -73,7 +73,7 @@ std::string Overlapping(std::string_view code, std::size_t size) {
   return bytes;
 }
 
-/// Empty actions below one parent or each below the one before.
+/// Empty actions, all below one parent or each below the previous one.
 std::string Actions(std::string_view type, std::size_t size, bool is_deep) {
   LegacyFile file;
   file.Action("cntr", "N");
@@ -81,7 +81,7 @@ std::string Actions(std::string_view type, std::size_t size, bool is_deep) {
   return file.Bytes();
 }
 
-/// A file whose map has the one action many times.
+/// A file whose map contains the same action many times.
 std::string OneRecordOften(std::size_t size) {
   std::string bytes = LegacyFile().Action("null", "A").Text("cmnt", "c").Bytes();
   const std::string entry = bytes.substr(bytes.size() - 12);
@@ -103,13 +103,13 @@ std::string Document(std::string_view actions, std::string_view program = {},
       .append("</Outputs></ZAF>");
 }
 
-/// As many of the actions as may refer to a text of half the size.
+/// As many actions as may refer to a text of half the size.
 std::string Referring(std::string_view action, std::size_t size) {
   const std::size_t allowed = std::max<std::size_t>(16 * size, 4 << 20) / (size / 2 + 1);
   return Repeat(action, std::min(size / 2, (allowed - 1) * action.size()));
 }
 
-/// Actions with every pair of development and deployment data sources: no two alike.
+/// Actions with every pair of development and deployment data sources, all different.
 std::string AllPairs(std::size_t size) {
   std::string sources;
   std::string actions;
@@ -127,7 +127,7 @@ std::string AllPairs(std::size_t size) {
   return Document(actions, {}, {}, sources);
 }
 
-/// A list of elements in a builder action, which writes much of each.
+/// A list of elements in a builder action, which writes long elements for short ones.
 std::string BuilderColumns(std::size_t size) {
   const std::string begin = "<SearchBuilderAction><DetailsPageInfo><DetailsPageColumns>";
   const std::string end = "</DetailsPageColumns></DetailsPageInfo></SearchBuilderAction>";
@@ -191,8 +191,8 @@ constexpr TCase kCases[] = {
 
 struct TCost {
   double seconds;
-  double kilobytes;           ///< At the most, above what the process had before.
-  std::size_t document_size;  ///< In bytes; 0 when the file is refused.
+  double kilobytes;           ///< At the peak, above the initial size of the process.
+  std::size_t document_size;  ///< In bytes; 0 if the file is refused.
 };
 
 std::string Convert(const std::string& bytes) {
@@ -206,7 +206,7 @@ long PeakMemory() {
   return usage.ru_maxrss;
 }
 
-/// Measures in a process of its own, so that its peak of memory is that of this file.
+/// Measures in a separate process, so that its peak of memory is that of this file.
 TCost Measure(const std::string& bytes) {
   int ends[2];
   if (pipe(ends) != 0) std::exit(2);

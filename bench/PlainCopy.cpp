@@ -1,6 +1,6 @@
 // The minimum work of any conversion of files: reads each input whole and writes as many bytes as
-// its conversion has, with nothing done in between. A list has these sizes, a line "SIZE NAME" for
-// each converted file. The bytes themselves are made up.
+// its conversion has, without processing. A list has these sizes, a line "SIZE NAME" for each
+// converted file. The content written is arbitrary.
 
 #include <cstdio>
 #include <dirent.h>
@@ -20,7 +20,7 @@ struct TPair {
   std::size_t output_size;
 };
 
-/// What is done for one file, in as few system calls as it takes.
+/// Processes one file, with as few system calls as possible.
 bool CopyOne(const TPair& pair, std::vector<char>& bytes) {
   const int input = open(pair.input.c_str(), O_RDONLY | O_CLOEXEC);
   struct stat status {};

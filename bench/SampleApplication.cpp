@@ -28,7 +28,7 @@ constexpr TKind kKinds[] = {
 constexpr std::size_t kLongActions = 10;
 constexpr std::uint32_t kSmallPage = 150;
 
-/// What belongs together on a page of a web application.
+/// A group of actions that form a part of a web application.
 enum class Scene : std::uint8_t {
   kStart,
   kListPage,
@@ -46,7 +46,7 @@ enum class Scene : std::uint8_t {
 
 constexpr int kHolder = -1;
 
-/// One action of a scene. Its parent is given by its place in the scene; kHolder: what holds the
+/// One action of a scene. Its parent is given by its index in the scene; kHolder: the parent of the
 /// scene.
 struct TSceneAction {
   Scene scene;
@@ -110,7 +110,7 @@ constexpr TSceneAction kSceneActions[] = {
     {Scene::kOthers, "pres", "Present", kHolder},
 };
 
-/// How often a scene comes up in a typical application, in percent.
+/// The frequency of a scene in a typical application, in percent.
 struct TShare {
   Scene scene;
   std::uint32_t percent;
@@ -131,14 +131,14 @@ class TApplicationMaker {
     Play(Scene::kStart, {});
     if (random_.Chance(10)) Play(Scene::kBuilders, {});
     while (count_ < actions) {
-      // Now and then two scenes are what an if decides about.
+      // Sometimes two scenes are the branches of an if.
       const std::string holder = random_.Chance(20) ? Add("if  ", "When", {}) : std::string();
       for (int i = holder.empty() ? 1 : 2; i > 0; --i) Play(PickScene(), holder);
     }
     return file_.Bytes();
   }
 
-  /// Each scene in turn, and so every kind of action.
+  /// Uses the scenes in turn, and so every kind of action.
   std::string MakeAllScenes(std::size_t actions) {
     fields_.WriteApplication();
     while (count_ < actions)
@@ -182,7 +182,7 @@ class TApplicationMaker {
   std::size_t count_ = 0;
 };
 
-/// Actions of the large applications, which differ in shape only.
+/// Actions of the large applications, which differ in structure only.
 std::string MakeShape(SampleKind kind, std::uint32_t number, std::size_t size) {
   const bool is_long = kind == SampleKind::kLong;
   const std::size_t actions = is_long ? kLongActions : size;

@@ -8,7 +8,7 @@ namespace zaf::bench {
 
 using test::BigEndian;
 
-/// What a section holds. The texts come first.
+/// The content of a section. The texts come first.
 enum class TSampleFields::Form : std::uint8_t {
   kName,
   kWords,
@@ -49,7 +49,7 @@ enum class TSampleFields::Form : std::uint8_t {
   kJavaKind
 };
 
-/// A section of a group: a kind of action or what several kinds share.
+/// A section of a group: a kind of action, or the common part of several kinds.
 struct TSampleFields::TField {
   std::string_view group;
   std::string_view code;
@@ -80,8 +80,8 @@ constexpr std::string_view kModes[] = {"d", "w", "a", "r"};
 constexpr std::string_view kLanguages[] = {"jscr", "vscr", "ascr"};
 constexpr std::string_view kBooleans[] = {"true", "false"};
 
-/// The parts joined. In braces they are made from the left to the right, which `+` does
-/// not promise: the same numbers have to go into the same parts with every compiler.
+/// Joins the parts. Braced lists are evaluated from left to right, unlike operands of `+`: so every
+/// compiler uses the same random numbers for the same parts.
 std::string Record(std::initializer_list<std::string> parts) {
   std::string record;
   for (const std::string& part : parts) record += part;
@@ -247,7 +247,7 @@ void TSampleFields::WriteAction(std::string_view type) {
 }
 
 void TSampleFields::WriteRows(std::string_view group) {
-  // Where fields are dense those that are rare elsewhere are frequent, too.
+  // With dense fields, those that are otherwise rare are frequent as well.
   const std::uint32_t factor = style_.field_chance > 90 ? 12 : 1;
   const auto chance = [&](const TField& field) {
     return field.chance == kUsual ? style_.field_chance : factor * field.chance;
@@ -285,7 +285,7 @@ std::string TSampleFields::MakeText(Form form) {
     case Form::kPage:
       return text_.Html(around(style_.page_size));
     case Form::kResults: {
-      // One page in twelve is a long one.
+      // One page in twelve is long.
       const std::uint32_t pages = random_.Below(12) == 0 ? 4 : 1;
       return text_.Html(around(pages * style_.page_size));
     }
@@ -427,7 +427,7 @@ std::string TSampleFields::BuilderColumn(std::uint32_t index) {
 }
 
 std::string TSampleFields::InputOptions(std::uint32_t index) {
-  // Kinds follow the column's place, so that list items find columns with lists.
+  // Kinds depend on the column's index, so that list items match columns with lists.
   const std::string_view kind = kInputKinds[index % std::size(kInputKinds)];
   return Record({std::string(kind), test::Slot(text_.Value(), kWide), BigEndian(30), BigEndian(1),
                  BigEndian(80), BigEndian(random_.Below(2) << 24), test::Slot(text_.Value(), kWide),

@@ -12,10 +12,10 @@
 
 namespace zaf::bench {
 
-/// How much an application says.
+/// The amount of content of an application.
 struct TSampleStyle {
-  std::uint32_t field_chance;    ///< Percentage of the optional fields that are there.
-  std::uint32_t list_items;      ///< Greatest number of items in a list.
+  std::uint32_t field_chance;    ///< Percentage of the optional fields that are present.
+  std::uint32_t list_items;      ///< Maximum number of items in a list.
   std::uint32_t results_chance;  ///< Percentage of actions that have results, if they may.
   std::uint32_t page_size;       ///< Usual number of bytes of a page of HTML.
   std::uint32_t phrase_size;     ///< Usual number of bytes of a comment or a short text.
@@ -27,13 +27,13 @@ class TSampleFields {
   TSampleFields(const TSampleStyle& style, TRandom& random, TSampleText& text,
                 test::LegacyFile& file);
 
-  /// Writes what the application itself has.
+  /// Writes the fields of the application itself.
   void WriteApplication();
   /// Writes all sections of the action that was begun last.
   void WriteAction(std::string_view type);
   /// The codes of the sections of all groups.
   static std::vector<std::string_view> Codes();
-  /// The bytes of a section of any group; empty for a code that no group has.
+  /// Returns the bytes of a section of any group; empty for a code that is in no group.
   std::string MakeSection(std::string_view code);
 
  private:

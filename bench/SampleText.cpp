@@ -127,7 +127,7 @@ void TSampleText::AppendPart(std::string& page) {
           .append("</@IF>");
       return;
     case 4:
-      // Some scripts have what ends a CDATA section.
+      // Some scripts contain the end mark of a CDATA section.
       page.append("<SCRIPT>")
           .append(line_end_)
           .append("<!--")

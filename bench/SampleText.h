@@ -8,7 +8,7 @@
 
 namespace zaf::bench {
 
-/// Repeatable chance: the same seed gives the same numbers on every system.
+/// A repeatable random generator: the same seed gives the same numbers on every system.
 class TRandom {
  public:
   explicit TRandom(std::uint64_t seed);
@@ -22,8 +22,8 @@ class TRandom {
   std::uint64_t state_;
 };
 
-/// Makes the texts of one application: it has a subject, tables and columns, and one kind of line
-/// end. Texts are ISO-8859-1; one word in about forty has a letter that ASCII lacks.
+/// Makes the texts of one application, which has a subject, tables and columns, and one kind of
+/// line end. Texts are ISO-8859-1; one word in about forty has a letter outside ASCII.
 class TSampleText {
  public:
   explicit TSampleText(TRandom& random);

@@ -1,7 +1,7 @@
-// Runs commands in turn, several rounds, and prints of each: the median wall time and the median
-// processor time, in microseconds, and the greatest resident set, in KiB. The output directory is
-// emptied before each run, outside the time. The rounds are interleaved, so that what the machine
-// does meanwhile meets all commands alike; the first round only warms up and does not count.
+// Runs commands in turn, several rounds, and prints for each: the median wall time and the median
+// processor time, in microseconds, and the maximum resident set, in KiB. The output directory is
+// emptied before each run, outside the time. The rounds are interleaved, so that other load on the
+// machine affects all commands alike; the first round only warms up and does not count.
 
 #include <algorithm>
 #include <chrono>

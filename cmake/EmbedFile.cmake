@@ -1,4 +1,4 @@
-# Makes a C++ source of a file: cmake -DINPUT=... -DOUTPUT=... -DNAME=... -P EmbedFile.cmake
+# Generates a C++ source from a file: cmake -DINPUT=... -DOUTPUT=... -DNAME=... -P EmbedFile.cmake
 # The source defines the std::string_view zaf::NAME with the bytes of the file.
 file(READ ${INPUT} bytes HEX)
 string(REGEX REPLACE "(..)" "'\\\\x\\1'," bytes "${bytes}")

@@ -1,5 +1,5 @@
-# Finds nettle and offers it as Nettle::Nettle. Its static library is preferred: a program that uses
-# two algorithms then loads no library for them.
+# Finds nettle and defines the target Nettle::Nettle. Prefers the static library, so that a program
+# that uses two algorithms loads no library for them.
 find_path(Nettle_INCLUDE_DIR nettle/blowfish.h)
 find_library(Nettle_LIBRARY NAMES libnettle.a nettle libnettle)
 include(FindPackageHandleStandardArgs)

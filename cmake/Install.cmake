@@ -1,5 +1,5 @@
-# What `cmake --install` installs. The component Programs is what the packages hold; the component
-# Development is the library for other programs, which find_package(Zaf2Xml) offers.
+# Rules for `cmake --install`. The component Programs is the content of the packages; the component
+# Development is the library for other programs, which find_package(Zaf2Xml) finds.
 include(CMakePackageConfigHelpers)
 
 # No directory is writable for others, even if the user's umask would allow it.
@@ -36,13 +36,13 @@ if(NOT CMAKE_CROSSCOMPILING)
   zaf2xml_completion(fish fish/vendor_completions.d/zaf.fish)
 endif()
 
-# The library: its modules, and the headers that those for load, save, compare and losses include.
+# The library: its modules, and the public headers with all headers that they include.
 set(CMAKE_INSTALL_DEFAULT_COMPONENT_NAME Development)
 set(archives ${CMAKE_INSTALL_LIBDIR}/zaf2xml)
 install(TARGETS foundation dom fields actions flow database builders services all_actions appfile
   EXPORT Zaf2XmlTargets ARCHIVE DESTINATION ${archives})
 if(ZAF2XML_LTO AND CMAKE_OBJCOPY)
-  # The intermediate code is only for this compiler, and names its sections at random.
+  # The intermediate code is specific to this compiler, and its section names are random.
   install(CODE "
     file(GLOB files \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/${archives}/*.a\")
     foreach(file IN LISTS files)

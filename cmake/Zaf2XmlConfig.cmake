@@ -1,4 +1,5 @@
-# Offers Zaf2Xml::appfile: loads, saves and compares application files, and reports losses.
+# Defines the target Zaf2Xml::appfile: loads, saves and compares application files, and reports
+# losses.
 include(CMakeFindDependencyMacro)
 list(APPEND CMAKE_MODULE_PATH ${CMAKE_CURRENT_LIST_DIR})
 find_dependency(Nettle)

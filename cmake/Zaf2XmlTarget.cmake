@@ -1,5 +1,5 @@
-# Flags of the project's targets. They are set on each target, never globally, so
-# that a target shows what it is built with.
+# Flags of the project's targets. They are set on each target, never globally, so that a target
+# shows how it is built.
 
 find_package(Threads REQUIRED)
 include(GNUInstallDirs)
@@ -21,11 +21,11 @@ function(zaf2xml_configure target)
     -Wcast-align -Wundef -Wnon-virtual-dtor -Woverloaded-virtual -fno-strict-aliasing
     $<$<BOOL:${ZAF2XML_WERROR}>:-Werror>)
   if(CMAKE_CXX_COMPILER_ID STREQUAL GNU AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
-    # It warns of every "literal" + std::string (GCC bug 105651).
+    # It warns about every "literal" + std::string (GCC bug 105651).
     target_compile_options(${target} PRIVATE -Wno-restrict)
   endif()
   target_compile_options(${target} PRIVATE -fstack-protector-strong)
-  # What is shipped does not depend on the folder that it is built in.
+  # Shipped programs do not depend on the folder in which they are built.
   target_compile_options(${target} PRIVATE $<$<CONFIG:Release>:-ffile-prefix-map=${PROJECT_BINARY_DIR}/=
     -ffile-prefix-map=${PROJECT_SOURCE_DIR}/=>)
   target_compile_definitions(${target} PRIVATE $<$<CONFIG:Release>:_GLIBCXX_ASSERTIONS>)
@@ -34,7 +34,7 @@ function(zaf2xml_configure target)
   else()
     target_compile_options(${target} PRIVATE
       -fsanitize=${ZAF2XML_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
-    if(CMAKE_CXX_COMPILER_ID STREQUAL GNU)  # It loses track of values in instrumented code.
+    if(CMAKE_CXX_COMPILER_ID STREQUAL GNU)  # False positives in instrumented code.
       target_compile_options(${target} PRIVATE -Wno-maybe-uninitialized)
     endif()
     target_link_options(${target} PUBLIC -fsanitize=${ZAF2XML_SANITIZE})
@@ -46,15 +46,16 @@ function(zaf2xml_configure target)
   endif()
 endfunction()
 
-# The program is optimised across its files: 3 % fewer instructions. Tests and tools link the same
-# modules as they were compiled one by one, which takes less time. MinGW's linker loses symbols then.
+# The shipped programs are optimised across their files, which saves 3 % of the instructions. Tests
+# and tools link the same modules without that, which takes less time. MinGW's linker loses symbols
+# with it.
 if(NOT CMAKE_CXX_COMPILER_ID STREQUAL GNU OR MINGW OR ZAF2XML_SANITIZE OR ZAF2XML_COVERAGE)
   set(ZAF2XML_LTO OFF)
 endif()
 
-# The programs that are shipped take their memory from mimalloc, which replaces malloc and operator
-# new. Tests and tools use the C library's heap. So do all programs that are built for sanitizers or
-# for fault injection, which replace malloc themselves.
+# The shipped programs allocate their memory with mimalloc, which replaces malloc and operator new.
+# Tests and tools use the C library's heap. So do all programs that are built for sanitizers or for
+# fault injection, which replace malloc themselves.
 if(ZAF2XML_MIMALLOC AND NOT ZAF2XML_SANITIZE AND NOT ZAF2XML_FAULTS)
   find_package(mimalloc QUIET)
 endif()
@@ -69,9 +70,9 @@ function(zaf2xml_library name)
   target_link_libraries(${name} PUBLIC ${ARG_LINK} PRIVATE ${ARG_PRIVATE_LINK})
 endfunction()
 
-# zaf2xml_module(NAME SOURCES... [HEADERS...] LINK LIBRARIES...): a part of the product, made of the
-# current folder. It can include the headers of this folder (or only HEADERS) and of the modules that
-# it links, and no others: its include path is a folder of links to just its headers.
+# zaf2xml_module(NAME SOURCES... [HEADERS...] LINK LIBRARIES...): a part of the product, built from
+# the current folder. It can include the headers of this folder (or only HEADERS) and of the modules
+# that it links, and no others: its include path is a folder of links to those headers only.
 function(zaf2xml_module name)
   cmake_parse_arguments(ARG "" "" "SOURCES;HEADERS;LINK;PRIVATE_LINK" ${ARGN})
   if(NOT ARG_HEADERS)
@@ -79,7 +80,7 @@ function(zaf2xml_module name)
   endif()
   file(RELATIVE_PATH folder ${PROJECT_SOURCE_DIR} ${CMAKE_CURRENT_SOURCE_DIR})
   set(view ${PROJECT_BINARY_DIR}/include/${name})
-  if(CMAKE_HOST_WIN32)  # Links take a privilege there.
+  if(CMAKE_HOST_WIN32)  # Links require a privilege there.
     set(view ${PROJECT_SOURCE_DIR})
   else()
     file(REMOVE_RECURSE ${view})
@@ -95,8 +96,9 @@ function(zaf2xml_module name)
       $<BUILD_INTERFACE:${view}> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/zaf2xml>)
     target_link_libraries(${name} PUBLIC ${ARG_LINK} PRIVATE ${ARG_PRIVATE_LINK})
     if(NOT WIN32)
-      # All modules end up in executables. CMake would build them for shared libraries, where a
-      # function that others see may be replaced and so cannot be inlined, not even in its own file.
+      # All modules end up in executables. By default CMake compiles them for shared libraries,
+      # where an exported function can be replaced and so cannot be inlined, not even in its own
+      # file.
       target_compile_options(${name} PRIVATE -fPIE -fno-plt)
     endif()
     if(ZAF2XML_LTO)
@@ -131,7 +133,7 @@ function(zaf2xml_executable name)
     target_sources(${name} PRIVATE ${PROJECT_SOURCE_DIR}/cmake/windows.manifest)
   elseif(MINGW)
     target_sources(${name} PRIVATE ${PROJECT_SOURCE_DIR}/cmake/windows.rc)
-    # What is shipped begins with wmain.
+    # The shipped programs begin with wmain.
     target_link_options(${name} PRIVATE
       -fstack-protector-strong $<$<BOOL:${ARG_SHIPPED}>:-municode>)
   elseif(NOT APPLE)

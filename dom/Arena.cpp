@@ -8,10 +8,10 @@
 namespace dom {
 namespace {
 
-/// The overhead of a page: the link to the one before, and the spare bytes after its end.
+/// The overhead of a page: the link to the previous one and the spare bytes after its end.
 constexpr std::size_t kExtra = 2 * sizeof(void*) + kBlock;
 constexpr std::size_t kPageSize = (std::size_t{32} << 10) - kExtra;
-/// What needs more has a page of its own, so that little of a page is ever lost.
+/// Larger blocks get a page of their own, so that little of a page is ever wasted.
 constexpr std::size_t kLargest = kPageSize / 8;
 
 }  // namespace
@@ -36,7 +36,7 @@ void* Arena::AllocateElsewhere(std::size_t size) {
   return place;
 }
 
-/// The first of `size` bytes of a new page.
+/// Returns the first of `size` bytes in a new page.
 char* Arena::AddPage(std::size_t size) {
   static_assert(kExtra == sizeof(Page) + alignof(Page) + kBlock);
   void* const memory = size <= std::numeric_limits<std::size_t>::max() - kExtra

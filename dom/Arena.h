@@ -13,7 +13,7 @@ class Arena {
   Arena& operator=(const Arena&) = delete;
   ~Arena() { Clear(); }
 
-  /// `size` bytes, aligned for a pointer; null when memory runs out.
+  /// Returns `size` bytes, aligned for a pointer; null when memory runs out.
   [[nodiscard]] void* Allocate(std::size_t size) {
     if (size >= static_cast<std::size_t>(end_ - next_)) return AllocateElsewhere(size);
     char* const place = next_;
@@ -21,7 +21,7 @@ class Arena {
     return place;
   }
 
-  /// Gives all memory back, and forgets that it ran out.
+  /// Frees all memory and resets the failure.
   void Clear();
 
   /// Marks the arena failed, e.g. when a text exceeds 32 bits.
@@ -42,8 +42,8 @@ class Arena {
   char* AddPage(std::size_t size);
 
   Page* last_page_ = nullptr;
-  /// The free part of the page in use. A spare block follows its end, because blocks are written
-  /// and read whole, and sizes are rounded up.
+  /// The free part of the current page. Spare bytes for a block follow its end, because blocks are
+  /// read and written whole and sizes are rounded up.
   char* next_ = nullptr;
   char* end_ = nullptr;
   bool has_failed_ = false;

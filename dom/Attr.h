@@ -7,7 +7,7 @@ namespace dom {
 class Tree;
 struct TreeAttribute;
 
-/// A handle to an attribute of an element; as safe and as long valid as a Node.
+/// A handle to an attribute of an element; its lifetime and safety are those of a Node.
 class Attr {
  public:
   Attr() = default;

@@ -17,19 +17,19 @@
 #define ZAF2XML_SSE2 0
 #endif
 
-/// Characters taken 16 at a time, with SSE2 where the processor has it: what the parser and the
-/// serialiser do for every character.
+/// Finds, compares and copies characters, 16 at a time with SSE2 where the processor has it. The
+/// parser and the serialiser use it for every character.
 namespace dom {
 
 inline constexpr std::size_t kBlock = 16;
 
-/// What is to be found in a text.
+/// The set of characters to find in a text.
 enum class Search {
   kControls,       ///< Below 0x20.
   kTextControls,   ///< The same, but for tab and LF.
   kTextSpecials,   ///< `&` `<` `>` `"`
-  kValueSpecials,  ///< Both.
-  // Where a parser stops. Controls are here those that XML does not allow, and CR.
+  kValueSpecials,  ///< The union of both.
+  // Sets at which the parser stops. Here controls are those that XML does not allow, and CR.
   kNotSpace,  ///< All but blank, tab, LF and CR.
   kNotName,   ///< All but ASCII letters and digits and `-` `.` `:` `_`.
   kTextEnd,   ///< `<` `&` `]` and controls.
@@ -37,7 +37,7 @@ enum class Search {
   kValueEnd,  ///< `<` `&` `"` `'`, controls, tab and LF.
 };
 
-/// A text of up to a block. The rest of the block is ignored.
+/// A text of at most one block. The rest of the block is ignored.
 struct ShortText {
   std::array<char, kBlock> characters;
   std::uint32_t size;
@@ -50,7 +50,7 @@ std::uint64_t LoadNumber(const char* text) {
   return number;
 }
 
-/// Copies up to 16 characters, by moves that overlap.
+/// Copies up to 16 characters by moves that may overlap.
 inline void CopyShort(const char* text, std::size_t count, char* target) {
   const auto move = [=]<class Number>(Number) {
     const auto first = static_cast<Number>(LoadNumber<Number>(text));
@@ -69,7 +69,7 @@ inline void CopyShort(const char* text, std::size_t count, char* target) {
   }
 }
 
-/// Copies a text, most of which are short.
+/// Copies a text, optimised for short ones.
 inline void CopyText(std::string_view text, char* target) {
   if (text.size() <= kBlock)
     CopyShort(text.data(), text.size(), target);
@@ -77,7 +77,7 @@ inline void CopyText(std::string_view text, char* target) {
     std::memcpy(target, text.data(), text.size());
 }
 
-/// Compares names, most of which are short, by pieces that may overlap: without a call.
+/// Compares names, optimised for short ones: by pieces that may overlap, without a call.
 inline bool AreEqualNames(std::string_view name, std::string_view other) {
   const std::size_t size = name.size();
   if (size != other.size()) return false;
@@ -96,10 +96,10 @@ inline bool AreEqualNames(std::string_view name, std::string_view other) {
 
 #if ZAF2XML_SSE2
 
-/// The first `count` characters, at most 16, and zeros. Reads nothing after them.
+/// Loads the first `count` characters, at most 16, followed by zeros. Reads nothing after them.
 inline __m128i LoadBlock(const char* text, std::size_t count) {
   if (count == kBlock) return _mm_loadu_si128(reinterpret_cast<const __m128i*>(text));
-  // Two numbers that overlap; of the second what is not in the first.
+  // Loads two numbers that may overlap, and shifts out of the second what the first contains.
   std::uint64_t low = 0;
   std::uint64_t high = 0;
   if (count > 8) {
@@ -116,17 +116,17 @@ inline __m128i LoadBlock(const char* text, std::size_t count) {
   return _mm_set_epi64x(static_cast<std::int64_t>(high), static_cast<std::int64_t>(low));
 }
 
-/// 0xFF in each place of a block that has this character.
+/// Returns 0xFF in each place of a block that has this character.
 inline __m128i EqualTo(__m128i block, char character) {
   return _mm_cmpeq_epi8(block, _mm_set1_epi8(character));
 }
 
-/// A bit for each place in a block that has this character.
+/// Returns a bit for each place of a block that has this character.
 inline unsigned FindInBlock(__m128i block, char character) {
   return static_cast<unsigned>(_mm_movemask_epi8(EqualTo(block, character)));
 }
 
-/// 0xFF in each place of a block that has a character from `first` to `first + count`.
+/// Returns 0xFF in each place of a block that has a character from `first` to `first + count`.
 inline __m128i InRange(__m128i block, char first, char count) {
   const __m128i distance = _mm_sub_epi8(block, _mm_set1_epi8(first));
   return _mm_cmpeq_epi8(_mm_min_epu8(distance, _mm_set1_epi8(count)), distance);
@@ -138,7 +138,7 @@ __m128i AnyOf(__m128i one, Others... others) {
   return _mm_or_si128(one, AnyOf(others...));
 }
 
-/// A bit for each place of a block where what is searched for was found.
+/// Returns a bit for each place of a block that has a character of the set.
 template <Search search>
 inline unsigned FoundIn(__m128i block) {
   const auto bits = [](__m128i found) { return static_cast<unsigned>(_mm_movemask_epi8(found)); };
@@ -177,13 +177,13 @@ inline unsigned FoundIn(__m128i block) {
   return 0;
 }
 
-/// The same for the first `count` characters of a text, at most 16. Reads nothing beyond them.
+/// The same for the first `count` characters of a text, at most 16. Reads nothing after them.
 template <Search search>
 inline unsigned FindInBlock(const char* text, std::size_t count) {
   return FoundIn<search>(LoadBlock(text, count)) & ((1U << count) - 1);
 }
 
-/// Copies up to 16 characters, but writes all 16. A bit of the result for each that was found.
+/// Copies up to 16 characters, but writes all 16. Returns a bit for each character of the set.
 template <Search search>
 inline unsigned CopyBlock(const char* text, std::size_t count, char* target) {
   const __m128i characters = LoadBlock(text, count);
@@ -246,24 +246,24 @@ inline unsigned FindHighInBlock(const char* text, std::size_t count) {
 
 #endif
 
-/// Whether characters that are not ASCII are to be found, too.
+/// Whether characters that are not ASCII are found as well.
 enum class HighCharacters : unsigned { kPassed = 0, kFound = 0xFFFF };
 
-/// FindInBlock, and which are not ASCII if they are to be found.
+/// FindInBlock, including characters that are not ASCII if `high` says so.
 template <Search search>
 inline unsigned FindInBlock(const char* text, std::size_t count, HighCharacters high) {
   return FindInBlock<search>(text, count) |
          (FindHighInBlock(text, count) & static_cast<unsigned>(high));
 }
 
-/// The same for a text shorter than a block, which only the end of a document has.
+/// The same for a text shorter than a block, as at the end of a document.
 template <Search search>
 const char* FindInRest(const char* text, const char* end, HighCharacters high) {
   const unsigned found = FindInBlock<search>(text, static_cast<std::size_t>(end - text), high);
   return found == 0 ? end : text + std::countr_zero(found);
 }
 
-/// The first character that was searched for; `end` when there is none.
+/// Returns the first character of the set; `end` when there is none.
 template <Search search>
 inline const char* Find(const char* text, const char* end,
                         HighCharacters high = HighCharacters::kPassed) {
@@ -274,8 +274,8 @@ inline const char* Find(const char* text, const char* end,
   return FindInRest<search>(text, end, high);
 }
 
-/// Copies what is before the first character that was searched for, and takes it from `text`.
-/// Returns the end of the copy, after which a block may be written over.
+/// Copies the characters before the first one of the set and removes them from `text`. Returns the
+/// end of the copy; up to a block after it may be overwritten.
 template <Search search>
 inline char* CopyUpTo(std::string_view& text, char* target,
                       HighCharacters high = HighCharacters::kPassed) {

@@ -19,7 +19,7 @@ constexpr Range kNameStart[] = {
     {0x3001, 0xD7FF}, {0xF900, 0xFDCF}, {0xFDF0, 0xFFFD}, {0x10000, 0xEFFFF},
 };
 
-/// What a name may hold besides, but not begin with.
+/// Characters that a name may contain but not begin with.
 constexpr Range kNameOnly[] = {
     {'-', '.'}, {'0', '9'}, {0xB7, 0xB7}, {0x300, 0x36F}, {0x203F, 0x2040},
 };

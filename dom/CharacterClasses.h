@@ -1,7 +1,7 @@
 #pragma once
 
-/// The classes of characters that XML 1.0 (fifth edition) defines; numbers in brackets are those of
-/// its productions.
+/// The character classes of XML 1.0 (fifth edition); numbers in brackets are those of its
+/// productions.
 namespace dom {
 
 /// [2] Char.
@@ -18,7 +18,7 @@ constexpr bool IsSpace(char c) {
 
 constexpr bool IsAsciiLetter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
 constexpr bool IsAsciiDigit(char c) { return c >= '0' && c <= '9'; }
-/// Whether it is not ASCII.
+/// Whether the character is not ASCII.
 constexpr bool IsHigh(char c) { return (static_cast<unsigned char>(c) & 0x80) != 0; }
 
 /// [4] NameStartChar.

@@ -6,7 +6,7 @@
 
 namespace dom {
 
-/// What texts, CDATA sections and comments have in common.
+/// The base of texts, CDATA sections and comments.
 class CharacterData : public Node {
  public:
   using Node::Node;
@@ -14,7 +14,7 @@ class CharacterData : public Node {
   [[nodiscard]] std::string_view getData() const { return getNodeValue(); }
 };
 
-/// A text between tags. The conversions take a node of that kind; any other gives a null handle.
+/// A text between tags. The conversions take a node of that type; any other gives a null handle.
 class Text : public CharacterData {
  public:
   Text() = default;

@@ -8,7 +8,7 @@
 namespace dom {
 namespace {
 
-/// A detached instruction or document type.
+/// Makes a detached instruction or document type.
 TreeElement* MakeWithData(Tree& tree, NodeType type, std::string_view name, std::string_view data,
                           TextRule rule) {
   TreeElement* const element = tree.AdoptElement(type, Tree::InPlace(name));

@@ -15,13 +15,12 @@ namespace dom {
 class OutputBuffer;
 class Tree;
 
-/// Owns a tree of nodes; DOMImplementation makes it. A document that was parsed refers to the
-/// buffer it was parsed from. A null document (nothing parsed, or moved from) has no nodes and
-/// makes none.
+/// Owns a tree of nodes; created by DOMImplementation. A parsed document refers to the buffer that
+/// it was parsed from. A null document (nothing parsed, or moved from) has no nodes and makes none.
 ///
-/// A node that was created, or taken out of the document, is detached: it belongs to the document
-/// and can be filled, but is no part of what the document shows and is never written, until it is
-/// appended somewhere. The append functions of Element do it in one step, faster.
+/// A node that was created, or removed from the document, is detached: it belongs to the document
+/// and can be filled, but is not part of its tree and is not written until it is appended to a node
+/// of the tree. The append functions of Element do both in one step, faster.
 class Document {
  public:
   Document() noexcept;
@@ -31,25 +30,25 @@ class Document {
 
   explicit operator bool() const { return tree_ != nullptr; }
 
-  /// Removes all nodes, detached ones too; the memory is kept for the next. A null document stays
+  /// Removes all nodes, including detached ones; their memory is reused. A null document stays
   /// null.
   void Clear();
-  /// False when memory ran out since the document was made or cleared: a node, an attribute or a
-  /// text is missing.
+  /// False when memory has run out since the document was made or cleared: a node, an attribute or
+  /// a text is missing.
   [[nodiscard]] bool IsComplete() const;
 
   /// The document as a node; null for a null document.
   [[nodiscard]] Node getNode() const;
-  /// The first element beside the document's comments and instructions; null when there is none.
+  /// The root element; null when there is none.
   [[nodiscard]] Element getDocumentElement() const;
   [[nodiscard]] DocumentType getDoctype() const;
 
-  /// Detached nodes.
+  /// Create detached nodes.
   [[nodiscard]] Element createElement(std::string_view tag_name) const;
   [[nodiscard]] Text createTextNode(std::string_view text) const;
   [[nodiscard]] CDATASection createCDATASection(std::string_view text) const;
   /// Drops the characters that setAttribute drops. The second of two '-', and one at the end,
-  /// becomes a blank: no comment could hold it.
+  /// becomes a blank, since XML does not allow them in a comment.
   [[nodiscard]] Comment createComment(std::string_view text) const;
   /// Drops the same characters; a '?' before a '>' becomes a blank.
   [[nodiscard]] ProcessingInstruction createProcessingInstruction(std::string_view target,
@@ -58,7 +57,7 @@ class Document {
   [[nodiscard]] DocumentType createDocumentType(std::string_view name,
                                                 std::string_view system_id) const;
 
-  /// What getNode() offers under these names.
+  /// Shorthands for the functions of getNode().
   [[nodiscard]] Node getFirstChild() const { return getNode().getFirstChild(); }
   [[nodiscard]] Node getLastChild() const { return getNode().getLastChild(); }
   [[nodiscard]] NodeList getChildNodes() const { return getNode().getChildNodes(); }

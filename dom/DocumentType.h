@@ -6,15 +6,15 @@
 
 namespace dom {
 
-/// `<!DOCTYPE name SYSTEM "system-id">`. A document that was parsed has none: it is skipped.
+/// `<!DOCTYPE name SYSTEM "system-id">`. A parsed document has none: the parser skips it.
 class DocumentType : public Node {
  public:
   DocumentType() = default;
-  /// Null when the node is no document type.
+  /// Null when the node is not a document type.
   explicit DocumentType(Node node);
 
   [[nodiscard]] std::string_view getName() const { return getNodeName(); }
-  /// Without its quotes; empty when there is none.
+  /// The identifier without quotes; empty when there is none.
   [[nodiscard]] std::string_view getSystemId() const;
 };
 

@@ -8,19 +8,19 @@
 namespace dom {
 namespace {
 
-/// The first of `node` and its next siblings that is a text or CDATA section.
+/// Returns the first of `node` and its next siblings that is a text or CDATA section.
 inline TreeNode* FindText(TreeNode* node) {
   while (node != nullptr && !IsText(*node)) node = node->next;
   return node;
 }
 
-/// The first of `node` and its next siblings that is an element.
+/// Returns the first of `node` and its next siblings that is an element.
 inline TreeElement* FindElement(TreeNode* node) {
   while (node != nullptr && node->type != NodeType::kElement) node = node->next;
   return static_cast<TreeElement*>(node);
 }
 
-/// The same of that name; an empty name: of any name.
+/// The same with this name; an empty name matches every element.
 inline TreeElement* FindElement(TreeNode* node, std::string_view name) {
   TreeElement* element = FindElement(node);
   if (name.empty()) return element;
@@ -30,7 +30,7 @@ inline TreeElement* FindElement(TreeNode* node, std::string_view name) {
   return element;
 }
 
-/// What getTextContent gives; null has no text.
+/// Returns the result of getTextContent; a null element has no text.
 inline std::string_view JoinTexts(const TreeElement* element, std::string& scratch) {
   TreeNode* const first = element == nullptr ? nullptr : FindText(element->first_child);
   if (first == nullptr) return {};
@@ -45,7 +45,7 @@ inline std::string_view JoinTexts(const TreeElement* element, std::string& scrat
   return scratch;
 }
 
-/// The first attribute of that name; null when there is none.
+/// Returns the first attribute with this name; null when there is none.
 TreeAttribute* FindAttribute(const TreeElement& element, std::string_view name) {
   TreeAttribute* attribute = element.first_attribute;
   while (attribute != nullptr && !AreEqualNames(attribute->name.View(), name))

@@ -24,7 +24,7 @@ constexpr char kIllFormed = '\xFF';
 
 char Lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
 
-/// The least character that a sequence of that many bytes may be for; what is below is overlong.
+/// The least code point for a sequence of that many bytes; lower ones are overlong.
 constexpr char32_t kLeast[] = {0, 0, 0x80, 0x800, 0x10000};
 
 Character ReadUtf8(const char* p, const char* end) {

@@ -5,10 +5,10 @@
 
 namespace dom {
 
-/// The handles of one list of the tree, in order, from a first one on. Iterate over it where
-/// possible. getLength counts once and item remembers its last place, so that asking for 0, 1, 2
-/// and so on is linear as well; nodes that come or go after that need a new list.
-/// `Handle` has the successor in its list as `NextInList(handle)`.
+/// Iterates over the handles of one list of the tree, in order. Prefer a range-based loop:
+/// getLength counts once, and item remembers its last place, so that indices in ascending order
+/// take linear time in total. Nodes that are added or removed afterwards need a new list. `Handle`
+/// provides its successor as `NextInList(handle)`.
 template <class Handle>
 class HandleList {
  public:
@@ -49,7 +49,7 @@ class HandleList {
     is_counted_ = true;
     return length_;
   }
-  /// The handle at a place from 0 on; null beyond the end.
+  /// The handle with this index, from 0; null beyond the end.
   [[nodiscard]] Handle item(std::size_t index) {
     if (index < last_index_) {
       last_index_ = 0;

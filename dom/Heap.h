@@ -5,8 +5,8 @@
 
 namespace dom {
 
-/// Memory without exceptions, for everything in this folder that has a size that the input decides:
-/// null when there is none.
+/// Memory without exceptions, for everything in this folder whose size depends on the input. Null
+/// when memory runs out.
 inline void* Allocate(std::size_t size) { return ::operator new(size, std::nothrow); }
 inline void Free(void* block) { ::operator delete(block); }
 

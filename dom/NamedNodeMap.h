@@ -14,7 +14,7 @@ class NamedNodeMap : public HandleList<Attr> {
  public:
   using HandleList::HandleList;
 
-  /// The first attribute of that name; null when there is none.
+  /// The first attribute with this name; null when there is none.
   [[nodiscard]] Attr getNamedItem(std::string_view name) const;
 };
 

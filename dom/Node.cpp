@@ -10,7 +10,7 @@
 namespace dom {
 namespace {
 
-/// Whether a node of that type can be the child of another.
+/// Whether a node of one type can be a child of another.
 bool CanHold(NodeType parent, NodeType child) {
   switch (child) {
     case NodeType::kNone:
@@ -35,8 +35,8 @@ bool IsAbove(const TreeNode& node, const TreeNode* inner) {
   return inner != nullptr;
 }
 
-/// Whether `child` can be moved under `parent`. What has no children is above nothing but itself,
-/// and a new node is not looked for in vain.
+/// Whether `child` can be moved under `parent`. A node without children, such as a new one, needs
+/// no search for a cycle.
 bool CanMove(TreeNode& child, const TreeNode& parent) {
   if (!CanHold(parent.type, child.type)) return false;
   const TreeElement* const element = AsTreeElement(&child);
@@ -44,7 +44,7 @@ bool CanMove(TreeNode& child, const TreeNode& parent) {
   return !IsAbove(child, &parent);
 }
 
-/// The data of an instruction, the system identifier of a document type.
+/// The data of an instruction or the system identifier of a document type.
 std::string_view DataOf(TreeNode* node) {
   const TreeElement* const element = AsTreeElement(node);
   return element == nullptr || element->first_attribute == nullptr
@@ -52,7 +52,7 @@ std::string_view DataOf(TreeNode* node) {
              : element->first_attribute->value.View();
 }
 
-/// The node, if it is of that type.
+/// Returns the node if it has that type; else a null handle.
 Node OfType(Node node, NodeType type) { return node.getNodeType() == type ? node : Node(); }
 
 }  // namespace

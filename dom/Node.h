@@ -11,16 +11,16 @@ class Tree;
 struct TreeNode;
 
 /// A handle to a node of a document's tree: two pointers, copied freely. It owns nothing and is
-/// valid until the Document that made the node is destroyed or cleared; moving the
-/// Document or the node keeps it valid. As with a pointer, a `const` handle still changes its node.
+/// valid until the Document that made the node is destroyed or cleared; moving the Document or the
+/// node keeps it valid. As with a pointer, a `const` handle still changes its node.
 ///
-/// A null handle is safe: it has no children, its texts are empty, and what is done to it or with
-/// it gives a null handle again. When memory runs out, the functions that make nodes give null
+/// A null handle is safe: it has no children, its texts are empty, and operations on it do nothing
+/// or return a null handle. When memory runs out, the functions that make nodes return null
 /// handles; Document::IsComplete reports afterwards whether that happened.
 ///
 /// Names and texts are 8-bit ISO-8859-1. Texts are copied unless their TextOwner is the caller;
-/// names are not: they have to outlive the document, as literals do. Neither need be terminated.
-/// A view that is returned refers to the tree and is valid until that text or its node is changed.
+/// names are not: they must outlive the document, as literals do. Neither need be NUL-terminated. A
+/// view that is returned refers to the tree and is valid until that text or its node is changed.
 class Node {
  public:
   Node() = default;
@@ -28,22 +28,22 @@ class Node {
   Node(TreeNode* node, Tree* tree) : node_(node), tree_(tree) {}
 
   explicit operator bool() const { return node_ != nullptr; }
-  /// The same node (not: an equal one).
+  /// Whether both refer to the same node; equal nodes may differ.
   friend bool operator==(Node left, Node right) { return left.node_ == right.node_; }
-  /// What the same node has in common and no other has: a key for dictionaries. Null for null.
+  /// A key that identifies the node in dictionaries. Null for a null handle.
   [[nodiscard]] const void* GetIdentity() const { return node_; }
-  /// Whether the element was found by its name, or the text belongs to a text content that was
-  /// asked for: what a reader of documents has read. For those who look for the rest.
+  /// Whether the element was looked up by its name, or the text was returned as part of a text
+  /// content. It serves to report the parts of a document that no reader has used.
   [[nodiscard]] bool WasRead() const;
 
   [[nodiscard]] NodeType getNodeType() const;
-  /// The name of an element, the target of an instruction, the name of a document type; for the
-  /// others the DOM's name ("#text").
+  /// The name of an element, the target of an instruction, the name of a document type; for other
+  /// nodes the DOM's name ("#text").
   [[nodiscard]] std::string_view getNodeName() const;
   /// The characters of a text, CDATA section or comment, the data of an instruction; else empty.
   [[nodiscard]] std::string_view getNodeValue() const;
 
-  /// The neighbours of a node. A node that is not in the document has no parent and no siblings.
+  /// The neighbours of a node. A node that is not in the tree has no parent and no siblings.
   [[nodiscard]] Node getParentNode() const;
   [[nodiscard]] Node getFirstChild() const;
   [[nodiscard]] Node getLastChild() const;
@@ -52,13 +52,12 @@ class Node {
   [[nodiscard]] NodeList getChildNodes() const;
   [[nodiscard]] bool hasChildNodes() const;
 
-  /// Makes `child` the last child; it leaves the place where it was. Null, and nothing changes,
-  /// when the child is of another document or holds this node, or when this node takes no
-  /// children.
+  /// Moves `child` to the end of this node's children. Null, with nothing changed, when the child
+  /// is from another document or contains this node, or when this node cannot have children.
   Node appendChild(Node child) const;
-  /// The same before `reference`, which is a child of this node; at the end when it is null.
+  /// The same, but before `reference`, a child of this node; at the end when it is null.
   Node insertBefore(Node child, Node reference) const;
-  /// Takes a child out of the document and returns it; its memory is kept until the document is
+  /// Removes a child from the tree and returns it; its memory is kept until the document is
   /// cleared. Null when it is not a child of this node.
   Node removeChild(Node child) const;
 

@@ -4,7 +4,7 @@
 
 namespace dom {
 
-/// The kinds of node, with the numbers that the DOM gives them.
+/// The types of nodes, with the numbers of the DOM.
 enum class NodeType : std::uint8_t {
   kNone = 0,  ///< A null handle.
   kElement = 1,

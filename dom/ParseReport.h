@@ -6,7 +6,7 @@
 
 namespace dom {
 
-/// Why a text is refused as a document. The order is that of the sentences in ParseReport.cpp.
+/// Why the parser refuses a document. In the order of the sentences in ParseReport.cpp.
 enum class ParseFault : std::uint8_t {
   kNone,
   kSize,
@@ -37,10 +37,10 @@ enum class ParseFault : std::uint8_t {
   kEntity,
 };
 
-/// What the parser reports besides the document.
+/// The results of parsing other than the document.
 struct ParseReport {
   ParseFault fault = ParseFault::kNone;
-  std::size_t line = 0;    ///< Of the fault, from 1 on, as are columns. 0 without a fault.
+  std::size_t line = 0;    ///< Of the fault, from 1, as are columns. 0 without a fault.
   std::size_t column = 0;  ///< In characters.
   std::size_t offset = 0;  ///< In bytes of the text that was parsed.
   /// What the document refers to: the text without a byte order mark and, if that was UTF-16, as

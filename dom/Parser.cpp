@@ -17,7 +17,7 @@ bool IsBlank(const TreeNode& node) {
   return node.type == NodeType::kText && std::ranges::all_of(node.Text(), IsSpace);
 }
 
-/// Detaches the white space between an element's first pieces, once it is known to be layout.
+/// Removes the white space between an element's first pieces once it is found to be layout.
 void DropBlanks(const TreeElement& element) {
   TreeNode* next = nullptr;
   for (TreeNode* node = element.first_child; node != nullptr; node = next) {
@@ -119,8 +119,8 @@ const char* Parser::ReadDeclaration(const char* p, Encoding source) {
   return StartsWith(p, "?>") ? p + 2 : FailAt(p, ParseFault::kDeclaration);
 }
 
-/// Takes white space, the name, [25] Eq and a value in quotes. False when something else is there;
-/// then nothing is taken.
+/// Reads white space, the name, [25] Eq and a value in quotes. False, with `p` unchanged, when
+/// there is anything else.
 bool Parser::TakeAssignment(const char*& p, std::string_view name, std::string_view& value) {
   const char* at = SkipSpace(p);
   if (at == p || !InPlace(at, end_).View().starts_with(name)) return false;
@@ -169,7 +169,7 @@ const char* Parser::ReadDocumentType(const char* p) {
   return Peek(next) == '>' ? next + 1 : FailAt(next, ParseFault::kDocumentType);
 }
 
-/// White space, then [11] SystemLiteral or [12] PubidLiteral.
+/// Reads white space, then [11] SystemLiteral or [12] PubidLiteral.
 const char* Parser::ReadLiteral(const char* p, bool is_public) {
   const char* const start = SkipSpace(p);
   if (start == p) return FailAt(p, ParseFault::kSpace);
@@ -206,7 +206,7 @@ const char* Parser::ReadInstruction(const char* p) {
   return end == nullptr ? Fail(end_, ParseFault::kUnfinished) : end + 2;
 }
 
-/// [39] element: the root with all that is in it.
+/// [39] element: the root with its content.
 const char* Parser::ReadRoot(const char* p) {
   parent_ = tree_.Root();
   p = ReadStartTag(p);
@@ -251,7 +251,7 @@ const char* Parser::ReadStartTag(const char* p) {
   return p + 1;
 }
 
-/// The attributes, and white space after them. Returns the place of the `>` or `/>`.
+/// Reads the attributes and the white space after them. Returns the place of the `>` or `/>`.
 const char* Parser::ReadAttributes(const char* p, TreeElement& element) {
   std::size_t count = 0;
   while (true) {
@@ -320,7 +320,7 @@ const char* Parser::ReadEndTag(const char* p) {
   return p + 1;
 }
 
-/// [14] CharData, with references, up to the next tag or other markup. There may be none.
+/// [14] CharData, possibly empty, with references, up to the next markup.
 const char* Parser::ReadText(const char* p) {
   const char* const start = p;
   p = SkipSpace(p);
@@ -350,13 +350,13 @@ const char* Parser::ReadCData(const char* p) {
   return AppendText(NodeType::kCDATASection, Decode(start, end, Part::kCData), end + 3);
 }
 
-/// An element is about to become a child of the parent, whose white space is layout from then on.
+/// Prepares the parent for a child element: from now on its white space is layout.
 void Parser::BeginChild() {
   if (!parent_->HasMark(TreeNode::kHoldsElements) && parent_->may_hold_text) DropBlanks(*parent_);
   parent_->SetMark(TreeNode::kHoldsElements);
 }
 
-/// The element has all its content: its names are compared with no others any more.
+/// Finishes an element: its end tag was read, so its names may be decoded.
 void Parser::Close(TreeElement& element) {
   if (!has_other_names_) return;
   const TreeText name = DecodeName(InPlace(element.text, element.text + element.text_size));
@@ -367,7 +367,7 @@ void Parser::Close(TreeElement& element) {
     attribute->name = DecodeName(attribute->name);
 }
 
-/// Returns `next`; null when the text could not be decoded or memory runs out.
+/// Appends a text and returns `next`; null when the text could not be decoded or memory runs out.
 const char* Parser::AppendText(NodeType type, TreeText text, const char* next) {
   TreeNode* const node = tree_.AdoptNode(type, text);
   if (node == nullptr) return nullptr;

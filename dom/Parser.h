@@ -10,8 +10,8 @@ namespace dom {
 /// bytes of the document. DOMImplementation::createDocument documents what is accepted.
 class Parser : private Scanner {
  public:
-  /// False when the text is refused, with the reason in the report, or when memory runs out, which
-  /// the tree records.
+  /// Parses `text`. False when the text is refused, with the reason in the report, or when memory
+  /// runs out, which the tree records.
   static bool Parse(std::string_view text, Tree& tree, ParseReport& report);
 
  private:
@@ -27,7 +27,7 @@ class Parser : private Scanner {
   // Anywhere.
   const char* ReadComment(const char* p);
   const char* ReadInstruction(const char* p);
-  // Inside.
+  // Inside the root element.
   const char* ReadRoot(const char* p);
   const char* ReadStartTag(const char* p);
   const char* ReadAttributes(const char* p, TreeElement& element);

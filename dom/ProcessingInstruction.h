@@ -10,7 +10,7 @@ namespace dom {
 class ProcessingInstruction : public Node {
  public:
   ProcessingInstruction() = default;
-  /// Null when the node is no instruction.
+  /// Null when the node is not an instruction.
   explicit ProcessingInstruction(Node node);
 
   [[nodiscard]] std::string_view getTarget() const { return getNodeName(); }

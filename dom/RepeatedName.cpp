@@ -11,11 +11,11 @@
 namespace dom {
 namespace {
 
-/// Up to this many attributes are compared each with each.
+/// Up to this number, attributes are compared with each other directly.
 constexpr std::size_t kFew = 8;
 
-/// A hash (FNV-1a, mixed) seeded with the address of the table, which documents cannot predict:
-/// no document can be made whose names all collide.
+/// A hash (FNV-1a, mixed) seeded with the address of the table, which an input cannot predict, so
+/// that no document can be made whose names all collide.
 std::uint64_t HashOf(std::string_view name, const void* seed) {
   std::uint64_t hash = 0xCBF29CE484222325 ^ reinterpret_cast<std::uintptr_t>(seed) >> 4;
   for (const char c : name) {
@@ -33,7 +33,8 @@ const TreeAttribute* CompareAll(const TreeElement& element) {
   return nullptr;
 }
 
-/// Whether the attribute was put into the table, whose size is a power of two: its name is new.
+/// Adds the attribute to the table, whose size is a power of two. False when its name is there
+/// already.
 bool IsNew(const TreeAttribute& attribute, const TreeAttribute** table, std::size_t size) {
   const std::string_view name = attribute.name.View();
   auto place = static_cast<std::size_t>(HashOf(name, table) >> (64 - std::countr_zero(size)));

@@ -14,7 +14,7 @@ constexpr Entity kEntities[] = {
     {"amp", '&'}, {"lt", '<'}, {"gt", '>'}, {"quot", '"'}, {"apos", '\''},
 };
 
-/// The digit that `c` is, at least 16 when it is none.
+/// The value of the digit `c`; at least 16 when it is not a digit.
 unsigned DigitOf(char c) {
   if (IsAsciiDigit(c)) return static_cast<unsigned>(c - '0');
   if (c >= 'a' && c <= 'f') return static_cast<unsigned>(c - 'a' + 10);
@@ -89,7 +89,7 @@ char* Scanner::CopyUpToSpecial(std::string_view& text, Part part, char* target) 
   return CopyUpTo<Search::kValueEnd>(text, target, high_);
 }
 
-/// Takes what the search stops at.
+/// Decodes the character at which the search stopped.
 const char* Scanner::DecodeSpecial(const char* p, Part part, char*& target) {
   const char c = *p;
   if (c == '&' && part != Part::kCData) return DecodeReference(p, target);
@@ -107,7 +107,7 @@ const char* Scanner::DecodeSpecial(const char* p, Part part, char*& target) {
   return p + character.size;
 }
 
-/// [67] Reference. Of one that is kept only the `&` is taken.
+/// [67] Reference. If it is kept as written, only the `&` is consumed here.
 const char* Scanner::DecodeReference(const char* p, char*& target) {
   const char* const name = p + 1;
   if (Peek(name) == '#') return DecodeNumber(p, target);

@@ -11,15 +11,14 @@
 
 namespace dom {
 
-/// Reads the smallest parts of a document: white space, names, and texts with their references. The
-/// bytes stay as they are: a text is used where it is, or decoded into the memory of the tree.
+/// Reads the tokens of a document: white space, names, and texts with their references. The bytes
+/// are not changed: a text is used in place or decoded into the memory of the tree.
 ///
-/// Functions that read something take the place where it begins and return the place after it; null
-/// when the document is refused or memory runs out (then there is no fault, and the tree is
-/// incomplete).
+/// Functions that read take the current place and return the place after the token; null when the
+/// document is refused or memory runs out (then there is no fault, and the tree is incomplete).
 class Scanner {
  protected:
-  /// What a text is part of, which decides how it is decoded.
+  /// What a text is part of; decides how it is decoded.
   enum class Part {
     kText,   ///< References are replaced, line ends become LF.
     kCData,  ///< Line ends become LF.
@@ -31,7 +30,7 @@ class Scanner {
     SetEncoding(Encoding::kUtf8);
   }
 
-  /// Of the characters from here on; not UTF-16.
+  /// Sets the encoding of the following characters; not UTF-16.
   void SetEncoding(Encoding encoding) {
     encoding_ = encoding;
     high_ = encoding == Encoding::kLatin1 ? HighCharacters::kPassed : HighCharacters::kFound;
@@ -42,18 +41,18 @@ class Scanner {
     fault_place_ = place;
     return nullptr;
   }
-  /// The same where something else is expected. The fault may be a worse one: that the document
-  /// ends there, or that this is no character.
+  /// The same for an unexpected character. Reports a more specific fault if the document ends there
+  /// or the bytes are not a character.
   const char* FailAt(const char* place, ParseFault fault);
 
-  /// The character at a place; NUL, which no document may hold, at the end.
+  /// The character at `p`; NUL, which no document may contain, at the end.
   [[nodiscard]] char Peek(const char* p) const { return p == end_ ? '\0' : *p; }
   template <std::size_t kSize>
   [[nodiscard]] bool StartsWith(const char* p, const char (&literal)[kSize]) const {
     return static_cast<std::size_t>(end_ - p) >= kSize - 1 &&
            std::memcmp(p, literal, kSize - 1) == 0;
   }
-  /// The first place of `text` from `p` on; null when it is not there.
+  /// Finds the first occurrence of `text` from `p` on; null when there is none.
   [[nodiscard]] const char* FindText(const char* p, std::string_view text) const;
 
   [[nodiscard]] const char* SkipSpace(const char* p) const {
@@ -61,34 +60,34 @@ class Scanner {
     ++p;
     return IsSpace(Peek(p)) ? Find<Search::kNotSpace>(p, end_) : p;
   }
-  /// [5] Name. Returns `p` when there is none.
+  /// [5] Name. Returns `p` when there is no name.
   const char* SkipName(const char* p) {
     if (!IsAsciiNameStart(Peek(p))) return SkipOtherName(p);
     p = Find<Search::kNotName>(p, end_);
     return IsHigh(Peek(p)) ? SkipOtherName(p, IsNameCharacter) : p;
   }
-  /// Whether all characters are allowed; sets the fault when not.
+  /// Whether all characters are allowed; sets the fault if not.
   bool CheckCharacters(const char* p, const char* end);
 
   static TreeText InPlace(const char* p, const char* end) {
     return {p, static_cast<std::uint32_t>(end - p)};
   }
-  /// The text between `p` and `end`, decoded. Its data is null when this fails.
+  /// Decodes the text between `p` and `end`. The result's data is null on failure.
   TreeText Decode(const char* p, const char* end, Part part);
-  /// A name in ISO-8859-1, with `?` for other characters.
+  /// Converts a name to ISO-8859-1, with `?` for other characters.
   TreeText DecodeName(TreeText name);
 
-  /// Finds the line, column and offset of the fault. `source` is the encoding of the text from
-  /// which the scanner's was made.
+  /// Computes the line, column and offset of the fault. `source` is the encoding of the document
+  /// before it was converted for the scanner.
   void Locate(Encoding source, ParseReport& report) const;
 
   Tree& tree_;
   const char* begin_;
   const char* end_;
   HighCharacters high_;
-  /// References to entities that are not predefined stay as they are written.
+  /// Whether references to entities that are not predefined stay as written.
   bool keeps_references_ = false;
-  /// A name was found that is not ASCII and has to be decoded.
+  /// Whether a name with characters other than ASCII was found, which has to be decoded.
   bool has_other_names_ = false;
   ParseFault fault_ = ParseFault::kNone;
   std::size_t replaced_count_ = 0;

@@ -11,7 +11,7 @@
 namespace dom {
 namespace {
 
-/// What takes the place of a character; empty for one that stays.
+/// The replacement of a character; empty if it is not escaped.
 template <Search search>
 constexpr std::string_view EscapeOf(char c) {
   constexpr bool is_value = search == Search::kValueSpecials;
@@ -43,7 +43,7 @@ constexpr auto kLineStart = [] {
   return line;
 }();
 
-/// The start of a line of a level below this one is in two blocks.
+/// Up to this level, the start of a line fits two blocks.
 constexpr std::size_t kUsualLevels = kBlock;
 
 // These write to `out`, which has kBlock spare bytes, and return the new end.
@@ -59,7 +59,7 @@ inline char* Copy(std::string_view text, char* out) {
   return out + text.size();
 }
 
-/// Writes into the spare capacity of an OutputBuffer. Once that has failed it writes nothing.
+/// Writes into the spare capacity of an OutputBuffer. After a failure it writes nothing.
 class Writer {
  public:
   explicit Writer(OutputBuffer& output) : output_(output), out_(output.End()), end_(out_) {}
@@ -72,15 +72,15 @@ class Writer {
     if (Reserve(kSize)) out_ = CopyLiteral(literal, out_);
   }
 
-  /// A text between two literals.
+  /// Writes a text between two literals.
   template <std::size_t kBefore, std::size_t kAfter>
   void Put(const char (&before)[kBefore], std::string_view text, const char (&after)[kAfter]) {
     if (!Reserve(kBefore + text.size() + kAfter)) return;
     out_ = CopyLiteral(after, Copy(text, CopyLiteral(before, out_)));
   }
 
-  /// An element without attributes and its text, which is plain, if both are short: what most
-  /// elements are. False when nothing was written. StartLine has reserved the bytes.
+  /// Writes an element without attributes and with a plain text if both are short, as most elements
+  /// are. Otherwise writes nothing and returns false. StartLine has reserved the bytes.
   bool PutShortElement(std::string_view name, std::string_view text) {
     if (name.size() > kBlock || text.size() > kBlock || Room() < kShortElement) return false;
     char* const start = CopyLiteral("<", out_);
@@ -88,13 +88,13 @@ class Writer {
     char* out = CopyLiteral(">", start + name.size());
     std::memcpy(out, text.data(), kBlock);
     out = CopyLiteral("</", out + text.size());
-    std::memmove(out, start, kBlock);  // The name once more, and more than that.
+    std::memmove(out, start, kBlock);  // Copies the name again, and more, to be overwritten.
     out_ = CopyLiteral(">", out + name.size());
     return true;
   }
 
   void PutAttribute(std::string_view name, const TreeText& value) {
-    if (!Reserve(name.size() + 2 * kBlock)) return;  // And a spare block.
+    if (!Reserve(name.size() + 2 * kBlock)) return;  // Plus a spare block.
     out_ = CopyLiteral("=\"", Copy(name, CopyLiteral(" ", out_)));
     if (value.is_plain && value.size <= kBlock) {
       std::memcpy(out_, value.data, kBlock);
@@ -108,7 +108,7 @@ class Writer {
     Put("\"");
   }
 
-  /// A text in which what is found is escaped.
+  /// Writes a text with the characters of the set escaped.
   template <Search search>
   void PutEscaped(std::string_view text) {
     if (text.size() > kPiece) return PutPieces(text, &Writer::PutEscaped<search>);
@@ -122,7 +122,7 @@ class Writer {
     }
   }
 
-  /// A text, unchanged.
+  /// Writes a text unchanged.
   void PutPlain(std::string_view text) {
     if (text.size() > kPiece) return PutPieces(text, &Writer::PutPlain);
     if (Reserve(text.size())) out_ = Copy(text, out_);
@@ -140,18 +140,18 @@ class Writer {
   }
 
  private:
-  /// At most, and a block, because blocks are written whole.
+  /// The maximum size of a short element, plus a block because blocks are written whole.
   static constexpr std::size_t kShortElement = std::string_view("<></>").size() + 4 * kBlock;
   static constexpr std::size_t kPiece = std::size_t{32} << 10;
 
-  /// A long text piece by piece, so that it needs little memory.
+  /// Writes a long text in pieces, which needs little memory.
   void PutPieces(std::string_view text, void (Writer::*put)(std::string_view)) {
     for (; text.size() > kPiece; text.remove_prefix(kPiece)) (this->*put)(text.substr(0, kPiece));
     (this->*put)(text);
   }
 
   [[nodiscard]] std::size_t Room() const { return static_cast<std::size_t>(end_ - out_); }
-  /// Reserves `count` bytes and a block.
+  /// Reserves `count` bytes plus a block.
   bool Reserve(std::size_t count) { return Room() >= count + kBlock || Grow(count + kBlock); }
 
   bool Grow(std::size_t count) {
@@ -171,19 +171,19 @@ class Writer {
   const char* end_;
 };
 
-/// Whether the children of an element, the first of which is given, get lines of their own.
+/// Whether the children of an element, given by the first one, are on lines of their own.
 bool HoldsLines(const TreeNode* child) {
   for (; child != nullptr; child = child->next)
     if (child->type != NodeType::kElement && child->type != NodeType::kComment) return false;
   return true;
 }
 
-/// Writes the children of a document with all that is in them.
+/// Writes the children of a document and all their descendants.
 class TreeWriter {
  public:
   explicit TreeWriter(OutputBuffer& output) : out_(output) {}
 
-  /// Walks the tree by its links, so that its depth does not matter.
+  /// Walks the tree by its links, without recursion.
   void Write(const TreeNode* top) {
     const TreeNode* node = top;
     while (true) {
@@ -200,10 +200,10 @@ class TreeWriter {
   }
 
  private:
-  /// Writes a node, or of an element that has children only the start tag: then it returns the
-  /// first of them. A single text is written with its element.
+  /// Writes a node; of an element with children only the start tag, and then returns the first
+  /// child. A single text is written with its element.
   const TreeNode* Open(const TreeNode& node) {
-    // Nearly all nodes.
+    // Most nodes are elements.
     if (node.type == NodeType::kElement) return OpenElement(static_cast<const TreeElement&>(node));
     switch (node.type) {
       case NodeType::kText:
@@ -265,8 +265,8 @@ class TreeWriter {
       out_.PutAttribute(attribute->name.View(), attribute->value);
   }
 
-  /// Writes the end tags of the elements that end after `node`, up to and including `top`.
-  /// Returns the node that follows; null when none does.
+  /// Writes the end tags of the elements that end after `node`, up to and including `top`. Returns
+  /// the next node; null when there is none.
   const TreeNode* CloseUpToNext(const TreeNode* node, const TreeNode* top) {
     while (node != top) {
       if (node->next != nullptr) return node->next;
@@ -291,7 +291,7 @@ class TreeWriter {
     }
   }
 
-  /// The data of an instruction or the system identifier of a document type, if there is any.
+  /// Writes the data of an instruction or the system identifier of a document type, if not empty.
   template <std::size_t kBefore, std::size_t kAfter>
   void PutData(const char (&before)[kBefore], const TreeElement& node,
                const char (&after)[kAfter]) {

@@ -5,8 +5,8 @@
 
 namespace dom {
 
-/// Appends a document to `output`, byte for byte as its texts are: ISO-8859-1. Linear in the size
-/// of what it writes, and without recursion.
+/// Appends the document to `output` in ISO-8859-1, the encoding of its texts. Linear in the size of
+/// the output, and without recursion.
 ///
 /// Lines end in LF. Each child of the document is on a line of its own, and so is each child
 /// of an element whose children are all elements or comments, two blanks deeper for each level up
@@ -17,8 +17,8 @@ namespace dom {
 /// attribute values, which would otherwise be normalised on reading. All else is written
 /// unchanged, including CDATA sections, comments and instructions. A null document writes nothing.
 ///
-/// False when memory ran out while the document was built (Document::IsComplete); then nothing is
-/// written. Also false when the output has failed, and is of no use.
+/// False when memory ran out while the document was built (Document::IsComplete), in which case
+/// nothing is written, or when `output` has failed; its content is then incomplete.
 [[nodiscard]] bool Serialize(const Document& document, OutputBuffer& output);
 
 }  // namespace dom

@@ -9,7 +9,7 @@ bool IsControl(char c) {
   return static_cast<unsigned char>(c) < 0x20 && c != '\t' && c != '\n' && c != '\r';
 }
 
-/// Whether `c` between `before` and `after` (NUL: the end) has to become a blank.
+/// Whether `c` between `before` and `after` (NUL: the end) must become a blank.
 bool IsBarred(char before, char c, char after, TextRule rule) {
   switch (rule) {
     case TextRule::kComment:
@@ -24,8 +24,8 @@ bool IsBarred(char before, char c, char after, TextRule rule) {
   return false;
 }
 
-/// Copies the text to `place`, which is in an allocation and has nothing after it; returns whether
-/// any of its characters is one of those that are searched for.
+/// Copies the text to `place`, the end of an allocation, and returns whether it has a character of
+/// the set.
 template <Search search>
 bool CopyAndFind(std::string_view text, char* place) {
   unsigned found = 0;
@@ -58,7 +58,7 @@ void Tree::Detach(TreeNode& node) {
 
 TreeText Tree::CopyLegal(std::string_view text, TextRule rule) {
   const TreeText copy = Copy(text);
-  // The copy is this tree's own.
+  // The copy belongs to this tree.
   char* const characters = const_cast<char*>(copy.data);
   return {characters, characters == nullptr ? 0 : MakeLegal(characters, copy.size, rule)};
 }

@@ -10,20 +10,20 @@
 #include "dom/Blocks.h"
 #include "dom/NodeType.h"
 
-/// The nodes that the handles refer to. Only for the classes of this folder.
+/// The nodes to which the handles refer. Only for the classes of this folder.
 ///
-/// What a node costs decides how fast documents are built, written and parsed. A node is a cache
-/// line in an arena.
+/// The size of a node determines how fast documents are built, written and parsed: each fits a
+/// cache line.
 namespace dom {
 
 struct TreeElement;
 
-/// What is at a place of an Arena, or in the buffer that a document was parsed from.
+/// A text in an Arena or in the buffer from which a document was parsed.
 struct TreeText {
   const char* data;
   std::uint32_t size;
-  /// Whether no character has to be escaped, and the text is in an Arena, so that a block can be
-  /// read from its start. Where that is not known it is false.
+  /// Whether no character has to be escaped and the text is in an Arena, so that a whole block can
+  /// be read from its start. False if unknown.
   bool is_plain = false;
 
   [[nodiscard]] std::string_view View() const { return {data, size}; }
@@ -34,35 +34,35 @@ struct TreeAttribute {
   TreeText value;
   TreeAttribute* next;
 
-  // Whether the attribute was asked for: in the flag, of which a name has no use.
+  // Whether the attribute was read is stored in a flag that names do not use.
 
   [[nodiscard]] bool WasRead() const { return name.is_plain; }
   void SetRead() { name.is_plain = true; }
 };
 
-/// A node that has no children: a text, CDATA section or comment.
+/// A node without children: a text, CDATA section or comment.
 struct TreeNode {
   const char* text;         ///< Of an element, instruction or document type: its name.
   std::uint32_t text_size;  ///< In bytes.
   NodeType type;
   bool is_plain;  ///< As in TreeText.
-  /// Of an element: whether it may have other children than elements and comments.
+  /// Of an element: whether it may have children other than elements and comments.
   bool may_hold_text;
-  std::uint8_t marks;  ///< A sum of these.
+  std::uint8_t marks;  ///< The bits that follow.
   TreeElement* parent;
   TreeNode* next;
   TreeNode* previous;  ///< Of a first child: the last one.
 
   static constexpr std::uint8_t kHoldsElements = 1;  ///< The parser found an element in it.
-  static constexpr std::uint8_t kWasRead = 2;        ///< An element or a text that was asked for.
+  static constexpr std::uint8_t kWasRead = 2;        ///< Set when an element or text was read.
 
   [[nodiscard]] bool HasMark(std::uint8_t mark) const { return (marks & mark) != 0; }
   void SetMark(std::uint8_t mark) { marks = static_cast<std::uint8_t>(marks | mark); }
   [[nodiscard]] std::string_view Text() const { return {text, text_size}; }
 };
 
-/// An element, or the document itself. An instruction and a document type have their data or
-/// system identifier as the value of their only attribute.
+/// An element, or the document itself. An instruction and a document type have their data or system
+/// identifier as the value of a single attribute.
 struct TreeElement : TreeNode {
   TreeNode* first_child;
   TreeAttribute* first_attribute;
@@ -73,13 +73,13 @@ struct TreeElement : TreeNode {
   }
 };
 
-/// Whether nodes of that type are a TreeElement.
+/// Whether nodes of this type are a TreeElement.
 inline bool IsTreeElement(NodeType type) {
   return type == NodeType::kElement || type == NodeType::kDocument ||
          type == NodeType::kProcessingInstruction || type == NodeType::kDocumentType;
 }
 
-/// The node as one that may have children and attributes; null for any other.
+/// Returns the node as one that may have children and attributes; null for any other.
 inline TreeElement* AsTreeElement(TreeNode* node) {
   return node != nullptr && IsTreeElement(node->type) ? static_cast<TreeElement*>(node) : nullptr;
 }
@@ -89,7 +89,7 @@ inline bool IsText(const TreeNode& node) {
   return node.type == NodeType::kText || node.type == NodeType::kCDATASection;
 }
 
-/// Which characters a text cannot hold besides the control characters.
+/// The characters, besides control characters, that a text must not contain.
 enum class TextRule : std::uint8_t {
   kAttribute,    ///< None.
   kComment,      ///< `--`, and `-` at the end.
@@ -97,42 +97,42 @@ enum class TextRule : std::uint8_t {
   kIdentifier,   ///< `"`.
 };
 
-/// A document node and the memory of all that hangs under it or is detached.
+/// A document node and the memory of all nodes, attached or detached.
 class Tree {
  public:
   Tree() = default;
 
   [[nodiscard]] TreeElement* Root() { return &root_; }
-  /// Drops all nodes.
+  /// Removes all nodes.
   void Clear() {
     arena_.Clear();
     root_ = EmptyElement(NodeType::kDocument, {});
   }
-  /// Whether everything that was to be made was made.
+  /// Whether no allocation has failed.
   [[nodiscard]] bool IsComplete() const { return !arena_.HasFailed(); }
-  /// Records that memory ran out elsewhere.
+  /// Records an allocation failure elsewhere.
   void SetIncomplete() { arena_.SetFailed(); }
 
-  // A text whose data is null could not be copied. What is made of it is null and no part of the
-  // tree, and so is everything when memory runs out.
+  // A text whose data is null could not be copied. The functions below return null for it and leave
+  // the tree unchanged, as they do when memory runs out.
 
   TreeText Copy(std::string_view text) {
     char* const place = static_cast<char*>(AllocateWithText(0, text));
     if (place != nullptr) CopyText(text, place);
     return {place, static_cast<std::uint32_t>(text.size())};
   }
-  /// A name, or a text that CanStay, where it is.
+  /// Refers to a name, or to a text for which CanStay is true, without a copy.
   static TreeText InPlace(std::string_view text) {
     return {text.data(), static_cast<std::uint32_t>(text.size())};
   }
-  /// Whether the text has characters, and not too many.
+  /// Whether the text is neither empty nor too long.
   static bool CanStay(std::string_view text) { return !text.empty() && text.size() <= kMostText; }
-  /// Memory for the characters of a text; null when memory runs out.
+  /// Allocates memory for the characters of a text; null when memory runs out.
   char* AllocateText(std::size_t size) { return static_cast<char*>(arena_.Allocate(size)); }
-  /// A copy that obeys the rule.
+  /// Makes a copy that satisfies the rule.
   TreeText CopyLegal(std::string_view text, TextRule rule);
 
-  // Detached nodes. Those that are adopted leave their text where it is.
+  // These make detached nodes. The Adopt functions do not copy the text.
 
   TreeNode* AdoptNode(NodeType type, TreeText text) {
     void* const place = text.data == nullptr ? nullptr : arena_.Allocate(sizeof(TreeNode));
@@ -151,7 +151,7 @@ class Tree {
     void* const place = is_copied ? arena_.Allocate(sizeof(TreeAttribute)) : nullptr;
     if (place != nullptr) Link(element, *new (place) TreeAttribute{name, value, nullptr});
   }
-  /// The same with a copy of `value` that obeys TextRule::kAttribute, made in one piece with it.
+  /// The same with a copy of `value` that satisfies TextRule::kAttribute, in one allocation.
   void AppendAttribute(TreeElement& element, TreeText name, std::string_view value) {
     void* const place = AllocateWithText(sizeof(TreeAttribute), value);
     if (place == nullptr) return;
@@ -165,8 +165,8 @@ class Tree {
     Link(element, *attribute);
   }
 
-  /// Appends an element that holds a text, in which nothing has to be escaped, and nothing else:
-  /// what most elements of a document are. It is made in one piece.
+  /// Appends an element whose only content is a text without characters to escape, as most elements
+  /// are. Uses one allocation.
   TreeElement* AppendTextElement(TreeElement& parent, TreeText name, std::string_view text) {
     void* const place = AllocateWithText(kTextElementSize, text);
     if (place == nullptr) return nullptr;
@@ -195,15 +195,15 @@ class Tree {
     first->previous->next = &child;
     first->previous = &child;
   }
-  /// The same before a child.
+  /// Inserts a detached node before a child.
   static void InsertBefore(TreeNode& reference, TreeNode& child);
-  /// Takes a node from its parent, if it has one.
+  /// Removes a node from its parent, if it has one.
   static void Detach(TreeNode& node);
 
  private:
   static constexpr std::size_t kMostText = std::numeric_limits<std::uint32_t>::max();
 
-  // Nodes that are detached and have nothing in them.
+  // Detached nodes without content.
 
   static constexpr TreeNode EmptyNode(NodeType type, TreeText text) {
     return {text.data, text.size, type, text.is_plain, false, 0, nullptr, nullptr, nullptr};
@@ -214,7 +214,7 @@ class Tree {
 
   static constexpr std::size_t kTextElementSize = sizeof(TreeElement) + sizeof(TreeNode);
 
-  /// Makes and appends an element and the text node in it, at `place`. The text follows.
+  /// Creates and appends an element and its text node at `place`, which the text follows.
   static TreeElement* AppendTextElement(TreeElement& parent, TreeText name, void* place,
                                         TreeText text) {
     auto* const element = new (place) TreeElement(EmptyElement(NodeType::kElement, name));
@@ -223,14 +223,14 @@ class Tree {
     return element;
   }
 
-  /// Allocates `size` bytes followed by the bytes of a text.
+  /// Allocates `size` bytes followed by space for a text.
   void* AllocateWithText(std::size_t size, std::string_view text) {
     if (text.size() <= kMostText) return arena_.Allocate(size + text.size());
     arena_.SetFailed();
     return nullptr;
   }
 
-  /// Makes the element the parent of a node that is going to be among its children.
+  /// Sets the parent of a node that is about to become a child of the element.
   static void Adopt(TreeElement& parent, TreeNode& child) {
     child.parent = &parent;
     parent.may_hold_text |= child.type != NodeType::kElement && child.type != NodeType::kComment;
@@ -243,9 +243,9 @@ class Tree {
     element.last_attribute = &attribute;
   }
 
-  /// Copies the value of an attribute into an allocation, at the end of it, and makes it legal.
+  /// Copies an attribute's value to the end of an allocation and makes it legal.
   static TreeText CopyValue(std::string_view value, char* characters);
-  /// Changes a text so that it obeys the rule; returns its new size.
+  /// Changes a text so that it satisfies the rule; returns its new size.
   static std::uint32_t MakeLegal(char* text, std::uint32_t size, TextRule rule);
 
   Arena arena_;

@@ -1,6 +1,6 @@
 #pragma once
 
-/// Everything of the folder: a document model of 8-bit texts with the names of the DOM.
+/// Includes the whole folder: a document model of 8-bit texts with the names of the DOM.
 #include "dom/Attr.h"
 #include "dom/CharacterData.h"
 #include "dom/DOMImplementation.h"

@@ -7,22 +7,22 @@
 namespace zaf {
 namespace {
 
-/// What an option does with the argument after it.
+/// The argument of an option, and its effect.
 enum class OptionKind {
-  kFlag,       ///< Has none.
-  kHelp,       ///< Has none, and ends the program.
-  kWord,       ///< Takes it unchanged.
-  kQuotable,   ///< Takes a value that may be quoted.
-  kDirectory,  ///< The same, and enters it.
+  kFlag,       ///< No argument.
+  kHelp,       ///< No argument; ends the program.
+  kWord,       ///< The next argument, unchanged.
+  kQuotable,   ///< A value that may be quoted.
+  kDirectory,  ///< The same; the directory is entered.
 };
 
 struct TOption {
   std::string_view long_name;
-  std::string_view short_name;  ///< Empty: the option has none.
+  std::string_view short_name;  ///< Empty if the option has none.
   OptionKind kind;
-  bool ConversionOptions::*flag;   ///< Is set; null: none is.
-  CText ConversionOptions::*text;  ///< Gets the value; null: there is none.
-  std::string_view message;        ///< Of a value that is not valid.
+  bool ConversionOptions::*flag;   ///< The flag to set; null if none.
+  CText ConversionOptions::*text;  ///< Receives the value; null if none.
+  std::string_view message;        ///< The message for an invalid value.
 };
 
 using Opts = ConversionOptions;
@@ -41,10 +41,10 @@ constexpr TOption kOptions[] = {
     {"-input", "-i", kDirectory, nullptr, &Opts::input_directory, kBadInput},
 };
 
-/// In the last place only these count, and only in lower case.
+/// As the last argument only these are options, and only in lower case.
 constexpr std::string_view kLastHelpNames[] = {"-help", "-h"};
 
-/// The option of that name, upper and lower case being the same; null when there is none.
+/// The option with this name, ignoring case; null if there is none.
 const TOption* FindOption(std::string_view name) {
   for (const TOption& option : kOptions) {
     const bool has_short_name = !option.short_name.empty();
@@ -59,12 +59,12 @@ void PrintUsage(const MessageSink& report) {
   for (const std::string_view line : kUsage) report(line);
 }
 
-/// Takes the value at `index` for an option and leaves `index` at its last argument.
+/// Reads the value at `index` for an option and moves `index` to its last argument.
 bool TakeValue(const TOption& option, Arguments arguments, std::size_t& index,
                const MessageSink& report, CText& value) {
   if (option.kind == kWord) {
     const std::string_view word = arguments[index];
-    // Behind the value the output directory has to follow.
+    // The output directory must follow the value.
     if (word.starts_with('-') || index + 1 == arguments.size()) return false;
     value = word;
     return true;
@@ -73,8 +73,8 @@ bool TakeValue(const TOption& option, Arguments arguments, std::size_t& index,
   return option.kind != kDirectory || EnterDirectory(value);
 }
 
-/// Takes the options in front and leaves `index` at the first argument that is none. The last
-/// argument is never an option. False when the program is to stop.
+/// Reads the options that come first and moves `index` to the first argument after them. The last
+/// argument is never an option. False when the program must stop.
 bool TakeOptions(Arguments arguments, std::size_t& index, const MessageSink& report,
                  ConversionOptions& options) {
   for (; index + 1 < arguments.size(); ++index) {
@@ -95,7 +95,7 @@ bool TakeOptions(Arguments arguments, std::size_t& index, const MessageSink& rep
   return true;
 }
 
-/// Takes the output directory at `index` and enters it. False when the program is to stop.
+/// Reads the output directory at `index` and enters it. False when the program must stop.
 bool TakeOutputDirectory(Arguments arguments, std::size_t index, const MessageSink& report,
                          ConversionOptions& options) {
   for (const std::string_view name : kLastHelpNames) {
@@ -122,7 +122,7 @@ void DeriveTexts(ConversionOptions& options) {
   options.dotted_suffix.Append(options.suffix);
 }
 
-/// ParseCommandLine for as long as there is memory.
+/// Implements ParseCommandLine, unless memory runs out.
 std::optional<ConversionOptions> ReadOptions(Arguments arguments, const MessageSink& report) {
   if (arguments.size() <= 1) {
     PrintUsage(report);
@@ -139,7 +139,7 @@ std::optional<ConversionOptions> ReadOptions(Arguments arguments, const MessageS
     report(kBadCommandLine);
     return std::nullopt;
   }
-  // The input directory is the working directory now; the output directory will be.
+  // Here the working directory is the input directory; later it is the output directory.
   std::optional<TFileIdentity> input_identity;
   if (kDirectoriesHaveManyNames) input_identity = GetWorkingDirectoryIdentity();
   if (!TakeOutputDirectory(arguments, index, report, options)) return std::nullopt;
@@ -168,7 +168,7 @@ ParameterForm NormaliseParameter(Arguments arguments, std::size_t& index, const 
   }
   if (piece.ends_with(kQuote)) {
     piece.remove_prefix(1);
-    if (!piece.empty()) piece.remove_suffix(1);  // A lone quote opens and closes.
+    if (!piece.empty()) piece.remove_suffix(1);  // A lone quote both opens and closes.
     value = piece;
     return ParameterForm::kSingle;
   }
@@ -193,7 +193,7 @@ ParameterForm NormaliseParameter(Arguments arguments, std::size_t& index, const 
 std::optional<ConversionOptions> ParseCommandLine(Arguments arguments, const MessageSink& report) {
   const heap::TMemoryWatch memory;
   std::optional<ConversionOptions> options = ReadOptions(arguments, report);
-  // Texts that memory did not suffice for would name other files and directories.
+  // Texts that are incomplete because memory ran out would name other files and directories.
   if (options && memory.HasRunOut()) {
     report(kBadCommandLine);
     return std::nullopt;

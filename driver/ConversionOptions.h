@@ -17,15 +17,15 @@ struct ConversionOptions {
   CText output_directory;
   bool verify = false;
   bool recurse = false;
-  bool debug = false;             ///< Accepted; nothing depends on it.
+  bool debug = false;             ///< Accepted; has no effect.
   bool input_name_given = false;  ///< Convert one file, not a directory.
   bool output_name_given = false;
 
-  // Derived from the others once these are complete.
+  // Derived from the others when these are complete.
   CText dotted_extension;
   CText search_pattern;
   CText dotted_suffix;
-  /// Of the output directory, when recurse is set: a walk stays out of it.
+  /// The identity of the output directory if `recurse` is set; a walk does not enter it.
   std::optional<TFileIdentity> output_identity;
 };
 

@@ -34,7 +34,7 @@ struct TFilePaths {
   CText output;
 };
 
-/// The message for an outcome; empty for those that are silent.
+/// The message for an outcome; empty if there is none.
 std::string_view MessageOf(FileOutcome outcome) {
   switch (outcome) {
     case FileOutcome::kConverted:
@@ -57,8 +57,8 @@ std::string_view MessageOf(FileOutcome outcome) {
   return {};
 }
 
-/// With verification, an output that could not be created is one that cannot be opened, unless
-/// another program has created it meanwhile.
+/// Converts a file. With verification, an output that could not be created counts as one that could
+/// not be opened, unless another program has created it meanwhile.
 FileOutcome ConvertFileOf(TFilePaths paths, bool verify) {
   TFileRequest request;
   request.input = std::move(paths.input);
@@ -69,7 +69,7 @@ FileOutcome ConvertFileOf(TFilePaths paths, bool verify) {
                                                              : outcome;
 }
 
-/// Converts the file whose paths `make_paths` gives. False, with a message, when it failed.
+/// Converts the file with the paths that `make_paths` returns. False, after a message, on failure.
 template <class MakePaths>
 bool ConvertFileOf(MakePaths make_paths, bool verify, const MessageSink& report) {
   auto paths = Attempt([&] { return std::optional<TFilePaths>(make_paths()); }, {});
@@ -80,16 +80,16 @@ bool ConvertFileOf(MakePaths make_paths, bool verify, const MessageSink& report)
   return message.empty();
 }
 
-/// Walks an input directory, depth first, without recursion and with nothing open: directories can
-/// be nested as deeply as the system's path names reach. The levels form a stack. Each one has its
-/// own complete paths, which do not change. A directory for which memory does not suffice is left
-/// out; no incomplete path is ever used.
+/// Walks an input directory, depth first, without recursion and without open directories, so
+/// directories can be nested as deeply as the system's path names allow. The levels form a stack;
+/// each one has its own complete paths, which do not change. A directory is left out when memory is
+/// insufficient; an incomplete path is never used.
 class TDirectoryWalk {
  public:
   TDirectoryWalk(const ConversionOptions& options, const MessageSink& report)
       : options_(options), report_(report) {}
 
-  /// Whether a file was attempted.
+  /// Returns whether a file was attempted.
   bool Run() {
     const auto copy_paths = [this] {
       return TFilePaths{MakePath({options_.input_directory}),
@@ -110,16 +110,16 @@ class TDirectoryWalk {
  private:
   struct TLevel {
     TFilePaths paths;                 ///< Of the directories.
-    bool has_created_output = false;  ///< The output directory was not there before.
-    bool has_attempts = false;        ///< A file was attempted here or beneath.
+    bool has_created_output = false;  ///< The output directory did not exist before.
+    bool has_attempts = false;        ///< A file was attempted here or below.
     std::vector<TSubdirectory> subdirectories;
     std::size_t next = 0;  ///< The subdirectory to visit next.
   };
-  // A vector copies its elements when moving them could fail, and a copy need not be whole.
+  // A vector copies its elements if moving them could throw, and a copy may be incomplete.
   static_assert(std::is_nothrow_move_constructible_v<TLevel>);
 
-  /// Adds a level for the directories whose paths `make_paths` gives. False, with a message, when
-  /// memory does not suffice.
+  /// Adds a level for the directories with the paths that `make_paths` returns. False, after a
+  /// message, when memory is insufficient.
   template <class MakePaths>
   bool AddLevel(MakePaths make_paths) {
     const auto add = [&] {
@@ -148,7 +148,7 @@ class TDirectoryWalk {
     }
     level.has_attempts = ConvertFiles(listing.names, level.paths);
     if (!options_.recurse) return;
-    // The list stays while the walk is beneath. It is no worse when there is no memory for less.
+    // The list is kept during the walk below. If shrinking fails, it only takes more memory.
     const auto shrink = [&] {
       listing.subdirectories.shrink_to_fit();
       return true;
@@ -157,7 +157,7 @@ class TDirectoryWalk {
     level.subdirectories = std::move(listing.subdirectories);
   }
 
-  /// Converts those of the names that have the extension; whether there was one.
+  /// Converts the names with the extension; returns whether there was one.
   bool ConvertFiles(const TNameList& names, const TFilePaths& directories) {
     bool has_attempts = false;
     for (std::size_t i = 0; i < names.GetCount(); ++i) {
@@ -177,7 +177,7 @@ class TDirectoryWalk {
     return has_attempts;
   }
 
-  /// Makes sure that the next subdirectory has its mirror image and converts its level.
+  /// Ensures that the mirror directory of the next subdirectory exists, and converts its level.
   void VisitNextSubdirectory() {
     TLevel& above = levels_.back();
     const TSubdirectory& entry = above.subdirectories[above.next++];
@@ -200,7 +200,7 @@ class TDirectoryWalk {
     ConvertLevel();
   }
 
-  /// Ends the last level here, as one that attempted nothing.
+  /// Ends the last level here and treats it as one without attempted files.
   void EndLevel() {
     TLevel& level = levels_.back();
     level.has_attempts = false;
@@ -208,7 +208,7 @@ class TDirectoryWalk {
     level.next = 0;
   }
 
-  /// Leaves the last level; whether a file was attempted in it.
+  /// Removes the last level; returns whether a file was attempted in it.
   bool LeaveLevel() {
     const TLevel level = std::move(levels_.back());
     levels_.pop_back();

@@ -5,17 +5,17 @@
 
 namespace zaf {
 
-/// Runs the conversion of the options. The working directory is the output directory, as
-/// ParseCommandLine leaves it, and changes with the run. What goes wrong with a file or directory
-/// is reported; the run goes on.
+/// Runs a conversion with these options. The working directory is the output directory, as set by
+/// ParseCommandLine, and changes during the run. Failures of files and directories are reported;
+/// the run continues.
 void RunConversion(const ConversionOptions& options, const MessageSink& report);
 
 /// Converts the files of the input directory that have the extension and, with `recurse`, those of
-/// the directories beneath it, mirrored under the output directory: never those of the output
-/// directory itself. True when at least one file was attempted.
+/// the directories below it, mirrored under the output directory; skips the output directory
+/// itself. True when at least one file was attempted.
 bool ConvertDirectory(const ConversionOptions& options, const MessageSink& report);
 
-/// Converts the one file that the options name.
+/// Converts the one file given by the options.
 void ConvertSingleFile(const ConversionOptions& options, const MessageSink& report);
 
 }  // namespace zaf

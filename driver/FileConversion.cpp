@@ -20,7 +20,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// A data file that counts what is written.
+/// A data file that counts the bytes written.
 class TCountingFile final : public TDataFile {
  public:
   Status Write(std::uint32_t count, void* buffer) override {
@@ -40,7 +40,7 @@ bool CopyTime(const fs::path& from, const fs::path& to) {
   return !error;
 }
 
-/// Whether the input was changed after the output. False when that is unknown.
+/// Whether the input was modified after the output. False if that is unknown.
 bool IsNewer(const fs::path& input, const fs::path& output) {
   std::error_code input_error, output_error;
   const fs::file_time_type input_time = fs::last_write_time(input, input_error);
@@ -82,8 +82,8 @@ class TFileConversion {
     return std::move(result_);
   }
 
-  /// Looks at what is at the output's path where that decides whether there is anything to do.
-  /// False when there is not.
+  /// Examines the output's path if that decides whether there is anything to do. False if there is
+  /// not.
   bool FindPresence() {
     if (request_.existing == ExistingOutput::kFail) return true;
     is_replaced_ = ProbeFile(request_.output) != TPresence::kAbsent;
@@ -128,7 +128,7 @@ class TFileConversion {
     }
     if (result_.outcome != FileOutcome::kConverted || request_.verification == Verification::kOff)
       return std::move(result_);
-    // Not the file of the input: that one stays scrambled when the input was.
+    // A new object, since that of the input remains scrambled if the input was.
     TDataFile output;
     if (const Status status = output.Open(request_.output, TOpenMode::kRead); status != Status::kOk)
       return Failed(FileOutcome::kOutputNotOpened, status);
@@ -141,13 +141,12 @@ class TFileConversion {
                                    : FileOutcome::kOutputNotCreated;
   }
 
-  /// Writes the document to a new file at the path. What was written is removed when it is not
-  /// whole.
+  /// Writes the document to a new file at the path. An incomplete file is removed.
   void WriteOutput(const CText& path) {
     TCountingFile output;
     Status status = Status::kFailure;
     const auto save = [&] {
-      TMemoryFile image;  // The legacy form is not written from start to end.
+      TMemoryFile image;  // The legacy form is not written sequentially.
       if (request_.target == TargetForm::kLegacy) {
         status = SaveTo(image);
         if (status != Status::kOk) return FileOutcome::kOutputNotWritten;
@@ -181,7 +180,7 @@ class TFileConversion {
       result_.outcome = FileOutcome::kTimeNotKept;
   }
 
-  /// Writes the document to a new file and gives it the name of the old one.
+  /// Writes the document to a new file, which then replaces the old one by a rename.
   void Replace(const fs::path& path) {
     const fs::path temporary = TemporaryPath(path);
     WriteOutput(CText(ToText(temporary)));
@@ -234,7 +233,7 @@ class TFileConversion {
   const TQuerySpecificationServer server_{};
   TDataFile file_;  ///< The input.
   TZanfoFile* document_ = nullptr;
-  bool is_replaced_ = false;  ///< The output takes the place of something.
+  bool is_replaced_ = false;  ///< The output replaces an existing file.
   TFileResult result_;
 };
 

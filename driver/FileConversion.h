@@ -15,22 +15,22 @@ namespace zaf {
 class TDifferenceObserver;
 class TLossObserver;
 
-/// What the file at a path describes: a class file if its name ends in ".zcf", case ignored.
+/// The kind of file, by its path: a class file if its name ends in ".zcf", case ignored.
 DocumentKind KindOfName(std::string_view path);
 
 /// A name for a file that is to replace the one at `path`, in the same directory. It is no longer
 /// than the name of that one: whatever fits one of the two fits both.
 std::filesystem::path TemporaryPath(const std::filesystem::path& path);
 
-/// How the conversion of one file ended.
+/// The outcome of the conversion of one file.
 enum class FileOutcome : std::uint8_t {
   kConverted,
-  kSkipped,           ///< The output exists and was to stay; the input was not opened.
+  kSkipped,           ///< The output exists and was to be kept; the input was not opened.
   kInputNotOpened,    ///< It does not exist, is not readable, empty, or not a regular file.
-  kInputNotRead,      ///< It is not a sound application file.
-  kOutputExists,      ///< It is a readable file already, and unchanged.
-  kOutputNotCreated,  ///< Its name is taken by something else, or refused by the system.
-  kOutputNotWritten,  ///< Nothing of it is left.
+  kInputNotRead,      ///< It is not a valid application file.
+  kOutputExists,      ///< It is already a readable file, which is unchanged.
+  kOutputNotCreated,  ///< Something else has its name, or the system refuses it.
+  kOutputNotWritten,  ///< The incomplete output was removed.
   kTimeNotKept,       ///< The output is complete, but without the time stamp of the input.
   kOutputNotOpened,   ///< Verification only.
   kOutputNotRead,     ///< Verification only.
@@ -39,14 +39,14 @@ enum class FileOutcome : std::uint8_t {
 enum class Verification : std::uint8_t { kOff, kOn };
 enum class TargetForm : std::uint8_t { kXml, kLegacy };
 
-/// Where the output goes.
+/// The destination of the output.
 enum class OutputPlace : std::uint8_t { kFile, kStandardOutput, kNowhere };
 
-/// What happens when the output file exists.
+/// How an existing output file is treated.
 enum class ExistingOutput : std::uint8_t {
   kFail,
   kSkip,
-  kOverwrite,  ///< Replaced in one step, by a rename, unless it is the input or no regular file.
+  kOverwrite,  ///< Replaced in one step, by a rename, unless it is the input or not a regular file.
   kNewer,      ///< Replaced if the input was changed later, else skipped.
 };
 
@@ -58,14 +58,14 @@ struct TFileRequest {
   TargetForm target = TargetForm::kXml;
   ExistingOutput existing = ExistingOutput::kFail;
   Verification verification = Verification::kOff;
-  bool is_dry_run = false;            ///< Only looks whether the output exists; reads nothing.
+  bool is_dry_run = false;            ///< Only checks whether the output exists; reads nothing.
   bool keep_time = false;             ///< Gives the output file the time stamp of the input.
-  TLossObserver* observer = nullptr;  ///< Of the losses; null: they are not recorded.
-  /// Of the differences that verification finds; null: they are not looked for.
+  TLossObserver* observer = nullptr;  ///< The observer of the losses; null: none.
+  /// Receives the differences found by verification; null: they are not determined.
   TDifferenceObserver* differences = nullptr;
 };
 
-/// The result of one conversion. Members that it did not reach keep these defaults.
+/// The result of one conversion. Members that do not apply keep these defaults.
 struct TFileResult {
   FileOutcome outcome = FileOutcome::kConverted;
   Status status = Status::kOk;   ///< Of the operation that failed.
@@ -76,15 +76,15 @@ struct TFileResult {
   std::uint32_t bytes_out = 0;
   std::uint32_t actions = 0;
   TErrorPlace error_place{};  ///< Of the input; reason and action of an output that is refused.
-  bool is_restored = true;    ///< Verification found the same application in the output.
+  bool is_restored = true;    ///< Whether verification found the same application in the output.
 };
 
 /// Converts one file. Verification reads the output back and compares it with the original. An
-/// output file has its name only when it is complete. Throws std::bad_alloc when there is no memory
-/// for the document objects themselves.
+/// output file gets its name only when it is complete. Throws std::bad_alloc when memory is
+/// insufficient for the document objects themselves.
 TFileResult ConvertFile(const TFileRequest& request);
 
-/// Loads a file to find out whether it can be read: kConverted, kOutputNotOpened or kOutputNotRead.
+/// Loads a file to check whether it is readable: kConverted, kOutputNotOpened or kOutputNotRead.
 TFileResult ReadBack(const CText& path);
 
 }  // namespace zaf

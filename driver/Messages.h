@@ -5,11 +5,11 @@
 
 namespace zaf {
 
-/// Takes each message as it occurs, complete with its line end.
+/// Receives each message as it occurs, complete with its line end.
 using MessageSink = std::function<void(std::string_view)>;
 
-/// All messages of the program, each text once. "ERROR" is a fault of the command line or of
-/// a directory, "WARNING" one of a file.
+/// All messages of the program, each text once. "ERROR" is a problem with the command line or a
+/// directory, "WARNING" one with a file.
 namespace messages {
 
 inline constexpr std::string_view kUsage[] = {
@@ -63,7 +63,7 @@ inline constexpr std::string_view kOutputExists =
 inline constexpr std::string_view kCannotWrite = "WARNING: Unable to create XML document!\n";
 inline constexpr std::string_view kCannotReopen = "WARNING: Unable to open ZAF!\n";
 
-// A run. The two spellings of the second and the third are kept on purpose.
+// A run. The two spellings of the second and the third are kept deliberately.
 inline constexpr std::string_view kNoInputDirectory =
     "ERROR: Unable to locate the input directory\n";
 inline constexpr std::string_view kSingleFileFailed =

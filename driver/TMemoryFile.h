@@ -7,8 +7,8 @@
 
 namespace zaf {
 
-/// A data file that is written in memory: it is always open, and only written. A write fails that
-/// would end after 4 GiB; std::bad_alloc when memory runs out.
+/// A data file that is written in memory: always open, write-only. A write that would end after 4
+/// GiB fails; throws std::bad_alloc when memory runs out.
 class TMemoryFile final : public TDataFile {
  public:
   Status Seek(FourCharCode code, std::uint32_t offset) override;

@@ -10,7 +10,7 @@
 #define main wmain
 #endif
 
-/// The exit status is 0 whatever happens.
+/// The exit status is always 0.
 int main(int argument_count, zaf::TArgumentCharacter** argument_values) {
   try {
     const zaf::TArguments arguments(argument_count, argument_values);
@@ -21,7 +21,7 @@ int main(int argument_count, zaf::TArgumentCharacter** argument_values) {
             zaf::ParseCommandLine(arguments.Get(), report))
       zaf::RunConversion(*options, report);
   } catch (const std::exception&) {
-    // Only an allocation can fail here, so there is no memory for a message either.
+    // Only an allocation can fail here, so memory is insufficient for a message, too.
   }
   return 0;
 }

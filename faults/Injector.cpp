@@ -1,8 +1,8 @@
 // Library for LD_PRELOAD that disturbs one kind of call of a program from the start of its main():
 //
 //   ZAF2XML_FAULT="CALL FIRST LAST"   calls number FIRST to LAST, counted from 1; CALL is
-//       allocation   malloc and its kin fail with ENOMEM
-//       read, write  transfer half of the bytes that were asked for, at least one
+//       allocation   malloc and similar functions fail with ENOMEM
+//       read, write  transfer half of the requested bytes, at least one
 //   ZAF2XML_NO_UNNAMED_FILES=1        open() refuses O_TMPFILE, as some file systems do
 //   ZAF2XML_REPORT=DESCRIPTOR         where to write, at exit, two native 64-bit numbers: how often
 //                                     memory was allocated, and how many blocks were never freed
@@ -26,7 +26,7 @@
 
 namespace {
 
-/// A kind of call that can be disturbed.
+/// A kind of call in which faults can be injected.
 class TCalls {
  public:
   constexpr explicit TCalls(const char* name) : name_(name) {}
@@ -40,7 +40,7 @@ class TCalls {
     }
     is_armed_ = true;
   }
-  /// Counts a call; true when it is to be disturbed.
+  /// Counts a call; returns whether it must fail or fall short.
   bool IsDisturbed() {
     const std::uint64_t number = is_armed_ ? ++count_ : 0;
     return number != 0 && first_ <= number && number <= last_;
@@ -91,7 +91,7 @@ void Report() {
   const char* const descriptor = std::getenv("ZAF2XML_REPORT");
   if (descriptor == nullptr) return;
   const std::int64_t numbers[] = {static_cast<std::int64_t>(allocations.GetCount()), live_blocks};
-  // Not write(), whose calls are counted.
+  // Not write(), because its calls are counted.
   const iovec bytes{const_cast<std::int64_t*>(numbers), sizeof numbers};
   const auto number = static_cast<int>(std::strtol(descriptor, nullptr, 10));
   if (writev(number, &bytes, 1) != sizeof numbers) _exit(3);
@@ -149,7 +149,7 @@ void free(void* block) {
   NEXT(free)(block);
 }
 
-// The block always moves, so that an address of the old one that was kept shows.
+// The block always moves, so that an outdated pointer to it is detected.
 void* realloc(void* block, std::size_t size) {
   void* const moved = malloc(std::max<std::size_t>(size, 1));
   if (moved == nullptr || block == nullptr) return moved;

@@ -7,8 +7,8 @@
 namespace zaf {
 
 /// Assigns `characters` with an LF inserted after every CR, even one already followed by LF. They
-/// must not alias `text`. False, with `text` unchanged, if the result has no memory or would exceed
-/// the greatest size of a text.
+/// must not alias `text`. False, with `text` unchanged, when memory is insufficient or the result
+/// would exceed the maximum size of a text.
 bool AssignWithLineFeeds(std::string_view characters, CText& text);
 
 }  // namespace zaf

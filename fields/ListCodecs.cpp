@@ -14,7 +14,8 @@ const CDynamicArray& Records(const void* field) {
   return *static_cast<const CDynamicArray*>(field);
 }
 
-/// Reports what a text list leaves of its section, of which it took the texts from `first` on.
+/// Reports the part of its section that a text list did not take; `first` is the index of the first
+/// text that it took.
 void ReportTexts(const TLegacySection& section, const CTextPtrArray& texts, std::uint32_t first) {
   std::uint64_t used = sizeof(std::uint32_t);
   for (std::uint32_t i = first; i < texts.GetCount(); ++i) used += texts[i].View().size() + 1;
@@ -111,7 +112,7 @@ Status TRecordListCodecBase::AppendSlices(const TLegacySection& section, ByteVie
   Conversion conversion = Conversion::kWhole;
   Status status = Status::kOk;
   for (std::uint32_t i = 0; i < count && status == Status::kOk; ++i) {
-    // Saves growing later. What is reserved for an empty list, its first element releases.
+    // Avoids growing later. Not before the first element, which would release what was reserved.
     if (i == 1) static_cast<void>(list.ReserveElements(first + count));
     const ByteView rest = records.subspan(i * slice_size);
     if (is_current && rest.size() >= type_.size)
@@ -131,7 +132,7 @@ void TRecordListCodecBase::NoteUses(const TLegacySection& section, std::size_t s
   if (account == nullptr) return;
   std::uint64_t offset = std::uint64_t{section.offset} + sizeof(std::uint32_t);
   const std::uint64_t end = std::uint64_t{section.offset} + section.length;
-  // Where records overlap, what is of use in one of them is.
+  // Where records overlap, a byte that one of them uses is used.
   account->SetUse(offset, end - offset, ByteUse::kDropped);
   for (std::uint32_t i = first; i < list.GetCount(); ++i, offset += slice_size) {
     const auto size = static_cast<std::size_t>(std::min<std::uint64_t>(type_.size, end - offset));

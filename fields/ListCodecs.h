@@ -46,7 +46,7 @@ enum class Slicing : std::uint8_t {
   kOverlap,
 };
 
-/// What the list codec needs of one type of record.
+/// The properties of a record type that the list codec needs.
 struct TRecordType {
   std::size_t size;
   std::span<const TProperty> (*properties)();
@@ -82,19 +82,19 @@ class TRecordListCodecBase : public TFieldCodec {
  private:
   Status AppendSlices(const TLegacySection& section, ByteView records, std::uint32_t count,
                       CDynamicArray& list) const;
-  /// Reports what was left out of slices of which the worst was converted like this.
+  /// Reports what was left out of the slices; `conversion` is the worst result among them.
   void ReportSlices(const TLegacySection& section, std::size_t slice_size, std::uint32_t count,
                     Conversion conversion) const;
-  /// Fills the list, which must be empty, with `count` records of the current size in one copy.
+  /// Copies `count` records of the current size in one step into the list, which must be empty.
   Status TakeRecords(const TLegacySection& section, ByteView records, std::uint32_t count,
                      CDynamicArray& list) const;
-  /// Has the action finish the records from index `first` on.
+  /// Lets the action finish the records from index `first` on.
   void FixRecords(const TLegacySection& section, CDynamicArray& list, std::uint32_t first) const;
-  /// Reports which bytes of the records from index `first` on, `slice_size` apart, can decide XML.
+  /// Reports which bytes of the records from index `first` on, `slice_size` apart, affect the XML.
   void NoteUses(const TLegacySection& section, std::size_t slice_size, const CDynamicArray& list,
                 std::uint32_t first) const;
-  /// Appends the record that is made of a slice of another size; none if it has no upgrade. Gives
-  /// what became of it unless it is whole.
+  /// Appends the record converted from a slice of another size; none if there is no upgrade. Sets
+  /// `conversion` if the record is not whole.
   Status AppendSlice(const TLegacySection& section, ByteView slice, CDynamicArray& list,
                      Conversion& conversion) const;
 
@@ -126,7 +126,7 @@ Status ReadRecordXml(void* record, const TXmlReadScope& scope) {
   }
 }
 
-/// Lists keep their records, and sections are composed of them, at multiples of 4 bytes.
+/// Lists keep their records, and sections contain them, at multiples of 4 bytes.
 template <class Record>
 requires(alignof(Record) <= 4 && sizeof(Record) % 4 == 0) inline constexpr TRecordType kRecordType{
     sizeof(Record), &Record::Properties, &NumbersOf<Record>, &WriteRecordXml<Record>,

@@ -13,7 +13,7 @@ std::span<Byte> Clip(std::span<Byte> bytes, std::size_t offset, std::size_t widt
   return {bytes.data() + begin, std::min(width, bytes.size() - begin)};
 }
 
-/// Copies a text into a slot of zeros, cut so that a NUL remains. Whether it was cut.
+/// Copies a text into a slot of zeros, cut so that a NUL remains. Returns whether it was cut.
 bool StoreText(std::string_view text, std::span<std::byte> slot) {
   const std::size_t most = slot.empty() ? 0 : slot.size() - 1;
   if (!slot.empty()) std::memcpy(slot.data(), text.data(), std::min(text.size(), most));

@@ -17,7 +17,7 @@ constexpr FourCharCode kHeaderCode = Code("head");
 void TByteAccount::OnAccess(const TAccess& access) {
   switch (access.kind) {
     case AccessKind::kHeader:
-      // That of an action was begun as a section of the file.
+      // The header of an action was begun as a section of the file.
       if (sections_.empty() || sections_.back().form != SectionForm::kHeader)
         BeginSection(access, SectionForm::kHeader);
       records_.emplace_back(access.action);
@@ -99,7 +99,8 @@ std::vector<TByteAccount::TRange> TByteAccount::TakeRanges(std::uint64_t size) {
     if (range.use == ByteUse::kCarried && sections_[range.section].is_without_use)
       range.use = ByteUse::kDropped;
   std::ranges::stable_sort(noted, {}, &TRange::offset);
-  // Of the ranges at a place the one that counts is on top; those that ended are removed there.
+  // The range with precedence at a place is on top; ranges that have ended are removed when they
+  // get there.
   const auto counts_less = [&](std::size_t one, std::size_t two) {
     return noted[one].use != noted[two].use ? noted[one].use > noted[two].use : one > two;
   };

@@ -12,14 +12,14 @@ namespace zaf {
 
 struct TProperty;
 
-/// What becomes of a byte of a legacy file when it is converted to XML. Of several uses of a byte
-/// the first one counts.
+/// What happens to a byte of a legacy file in a conversion to XML. The first of several uses of a
+/// byte counts.
 enum class ByteUse : std::uint8_t {
   kStructure,     ///< Of a record header or section map.
-  kCarried,       ///< It can decide something in the document.
-  kDropped,       ///< Read, but not in the document, or passed over in a section that is read.
-  kUnknown,       ///< In a section whose code its class does not know.
-  kUnreferenced,  ///< In no header, map or section that is reached.
+  kCarried,       ///< Affects the document.
+  kDropped,       ///< Read, but not in the document, or skipped in a section that is read.
+  kUnknown,       ///< In a section whose code its class does not have.
+  kUnreferenced,  ///< In no header, map or section that was read.
 };
 
 /// How a section was read.
@@ -34,17 +34,17 @@ enum class SectionForm : std::uint8_t {
   kRecords,
 };
 
-/// What reads a range of a legacy file.
+/// What a range of a legacy file is read as.
 enum class AccessKind : std::uint8_t {
   kHeader,   ///< The record header of the file or of an action.
   kMap,      ///< Its section map.
-  kSection,  ///< A section that the map names, also that of a header.
+  kSection,  ///< A section in the map, including that of a header.
   kBeyond,   ///< Bytes after a section that are read as if they were part of it.
-  kField,    ///< The same section, which a row reads. Others are read by hand, or skipped.
+  kField,    ///< The same section, read by a row. Other sections are read by hand or skipped.
 };
 
-/// A range of a legacy file that is being read. It may reach beyond the end of the file, and
-/// overlap others.
+/// A range of a legacy file that is being read. It may extend past the end of the file, and overlap
+/// others.
 struct TAccess {
   AccessKind kind;
   std::uint64_t offset;            ///< From the start of the file, in bytes.
@@ -55,7 +55,7 @@ struct TAccess {
   bool is_in_action = false;       ///< Whether the range is of the record of an action.
 };
 
-/// The account of all bytes of a legacy file, made from what its reader reports while it reads.
+/// Accounts for all bytes of a legacy file, from the accesses that its reader reports.
 class TByteAccount {
  public:
   struct TSection {
@@ -76,23 +76,23 @@ class TByteAccount {
   };
   static constexpr std::uint32_t kNoSection = UINT32_MAX;
 
-  /// Takes an access to the file. They come in reading order: the records that form an application
-  /// one after another, of each first the range of its header, then that of its map, then those of
-  /// its sections; the sections of an action come between those of the application. A section is
-  /// the current one until the next begins. All its bytes are carried until more is reported.
+  /// Notes an access to the file. The accesses come in reading order, one record after another: its
+  /// header, its map, then its sections; the sections of an action come between those of the
+  /// application. A section is the current one until the next begins. All its bytes count as
+  /// carried until more is reported.
   void OnAccess(const TAccess& access);
   /// Sets the use of all bytes of the section.
   void SetUse(ByteUse use);
   /// Sets the use of bytes, which may be outside of the section. Later calls override earlier ones.
   void SetUse(std::uint64_t offset, std::uint64_t length, ByteUse use);
-  /// Says that the last record, that of the root container, has no XML form.
+  /// Records that the last record, that of the root container, has no XML form.
   void DropRecord();
 
   /// Names of the records, in the order in which they were read.
   [[nodiscard]] const std::vector<std::string>& GetRecords() const { return records_; }
   /// Headers, maps and sections, in the order in which they were read.
   [[nodiscard]] const std::vector<TSection>& GetSections() const { return sections_; }
-  /// Ranges without gaps that together are a file of `size` bytes. Ends the account.
+  /// Returns consecutive ranges that together cover a file of `size` bytes. Ends the account.
   [[nodiscard]] std::vector<TRange> TakeRanges(std::uint64_t size);
 
  private:
@@ -103,17 +103,17 @@ class TByteAccount {
   std::vector<std::string> records_;
   std::vector<TSection> sections_;
   std::vector<TRange> ranges_;
-  /// Where in the current section which use begins; the last one ends what is noted.
+  /// The uses in the current section by the offset where each begins; the last entry marks the end.
   std::map<std::uint64_t, ByteUse> uses_;
-  /// The last section of each code: of the file's record, of the current other one.
+  /// The last section of each code: in the file's record, and in the current record of an action.
   std::map<FourCharCode, std::uint32_t> last_[2];
 };
 
-/// The bytes of one record of a list, whose codecs name those that can decide its XML by their
-/// place in memory.
+/// The bytes of one record of a list. Codecs mark those that affect its XML, by their place in
+/// memory.
 class TRecordUse {
  public:
-  /// `offset`: of the record in the file. `size`: its bytes there.
+  /// `offset`: of the record in the file; `size`: its bytes there.
   TRecordUse(TByteAccount& account, const void* record, std::uint64_t offset, std::size_t size)
       : account_(account),
         record_(static_cast<const char*>(record)),

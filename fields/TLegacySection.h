@@ -16,7 +16,7 @@ namespace zaf {
 
 class TRecordNumbers;
 
-/// What becomes of an older record.
+/// The result of converting an older record.
 enum class Conversion : std::uint8_t {
   kDropped,  ///< It is not taken.
   kWhole,
@@ -47,7 +47,7 @@ struct TLegacySection {
   std::uint32_t offset = 0;               ///< From the start of the file, in bytes.
   std::uint32_t length = 0;               ///< In bytes.
   TRecordConverter* converter = nullptr;  ///< Null: older records of lists are dropped.
-  TLossReporter* losses = nullptr;        ///< Null: nobody observes.
+  TLossReporter* losses = nullptr;        ///< Null: there is no observer.
 
   /// The section's bytes, valid until another section is read or the file is closed.
   Status View(ByteView& bytes) const {
@@ -66,14 +66,14 @@ struct TLegacySection {
     return file == nullptr ? Status::kNoFile : file->ReadTextList(code, offset, length, texts);
   }
 
-  /// Reports to an observer that only the first `used` bytes are read, which may be more than there
-  /// are.
+  /// Reports to an observer that only the first `used` bytes are read; `used` may exceed the
+  /// length.
   void ReportUnread(std::uint64_t used) const {
     if (losses != nullptr && used != length) [[unlikely]]
       losses->ReportUnread(*this, used);
   }
 
-  /// The account of the file's bytes that an observer keeps; null: there is none.
+  /// The observer's account of the file's bytes; null if there is none.
   [[nodiscard]] TByteAccount* GetAccount() const {
     return losses == nullptr ? nullptr : losses->GetAccount();
   }

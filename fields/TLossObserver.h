@@ -21,10 +21,10 @@ enum class LossCode : std::uint8_t {
   kValueUnknown,       ///< Outside its vocabulary, and written as another value.
   kCharacterDropped,   ///< Not a character of XML.
   kCharacterReplaced,  ///< Not a character of ISO-8859-1.
-  kLineEndChanged,     ///< A CR, which is read back as a line feed. A note, no loss.
+  kLineEndChanged,     ///< A CR, which is read back as a line feed. A note, not a loss.
   kNodeIgnored,        ///< A node of a document that nothing reads.
-  kNotReadable,        ///< Written by the rules, but the reader refuses it.
-  kNotRestored,        ///< Different when read back, and no other loss explains it.
+  kNotReadable,        ///< Valid to write, but refused by the reader.
+  kNotRestored,        ///< Different when read back, without another loss that explains it.
 };
 
 /// One loss and its place. Members that do not apply are empty, kNoCode or 0.
@@ -44,7 +44,7 @@ struct TLoss {
 class TLossObserver {
  public:
   virtual void OnLoss(TLoss loss) = 0;
-  /// The account that is to be kept of the bytes of a legacy file; null: none. It stays the same.
+  /// The account to keep of the bytes of a legacy file; null for none. Always the same.
   virtual TByteAccount* GetAccount() { return nullptr; }
 
  protected:

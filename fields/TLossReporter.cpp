@@ -10,9 +10,9 @@
 namespace zaf {
 namespace {
 
-/// Losses that are reported of one file: a file made for it could have millions.
+/// The maximum number of losses that are reported of one file: a hostile file could have millions.
 constexpr std::uint32_t kMostLosses = 10000;
-/// Bytes of a section that are examined. Any number of sections may be in one place.
+/// The maximum number of bytes of a section that are examined: any number of sections may overlap.
 constexpr std::uint64_t kMostExamined = 4096;
 constexpr std::string_view kFurtherLosses = "There are more losses, which are not listed";
 
@@ -104,12 +104,12 @@ constexpr TSentence kSentences[] = {
     {LossCode::kNodeIgnored, "Text in the element % is not expected; it is not read"},
 };
 
-/// Attributes that say nothing of an application: documents have them, and nothing reads them.
+/// Attributes without content of the application, which are written but never read.
 constexpr std::pair<std::string_view, std::string_view> kUnreadAttributes[] = {
     {"ZAF", "Version"}, {"ZCF", "Version"}, {"Output", "Type"}};
 constexpr std::string_view kSignature = "Sig";
 constexpr std::string_view kSelfJoin = "SelfJoin";
-/// Its content is not examined: one to which only a deployment refers is read in part.
+/// Its content is not examined: if only a deployment refers to it, it is read in part.
 constexpr std::string_view kDataSource = "DataSource";
 
 bool IsAllNul(ByteView bytes) {
@@ -133,7 +133,7 @@ bool IsText(dom::Node node) {
          node.getNodeType() == dom::NodeType::kCDATASection;
 }
 
-/// The node that follows in a walk below `root`; null at the end.
+/// The next node of a walk below `root`; null at the end.
 dom::Node Following(dom::Node node, dom::Node root, bool enters) {
   if (enters && node.getFirstChild()) return node.getFirstChild();
   while (!(node == root) && !node.getNextSibling()) node = node.getParentNode();
@@ -192,7 +192,7 @@ void TLossReporter::EnterInAccount(TAccess access) {
 }
 
 void TLossReporter::Cover(std::uint64_t offset, std::uint64_t length) {
-  // What is written consecutively becomes one range.
+  // Consecutive writes are combined into one range.
   const std::uint64_t end = offset + length;
   TRange* const last = covered_.empty() ? nullptr : &covered_.back();
   if (last != nullptr && offset >= last->first && offset <= last->second)
@@ -221,7 +221,7 @@ void TLossReporter::NoteField(const TProperty& row, const TLegacySection& sectio
   if (account_ != nullptr)
     EnterInAccount({AccessKind::kField, section.offset, section.length, section.code, &row});
   if (row.form == XmlForm::kNone) ReportDropped(section);
-  // No longer than the rows of a class.
+  // These have at most as many elements as the class has rows.
   std::vector<TSection>& fields = is_in_action_ ? fields_ : file_fields_;
   const TSection own{section.code, section.offset, section.length};
   const auto place = std::ranges::find(fields, section.code, &TSection::code);

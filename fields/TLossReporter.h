@@ -59,51 +59,51 @@ enum class LossReason : std::uint8_t {
 
 /// Reports the losses of one file to an observer, each with its place: the action that is being
 /// read or written, and its section or, in a document, the line and column. Readers, codecs and
-/// writers have a pointer to it, null when nobody observes. The methods may throw std::bad_alloc.
+/// writers have a pointer to it, null without an observer. The methods may throw std::bad_alloc.
 ///
-/// A section without XML form is a loss only of an XML document, so those losses are kept until
-/// ReportPending.
+/// A section without XML form is a loss only if an XML document is written, so these losses are
+/// kept until ReportPending.
 class TLossReporter {
  public:
-  /// The observer outlives the reporter.
+  /// The observer must outlive the reporter.
   explicit TLossReporter(TLossObserver& observer)
       : observer_(observer), account_(observer.GetAccount()) {}
 
-  // A legacy file is read.
+  // Reading a legacy file.
 
-  /// Begins a file with these bytes, which stay as they are until EndFile, and its own record.
+  /// Begins a file with these bytes, which must not change until EndFile, and its own record.
   [[gnu::noinline]] void BeginFile(ByteView image, const TRecordHeader& header);
   /// Begins the record of an action.
   [[gnu::noinline]] void BeginAction(const TRecordHeader& header);
-  /// Goes on with the file's own record.
+  /// Continues with the file's own record.
   [[gnu::noinline]] void EndAction();
   /// Begins a section of the current record.
   [[gnu::noinline]] void BeginSection(FourCharCode code, std::uint32_t offset,
                                       std::uint32_t length);
-  /// Records bytes that are not to be reported as unreferenced, without an access to them.
+  /// Excludes bytes from the report of unreferenced ones, without an access to them.
   void Cover(std::uint64_t offset, std::uint64_t length);
-  /// Ends the file. Reports the bytes that nothing covers and that are not all NUL.
+  /// Ends the file. Reports the bytes that no range covers and that are not all NUL.
   [[gnu::noinline]] void EndFile();
 
-  /// Notes a section that is about to be read into the field of `row`. Reports it when the row has
-  /// no XML form, and reports the section that it replaces.
+  /// Notes a section that is about to be read into the field of `row`. Reports it if the row has no
+  /// XML form, and reports an earlier section that it replaces.
   void NoteField(const TProperty& row, const TLegacySection& section);
-  /// Reports a section that has no XML form; none that is all NUL.
+  /// Reports a section that has no XML form, unless it is all NUL.
   void ReportDropped(const TLegacySection& section);
   /// Reports the sections of the action read last that were read into fields: it has no XML form.
   void ReportDroppedAction(std::string_view name);
-  /// Takes back what ReportDropped reported of the sections of this code in the current record:
-  /// another section holds the same.
+  /// Withdraws what ReportDropped reported of the sections of this code in the current record,
+  /// because another section holds the same data.
   void RetractDropped(FourCharCode code);
-  /// Reports bytes of a section from `used` on, which its reader leaves out, if they are not all
+  /// Reports bytes of a section from `used` on, which its reader leaves out, unless they are all
   /// NUL.
   [[gnu::noinline]] void ReportUnread(const TLegacySection& section, std::uint64_t used);
 
-  // A document is read.
+  // Reading a document.
 
-  /// Begins the reading of a document that refers to these bytes, which stay as they are meanwhile.
+  /// Begins a document that refers to these bytes, which must not change while it is read.
   void BeginDocument(std::string_view text) { places_ = TDocumentPlaces(text); }
-  /// Sets the element that what follows concerns.
+  /// Sets the element to which the following losses belong.
   void SetElement(dom::Element element) { element_ = element; }
   /// Reports the attributes, elements and texts below `root` that were not read.
   void ReportIgnored(dom::Element root);
@@ -113,34 +113,34 @@ class TLossReporter {
   /// Sets that it is written as a legacy file.
   void SetLegacyTarget() { is_legacy_target_ = true; }
 
-  /// Begins the application itself, then each action; `record_offset` is that of its record in the
-  /// legacy file.
+  /// BeginWriting begins the application itself, the other one an action; `record_offset` is that
+  /// of its record in the legacy file.
   void BeginWriting();
   void BeginWriting(std::string_view action, std::uint32_t record_offset);
-  /// Sets the section that what follows comes from.
+  /// Sets the section to which the following losses belong.
   void SetSection(FourCharCode section) { section_ = section; }
   [[nodiscard]] FourCharCode GetSection() const { return section_; }
   /// Reports a loss of the action's name.
   void ReportName(LossReason reason, std::uint32_t record_offset);
-  /// Reports a number that is written as another one or not at all.
+  /// Reports a number that is written as another one or omitted.
   void ReportValue(const TProperty& row);
-  /// Reports what is lost because the application is written as XML.
+  /// Reports the losses that were kept until the application is written as XML.
   void ReportPending();
 
-  // In general.
+  // Common to all.
 
   [[nodiscard]] TByteAccount* GetAccount() const { return account_; }
 
-  /// Sets the action that what follows concerns.
+  /// Sets the action to which the following losses belong.
   void SetAction(std::string_view name) { action_ = name; }
   /// Reports a loss. `detail` replaces the `%` of the sentence.
   void Report(LossReason reason, std::string_view detail = {});
   void Report(LossReason reason, const TLegacySection& section, std::string_view detail = {});
-  /// The same of bytes that are in no section.
+  /// The same for bytes outside of sections.
   void ReportBytes(LossReason reason, std::uint64_t offset, std::uint64_t length);
-  /// The same of the last section of this code in the record that is being read or written;
-  /// kNoCode: of the one that was set. A legacy file that is written has sections that its input
-  /// lacks: those are named, too.
+  /// The same for the last section of this code in the record that is being read or written;
+  /// kNoCode means the one that was set. Sections of a legacy file being written that its input
+  /// lacks are named, too.
   void ReportIn(FourCharCode section, LossReason reason, std::string_view detail);
 
  private:
@@ -186,8 +186,8 @@ class TLossReporter {
 
   std::span<const TSection> written_;  ///< The sections of the record that is being written.
   bool is_legacy_target_ = false;
-  FourCharCode section_ = kNoCode;  ///< Of what is being written.
-  const TSection* found_ = nullptr;  ///< The section that was looked for last.
+  FourCharCode section_ = kNoCode;   ///< Of what is being written.
+  const TSection* found_ = nullptr;  ///< The result of the last search.
 
   TDocumentPlaces places_;
   dom::Element element_;

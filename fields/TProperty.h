@@ -74,20 +74,20 @@ class TFieldCodec {
   [[nodiscard]] virtual std::span<const TProperty> NestedNumbers() const;
   /// Names the bytes of a field in a record that can decide its XML. By default all.
   virtual void NoteUse(const TProperty& row, const void* field, const TRecordUse& use) const;
-  /// Whether several sections of one code add up; else the last one counts.
+  /// Whether several sections of one code are appended; otherwise the last one counts.
   [[nodiscard]] virtual bool AppendsSections() const;
 
-  // For an observer of the losses only; the field has just been read, or is about to be written.
+  // Only with an observer of losses; the field has just been read, or is about to be written.
 
   [[nodiscard]] virtual SectionForm GetSectionForm() const;
-  /// How many bytes of its section decided the field, which may be more than there are.
+  /// How many bytes of its section determined the field, possibly more than there are.
   [[nodiscard]] virtual std::uint64_t GetUsed(const void* field,
                                               const TLegacySection& section) const;
-  /// Reports what the document will not hold of the field, except characters, which are reported
-  /// when texts are written.
+  /// Reports what the document omits of the field, except characters, which are reported when texts
+  /// are written.
   virtual void ReportWriting(const TProperty& row, const void* field,
                              const TXmlWriteScope& scope) const;
-  /// Reports what the field does not hold of the document.
+  /// Reports what the field omits of the document.
   virtual void ReportReading(const TProperty& row, const void* field,
                              const TXmlReadScope& scope) const;
 
@@ -95,8 +95,8 @@ class TFieldCodec {
   ~TFieldCodec() = default;
 };
 
-/// The way from an object to one of its fields, through a base or parts of it. Each step finds the
-/// next one in the last.
+/// The path from an object to one of its fields, through a base or parts. Each step locates the
+/// next object in the previous one.
 class TFieldPath {
  public:
   using Step = void* (*)(void*);
@@ -111,7 +111,7 @@ class TFieldPath {
   }
 
  private:
-  std::array<Step, 4> steps_{};  ///< A base, a part, a part of that and the field are the most.
+  std::array<Step, 4> steps_{};  ///< At most a base, a part, a part of that and the field.
   std::uint32_t count_ = 0;
 };
 
@@ -139,7 +139,7 @@ class TCodeIndex {
     }
 
    private:
-    // Not inlined, since the path without an observer would save registers for it.
+    // Not inlined: otherwise the path without an observer would save registers for it.
     [[gnu::noinline]] Status ReadObserved(void* object, const TLegacySection& section) const;
   };
 
@@ -176,8 +176,8 @@ class TCodeIndex {
   std::size_t count_ = 0;
 };
 
-/// Returns the index that `get` makes when it is first called; null, counted as a failure, when
-/// memory runs out.
+/// Returns the index that `get` creates on its first call; null, counted as a failure, when memory
+/// runs out.
 template <class Get>
 const TCodeIndex* TryGetIndex(Get get) {
   try {

@@ -17,7 +17,7 @@ inline constexpr std::uint32_t kNewestFormat = 0x01000003;
 
 /// Size of a record header in a legacy file, in bytes.
 inline constexpr std::uint32_t kRecordHeaderSize = 48;
-/// Width of the name in it, in bytes; a name of that length has no NUL.
+/// Width of the name in the header, in bytes; a name of that length has no NUL.
 inline constexpr std::size_t kRecordNameWidth = 32;
 
 /// The header of a legacy record: of the file, at offset 0, or of an action. Numbers are in the
@@ -29,7 +29,7 @@ struct TRecordHeader {
   std::uint32_t map_offset = 0;  ///< Of the section map, from the start of the file, in bytes.
   std::uint32_t map_count = 0;   ///< Entries in the section map.
   TFixedText<kRecordNameWidth> name{};
-  TLossReporter* losses = nullptr;  ///< Of the file; null: nobody observes.
+  TLossReporter* losses = nullptr;  ///< Of the file being read; null without an observer.
 };
 
 }  // namespace zaf

@@ -48,8 +48,8 @@ class TSectionWriter {
   /// entries.
   Status WriteMap(std::uint32_t& map_offset, std::uint32_t& map_count);
 
-  /// Leaves `length` bytes to the caller. kFailure, also of the operations above, when the file
-  /// would exceed the 32 bits of an offset.
+  /// Reserves `length` bytes for the caller to write. kFailure, as for the operations above, when
+  /// the file would exceed the 32 bits of an offset.
   Status Skip(std::uint32_t length);
 
   /// Adds an entry for data that the caller wrote itself.

@@ -31,7 +31,7 @@ class TOutputIndex {
 
   /// The text of the output with this ID; null if there is none.
   [[nodiscard]] const std::string_view* Find(std::string_view id) const;
-  /// Marks the elements unread that were not asked for: for those who look for them.
+  /// Marks the elements that no reference used as unread, so that they are reported.
   void MarkUnused() const;
 
  private:
@@ -43,16 +43,16 @@ class TOutputIndex {
   TTextIndex<TEntry> entries_;
 };
 
-/// What the actions of one application share while they are written to a document. Refers to the
-/// application and the document, which outlive it.
+/// The state that the actions of one application share while they are written to a document. Refers
+/// to the application and the document, which outlive it.
 struct TXmlWriteContext {
   dom::Element actions;             ///< `Actions`, the parent of the actions' elements.
   dom::Element outputs;             ///< `Outputs`, the parent of all output blocks.
   TDataSourceWriter& data_sources;  ///< The data sources of the application and of all actions.
-  /// A buffer for the spelling of one value.
+  /// A buffer for one formatted value.
   using TScratch = std::array<char, 16>;
   TScratch scratch{};
-  TLossReporter* losses = nullptr;  ///< Null: nobody observes.
+  TLossReporter* losses = nullptr;  ///< Null without an observer.
 };
 
 /// Limits the text that the actions of a document copy from elements to which they refer. Without
@@ -69,14 +69,14 @@ class TReferenceBudget {
   std::uint64_t left_;
 };
 
-/// What the actions share while they are read from a document, which outlives it.
+/// The state that the actions share while they are read from a document, which outlives it.
 struct TXmlReadContext {
   TOutputIndex outputs;
   TDataSourceIndex& data_sources;
   TReferenceBudget& references;
   /// A buffer for joining the pieces of one field's text.
   mutable std::string joined = {};
-  TLossReporter* losses = nullptr;  ///< Null: nobody observes.
+  TLossReporter* losses = nullptr;  ///< Null without an observer.
 };
 
 /// The element that an object's fields are written into.
@@ -95,7 +95,7 @@ class TXmlReadScope {
   const TXmlReadContext& context;
   const dom::Element element;
 
-  /// The first child element with this name; null if there is none. Ask once per name.
+  /// The first child element with this name; null if there is none. May be called once per name.
   [[nodiscard]] dom::Element FindChild(std::string_view name) const { return children_.Find(name); }
   /// The text of that child, empty if there is none; valid until the next text is read.
   [[nodiscard]] std::string_view FindText(std::string_view name) const {

@@ -12,15 +12,15 @@
 
 namespace zaf {
 
-/// A field whose value has a spelling, which is an attribute or the text of a child element. A
-/// derived codec defines the spelling.
+/// A field whose value is formatted as text: an attribute or the text of a child element. A derived
+/// codec defines the format.
 class TValueCodec : public TFieldCodec {
  public:
   void WriteXml(const TProperty& row, const void* field,
                 const TXmlWriteScope& scope) const override;
   /// A missing attribute or child is read as the empty text.
   Status ReadXml(const TProperty& row, void* field, const TXmlReadScope& scope) const override;
-  // Those of a number, which most values are.
+  // Defaults for numbers, the most common type of value.
 
   SectionForm GetSectionForm() const override { return SectionForm::kNumber; }
   std::uint64_t GetUsed(const void* field, const TLegacySection& section) const override;

@@ -8,9 +8,9 @@
 namespace zaf {
 
 /// A text that can be enciphered to printable characters and back: a mark of 4 characters, then in
-/// lower-case hexadecimal the text, padded as PKCS#7 (RFC 5652) has it, under Blowfish in CBC mode.
-/// The keys are part of the program, so this keeps a text from being read by chance and no more.
-/// The same text always gives the same characters.
+/// lower-case hexadecimal the text, padded with PKCS#7 (RFC 5652), under Blowfish in CBC mode. The
+/// keys are part of the program, so this only prevents a text from being read by accident. The same
+/// text always gives the same characters.
 class CCipherText : public CText {
  public:
   using CText::CText;

@@ -9,7 +9,7 @@
 
 namespace zaf {
 
-/// "No index": the -1 of the operations that give an index or a position.
+/// The -1 that operations return when there is no index or position.
 inline constexpr std::uint32_t kNoIndex = 0xFFFFFFFFU;
 
 /// The result of Set: where the data is and how long it is now, in bytes (of a text with its NUL).
@@ -149,7 +149,7 @@ class CData {
 
  private:
   /// Whether the storage may be directly after this base. A heap block that happens to begin there
-  /// counts too; it is then copied where it could have been moved.
+  /// counts too; it is then copied although it could have been moved.
   [[nodiscard]] bool MayUseInnerStorage() const {
     return reinterpret_cast<std::uintptr_t>(buffer_) ==
            reinterpret_cast<std::uintptr_t>(this) + sizeof(CData);

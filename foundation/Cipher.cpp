@@ -8,7 +8,7 @@
 namespace zaf {
 namespace {
 
-// The library passes contexts untyped.
+// The library passes contexts as untyped pointers.
 void EncryptBlocks(const void* context, std::size_t size, std::uint8_t* target,
                    const std::uint8_t* source) {
   blowfish_encrypt(static_cast<const blowfish_ctx*>(context), size, target, source);

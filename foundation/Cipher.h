@@ -22,8 +22,8 @@ using TDigest = std::array<std::byte, kDigestSize>;
 [[nodiscard]] TDigest ComputeDigest(ByteView bytes);
 
 /// Blowfish (B. Schneier, 1993) in CBC mode, keyed by the digest of a text. Keys that are part of a
-/// program hide a text; they do not protect it. The key schedule takes as long as 4 KB of text, so
-/// an object is made once for each key; it is constant and can be used by any number of threads.
+/// program hide a text; they do not protect it. The key schedule takes as long as enciphering 4 KB,
+/// so an object is made once for each key; it is constant and can be used by any number of threads.
 class TCipher {
  public:
   /// Every text is enciphered with the same initial vector.

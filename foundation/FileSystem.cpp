@@ -70,7 +70,7 @@ bool TNewFile::Open(const CText& path) {
 }
 
 std::string TNewFile::TemporaryPath(std::uint64_t number) const {
-  // What ends a directory or a drive on any system: elsewhere it is part of the name that is kept.
+  // The separators of every system: one that is an ordinary character here stays in the name.
   const std::size_t begin = path_.find_last_of("\\/:") + 1;
   const auto begins_character = [](char c) { return (c & 0xC0) != 0x80; };  // Of UTF-8.
   const auto length = std::count_if(path_.begin() + static_cast<std::ptrdiff_t>(begin), path_.end(),

@@ -16,18 +16,19 @@
 /// The file system operations that the program uses. FileSystemPosix.cpp and FileSystemWindows.cpp
 /// implement them, each on its own system, FileSystem.cpp what they share.
 ///
-/// On Windows paths are UTF-8 and may be as long as the system allows (some 32,000 characters),
-/// the working directory's included. Paths that Windows would take for something else fail there:
-/// devices (`con`, `nul.txt`), streams (`a:b`), names that end with a full stop or a blank.
+/// On Windows paths are UTF-8 and may be as long as the system allows (some 32,000 characters), the
+/// working directory's included. Paths that Windows would interpret differently fail there: devices
+/// (`con`, `nul.txt`), streams (`a:b`), names that end with a full stop or a blank.
 namespace zaf {
 
 class CText;
 
 #ifdef _WIN32
 inline constexpr char kPathSeparator = '\\';
-/// Whether equal directories commonly have different names: by case, separators, short names.
+/// Whether equal directories commonly have different names that differ by case, separators or short
+/// names.
 inline constexpr bool kDirectoriesHaveManyNames = true;
-/// What the arguments of the program consist of.
+/// The character type of the program's arguments.
 using TArgumentCharacter = wchar_t;
 #else
 inline constexpr char kPathSeparator = '/';
@@ -35,7 +36,7 @@ inline constexpr bool kDirectoriesHaveManyNames = false;
 using TArgumentCharacter = char;
 #endif
 
-/// The arguments of the program as texts of the program: on Windows in UTF-8.
+/// The arguments of the program as texts, on Windows in UTF-8.
 class TArguments {
  public:
   /// Prepares the process, too: main() begins with it.
@@ -50,9 +51,9 @@ class TArguments {
   std::span<const char* const> view_;
 };
 
-/// Prepares the process for file access, to be called first: a write that fails is an error and
-/// never a signal that ends the process, and a file opened later never gets the descriptor of a
-/// standard stream that the caller had closed. On Windows an error is no dialog.
+/// Prepares the process for file access; must be called first. Afterwards a failed write is an
+/// error and never a signal that ends the process, and a file opened later never gets the
+/// descriptor of a standard stream that the caller had closed. On Windows no error opens a dialog.
 void PrepareProcess();
 
 /// Makes `path` the working directory.
@@ -194,8 +195,8 @@ class TNewFile {
   [[nodiscard]] bool OpenUnpublished();
   /// Opens the file under a temporary name.
   [[nodiscard]] bool OpenTemporary();
-  /// A temporary path in the directory of the file, which differs by `number`. Its last name has at
-  /// most as many characters as that of the file: whatever fits one of the two fits both.
+  /// A temporary path in the directory of the file, distinguished by `number`. Its last component
+  /// has at most as many characters as that of the file, so it meets the same limit of length.
   [[nodiscard]] std::string TemporaryPath(std::uint64_t number) const;
   /// Writes some of the bytes: how many, or less than 1 on failure.
   [[nodiscard]] std::ptrdiff_t WriteSome(const std::byte* bytes, std::size_t count);

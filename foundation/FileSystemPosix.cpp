@@ -17,7 +17,7 @@
 namespace zaf {
 namespace {
 
-/// Flags of every file that is looked at: no waiting for a FIFO, no controlling terminal.
+/// Flags of every file that is examined: no waiting for a FIFO, no controlling terminal.
 constexpr int kLookFlags = O_RDONLY | O_NOCTTY | O_CLOEXEC | O_NONBLOCK;
 /// Permissions of a new file and directory, before the process's mask.
 constexpr mode_t kFileMode = 0666;
@@ -37,15 +37,15 @@ TFileIdentity IdentityOf(const struct stat& info) {
   return {static_cast<std::uint64_t>(info.st_dev), {static_cast<std::uint64_t>(info.st_ino)}};
 }
 
-/// The directory part of a path, which a new file of that path goes to.
+/// The directory part of a path, in which a new file of that path is created.
 std::string DirectoryOf(const std::string& path) {
   const std::size_t separator = path.rfind(kPathSeparator);
   if (separator == std::string::npos) return ".";
   return path.substr(0, std::max<std::size_t>(separator, 1));
 }
 
-/// Whether a name could not be given for a reason that creating the file by that name would have
-/// met as well: it is taken, or the directory does not have it.
+/// Whether naming a file failed for a reason that would also have prevented creating it by that
+/// name: the name is taken, or the directory refuses it.
 bool IsNameRefusal(int error) {
   switch (error) {
     case EEXIST:
@@ -209,7 +209,7 @@ bool TNewFile::OpenUnpublished() {
   handle_ =
       Retry([&] { return open(directory.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, kFileMode); });
   if (handle_ != -1) return true;
-  // The errors of file systems without unnamed files, and EISDIR of systems without O_TMPFILE.
+  // The errors of file systems without unnamed files, and EISDIR on systems without O_TMPFILE.
   return (errno == EOPNOTSUPP || errno == EINVAL || errno == EISDIR) && OpenTemporary();
 }
 
@@ -250,8 +250,8 @@ bool TNewFile::CloseFile() {
 bool TNewFile::GiveName() {
   if (!temporary_.empty()) return NameTemporaryFile();
   if (LinkUnnamed(Descriptor(handle_), path_.c_str())) return true;
-  // ENOENT can also mean that this process does not see /proc, and file systems refuse to link in
-  // ways of their own. Making a named copy reports the actual obstacle.
+  // ENOENT can also mean that /proc is not mounted, and file systems refuse links with various
+  // errors. Making a named copy gives the actual error.
   if (errno != ENOENT && IsNameRefusal(errno)) return false;
   const TDescriptor source(std::exchange(handle_, -1));
   const bool is_open = OpenTemporary();
@@ -262,7 +262,7 @@ bool TNewFile::GiveName() {
 }
 
 bool TNewFile::NameTemporaryFile() {
-  // Some file systems report only now that a write failed.
+  // Some file systems report a failed write only here.
   if (!CloseFile()) {
     write_failed_ = true;
     return false;
@@ -273,7 +273,7 @@ bool TNewFile::NameTemporaryFile() {
     temporary_.clear();
     return true;
   }
-  // Where a rename cannot promise not to replace, a second name can; the first one is then
+  // Without a rename that never replaces a file, a second link serves; the first one is then
   // removed with the rest.
   if (!IsNameRefusal(errno) && linkat(AT_FDCWD, from, AT_FDCWD, to, 0) == 0) return true;
   write_failed_ = !IsNameRefusal(errno);

@@ -1,4 +1,4 @@
-// Everything of the program that is for Windows alone.
+// The parts of the program that are specific to Windows.
 
 #include <algorithm>
 #include <array>
@@ -31,7 +31,7 @@ struct SearchCloser {
   void operator()(HANDLE handle) const { FindClose(handle); }
 };
 
-/// A handle that is closed in any case; null instead of INVALID_HANDLE_VALUE.
+/// A handle that is closed on destruction; null instead of INVALID_HANDLE_VALUE.
 template <class Closer>
 using TOwned = std::unique_ptr<HANDLE, Closer>;
 using TOpenFile = TOwned<HandleCloser>;
@@ -42,12 +42,13 @@ Owned Own(HANDLE handle) {
   return Owned(handle == INVALID_HANDLE_VALUE ? nullptr : handle);
 }
 
-/// Largest piece handed to one system call.
+/// The largest number of bytes passed to one system call.
 constexpr std::size_t kMostAtOnce = std::size_t{1} << 30;
 
 // ---- Texts
 
-/// UTF-8 as the system's UTF-16; when it is not UTF-8, empty or, without the flag, with U+FFFD.
+/// Converts UTF-8 to the system's UTF-16. Ill-formed UTF-8 gives an empty text or, without the
+/// flag, U+FFFD.
 std::wstring ToWide(std::string_view text, DWORD flags = MB_ERR_INVALID_CHARS) {
   const auto size = static_cast<int>(text.size());
   const int length = MultiByteToWideChar(CP_UTF8, flags, text.data(), size, nullptr, 0);
@@ -56,7 +57,7 @@ std::wstring ToWide(std::string_view text, DWORD flags = MB_ERR_INVALID_CHARS) {
   return wide;
 }
 
-/// UTF-16 as UTF-8; half a surrogate pair becomes the replacement character.
+/// Converts UTF-16 to UTF-8; half a surrogate pair becomes the replacement character.
 std::string ToUtf8(std::wstring_view wide) {
   const auto length = static_cast<int>(wide.size());
   const auto convert = [&](char* text, int size) {
@@ -70,7 +71,7 @@ std::string ToUtf8(std::wstring_view wide) {
 
 // ---- Paths
 
-/// The working directory when it is too long to be the system's, as an absolute path; else empty.
+/// The absolute path of the working directory if it is too long for the system's own; else empty.
 std::wstring long_working_directory;
 
 bool EqualsIgnoringCase(std::wstring_view a, std::wstring_view b) {
@@ -78,7 +79,7 @@ bool EqualsIgnoringCase(std::wstring_view a, std::wstring_view b) {
                               static_cast<int>(b.size()), TRUE) == CSTR_EQUAL;
 }
 
-/// Whether Windows, or an older version of it, takes the name for a device.
+/// Whether any version of Windows treats the name as a device.
 bool IsDeviceName(std::wstring_view name) {
   constexpr std::wstring_view kDevices[] = {L"CON", L"PRN", L"AUX", L"NUL", L"CONIN$", L"CONOUT$"};
   constexpr std::wstring_view kNumbered[] = {L"COM", L"LPT"};
@@ -92,20 +93,20 @@ bool IsDeviceName(std::wstring_view name) {
   return std::ranges::any_of(kNumbered, equals);
 }
 
-/// Whether the last name of a path is one that Windows takes as it is.
+/// Whether Windows uses the last component of a path unchanged.
 bool IsPlainName(std::wstring_view name) {
   if (name.empty() || name == L"." || name == L"..") return true;
   return name.back() != L'.' && name.back() != L' ' && !IsDeviceName(name);
 }
 
-/// The absolute path of what `path` names; empty when that can be no file or directory.
+/// The absolute path for `path`; empty when it cannot name a file or directory.
 std::wstring AbsolutePath(std::string_view path) {
   constexpr std::wstring_view kVerbatim = L"\\\\?\\";
   std::wstring wide = ToWide(path);
   std::ranges::replace(wide, L'/', L'\\');
   const std::size_t drive = wide.starts_with(kVerbatim) ? kVerbatim.size() + 1 : 1;
   const std::size_t colon = wide.rfind(L':');
-  // A replacement character is in names that have no UTF-8 form, or that no file here has.
+  // The replacement character marks a name without UTF-8 form, by which no file can be found.
   if (wide.empty() || wide.find(L'\uFFFD') != wide.npos || (colon != wide.npos && colon != drive) ||
       !IsPlainName(std::wstring_view(wide).substr(wide.rfind(L'\\') + 1)))
     return {};
@@ -117,7 +118,7 @@ std::wstring AbsolutePath(std::string_view path) {
   return absolute.starts_with(L"\\\\.\\") ? std::wstring() : absolute;  // A device.
 }
 
-/// The same in the form in which it may be of any length. Throws std::bad_alloc.
+/// The same in the form that allows any length. Throws std::bad_alloc.
 std::wstring MakeSystemPath(std::string_view path) {
   std::wstring absolute = AbsolutePath(path);
   if (absolute.starts_with(L"\\\\?\\") || absolute.empty()) return absolute;
@@ -125,15 +126,15 @@ std::wstring MakeSystemPath(std::string_view path) {
   return L"\\\\?\\UNC" + absolute.substr(1);
 }
 
-/// The same; also empty when memory ran out.
+/// The same; also empty when memory runs out.
 std::wstring SystemPath(std::string_view path) {
   return Attempt([&] { return MakeSystemPath(path); }, {});
 }
 
 // ---- System calls
 
-/// Whether a name could not be given for a reason that creating the file by that name would have
-/// met as well: it is taken, or the directory does not have it.
+/// Whether naming a file failed for a reason that would also have prevented creating it by that
+/// name: the name is taken, or the directory refuses it.
 bool IsNameRefusal(DWORD error) {
   switch (error) {
     case ERROR_FILE_EXISTS:
@@ -149,13 +150,13 @@ bool IsNameRefusal(DWORD error) {
   }
 }
 
-/// Whether another program, a virus scanner say, holds the file at the moment.
+/// Whether another program, a virus scanner say, has the file open at the moment.
 bool IsHeld(DWORD error) {
   return error == ERROR_SHARING_VIOLATION || error == ERROR_LOCK_VIOLATION;
 }
 
-/// Makes a call until it succeeds or fails for another reason than that the file is held, for half
-/// a second at most. The last result; the system's last error is the call's.
+/// Repeats a call while it fails because the file is open elsewhere, for half a second at most.
+/// Returns the last result; GetLastError() is that of the last call.
 template <class Call>
 auto WhileHeld(Call call) {
   constexpr DWORD kLongestPause = 256;
@@ -166,7 +167,7 @@ auto WhileHeld(Call call) {
   }
 }
 
-/// Opens what exists; null when that fails.
+/// Opens an existing file or directory; null when that fails.
 TOpenFile OpenExisting(const std::wstring& path, DWORD access, DWORD flags) {
   constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
   return WhileHeld([&] {
@@ -175,7 +176,7 @@ TOpenFile OpenExisting(const std::wstring& path, DWORD access, DWORD flags) {
   });
 }
 
-/// The size of an open regular file; none when it is something else.
+/// The size of an open regular file; none for anything else.
 std::optional<std::uint64_t> SizeOfRegularFile(HANDLE file) {
   LARGE_INTEGER size{};
   if (GetFileType(file) != FILE_TYPE_DISK || GetFileSizeEx(file, &size) == 0) return std::nullopt;
@@ -196,7 +197,7 @@ std::optional<TFileIdentity> IdentityOf(const std::wstring& path) {
   return identity;
 }
 
-/// Directories with other data, as of a cloud, are no links.
+/// Reparse points of other kinds, such as those of cloud storage, are not links.
 bool IsNameLink(const WIN32_FIND_DATAW& entry) {
   return (entry.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0 &&
          IsReparseTagNameSurrogate(entry.dwReserved0);
@@ -207,7 +208,7 @@ bool IsDirectory(const WIN32_FIND_DATAW& entry) {
   return (entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0 && !IsNameLink(entry);
 }
 
-/// Says whether the system is to delete the file when its handle is closed, by whatever end.
+/// Sets whether the system deletes the file when its handle is closed, however the process ends.
 bool SetDeletion(HANDLE file, bool is_to_be_deleted) {
   FILE_DISPOSITION_INFO info{};
   info.DeleteFile = is_to_be_deleted;
@@ -255,7 +256,7 @@ bool IsLink(const std::filesystem::directory_entry& entry) {
   return search && IsNameLink(data);
 }
 
-// Errors are returned; no dialog waits for an answer.
+// Errors are returned without a dialog.
 void PrepareProcess() { SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX); }
 
 TArguments::TArguments(int count, wchar_t** values) {
@@ -266,7 +267,8 @@ TArguments::TArguments(int count, wchar_t** values) {
 }
 
 bool EnterDirectory(const CText& path) {
-  // The system's own has at most MAX_PATH characters, with the separator and the NUL at its end.
+  // The system's working directory has at most MAX_PATH characters, including the separator at its
+  // end and the NUL.
   constexpr std::size_t kLongest = MAX_PATH - 2;
   const auto enter = [&] {
     std::wstring directory = AbsolutePath(path.GetCString());
@@ -279,7 +281,8 @@ bool EnterDirectory(const CText& path) {
     const DWORD attributes = GetFileAttributesW(SystemPath(path.GetCString()).c_str());
     if (attributes == INVALID_FILE_ATTRIBUTES || (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0)
       return false;
-    // Paths that begin at the root of a drive count from the system's, which is to be the same.
+    // Paths from the root of a drive are relative to the drive of the system's working directory,
+    // so that is changed to the same drive.
     const std::size_t end = directory.rfind(L'\\', kLongest - 1);
     SetCurrentDirectoryW(directory.substr(0, end + 1).c_str());
     long_working_directory = std::move(directory);
@@ -376,7 +379,7 @@ bool TNewFile::OpenUnpublished() {
 
 bool TNewFile::OpenTemporary() {
   constexpr int kAttempts = 16;
-  // Multiplying by an odd number makes the first digits differ, too.
+  // Multiplying by an odd number makes the first digits differ as well.
   constexpr std::uint64_t kOddNumber = 0x9E3779B97F4A7C15;
   for (int attempt = 0; attempt < kAttempts; ++attempt) {
     LARGE_INTEGER ticks{};
@@ -387,7 +390,7 @@ bool TNewFile::OpenTemporary() {
                                     CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
     handle_ = Number(file);
     if (!IsOpen()) {
-      // The name of a file that is being deleted denies the access.
+      // While a file of that name is being deleted, access is denied.
       if (GetLastError() == ERROR_FILE_EXISTS || GetLastError() == ERROR_ACCESS_DENIED) continue;
       return false;
     }
@@ -418,7 +421,7 @@ std::uint64_t TNewFile::GetSize() const { return SizeOfRegularFile(Handle(handle
 bool TNewFile::GiveName() {
   const HANDLE file = Handle(handle_);
   const TRenaming renaming(MakeSystemPath(path_));
-  // A file that is to be deleted cannot be renamed.
+  // A file that is marked for deletion cannot be renamed.
   if (SetDeletion(file, false) && renaming.Apply(file)) return true;
   write_failed_ = !IsNameRefusal(GetLastError());
   SetDeletion(file, true);

@@ -9,8 +9,8 @@ namespace {
 
 thread_local constinit std::uint64_t failure_count = 0;
 
-/// `size` rounded up to the next size of a block. With sanitizers up to 64 KiB are exact, so that
-/// they see every access beyond.
+/// `size` rounded up to the next block size. Under sanitizers sizes up to 64 KiB are exact, so that
+/// every access past the end is detected.
 std::size_t BlockSize(std::size_t size) {
 #ifdef ZAF2XML_SANITIZED
   if (size <= std::size_t{64} << 10) return size;
@@ -19,7 +19,7 @@ std::size_t BlockSize(std::size_t size) {
   constexpr std::size_t kStepsPerPower = 8;
   const std::size_t step = std::max(kLeastStep, std::bit_floor(size) / kStepsPerPower);
   const std::size_t block = (size + step - 1) & ~(step - 1);  // A step is a power of two.
-  // With 32 bits the largest sizes have no next one.
+  // On 32-bit systems the largest sizes have no next one.
   return sizeof size > sizeof(std::uint32_t) || block >= size ? block : size;
 }
 

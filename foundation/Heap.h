@@ -6,9 +6,9 @@
 #include <new>
 #include <utility>
 
-/// Memory without exceptions, for the containers and for whatever has a size that the input
-/// decides. All of it comes from `operator new`: a program that replaces that one replaces this
-/// heap too.
+/// Memory without exceptions, for the containers and for everything whose size depends on the
+/// input. All of it comes from `operator new`, so a program that replaces that also replaces this
+/// heap.
 namespace zaf::heap {
 
 /// Returns a new block of at least `size` bytes (greater than 0), aligned for every type and
@@ -39,8 +39,8 @@ template <class T, class... Arguments>
 }
 
 /// Reports whether memory has run out in this thread since the watch was made. A container then
-/// keeps what it had and returns so, but not every caller checks: a load or save as a whole checks
-/// here.
+/// keeps its content and returns a failure, but not every caller checks that: a load or save checks
+/// once for all, here.
 class TMemoryWatch {
  public:
   [[nodiscard]] bool HasRunOut() const { return GetFailureCount() != count_before_; }

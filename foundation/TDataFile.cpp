@@ -14,7 +14,8 @@
 namespace zaf {
 namespace {
 
-/// A limit of the work that a file can cause: its size times the first, at least the second.
+/// Factor and minimum of the work that a file can cause, in bytes: its size times the first, but at
+/// least the second.
 constexpr std::uint64_t kWorkPerByte = 8;
 constexpr std::uint64_t kLeastWork = std::uint64_t{16} << 20;
 
@@ -109,7 +110,7 @@ Status TDataFile::Read(std::uint32_t count, void* buffer) {
 
 Status TDataFile::ReadStream(std::uint32_t count, void* buffer) {
   if (stream_ == nullptr) return Status::kFailure;
-  // A stream that cannot seek is read without knowing what is left.
+  // A stream that cannot seek is read without this check.
   if (const long position = std::ftell(stream_); position >= 0) {
     const std::uint32_t size = TDataFile::GetSize();
     if (std::fseek(stream_, position, SEEK_SET) != 0) return Status::kFailure;

@@ -48,7 +48,7 @@ class TDataFile : public TDiskFile {
                   CText& text) override;
   Status ReadInteger(FourCharCode code, std::uint32_t offset, std::uint32_t length,
                      std::int32_t& value) override;
-  /// Leaves a stream at its end; 0 when that fails. The largest number for a longer file.
+  /// Moves a stream to its end; 0 when that fails. The largest number for a longer file.
   std::uint32_t GetSize() override;
 
   /// Returns the bytes of a section: in place when the file is in memory and is not of a derived

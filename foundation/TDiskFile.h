@@ -43,7 +43,7 @@ class TDiskFile {
   /// Reads `count` bytes at the current position and moves past them.
   virtual Status Read(std::uint32_t count, void* buffer) = 0;
   /// Writes `count` bytes at the current position. A scrambled file transforms the caller's buffer
-  /// for the time of the call.
+  /// during the call.
   virtual Status Write(std::uint32_t count, void* buffer) = 0;
   /// Rotates each byte left by 3 bits.
   virtual void Scramble(std::uint32_t count, void* bytes);
@@ -80,7 +80,7 @@ class TDiskFile {
                            CData& block);
   /// Seek, then Read.
   virtual Status ReadAt(FourCharCode code, std::uint32_t offset, std::uint32_t count, void* buffer);
-  /// The write operations give in `written` the bytes that the section took.
+  /// The write operations set `written` to the bytes that the section takes.
   virtual Status WriteText(FourCharCode code, std::uint32_t offset, std::uint32_t& written,
                            const CText& text, TextEnd end);
   virtual Status WriteTextList(FourCharCode code, std::uint32_t offset, std::uint32_t& written,
@@ -96,12 +96,12 @@ class TDiskFile {
   [[nodiscard]] bool IsScrambled() const { return is_scrambled_; }
 
  protected:
-  /// Gives the bytes of a section, with the statuses of ReadBlock: read into `scratch`, or in
+  /// Returns the bytes of a section, with the statuses of ReadBlock: read into `scratch`, or in
   /// place where a subclass has them in memory. `view` is valid until either changes.
   virtual Status FetchBlock(FourCharCode code, std::uint32_t offset, std::uint32_t length,
                             CData& scratch, ByteView& view);
 
-  /// Sets a text that was cleared to the text of a section.
+  /// Sets a text that was cleared to the content of a text section.
   static Status AssignSection(ByteView block, CText& text);
 
   bool is_scrambled_ = false;  ///< Bytes are transformed on their way to and from the disk.

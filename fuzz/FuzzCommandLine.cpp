@@ -1,4 +1,4 @@
-// Any words as a command line: the parser prints at most its messages and keeps within bounds.
+// Parses any words as a command line: the parser must only print messages and stay within bounds.
 
 #include <algorithm>
 #include <filesystem>
@@ -27,7 +27,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   std::vector<const char*> arguments;
   arguments.reserve(words.size());
   for (const std::string& word : words) arguments.push_back(word.c_str());
-  // The parser enters directories; the fuzzer's own are relative.
+  // The parser enters directories, and the fuzzer's own are relative.
   static const std::filesystem::path start = std::filesystem::current_path();
   std::size_t printed = 0;
   static_cast<void>(

@@ -1,5 +1,5 @@
-// Buffers, texts and lists of texts beside models of std::string and std::vector: each input is a
-// program of operations.
+// Compares buffers, texts and lists of texts with models of std::string and std::vector: each input
+// is a program of operations.
 
 #include <algorithm>
 #include <cstdint>
@@ -34,7 +34,7 @@ std::uint32_t Place(std::size_t place) {
   return place == std::string::npos ? kNoIndex : static_cast<std::uint32_t>(place);
 }
 
-/// Takes numbers and texts from the beginning of the input; 0 and nothing at its end.
+/// Reads numbers and texts from the beginning of the input; at its end 0 and empty texts.
 class TProgram {
  public:
   explicit TProgram(std::string_view bytes) : bytes_(bytes) {}
@@ -48,7 +48,7 @@ class TProgram {
     }
     return static_cast<std::uint32_t>(number % limit);
   }
-  /// Few different characters, so that patterns repeat and overlap.
+  /// Uses few different characters, so that patterns repeat and overlap.
   std::string Text() {
     std::string text(Below(40), 'a');
     for (char& character : text) character = "aaaaaaAb \xC9"[Below(10)];
@@ -80,7 +80,7 @@ void StepBuffer(TProgram& program, CData& buffer, TBufferModel& model) {
     const std::uint32_t copied = buffer.CopyOutRange(copy.data(), count, position, kNoIndex);
     Require(copied == part.size() && copy.starts_with(part), "a copy is the range");
   } else if (operation == 3 && !part.empty()) {
-    // Bytes of the buffer itself, which move meanwhile.
+    // Bytes of the buffer itself, which move during the call.
     buffer.Splice(count, position, buffer.GetData() + position, Size(part));
     model.Splice(count, position, part);
   } else {
@@ -93,14 +93,14 @@ void StepBuffer(TProgram& program, CData& buffer, TBufferModel& model) {
     model = {};
   }
   Require(AsText(buffer.Bytes()) == model.bytes, "a buffer is its model");
-  // The rules say nothing of what splicing reserves.
+  // The rules do not determine what splicing reserves.
   Require(operation > 1 || buffer.GetCapacity() == model.capacity, "capacity follows its rules");
   model.capacity = buffer.GetCapacity();
 }
 
 void StepText(TProgram& program, CText& text, std::string& model) {
   const std::uint32_t start = program.Below(model.size() + 1);
-  // Patterns come from the text itself half of the time, and are often longer than 16.
+  // Half of the patterns come from the text itself, and many are longer than 16.
   const std::string pattern =
       program.Below(2) == 0 ? program.Text() : model.substr(start, program.Below(80));
   Require(text.Find(pattern, start) == Place(model.find(pattern, start)) || pattern.empty(),

@@ -1,4 +1,4 @@
-// Any bytes as a legacy file: load, save, load what was saved, compare.
+// Loads any bytes as a legacy file, saves them, loads the result and compares.
 
 #include "fuzz/LegacyParts.h"
 #include "fuzz/RoundTrip.h"
@@ -8,8 +8,8 @@ namespace {
 constexpr std::uint32_t kManyRecords = 512;
 constexpr std::size_t kTriedOfExpensive = 64;
 
-/// Whether a list turns few bytes into many records. What a file may make of them is bounded, but
-/// so that a file of a few bytes may make 16 MiB of them.
+/// Whether a list turns few bytes into many records. The bound on these still allows a tiny file 16
+/// MiB of them.
 bool IsExpensive(std::string_view bytes) {
   for (const zaf::fuzz::TRecordParts& record : zaf::fuzz::TakeApart(bytes)) {
     for (const auto& [code, content] : record.sections) {
@@ -26,7 +26,7 @@ bool IsExpensive(std::string_view bytes) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using namespace zaf;
   const std::string_view bytes(reinterpret_cast<const char*>(data), size);
-  // Few of the expensive files are tried, for they are slower than the others by a hundred times.
+  // Only some of the expensive files are tried: they are a hundred times slower than the others.
   if (std::hash<std::string_view>()(bytes) % kTriedOfExpensive != 0 && IsExpensive(bytes)) return 0;
   TZanfoFile file;
   if (fuzz::LoadBytes(bytes, file) != Status::kOk) return 0;

@@ -1,4 +1,4 @@
-// Compares the parser with libexpat: both accept a document, with the same content, or both refuse
+// Compares the parser with libexpat: both must accept a document, with the same content, or refuse
 // it.
 
 #include <algorithm>
@@ -22,8 +22,8 @@ void Require(bool holds, const char* what) {
   std::abort();
 }
 
-/// The content of a document in one string. Of an element that holds elements no white space
-/// counts: it may be layout.
+/// The content of a document in one string. White space in an element with child elements is
+/// ignored, since it may be layout.
 class Content {
  public:
   explicit Content(bool has_values) : has_values_(has_values) {}
@@ -56,11 +56,11 @@ class Content {
 
   bool has_values_;
   std::string string_;
-  std::string text_;  ///< Since the last tag.
+  std::string text_;  ///< The text since the last tag.
   std::vector<bool> holds_elements_;
 };
 
-/// Text as libexpat gives it, in UTF-8, in ISO-8859-1.
+/// Converts text from libexpat, which is UTF-8, to ISO-8859-1.
 std::string ToLatin1(std::string_view text) {
   std::string latin1;
   for (std::size_t i = 0; i < text.size(); ++i) {
@@ -127,20 +127,20 @@ void Collect(dom::Node top, Content& content) {
   }
 }
 
-/// Whether the parsers differ on purpose.
+/// Whether the parsers differ deliberately.
 bool MayDiffer(std::string_view text, const dom::ParseReport& report, XML_Error error) {
   using dom::ParseFault;
   const ParseFault fault = report.fault;
   const bool is_ascii = std::none_of(text.begin(), text.end(), dom::IsHigh);
-  // Internal subsets are refused, and versions that are no 1.x, which libexpat accepts.
+  // The parser refuses internal subsets and versions other than 1.x, which libexpat accepts.
   if (fault == ParseFault::kInternalSubset || fault == ParseFault::kDeclaration) return true;
-  // libexpat does not accept the name latin1, and accepts UTF-16 without a mark.
+  // libexpat refuses the name latin1, and accepts UTF-16 without a mark.
   if (error == XML_ERROR_UNKNOWN_ENCODING || text.find('\0') < 2) return true;
-  // A document declared ISO-8859-1 or US-ASCII is read so, mark or not.
+  // The declaration of ISO-8859-1 or US-ASCII takes precedence over a mark.
   if (text.starts_with("\xEF\xBB\xBF<?xml") && error != XML_ERROR_NONE) return true;
-  // In ISO-8859-1 names libexpat accepts these as letters, which no edition does.
+  // libexpat accepts these letters in ISO-8859-1 names, which no edition allows.
   if (text.substr(report.offset, 2).find_first_of("\xAA\xB5\xBA") != text.npos) return true;
-  // libexpat has the names of the fourth edition.
+  // libexpat implements the names of the fourth edition.
   return !is_ascii && error == XML_ERROR_INVALID_TOKEN && fault == ParseFault::kNone;
 }
 
@@ -150,7 +150,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::string_view text(reinterpret_cast<const char*>(data), size);
   dom::ParseReport report;
   const dom::Document document = dom::DOMImplementation::createDocument(text, &report);
-  // libexpat cannot report a reference that is skipped in an attribute value.
+  // libexpat cannot report a skipped reference in an attribute value.
   const bool has_values = text.find("DOCTYPE") == text.npos;
   Content expected(has_values);
   const XML_Error error = ParseWithExpat(text, expected);

@@ -1,12 +1,12 @@
-// Any bytes after the first line of a protected document. A document that was saved protected loads
-// again, but not with one of its bytes changed.
+// Loads any bytes after the first line of a protected document. A document that was saved protected
+// must load again, but not with one of its bytes changed.
 
 #include "fuzz/FuzzSupport.h"
 #include "tests/support/NamedChanges.h"
 
 namespace {
 
-/// A place that depends on the input, so that all of them are tried.
+/// A position that depends on the input, so that all positions are tried.
 std::size_t ChoosePlace(std::string_view bytes, std::size_t begin, std::size_t end) {
   std::uint32_t hash = 0;
   for (const char c : bytes) hash = hash * 31 + static_cast<unsigned char>(c);

@@ -1,5 +1,5 @@
-// A document that was written from another document is written the same again; and so it is from
-// the legacy file that the other document was written as.
+// Writes a document from another document, and from the legacy file made of that one: both must be
+// written again with the same bytes.
 
 #include <algorithm>
 
@@ -20,7 +20,7 @@ std::FILE* OpenBuffer() {
 #endif
 }
 
-/// Empty when the file has more bytes than fit the buffer.
+/// Saves in the legacy form; empty if the file exceeds the buffer.
 std::string SaveToLegacy(TZanfoFile& file) {
   TDataFile data(OpenBuffer());
   CData content;
@@ -29,7 +29,7 @@ std::string SaveToLegacy(TZanfoFile& file) {
   return is_saved ? std::string(AsText(content.Bytes())) : std::string();
 }
 
-/// Whether a login of the document has a NUL, enciphered as it is, at which legacy texts end.
+/// Whether an enciphered login of the document has a NUL, at which legacy texts end.
 bool HasNulInLogin(std::string_view document) {
   constexpr std::string_view kMark = "ZC1:";
   for (std::size_t at = document.find(kMark); at != document.npos;
@@ -41,9 +41,9 @@ bool HasNulInLogin(std::string_view document) {
   return false;
 }
 
-/// Whether a legacy file can say all that the document says: it finds the parents of actions by
-/// their names, which are short and ignore case, adds a line feed to each return of an output, has
-/// no place for the parameters of mail, and gives all columns of one name the same list items.
+/// Whether the legacy form can represent the document: it refers to parents by their names, which
+/// are short and ignore case, adds a line feed to each carriage return of an output, omits the
+/// parameters of mail, and gives all columns of one name the same list items.
 bool FitsLegacyFile(const TZanfoFile& file, std::string_view document) {
   if (test::Count(document, "<InputListItem") > 0 && test::Count(document, "<InputOptions") > 1)
     return false;

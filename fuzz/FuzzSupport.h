@@ -17,14 +17,14 @@
 
 namespace zaf::fuzz {
 
-/// Ends the process with a message when something that must hold does not.
+/// Ends the process with a message if a condition does not hold.
 inline void Require(bool holds, const char* what) {
   if (holds) return;
   std::fprintf(stderr, "does not hold: %s\n", what);
   std::abort();
 }
 
-/// Loads a file from its bytes. A load ends with one of four statuses.
+/// Loads a file from its bytes. The result must be one of four statuses.
 inline Status LoadBytes(std::string_view bytes, TZanfoFile& file) {
   TDataFile data(AsBytes(bytes));
   const Status status = file.Load(data, nullptr);
@@ -34,8 +34,8 @@ inline Status LoadBytes(std::string_view bytes, TZanfoFile& file) {
   return status;
 }
 
-/// Saves a file in memory: files and streams would cost more than all the rest. Everything that was
-/// loaded can be saved.
+/// Saves a file in memory, since files and streams would take most of the time. Everything that was
+/// loaded must be saved without an error.
 inline std::string SaveToXml(const TZanfoFile& file, Protection protection = Protection::kPlain) {
   const dom::Document document = dom::DOMImplementation::createDocument();
   const bool is_protected = protection == Protection::kProtected;
@@ -50,7 +50,7 @@ inline std::string SaveToXml(const TZanfoFile& file, Protection protection = Pro
 }
 
 /// Whether the same document was checked recently, in the same round. Half of the inputs produce a
-/// document that another one has produced, whose checks need not be repeated.
+/// document that was produced before and need not be checked again.
 inline bool IsKnown(std::string_view document, std::size_t round = 0) {
   static std::array<std::size_t, std::size_t{1} << 16> known;
   const std::size_t hash = std::hash<std::string_view>()(document) + round;

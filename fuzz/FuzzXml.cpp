@@ -1,5 +1,4 @@
-// Any bytes as an XML document: load and save. Without a declaration of its own a document gets
-// one.
+// Loads any bytes as an XML document and saves it. A document without a declaration gets one.
 
 #include "fuzz/FuzzSupport.h"
 #include "fuzz/WellFormed.h"

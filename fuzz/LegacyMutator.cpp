@@ -1,6 +1,6 @@
-// Mutations of legacy files by their parts. Bytes that change at random rarely leave the offsets
-// right; here records and sections are changed, repeated, moved and taken from other files, and the
-// file is put together anew around them.
+// Mutates legacy files by their parts. Random changes of bytes rarely keep the offsets valid; here
+// records and sections are changed, repeated, moved and taken from other files, and the file is
+// reassembled from them.
 
 #include <algorithm>
 #include <cstdint>
@@ -43,7 +43,7 @@ class TLegacyMutation {
       case 2:
         return Hang(record, Choose(parts).name);
       case 3:
-        // A section of another record, or one more of the record's own.
+        // Inserts a section of another record, or a second one of the same record.
         if (const TRecordParts& source = Choose(parts); !source.sections.empty()) {
           const TPart section = Choose(source.sections);
           record.sections.insert(record.sections.begin() + Place(record.sections), section);
@@ -54,7 +54,7 @@ class TLegacyMutation {
     }
   }
 
-  /// Puts records or sections of another file into this one.
+  /// Inserts records or sections of another file into this one.
   void Cross(TFileParts& parts, const TFileParts& others) {
     const TRecordParts other = Choose(others);
     if (Below(2) == 0) {
@@ -67,7 +67,7 @@ class TLegacyMutation {
 
  private:
   /// Changes bytes with the library's mutator, which uses the dictionary. Keeps their number unless
-  /// they may grow.
+  /// `growth` allows more.
   static void Change(std::string& bytes, std::size_t growth) {
     const std::size_t size = bytes.size();
     bytes.resize(size + growth);
@@ -125,7 +125,7 @@ class TLegacyMutation {
     }
   }
 
-  /// Makes a list of one and a half or two times the items, which stay sound when it is two.
+  /// Makes a list with one and a half or two times the items; it remains valid if it is two.
   void RepeatItems(std::string& list) {
     if (list.size() < 4 || list.size() > 4096) return;
     const std::uint32_t count = Number32At(list, 0);
@@ -136,7 +136,7 @@ class TLegacyMutation {
   std::minstd_rand random_;
 };
 
-/// Copies the file where it fits; the length, or 0 where it does not.
+/// Copies the file if it fits; returns its length, or 0.
 std::size_t Deliver(const std::string& file, std::uint8_t* data, std::size_t max_size) {
   return file.size() <= max_size ? file.copy(reinterpret_cast<char*>(data), max_size) : 0;
 }

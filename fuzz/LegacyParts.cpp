@@ -16,7 +16,7 @@ std::string Range(std::string_view bytes, std::size_t offset, std::size_t count)
   return offset <= bytes.size() ? std::string(bytes.substr(offset, count)) : std::string();
 }
 
-/// `room` is the number of bytes that sections may still have: they can overlap.
+/// `room`: the number of bytes that sections may still have, since they can overlap.
 void TakeRecord(std::string_view bytes, std::size_t offset, std::size_t& room, TFileParts& parts) {
   if (parts.size() >= kMostRecords || offset + kHeaderSize > bytes.size()) return;
   const std::size_t index = parts.size();

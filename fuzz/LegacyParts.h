@@ -27,14 +27,14 @@ struct TRecordParts {
 /// The first record is the file's own.
 using TFileParts = std::vector<TRecordParts>;
 
-/// The records and sections of a file; what is out of bounds is left out, and so is what is more
-/// than a seed needs.
+/// Splits a file into its records and sections; omits parts that are out of bounds or exceed the
+/// size of a seed.
 TFileParts TakeApart(std::string_view bytes);
 
-/// A file of these parts.
+/// Assembles a file from these parts.
 std::string PutTogether(const TFileParts& parts);
 
-/// The big-endian number at `offset`; 0 where there is none.
+/// The big-endian number at `offset`; 0 beyond the end.
 std::uint32_t Number32At(std::string_view bytes, std::size_t offset);
 
 }  // namespace zaf::fuzz

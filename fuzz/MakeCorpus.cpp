@@ -3,8 +3,8 @@
 //   make_corpus DIRECTORY
 //
 // For each class of action there are legacy files with all sections that the class reads, the
-// documents that they become, and some of these protected. A new row of a table is covered without
-// a change here.
+// documents made from them, and some of these protected. A new row of a table is covered without a
+// change here.
 
 #include <cctype>
 #include <cstdio>
@@ -33,7 +33,7 @@ constexpr std::uint32_t kVariants = 10;
 
 std::string Text(FourCharCode code) { return std::string(Characters(code).data(), 4); }
 
-/// Whether an action takes this section. No action takes one that lies outside of its file.
+/// Whether an action reads this section successfully. One that lies outside of its file must fail.
 bool Takes(TQuerySpecification& action, FourCharCode code, std::string_view payload) {
   TDataFile file(AsBytes(payload));
   return action.ReadLegacyProperty(
@@ -102,7 +102,7 @@ class TCorpus {
     }
   }
 
-  /// Usual content, made by chance, alternates with any that the action takes. Empty: there is
+  /// Random typical content alternates with any content that the action reads. Empty if there is
   /// none.
   template <class Action>
   std::string MakePayload(FourCharCode code, std::uint32_t variant) {
@@ -168,7 +168,7 @@ class TCorpus {
     if (name.ends_with("-0")) Write("protected/" + name, SaveToXml(file, Protection::kProtected));
   }
 
-  /// Takes the names of a text: words that begin with a capital letter or a dash.
+  /// Adds the names in a text: words that begin with a capital letter or a dash.
   void AddWords(std::string_view text) {
     const auto is_of_word = [](char c) {
       return std::isalpha(static_cast<unsigned char>(c)) != 0 || c == '-';

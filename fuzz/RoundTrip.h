@@ -8,13 +8,13 @@
 
 namespace zaf::fuzz {
 
-/// A small file can make a large document. That is bounded, but reading them all would slow the
-/// fuzzing down.
+/// Larger documents are skipped: a small file can make a large one, within bounds, and reading them
+/// all would slow down fuzzing.
 constexpr std::size_t kLongestDocument = std::size_t{1} << 18;
 
 /// Requires that a document of the program is well-formed, loads, and is written again with the
-/// same bytes once no change by design applies to it, at the latest after the most changes
-/// possible.
+/// same bytes when no change by design applies to it any more, at the latest after the maximum
+/// number of changes.
 inline void RequireThatDocumentStays(std::string document) {
   const std::size_t most_changes = test::FindMostChanges(document);
   for (std::size_t i = 0; i <= most_changes && document.size() <= kLongestDocument; ++i) {

@@ -8,8 +8,8 @@
 
 namespace zaf::fuzz {
 
-/// Whether a document is well-formed XML 1.0 as another parser understands it, declares ISO-8859-1,
-/// and has no control characters but white space.
+/// Whether a document is well-formed XML 1.0 according to libexpat, declares ISO-8859-1, and has no
+/// control characters other than white space.
 inline bool IsWellFormed(std::string_view document) {
   const auto is_control = [](char c) {
     return static_cast<unsigned char>(c) < 0x20 && c != '\t' && c != '\n' && c != '\r';

@@ -1,5 +1,5 @@
-// Mutations of documents by their elements: whole elements are repeated, moved, removed and taken
-// from other documents, so that what is nested stays nested.
+// Mutates documents by their elements: whole elements are repeated, moved, removed and taken from
+// other documents, so that the nesting remains valid.
 
 #include <algorithm>
 #include <cctype>
@@ -23,8 +23,8 @@ struct TSpan {
 
 bool IsNameStart(char c) { return std::isalpha(static_cast<unsigned char>(c)) != 0; }
 
-/// The element whose start tag begins at `begin`, with its end tag; to the end of the text when
-/// that is missing. Roughly: it takes any markup for tags.
+/// Finds the end of the element whose start tag begins at `begin`; the end of the text if its end
+/// tag is missing. Only approximate: any markup counts as a tag.
 TSpan FindElement(std::string_view text, std::size_t begin) {
   std::size_t depth = 0;
   for (std::size_t at = begin; at < text.size(); ++at) {
@@ -74,7 +74,7 @@ class TXmlMutation {
  private:
   std::size_t Below(std::size_t limit) { return limit == 0 ? 0 : random_() % limit; }
 
-  /// The first element that begins at or after a random place; an empty span if there is none.
+  /// Finds the first element at or after a random position; an empty span if there is none.
   TSpan ChooseElement(std::string_view text) {
     std::size_t at = text.find('<', Below(text.size()));
     while (at != std::string_view::npos && (at + 1 >= text.size() || !IsNameStart(text[at + 1])))
@@ -82,7 +82,7 @@ class TXmlMutation {
     return at == std::string_view::npos ? TSpan() : FindElement(text, at);
   }
 
-  /// Inserts after the start tag or the end tag of an element.
+  /// Inserts an element after the start tag or the end tag of another one.
   void InsertElement(std::string& text, const std::string& element) {
     const TSpan place = ChooseElement(text);
     const std::size_t tag_end = text.find('>', place.begin);
@@ -90,7 +90,7 @@ class TXmlMutation {
     text.insert(is_inside ? tag_end + 1 : place.end, element);
   }
 
-  /// Changes the start tag alone or all of an element.
+  /// Changes only the start tag of an element or the whole element.
   void ChangeWithin(std::string& text, TSpan element) {
     const std::size_t tag_end = text.find('>', element.begin);
     if (Below(2) == 0 && tag_end < element.end) element.end = tag_end;

@@ -1,5 +1,5 @@
-// Makes legacy sample files, through the model's legacy writer, from XML documents that describe
-// them: make_samples SOURCE-DIRECTORY OUTPUT-DIRECTORY. A source whose name ends in ".run-only.xml"
+// Makes legacy sample files, with the model's legacy writer, from XML documents that describe them:
+// make_samples SOURCE-DIRECTORY OUTPUT-DIRECTORY. A source whose name ends in ".run-only.xml"
 // becomes a run-only file, one whose root is `ZCF` a class file.
 
 #include <algorithm>

@@ -5,10 +5,10 @@
 
 namespace zaf {
 
-/// What the command that the user chose is to do; gives the exit status.
+/// Runs the chosen command and returns the exit status.
 using CommandAction = std::function<int()>;
 
-// Each adds a command to the program. When it is chosen, parsing sets `action`.
+// Each adds a command to the program. When that is chosen, parsing sets `action`.
 
 void AddConvertCommand(CLI::App& program, CommandAction& action);
 void AddCheckCommand(CLI::App& program, CommandAction& action);

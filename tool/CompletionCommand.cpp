@@ -9,7 +9,7 @@
 namespace zaf {
 namespace {
 
-/// The options of a command, and its words if it takes some, separated by blanks.
+/// The options of a command, and its keywords if it takes some, separated by blanks.
 std::string WordsOf(const CLI::App& command) {
   std::string words;
   for (const CLI::Option* const option : command.get_options()) {
@@ -49,7 +49,8 @@ std::string BashScript(const CLI::App& program) {
          "complete -o default -F _zaf zaf\n";
 }
 
-/// Works as a file of `fpath`, which zsh makes the body of the function, and when it is evaluated.
+/// Works both as a file of `fpath`, which zsh uses as the body of the function, and when it is
+/// evaluated.
 std::string ZshScript(const CLI::App& program) {
   return "#compdef zaf\n"
          "_zaf() {\n"

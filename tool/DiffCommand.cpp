@@ -16,7 +16,7 @@
 namespace zaf {
 namespace {
 
-constexpr auto kUnreadable = ExitStatus::kUsage;  ///< Of a file.
+constexpr auto kUnreadable = ExitStatus::kUsage;  ///< For a file that cannot be read.
 
 struct TDiffOptions {
   std::string one;
@@ -27,8 +27,8 @@ struct TDiffOptions {
   When color = When::kAuto;
 };
 
-/// Prints each difference: a line, or an object of the array that share/zaf-diff.schema.json
-/// describes.
+/// Prints each difference: as a line, or as an object of the array described by
+/// share/zaf-diff.schema.json.
 class TPrinter final : public TDifferenceObserver {
  public:
   explicit TPrinter(const TDiffOptions& options)
@@ -44,7 +44,7 @@ class TPrinter final : public TDifferenceObserver {
     is_empty_ = false;
   }
 
-  /// Returns whether there were differences. TToolError when they could not be printed.
+  /// Returns whether there were differences. Throws TToolError when they could not be printed.
   bool Finish() {
     if (options_.is_json && !options_.is_quiet) Print(is_empty_ ? "[]\n" : "\n]\n");
     if (has_failed_ || std::fflush(stdout) != 0)
@@ -82,7 +82,7 @@ class TPrinter final : public TDifferenceObserver {
   bool has_failed_ = false;
 };
 
-/// Loads a file. Prints why when it cannot be read.
+/// Loads a file. Prints an error when it cannot be read.
 bool Load(const std::string& path, When color, TZanfoFile& document) {
   TInputRecord record;
   record.input.path = path;

@@ -14,7 +14,7 @@ constexpr unsigned kMostJobs = 1024;
 constexpr const char* kInclude = "--include";
 constexpr const char* kExclude = "--exclude";
 
-/// "K/N" with 1 <= K <= N; empty when the text is not.
+/// Parses "K/N" with 1 <= K <= N; empty for any other text.
 std::optional<TShard> ParseShard(std::string_view text) {
   TShard shard;
   const char* const end = text.data() + text.size();
@@ -26,7 +26,7 @@ std::optional<TShard> ParseShard(std::string_view text) {
   return is_valid ? std::optional(shard) : std::nullopt;
 }
 
-/// The parser gathers the values of each option; their common order is that of the options.
+/// The parser collects the values per option; their common order is that of the options.
 void TakeGlobs(const CLI::App& command, TPathFilter& filter) {
   std::map<const CLI::Option*, std::size_t> taken;
   for (const CLI::Option* const option : command.parse_order()) {
@@ -46,7 +46,7 @@ void AddFileOptions(CLI::App& command, TRunOptions& options) {
   AddRepeatable(command, "-e,--extension", options.extensions,
                 "Extension of the files of directories, instead of zaf and zcf")
       ->type_name("EXT");
-  // TakeGlobs sees their values.
+  // TakeGlobs reads their values.
   for (const char* const name : {kInclude, kExclude})
     command.add_option(name)
         ->description(std::string(name == kInclude ? "Take" : "Leave out") +

@@ -10,21 +10,22 @@
 
 namespace zaf {
 
-/// Adds the options that `convert` and `check` share, and the inputs. The options have to outlive
-/// the command.
+/// Adds the options that `convert` and `check` share, and the inputs. The options must outlive the
+/// command.
 void AddFileOptions(CLI::App& command, TRunOptions& options);
 
-/// Brings what was parsed into the options and checks what the parser cannot. TToolError (kUsage).
+/// Completes the options from what was parsed and checks what the parser cannot. Throws TToolError
+/// (kUsage).
 void FinishFileOptions(const CLI::App& command, TRunOptions& options);
 
-/// The words of an option and what they mean, in the order of its help.
+/// The keywords of an option and their values, in the order of its help.
 template <class Value>
 using TWords = std::vector<std::pair<std::string, Value>>;
 
 inline const TWords<When> kWhenWords{
     {"auto", When::kAuto}, {"always", When::kAlways}, {"never", When::kNever}};
 
-/// An option that takes one of some words.
+/// Adds an option whose value is one of several keywords.
 template <class Value>
 void AddWord(CLI::App& command, const std::string& name, Value& value, const TWords<Value>& words,
              const std::string& description) {
@@ -38,7 +39,7 @@ void AddWord(CLI::App& command, const std::string& name, Value& value, const TWo
   command.add_option_function<std::string>(name, take, description)->type_name(names);
 }
 
-/// An option that can be given several times, with one value each.
+/// Adds an option that can be given several times, with one value each.
 template <class Values>
 CLI::Option* AddRepeatable(CLI::App& command, const std::string& names, Values& values,
                            const std::string& description) {

@@ -45,11 +45,11 @@ class TLossList final : public TLossObserver {
   std::vector<TLoss>& losses_;
 };
 
-/// Takes the differences that a verification finds as losses, unless other losses of the action, or
-/// of the application itself, explain them.
+/// Records the differences that a verification finds as losses, unless other losses of the action,
+/// or of the application itself, explain them.
 class TDifferenceLosses final : public TDifferenceObserver {
  public:
-  /// `others`: those of the conversion, which is over when the first difference is found.
+  /// `others`: the losses of the conversion, which is complete when the first difference is found.
   explicit TDifferenceLosses(const std::vector<TLoss>& others) : others_(others) {}
 
   bool LooksInto(std::string_view action) override {
@@ -72,10 +72,10 @@ class TDifferenceLosses final : public TDifferenceObserver {
   std::optional<std::set<std::string_view>> explained_;  ///< Names.
 };
 
-/// The report while it is written. Does nothing when there is none.
+/// The report while it is written. Does nothing if none was requested.
 class TReportFile {
  public:
-  /// Never replaces a file that is no report.
+  /// Never replaces a file that is not a report.
   explicit TReportFile(const std::string& path) : path_(path) {
     if (path.empty()) return;
     if (path == kStandardStream) {
@@ -99,7 +99,7 @@ class TReportFile {
   [[nodiscard]] bool IsOpen() const { return file_ != nullptr; }
   [[nodiscard]] std::string Failure() const { return "The report " + path_ + " cannot be written"; }
 
-  /// Writes lines so that they are there whatever happens next.
+  /// Writes lines and flushes them, so that they are kept whatever happens next.
   [[nodiscard]] bool Write(const std::string& lines) {
     if (file_ == nullptr) return true;
     return std::fwrite(lines.data(), 1, lines.size(), file_) == lines.size() &&
@@ -118,10 +118,10 @@ class TReportFile {
   std::FILE* file_ = nullptr;
 };
 
-/// One input on its way.
+/// One input and its state.
 struct TTask {
   TInputRecord record;
-  std::string output;  ///< Where it is to go; others look here while it is worked on.
+  std::string output;  ///< The path of the output, which other tasks compare with theirs.
   bool has_output_directory = true;
   std::string messages;
   std::string report;
@@ -146,7 +146,7 @@ class TFileRun {
 
   // The steps of TOrderedWork.
 
-  /// Takes the next input and makes the directory of its output.
+  /// Finds the next input and makes the directory of its output.
   bool Next(TTask& task) {
     task = {};
     TInputRecord& record = task.record;
@@ -202,7 +202,7 @@ class TFileRun {
   }
 
  private:
-  /// Whether OUTPUT is the one output and no directory.
+  /// Whether OUTPUT is the only output and not a directory.
   static bool IsSingleOutput(const TRunOptions& options, const std::vector<TInputRoot>& roots) {
     if (options.command == FileCommand::kCheck) return false;
     std::error_code error;
@@ -302,7 +302,7 @@ class TFileRun {
                                                    : InputStatus::kConverted;
   }
 
-  /// Whether there is an output that comes from this input.
+  /// Whether an output of this input exists.
   [[nodiscard]] static bool HasOutput(const TInputRecord& record) {
     const FileOutcome outcome = record.result.outcome;
     return !record.error || outcome == FileOutcome::kOutputNotRead ||
@@ -345,10 +345,10 @@ class TFileRun {
   TConsole console_;
   const std::vector<TInputRoot>& roots_;
   TInputWalk walk_;
-  fs::path last_directory_;     ///< Of an output, which is there.
-  std::uint64_t expected_ = 0;  ///< Inputs, if there is progress to show.
+  fs::path last_directory_;     ///< The directory of the last output, which exists.
+  std::uint64_t expected_ = 0;  ///< The number of inputs, if progress is shown.
   TTotals totals_;
-  std::optional<std::string> stop_reason_;  ///< Nothing can be written any more.
+  std::optional<std::string> stop_reason_;  ///< Set when nothing more can be written.
   Clock::time_point begin_ = Clock::now();
 };
 

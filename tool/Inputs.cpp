@@ -38,7 +38,7 @@ std::string MakeAbsolute(const std::string& path) {
   return text;
 }
 
-/// The path below a directory that it begins with, with `/`.
+/// The path below the directory `base`, with `/` as separator.
 std::string PathBelow(std::string_view path, std::string_view base) {
   std::string below(path.substr(base.size()));
   if constexpr (kPathSeparator != '/') std::ranges::replace(below, kPathSeparator, '/');
@@ -62,7 +62,7 @@ void ReadList(const TRunOptions& options, std::vector<TInputRoot>& roots) {
     throw TToolError(ExitStatus::kUsage, "The list " + options.files_from + " cannot be read");
 }
 
-/// Notes for each file that is its own base which earlier one has the same output.
+/// Finds, for each file that is its own base, an earlier one with the same output.
 void FindRivals(const TRunOptions& options, std::vector<TInputRoot>& roots) {
   std::unordered_map<std::string, const TInputRoot*> roots_by_output;
   for (TInputRoot& root : roots) {
@@ -115,7 +115,7 @@ class TInputWalk::TRootWalk {
     is_single_ = true;
   }
 
-  /// Goes to the next input; false after the last one.
+  /// Advances to the next input; false after the last one.
   bool Next() {
     while (FindNext()) {
       input_.path = path_;
@@ -136,7 +136,7 @@ class TInputWalk::TRootWalk {
   struct TLevel {
     TNameList names;  ///< Directories end with a separator, which gives the order of whole paths.
     std::size_t next = 0;
-    std::size_t path_size = 0;  ///< Of the directory's path, with a separator.
+    std::size_t path_size = 0;  ///< Size of the directory's path, including a separator.
   };
 
   [[nodiscard]] bool Takes() const {
@@ -204,7 +204,7 @@ class TInputWalk::TRootWalk {
       level.names.Append(name);
   }
 
-  /// An earlier file of the directory whose name differs from this one's only in the extension.
+  /// An earlier file in the directory whose name differs only in the extension.
   [[nodiscard]] std::string FindRival(const TLevel& level, std::string_view name) const {
     const std::string_view stem = name.substr(0, name.rfind('.') + 1);
     for (std::size_t i = level.next - 1; i-- > 0 && level.names[i].starts_with(stem);) {
@@ -225,7 +225,7 @@ class TInputWalk::TRootWalk {
   bool is_unreadable_ = false;  ///< The directory at `path_` is the next input.
   std::vector<TLevel> levels_;
   std::string path_;
-  std::size_t path_of_root_size_ = 0;  ///< With a separator.
+  std::size_t path_of_root_size_ = 0;  ///< Including a separator.
   TInput input_;
   std::string absolute_;
 };
@@ -239,7 +239,7 @@ bool TInputWalk::Next(TInput& input) {
   for (;;) {
     AddRoots();
     if (active_.empty()) return false;
-    // Equal paths come from directories that overlap; the root that is first in order counts.
+    // Equal paths come from directories that overlap; the first root in order counts.
     const auto first = std::ranges::min_element(
         active_, {}, [](const auto& walk) -> const std::string& { return walk->GetAbsolute(); });
     const bool is_new = (*first)->GetAbsolute() != last_absolute_;
@@ -252,7 +252,7 @@ bool TInputWalk::Next(TInput& input) {
   }
 }
 
-/// Nothing in a root is before the root itself: a root is of no interest until the paths get there.
+/// No input of a root comes before the root's own path, so a root is added when the paths reach it.
 void TInputWalk::AddRoots() {
   while (next_root_ < roots_.size() && std::ranges::none_of(active_, [&](const auto& walk) {
            return walk->GetAbsolute() < roots_[next_root_].GetAbsolute();

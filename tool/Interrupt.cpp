@@ -18,7 +18,7 @@ extern "C" void OnInterrupt(int number) {
 
 void NoteInterrupts() {
   for (const int number : {SIGINT, SIGTERM}) std::signal(number, OnInterrupt);
-#ifdef SIGBREAK  // Ctrl-Break on Windows; also that the console is closed.
+#ifdef SIGBREAK  // Ctrl-Break on Windows, and closing the console.
   std::signal(SIGBREAK, OnInterrupt);
 #endif
 }

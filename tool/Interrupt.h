@@ -2,11 +2,11 @@
 
 namespace zaf {
 
-/// From now on SIGINT and SIGTERM are only noted, the first time that they come; the second one
-/// ends the process. On Windows Ctrl-C is SIGINT, and so are Ctrl-Break and the end of the console.
+/// From now on the first SIGINT or SIGTERM is only recorded; the second one ends the process. On
+/// Windows Ctrl-C is SIGINT, and so are Ctrl-Break and closing the console.
 void NoteInterrupts();
 
-/// The number of the signal that came; 0: none.
+/// The number of the recorded signal; 0 if there is none.
 [[nodiscard]] int GetInterrupt();
 
 }  // namespace zaf

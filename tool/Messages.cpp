@@ -13,10 +13,10 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// A code and its sentence: what was found, what was expected and what was done. `{}` is the
-/// output.
+/// A code and its sentence: what was found, what was expected and what was done. `{}` is replaced
+/// by the output.
 struct TSentence {
-  std::string_view code;  ///< Empty: the status.
+  std::string_view code;  ///< Empty: the status is used.
   std::string_view text;
 };
 
@@ -115,7 +115,7 @@ std::string Word(std::string_view word, std::string_view color, Coloring colorin
   return text;
 }
 
-/// Where something is in a legacy file, after its code.
+/// A place in a legacy file, in the form in which messages show it after the code.
 std::string PlaceText(const std::optional<std::uint64_t>& offset, FourCharCode section,
                       const std::string& action) {
   std::string text;
@@ -141,7 +141,7 @@ std::string Located(const std::string& path, std::uint32_t line, std::uint32_t c
   return text + " ";
 }
 
-/// The value of a section without NULs at its end, others that are repeated once.
+/// Removes NULs at the end of a value and reduces other runs of NULs to one.
 std::optional<std::string> WithoutPadding(std::optional<std::string_view> value) {
   if (!value) return std::nullopt;
   std::string text;
@@ -153,8 +153,8 @@ std::optional<std::string> WithoutPadding(std::optional<std::string_view> value)
   return text.append(rest);
 }
 
-/// Two values in quotes, each as it is if it is short, else the part around the first character in
-/// which they differ. A missing one stays empty.
+/// Two values in quotes. A short one is complete; of a long one, the part around the first
+/// difference is given. A missing one stays empty.
 std::pair<std::string, std::string> ShortenValues(std::optional<std::string_view> one,
                                                   std::optional<std::string_view> two) {
   constexpr std::size_t kMost = 60;
@@ -295,7 +295,7 @@ std::string_view DifferenceWord(DifferenceKind kind) {
 std::string Printable(std::string_view name) {
   std::string text;
   text.reserve(name.size());
-  bool is_after_c2 = false;  // UTF-8 has the control characters from 0x80 to 0x9F after it.
+  bool is_after_c2 = false;  // In UTF-8 the control characters from 0x80 to 0x9F follow this byte.
   for (const char character : name) {
     const auto byte = static_cast<unsigned char>(character);
     const bool is_upper_control = is_after_c2 && byte < 0xA0;

@@ -9,7 +9,7 @@
 
 namespace zaf {
 
-/// Why an input failed, as far as the outcome of its conversion leaves that open.
+/// Why an input failed, if the outcome of its conversion does not determine that.
 enum class Fault : std::uint8_t {
   kMissing,
   kDirectory,
@@ -20,13 +20,13 @@ enum class Fault : std::uint8_t {
 
 TInputError ErrorOf(Fault fault, const TInputRecord& record);
 
-/// The error of a record whose outcome is a failed one. Looks at the input or output again to find
-/// out more.
+/// The error of a record with a failed outcome. Examines the input or output again to find the
+/// cause.
 TInputError ErrorOfOutcome(const TInputRecord& record);
 /// The same for commands that only read: without what was not written.
 TInputError ErrorOfReading(const TInputRecord& record);
 
-/// The words of messages, coloured or not.
+/// Whether the keywords of messages are coloured.
 enum class Coloring : bool { kOff, kOn };
 
 /// Messages, complete with their line ends.
@@ -35,17 +35,17 @@ std::string LossMessage(const TInputRecord& record, const TLoss& loss, Coloring 
 std::string InputMessage(const TInputRecord& record);
 std::string Summary(const TTotals& totals, FileCommand command, bool has_looked_for_losses);
 
-/// What `zaf diff` prints of a difference: a line, or what follows the name of its subject there,
-/// in the bytes of the application's texts. Long values are shortened around where they differ
-/// first.
+/// The text that `zaf diff` prints for a difference: a line, or what follows the name of its
+/// subject, in ISO-8859-1 like the application's texts. Long values are shortened around their
+/// first difference.
 std::string DifferenceMessage(const TDifference& difference, Coloring coloring);
 std::string DifferenceText(const TDifference& difference);
 std::string_view DifferenceWord(DifferenceKind kind);
 
-/// A name with its control characters as \xNN.
+/// Replaces control characters in a name by \xNN.
 std::string Printable(std::string_view name);
 
-/// A number of bytes with its unit: "4.1 MB".
+/// Formats a number of bytes with its unit: "4.1 MB".
 std::string FormatBytes(double bytes);
 
 }  // namespace zaf

@@ -5,7 +5,7 @@
 namespace zaf {
 namespace {
 
-/// The glob as a state machine: state j has matched the first j characters of the glob.
+/// Matches a glob with a state machine: state j has matched the first j characters of the glob.
 class TGlobMatch {
  public:
   explicit TGlobMatch(std::string_view glob)
@@ -27,7 +27,7 @@ class TGlobMatch {
     return glob_.substr(j).starts_with(text);
   }
 
-  /// Reaches state j, and those after stars that match nothing.
+  /// Enters state j, and the states after stars that match nothing.
   void Enter(std::size_t j, std::vector<bool>& states) {
     for (; !states[j]; j += IsAt(j, "**") ? 2U : 1U) {
       states[j] = true;

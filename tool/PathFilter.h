@@ -13,8 +13,8 @@ namespace zaf {
 /// proportional to the product of the sizes.
 [[nodiscard]] bool MatchesGlob(std::string_view path, std::string_view glob);
 
-/// Includes and excludes paths by globs. The last glob that matches decides. What none matches is
-/// taken unless the first one is an include.
+/// Includes and excludes paths by globs. The last glob that matches decides. A path that none
+/// matches is included unless the first glob is an include.
 class TPathFilter {
  public:
   enum class Rule : bool { kExclude, kInclude };
@@ -30,12 +30,12 @@ class TPathFilter {
   std::vector<TGlob> globs_;
 };
 
-/// One of several parts of all inputs. The parts are disjoint and together everything.
+/// One of several parts of all inputs. The parts are disjoint and cover all inputs.
 struct TShard {
   std::uint32_t number = 1;  ///< From 1 to count.
   std::uint32_t count = 1;
 
-  /// Whether a path with `/` as separator belongs to this part: by its 32-bit FNV-1a hash
+  /// Whether a path with `/` as separator belongs to this part, by its 32-bit FNV-1a hash
   /// (http://www.isthe.com/chongo/tech/comp/fnv/).
   [[nodiscard]] bool Takes(std::string_view path) const;
 };

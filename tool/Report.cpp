@@ -73,7 +73,8 @@ std::string PercentDecoded(std::string_view text) {
 
 double InMicroseconds(double seconds) { return std::round(seconds * 1e6) / 1e6; }
 
-/// The bytes that JSON has as they are: ASCII without quotes, backslashes and control characters.
+/// The bytes that JSON strings contain unescaped: ASCII without quotes, backslashes and control
+/// characters.
 constexpr std::array<bool, 256> kPlain = [] {
   std::array<bool, 256> plain{};
   for (std::size_t byte = ' '; byte < 0x7F; ++byte) plain[byte] = byte != '"' && byte != '\\';
@@ -84,8 +85,8 @@ bool IsPlain(std::string_view text) {
   return std::ranges::all_of(text, [](char c) { return kPlain[static_cast<unsigned char>(c)]; });
 }
 
-/// One line of a report while it is made. Most texts are plain ASCII and are appended as they are:
-/// a report has many, and must not cost more than the conversion.
+/// Builds one line of a report. Texts of plain ASCII are appended unchanged, because a report has
+/// many and must not take longer than the conversion.
 struct TLine {
   /// Begins a member; the first of an object follows `{`.
   TLine& Key(std::string_view key) {
@@ -140,7 +141,7 @@ void AppendError(const TInputError& error, const TErrorPlace& place, TLine& line
   line.Key("line").NumberOrNull(place.line).Key("column").NumberOrNull(place.column).Raw("}");
 }
 
-/// Appends an object. Its keys are constants, as there are many losses.
+/// Appends an object. Its keys are constants for speed, as there are many losses.
 void AppendLoss(const TLoss& loss, TLine& line) {
   line.Raw(R"({"code":)").Quoted(LossWord(loss.code));
   line.Raw(R"(,"level":)").Quoted(IsLoss(loss.code) ? "loss" : "note");
@@ -154,7 +155,8 @@ void AppendLoss(const TLoss& loss, TLine& line) {
   line.Raw(R"(,"column":)").NumberOrNull(loss.column).Raw("}");
 }
 
-/// The bytes of the base of an input: those at the beginning of the input that a report shows so.
+/// The raw bytes of an input's base: those at the beginning of the input that a report shows as
+/// `reported`.
 std::string RawBase(const std::string& path, const std::string& reported) {
   for (std::size_t size = path.size(); size > 0; --size)
     if (std::string base = path.substr(0, size); ordered_json::parse(DumpJson(base)) == reported)

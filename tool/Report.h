@@ -12,16 +12,16 @@
 
 namespace zaf {
 
-/// What became of an input. kPlanned: nothing, in a dry run.
+/// The result for an input. kPlanned: none, in a dry run.
 enum class InputStatus : std::uint8_t { kConverted, kChecked, kSkipped, kPlanned, kFailed };
 
 /// Why an input failed.
 struct TInputError {
-  std::string code;  ///< A status such as "0xFE02", or a word.
+  std::string code;  ///< A status such as "0xFE02", or a keyword.
   std::string text;  ///< A sentence without its full stop, in UTF-8 or the bytes of a path.
 };
 
-/// Everything that is reported of one input.
+/// The data that is reported of one input.
 struct TInputRecord {
   TInput input;
   std::string output;  ///< Empty: none.
@@ -31,7 +31,7 @@ struct TInputRecord {
   std::optional<TInputError> error;
   std::vector<TLoss> losses;
 
-  /// Whether there are losses that are no mere notes.
+  /// Whether there are losses other than notes.
   [[nodiscard]] bool HasLosses() const;
 };
 
@@ -50,29 +50,29 @@ struct TTotals {
   void Add(const TInputRecord& record);
 };
 
-/// The lines of a report, JSON in UTF-8 with their line ends; share/zaf-report.schema.json
-/// describes them. What is not UTF-8 is written with U+FFFD.
+/// The lines of a report, JSON in UTF-8 with their line ends, described by
+/// share/zaf-report.schema.json. Bytes that are not UTF-8 become U+FFFD.
 std::string ReportLine(const TInputRecord& record);
 std::string ReportLine(const TTotals& totals);
 
-/// An input that failed.
+/// An input that failed, from a report.
 struct TFailedInput {
   std::string path;
   std::string base;
 };
 
-/// Reads the failed inputs of a report; `-` is standard input. TToolError (kUsage) when it cannot
-/// be read or is no report.
+/// Reads the failed inputs of a report; `-` is standard input. Throws TToolError (kUsage) when it
+/// cannot be read or is not a report.
 std::vector<TFailedInput> ReadFailedInputs(const std::string& report);
 
-/// The word of a loss's code, and whether it is a loss and no note.
+/// The keyword of a loss's code, and whether it is a loss rather than a note.
 std::string_view LossWord(LossCode code);
 inline bool IsLoss(LossCode code) { return code != LossCode::kLineEndChanged; }
 
-/// The word of a file's form.
+/// The keyword of a file's form.
 std::string_view FormWord(DocumentForm form);
 
-/// The bytes of a text of an application, ISO-8859-1, as UTF-8.
+/// Converts a text of an application from ISO-8859-1 to UTF-8.
 std::string ToUtf8(std::string_view latin1);
 
 }  // namespace zaf

@@ -13,13 +13,13 @@ namespace zaf {
 /// The exit statuses of the program.
 enum class ExitStatus : std::uint8_t {
   kDone = 0,
-  kFailed = 1,      ///< An input failed; the others are done.
+  kFailed = 1,      ///< An input failed; the others were processed.
   kUsage = 2,       ///< The command line is wrong; nothing was done.
   kNothing = 3,     ///< No input matched.
-  kCannotWrite = 4  ///< The output or the report cannot be written at all: stopped.
+  kCannotWrite = 4  ///< The output or the report cannot be written at all; the run stopped.
 };
 
-/// A fault that ends the program with `status`. `what` is a sentence without its full stop.
+/// An error that ends the program with `status`. `what` is a sentence without full stop.
 class TToolError : public std::runtime_error {
  public:
   TToolError(ExitStatus exit_status, const std::string& what)
@@ -27,7 +27,7 @@ class TToolError : public std::runtime_error {
   ExitStatus status;
 };
 
-/// The value of an option with three words.
+/// The value of an option with three keywords.
 enum class When : std::uint8_t { kAuto, kAlways, kNever };
 enum class Volume : std::uint8_t { kQuiet, kNormal, kVerbose };
 enum class FileCommand : std::uint8_t { kConvert, kCheck };

@@ -21,21 +21,22 @@
 namespace zaf {
 namespace {
 
-/// Characters of a detail at most.
+/// Maximum number of characters of a detail.
 constexpr std::size_t kMostDetail = 100;
-/// Characters of a value at most.
+/// Maximum number of characters of a value.
 constexpr std::size_t kMostValue = 80;
 
-/// Levels of the tree that are indented. A deep tree would else grow with the square of its depth.
+/// Number of levels of the tree that are indented, so that a deep tree does not take space
+/// proportional to the square of its depth.
 constexpr std::uint32_t kMostIndented = 32;
 
-/// A part of an action's element that tells what the action is about, and the words before it.
+/// A part of an action's element that describes the action, and the words before it.
 struct TDetail {
   std::string_view words;
-  std::string_view path;  ///< Elements, from the action's child on; `@NAME`: its attribute.
+  std::string_view path;  ///< Elements, from the action's child on; `@NAME` is an attribute of it.
 };
 
-/// The fields that describe an action in the tree, if it has them, in this order.
+/// The fields that describe an action in the tree, if present, in this order.
 constexpr TDetail kDetails[] = {
     {"", "Tables/TableName"},
     {"", "SearchPageInfo/SearchPageColumns/SearchPageColumn/TableName"},
@@ -64,7 +65,7 @@ constexpr TDetail kDetails[] = {
     {"", "EndType"},
 };
 
-/// Appends the texts of the elements that the path leads to, each once, separated by commas.
+/// Appends the texts of the elements at the path, each once, separated by commas.
 void AppendTexts(dom::Element parent, std::string_view path, std::vector<std::string>& texts) {
   const std::size_t slash = path.find('/');
   const std::string_view name = path.substr(0, slash);
@@ -79,7 +80,7 @@ void AppendTexts(dom::Element parent, std::string_view path, std::vector<std::st
   }
 }
 
-/// The text cut to a number of characters, with each run of white space as one blank.
+/// Cuts a text to a number of characters, with each run of white space as one blank.
 std::string Shortened(std::string_view text, std::size_t most) {
   std::string shortened;
   for (const char character : text) {
@@ -109,7 +110,7 @@ std::string ComparisonOf(dom::Element info) {
   return Joined(parts, " ");
 }
 
-/// Data sources by their IDs, in a few words.
+/// Short descriptions of data sources by their IDs.
 using TDataSourceWords = std::map<std::string_view, std::string>;
 
 TDataSourceWords DataSourcesOf(dom::Element list, std::uint32_t& count) {
@@ -157,7 +158,7 @@ std::string Plural(std::uint64_t count, const char* one, const char* several) {
   return std::to_string(count) + " " + (count == 1 ? one : several);
 }
 
-/// Offset and length, in columns.
+/// Formats an offset and a length as columns.
 std::string Place(std::uint64_t offset, std::uint64_t length) {
   std::array<char, 64> text;
   std::snprintf(text.data(), text.size(), "+0x%08llX %8llu",
@@ -165,7 +166,7 @@ std::string Place(std::uint64_t offset, std::uint64_t length) {
   return text.data();
 }
 
-/// "[Search Action] Name" is of the kind "Search".
+/// The kind of an action: "Search" for "[Search Action] Name".
 std::string KindOf(const TQuerySpecification& action) {
   CText display_name;
   action.GetDisplayName(display_name);
@@ -184,7 +185,7 @@ std::uint32_t CountChildren(dom::Element parent) {
   return count;
 }
 
-/// A value in a few words, from the bytes of its section.
+/// A short description of a section's value.
 std::string ValueOf(const TByteAccount::TSection& section, std::string_view image) {
   const auto offset =
       static_cast<std::size_t>(std::min<std::uint64_t>(section.offset, image.size()));
@@ -232,7 +233,7 @@ class TLoad {
  public:
   explicit TLoad(TShownFile& shown) : shown_(shown) {}
 
-  /// Fills the record's result; its outcome says whether the rest was filled.
+  /// Fills the record's result, whose outcome shows whether the rest was filled.
   void Run() {
     TFileResult& result = shown_.record.result;
     TDataFile data;
@@ -258,7 +259,7 @@ class TLoad {
     Describe(application);
     if (application.is_legacy) {
       shown_.image = AsText(data.GetImage());
-      // The header of a run-only file is the only part that is not scrambled.
+      // The header of a run-only file is its only part that is not scrambled.
       if (application.is_run_only) data.Scramble(kRecordHeaderSize, shown_.image.data());
       Account(shown_.image);
     }
@@ -266,7 +267,7 @@ class TLoad {
 
  private:
   /// The records of a legacy file are read in tree order; the first one is the file's own, and the
-  /// second one that of the root container, if there is one more than there are actions.
+  /// second one is that of the root container if there is one more than there are actions.
   void Account(std::string_view image) {
     const std::vector<std::string>& records = account_.GetRecords();
     const auto first = static_cast<std::int64_t>(records.size()) -
@@ -312,7 +313,7 @@ class TLoad {
     shown_.outputs = CountChildren(root.getFirstChildElement("Outputs"));
     const TDataSourceWords sources =
         DataSourcesOf(root.getFirstChildElement("DataSources"), shown_.data_sources);
-    // The elements are in tree order, without the root container.
+    // The elements are in tree order and omit the root container.
     const TActionEntry* const top = application.actions.GetRoot();
     std::unordered_map<const TActionEntry*, std::int64_t> indices{{top, -1}};
     dom::Element element = root.getFirstChildElement("Actions").getFirstChildElement();

@@ -21,7 +21,7 @@ struct TShowOptions {
   bool sections = false;
   bool bytes = false;
   bool json = false;
-  std::string html;  ///< The page to be written. Empty: none.
+  std::string html;  ///< Path of the page. Empty: none.
 };
 
 /// Writes the page to the file `path`, which may be an older page, but nothing else. That one is

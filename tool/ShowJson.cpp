@@ -17,7 +17,7 @@ constexpr std::string_view kImagePlace = "@IMAGE@";
 
 bool IsLegacy(const TShownFile& file) { return *file.record.result.form == DocumentForm::kLegacy; }
 
-/// What is said of the file as a whole.
+/// The properties of the file as a whole.
 ordered_json FileJson(const TShownFile& file) {
   const TFileResult& result = file.record.result;
   ordered_json object = InputJson(file.record.input.path);
@@ -34,7 +34,7 @@ ordered_json FileJson(const TShownFile& file) {
   return object;
 }
 
-/// Texts, each once, in the order in which they are first asked for.
+/// Texts, each once, in the order of their first use.
 class TStringTable {
  public:
   std::size_t IndexOf(const std::string& text) {
@@ -49,7 +49,7 @@ class TStringTable {
   ordered_json texts_ = ordered_json::array();
 };
 
-/// The file's bytes in base 64. Before that, NULs are replaced by one and their number.
+/// The file's bytes in base 64. Before that, runs of NULs are replaced by one NUL and their number.
 std::string Packed(std::string_view image) {
   std::string packed;
   for (std::size_t i = 0; i < image.size();) {
@@ -74,7 +74,7 @@ std::string Packed(std::string_view image) {
   return text;
 }
 
-/// What the page shows, with most texts as indices into a table.
+/// The data of the page, with most texts as indices into a table.
 ordered_json PageData(const TShownFile& file) {
   TStringTable strings;
   ordered_json data{{"file", FileJson(file)}};
@@ -90,7 +90,7 @@ ordered_json PageData(const TShownFile& file) {
                         section.action + 1, strings.IndexOf(section.field), section.value});
   ordered_json& ranges = data["bytes"] = ordered_json::array();
   for (const TShownRange& range : file.ranges) ranges.push_back({range.length, range.use});
-  // A loss is that of the node with its section, or with its name.
+  // A loss belongs to the node with its section, or with its name.
   std::map<std::pair<std::uint64_t, std::string>, std::int64_t> owners;
   for (const TShownSection& section : file.sections)
     owners[{section.offset, section.owner}] = section.action + 1;
@@ -149,7 +149,7 @@ std::string JsonView(const TShownFile& file) {
 std::string HtmlView(const TShownFile& file) {
   std::string page(kPage);
   std::string data;
-  for (const char character : DumpJson(PageData(file)))  // Nothing there can end the element.
+  for (const char character : DumpJson(PageData(file)))  // So that no text can end the element.
     if (character == '<')
       data += "\\u003c";
     else

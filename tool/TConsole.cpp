@@ -12,7 +12,7 @@ namespace zaf {
 namespace {
 
 void Write(std::string_view text) {
-  // A failure cannot be reported anywhere.
+  // A failure here cannot be reported.
   static_cast<void>(std::fwrite(text.data(), 1, text.size(), stderr));
 }
 
@@ -67,7 +67,7 @@ void TConsole::ShowProgress(const TTotals& totals, std::uint64_t expected) {
   const Clock::time_point now = Clock::now();
   if (!shows_progress_ || now - last_ < kInterval || totals.inputs == 0) return;
   last_ = now;
-  expected = std::max(expected, totals.inputs);  // Files can be added meanwhile.
+  expected = std::max(expected, totals.inputs);  // Files may have been added meanwhile.
   const double seconds = std::chrono::duration<double>(now - begin_).count();
   const auto done = static_cast<double>(totals.inputs);
   const double part = done / static_cast<double>(expected);

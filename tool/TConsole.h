@@ -12,10 +12,10 @@ namespace zaf {
 /// Writes to standard output. TToolError (kCannotWrite) when that fails.
 void PrintData(std::string_view text);
 
-/// Whether the words of messages are coloured that go to a terminal, or to none.
+/// Whether to colour messages, which go to a terminal if `is_terminal`.
 Coloring ChooseColoring(When when, bool is_terminal);
 
-/// Standard error, with messages and, below them, a line of progress.
+/// Standard error with messages and, after them, a progress line.
 class TConsole {
  public:
   explicit TConsole(const TRunOptions& options);
@@ -28,7 +28,7 @@ class TConsole {
 
   void Print(std::string_view lines);
 
-  /// Shows how many of `expected` inputs are done, but not more often than ten times a second.
+  /// Shows the progress out of `expected` inputs, at most ten times a second.
   void ShowProgress(const TTotals& totals, std::uint64_t expected);
   void ClearProgress();
 

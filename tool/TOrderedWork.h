@@ -11,7 +11,7 @@
 
 namespace zaf {
 
-/// Works on items in several threads and emits them in their order. `Steps` has
+/// Processes items in several threads and emits them in their order. `Steps` has
 ///
 /// - `bool Next(Item&)`: gives the items one after another; false after the last one;
 /// - `void Work(Item&)`: is called for several items at a time, each in one thread;
@@ -19,8 +19,8 @@ namespace zaf {
 /// - `bool Depends(const Item&, const Item& earlier)`: whether an item has to wait for an earlier
 /// one.
 ///
-/// Next, Emit and Depends are called by one thread at a time. An item that takes long holds up the
-/// others only when a bounded number of them is done.
+/// Next, Emit and Depends are called by one thread at a time. A slow item delays the others only
+/// when a bounded number of them is finished.
 template <class Item, class Steps>
 class TOrderedWork {
  public:
@@ -28,15 +28,15 @@ class TOrderedWork {
   TOrderedWork(unsigned jobs, Steps& steps)
       : jobs_(jobs), slots_(jobs == 1 ? 1 : jobs * kSlotsPerJob), steps_(steps) {}
 
-  /// Ends when all items are done, or throws what one of the functions threw: those that were begun
-  /// are then finished, but not emitted.
+  /// Returns when all items are done, or throws what one of the functions threw; items that were
+  /// begun are then finished, but not emitted.
   void Run() {
     {
       std::vector<std::jthread> threads;
       try {
         for (unsigned i = 1; i < jobs_; ++i) threads.emplace_back([this] { WorkOn(); });
       } catch (const std::system_error&) {
-        // The system allows no more threads; those that there are do the work.
+        // The system allows no more threads; the existing ones do the work.
       }
       WorkOn();
     }
@@ -98,11 +98,11 @@ class TOrderedWork {
   std::vector<TSlot> slots_;
   Steps& steps_;
 
-  std::mutex mutex_;  ///< For all that follows and the slots that no thread works on.
+  std::mutex mutex_;  ///< Guards the following members and the slots that no thread works on.
   std::condition_variable changed_;
-  std::uint64_t begin_ = 0;  ///< The first item that was not emitted.
+  std::uint64_t begin_ = 0;  ///< The first item that has not been emitted.
   std::uint64_t end_ = 0;    ///< After the last item that was begun.
-  bool is_ended_ = false;    ///< No item is to be begun.
+  bool is_ended_ = false;    ///< No more items may begin.
   std::exception_ptr failure_;
 };
 

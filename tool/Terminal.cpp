@@ -26,7 +26,7 @@ constexpr std::size_t kUsualWidth = 80;
 
 bool IsErrorTerminal() {
 #ifdef _WIN32
-  // Colours and progress take escape sequences, which older consoles do not know.
+  // Colours and progress use escape sequences, which older consoles do not support.
   const HANDLE console = GetStdHandle(STD_ERROR_HANDLE);
   DWORD mode = 0;
   if (GetConsoleMode(console, &mode) == 0 ||
@@ -69,7 +69,7 @@ void SetBinaryOutput() {
 
 unsigned GetProcessorCount() {
 #ifdef __linux__
-  // The standard library counts the processors of the machine.
+  // Unlike this, the standard library counts all processors of the machine.
   cpu_set_t allowed;
   if (sched_getaffinity(0, sizeof allowed, &allowed) == 0)
     return static_cast<unsigned>(std::max(CPU_COUNT(&allowed), 1));

@@ -7,16 +7,16 @@ namespace zaf {
 /// Whether standard error is a terminal.
 [[nodiscard]] bool IsErrorTerminal();
 
-/// Whether standard output is one.
+/// Whether standard output is a terminal.
 [[nodiscard]] bool IsOutputTerminal();
 
-/// Columns of the terminal of standard error; 80 when that is unknown.
+/// Columns of the terminal of standard error; 80 if unknown.
 [[nodiscard]] std::size_t GetTerminalWidth();
 
-/// Leaves the bytes of standard output as they are written.
+/// Makes standard output write bytes unchanged.
 void SetBinaryOutput();
 
-/// Processors that this process may use; at least 1.
+/// The number of processors that this process may use; at least 1.
 [[nodiscard]] unsigned GetProcessorCount();
 
 }  // namespace zaf

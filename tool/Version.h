@@ -4,7 +4,7 @@
 
 namespace zaf {
 
-/// Of the program; the build sets it.
+/// The version of the program; set by the build.
 inline constexpr std::string_view kVersion = ZAF_VERSION;
 
 }  // namespace zaf

@@ -19,7 +19,7 @@ int Fail(zaf::ExitStatus status, const char* what) {
   return static_cast<int>(status);
 }
 
-/// The parser's own errors; or help or the version, which are no errors.
+/// Handles the parser's own errors, and help or the version, which are not errors.
 int EndParsing(const CLI::App& program, const CLI::ParseError& end) {
   if (end.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success)) {
     std::ostringstream text;

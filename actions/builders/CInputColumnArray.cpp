@@ -10,7 +10,7 @@
 namespace zaf {
 namespace {
 
-/// Copies a name that may fill its slot, padded with zeros.
+/// Copies a name, which may fill its slot, padded with zeros.
 void SetName(TFixedText<128>& name, std::string_view text) {
   name = {};
   std::copy(text.begin(), text.end(), name.bytes);
@@ -111,7 +111,7 @@ std::size_t CInputColumnArray::CountUnwrittenLists() const {
 Status CInputColumnArray::FinishItems(TDataFile& file, FourCharCode code,
                                       TLossReporter* losses) const {
   const auto finish = [&] {
-    std::set<const TListItem*> counted;  // Lists that have a column; reading has counted them.
+    std::set<const TListItem*> counted;  // Lists of a column, which reading has counted.
     std::uint64_t count = 0;
     for (std::uint32_t i = 0; i < GetCount(); ++i) {
       const std::span<const TListItem> items = FindSharedItems(i);

@@ -31,11 +31,11 @@ static_assert(sizeof(TInputColumn) == 944);
 static_assert(offsetof(TInputColumn, input) == 524);
 
 /// The columns of a page with input, records that begin with a TInputColumn, and the list items of
-/// those whose input offers a list.
+/// those inputs that offer a list.
 ///
-/// In a legacy file the items have sections of their own, in any order with those of the columns,
-/// and name the columns that they belong to: an item belongs to every column with a list that it
-/// names exactly, in the order of the file. In a document each column has its own items.
+/// In a legacy file the items are in sections of their own, before or after those of the columns,
+/// and name their columns: an item belongs to every column with a list that it names exactly, in
+/// the order of the file. In a document each column has its own items.
 class CInputColumnArray : public CDynamicArray {
  public:
   /// `record_size`: bytes of a column record. `name_count`: names in a legacy list item, 1 or 3.
@@ -46,23 +46,23 @@ class CInputColumnArray : public CDynamicArray {
   }
   /// The list items of a column, until the array changes.
   [[nodiscard]] std::span<const TListItem> GetItems(std::uint32_t column) const;
-  /// Adds an item of zeros to a column of a document. No later column has items yet. Null when
-  /// memory runs out.
+  /// Adds an item of zeros to a column of a document. Later columns must not have items yet. Null
+  /// when memory runs out.
   TListItem* AppendItem(std::uint32_t column);
 
-  /// An empty list for legacy records of items.
+  /// Returns an empty list for legacy records of items.
   [[nodiscard]] CDynamicArray MakeItemRecords() const;
-  /// Takes the items of legacy records. Throws std::bad_alloc.
+  /// Adds the items of legacy records. Throws std::bad_alloc.
   void AddItems(const CDynamicArray& records);
   /// Appends the items of all columns to `records`. A legacy file has one list of items for all
-  /// columns of the same names: that of the first of them that has any. Throws std::bad_alloc;
-  /// false when memory runs out otherwise.
+  /// columns with the same names: that of the first of them that has any. Throws std::bad_alloc;
+  /// also returns false when memory runs out.
   bool AppendItemRecords(CDynamicArray& records) const;
   /// How many columns have other items when they are read from those records. Throws
   /// std::bad_alloc.
   [[nodiscard]] std::size_t CountUnwrittenLists() const;
-  /// Finishes the items of a legacy record: counts an item as a record of `file` once more for each
-  /// column that it belongs to, and reports those that belong to none, as of the section `code`.
+  /// Finishes the items of a legacy record: charges an item as a record of `file` once more for
+  /// each column that it belongs to, and reports items without a column, as of the section `code`.
   /// kMalformed when they are too many for the file's size.
   Status FinishItems(TDataFile& file, FourCharCode code, TLossReporter* losses) const;
 
@@ -74,8 +74,8 @@ class CInputColumnArray : public CDynamicArray {
     std::uint32_t first;
     std::uint32_t count;
   };
-  /// The owner, the table and the column, padded with zeros. In records that have fewer names
-  /// the first are empty.
+  /// The owner, the table and the column, padded with zeros. In records with fewer names the first
+  /// ones are empty.
   using TNames = std::array<TFixedText<128>, 3>;
   struct TNamesLess {
     bool operator()(const TNames& one, const TNames& two) const;
@@ -83,7 +83,7 @@ class CInputColumnArray : public CDynamicArray {
 
   [[nodiscard]] TNames NamesOf(const TBuilderColumn& column) const;
   [[nodiscard]] std::span<const TListItem> FindSharedItems(std::uint32_t column) const;
-  /// How many items belong to no column.
+  /// The number of items that belong to no column.
   [[nodiscard]] std::size_t CountOthers(const std::set<const TListItem*>& with_column) const;
 
   std::size_t name_count_;

@@ -9,7 +9,7 @@ namespace {
 
 constexpr std::string_view kListItemElement = "InputListItem";
 
-/// The element of the first column of a list; the others follow it.
+/// The element of the first column of a list; the others are its next siblings.
 dom::Element FirstColumnElement(const TProperty& row, dom::Element parent) {
   return parent.getFirstChildElement(row.name).getFirstChildElement(row.detail);
 }
@@ -62,7 +62,7 @@ Status TListItemsCodec::ReadLegacy(const TProperty& row, void* field,
   const auto read = [&] {
     CDynamicArray records = columns.MakeItemRecords();
     const Status status = records_.ReadLegacy(row, &records, section);
-    // The names before each item decide to which column it belongs.
+    // The names before each item determine its column.
     if (TByteAccount* const account = section.GetAccount()) account->SetUse(ByteUse::kCarried);
     columns.AddItems(records);
     return status;

@@ -16,7 +16,7 @@
 #include "foundation/TLazyRecord.h"
 #include "foundation/TRecordArray.h"
 
-// The three pages of a search builder, each with the record of its columns. A page is a part of its
+// The three pages of a search builder, each with its type of column record. A page is a part of its
 // action; it owns its texts and lists.
 
 namespace zaf {
@@ -60,7 +60,7 @@ using CListColumnInfoArray = TRecordArray<TListColumnInfo>;
 /// The list page: the rows found.
 struct TListPage {
   CText max_rows;
-  bool has_pages = false;  ///< As many rows as `max_rows` on a page, instead of one page.
+  bool has_pages = false;  ///< Show `max_rows` rows per page instead of all on one page.
   CListColumnInfoArray columns;
   CSortColumnInfoArray order;
   CJoinInfoArray joins;
@@ -72,7 +72,7 @@ struct TListPage {
   static std::span<const TProperty> Properties();
 };
 
-/// A column that the details page shows and lets change.
+/// A column that the details page shows for editing.
 struct TDetailColumnInfo {
   TInputColumn input;
   TDetailDisplayOptions display;
@@ -84,7 +84,7 @@ static_assert(sizeof(TDetailColumnInfo) == 992);
 
 using CDetailColumnInfoArray = TInputColumnArray<TDetailColumnInfo, 3>;
 
-/// The details page: one row, to be changed or deleted.
+/// The details page: shows one row, to be changed or deleted.
 struct TDetailsPage {
   CDetailColumnInfoArray columns;
   CJoinInfoArray joins;

@@ -13,7 +13,7 @@ namespace zaf {
 struct TBuilderColumn {
   TFixedText<128> table;
   TFixedText<128> column;
-  std::int32_t data_type;  ///< By the codes of the SQL call-level interface.
+  std::int32_t data_type;  ///< A code of the SQL call-level interface.
   std::uint8_t primary_key;
   std::uint8_t carried[3];  ///< Of unknown use; kept for the legacy file.
   std::int32_t length;      ///< In characters.

@@ -12,8 +12,8 @@ namespace zaf {
 /// different widths for the path.
 template <std::size_t kPathWidth, std::size_t kCarried>
 struct TDisplayOptions {
-  std::int32_t kind;               ///< By the order of the vocabulary, from 0, as is the format.
-  std::int32_t format;             ///< Of a normal display, as are the line breaks.
+  std::int32_t kind;               ///< Index into the vocabulary, from 0, as is the format.
+  std::int32_t format;             ///< For a normal display, as are the line breaks.
   std::int32_t line_breaks;        ///< A switch: line breaks are kept.
   TFixedText<kPathWidth> path;     ///< Of an image file.
   std::uint8_t carried[kCarried];  ///< Of unknown use; kept for the legacy file.

@@ -12,8 +12,8 @@ namespace zaf {
 
 /// A value that the server supplies instead of a visitor.
 struct TFixedInput {
-  std::int32_t kind;     ///< By the order of the vocabulary, from 0.
-  TFixedText<128> text;  ///< The SQL of the kinds that are SQL.
+  std::int32_t kind;     ///< Index into the vocabulary, from 0.
+  TFixedText<128> text;  ///< The SQL text, for the kinds that have one.
 
   [[nodiscard]] bool HasText() const;
 };
@@ -49,8 +49,8 @@ static_assert(offsetof(TInputOptions, carried) == 408);
 
 inline constexpr std::string_view kInputOptionsElement = "InputOptions";
 
-/// A check box is written under another element than it is read from, and so is not recognised in
-/// documents of this program: it reads back as an empty text. Kept on purpose.
+/// A check box is written under another element name than it is read from. The programs therefore
+/// do not recognise it in their own documents and read it as an empty text. Kept deliberately.
 extern const TChoiceCodec kInputOptionsCodec;
 
 template <>

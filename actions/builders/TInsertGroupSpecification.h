@@ -12,8 +12,8 @@ namespace zaf {
 using TInsertColumnInfo = TInputColumn;
 using TInsertColumnInfoArray = TInputColumnArray<TInsertColumnInfo, 1>;
 
-/// The new record builder action: a form that adds a row to a table, and the page that answers. It
-/// owns its texts and lists.
+/// The new record builder action: a form that adds a row to a table, and the page shown in
+/// response. It owns its texts and lists.
 class TInsertGroupSpecification
     : public TTableSpecification<TInsertGroupSpecification, TSourceSpecification> {
  public:
@@ -26,7 +26,7 @@ class TInsertGroupSpecification
             Code("foot"), Code("resp"), Code("sbtn"), Code("rbtn")};
   }
 
-  /// Records of the builder's own lists are copied as far as they fit.
+  /// Copies as much of a record of the builder's own lists as fits.
   Conversion ConvertLegacyRecord(FourCharCode code, ByteView legacy_record,
                                  std::span<std::byte> record) override;
   /// kMalformed also when columns of the same name share more items than the file's size allows.

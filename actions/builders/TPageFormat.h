@@ -10,8 +10,8 @@
 
 namespace zaf {
 
-/// How the table of a builder action's page looks. In a legacy file it is a section of its own: a
-/// longer one is cut, what a shorter one lacks is empty.
+/// The appearance of the table on a builder action's page. In a legacy file it is a section of its
+/// own: a longer one is cut, missing fields of a shorter one are empty.
 struct TPageFormat {
   TFixedText<128> border{};
   TFixedText<128> border_color{};
@@ -24,7 +24,7 @@ struct TPageFormat {
 
 static_assert(sizeof(TPageFormat) == 640);
 
-/// A page keeps its format as a part whose legacy section is all its bytes.
+/// The codec of a page format, a part whose legacy section consists of all its bytes.
 class TPageFormatCodec final : public TLazyPartCodecBase<TPageFormat> {
  public:
   /// kFailure when there is no memory for the format.

@@ -8,8 +8,8 @@
 namespace zaf {
 
 /// The search builder action: a search application of three pages over one data source. A form
-/// takes the criteria, a list shows the rows found, and a page of details changes one of them.
-/// It owns its pages.
+/// accepts the criteria, a list shows the rows found, and a details page changes one of them. It
+/// owns its pages.
 class TSearchGroupSpecification
     : public TTableSpecification<TSearchGroupSpecification, TSourceSpecification> {
  public:
@@ -25,7 +25,7 @@ class TSearchGroupSpecification
             Code("drbn"), Code("dtbl"), Code("delh"), Code("dchd"), Code("dcft"), Code("dbtn")};
   }
 
-  /// Records of the builder's own lists are copied as far as they fit; joins are upgraded as in a
+  /// Copies as much of a record of the builder's own lists as fits; joins are upgraded as in a
   /// search action.
   Conversion ConvertLegacyRecord(FourCharCode code, ByteView legacy_record,
                                  std::span<std::byte> record) override;

@@ -11,7 +11,7 @@
 
 namespace zaf {
 
-/// A column that the list page of a search builder orders its rows by.
+/// A column by which the list page of a search builder orders its rows.
 struct TSortColumnInfo {
   TFixedText<128> owner;
   TFixedText<128> table;
@@ -25,7 +25,7 @@ static_assert(sizeof(TSortColumnInfo) == 388);
 
 using CSortColumnInfoArray = TRecordArray<TSortColumnInfo>;
 
-/// From 100 bytes: names are narrow.
+/// The size of older records, which have narrow names, in bytes.
 inline constexpr std::size_t kNarrowSortColumnSize = 100;
 inline constexpr TUpgradeStep kNarrowSortColumnUpgrade[] = {
     WidenName(0, offsetof(TSortColumnInfo, owner)),

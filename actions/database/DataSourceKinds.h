@@ -6,7 +6,7 @@
 
 namespace zaf {
 
-/// The keyword of a host type that is no kind of data source.
+/// The keyword of a host type that is not a kind of data source.
 inline constexpr TKeyword kDefaultDataSourceKind{0, "Default"};
 
 /// The kinds of data source, by their host types. The first is used for every other host type.
@@ -19,11 +19,11 @@ inline constexpr TKeyword kDataSourceKindsAndDefault[] = {
     {static_cast<std::int32_t>(Code("dam ")), "DAM"},
 };
 
-/// The same without the keyword for the others.
+/// The same without the keyword for other host types.
 inline constexpr std::span<const TKeyword> kDataSourceKinds =
     std::span<const TKeyword>(kDataSourceKindsAndDefault).subspan(1);
 
-/// Those whose keyword is the type name of an action's data source, too.
+/// Those whose keyword is also the type name of an action's data source.
 inline constexpr std::span<const TKeyword> kNamedDataSourceKinds = kDataSourceKinds.first(4);
 
 }  // namespace zaf

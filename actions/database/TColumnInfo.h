@@ -15,7 +15,7 @@ namespace zaf {
 struct TColumnInfo {
   TFixedText<128> table;
   TFixedText<128> column;
-  std::int32_t data_type;    ///< By the codes of the SQL call-level interface.
+  std::int32_t data_type;    ///< A code of the SQL call-level interface.
   std::uint8_t primary_key;  ///< Only carried, as are the flags.
   std::uint8_t first_flag;
   std::uint8_t second_flag;
@@ -38,7 +38,8 @@ static_assert(offsetof(TColumnInfo, referenced_column) == 396);
 
 using CColumnInfoArray = TRecordArray<TColumnInfo>;
 
-/// From a record with narrow names; its types are 4 bytes, its key and flags together 3.
+/// From a record with narrow names, whose types take 4 bytes and whose key and flags together take
+/// 3.
 inline constexpr TUpgradeStep kColumnInfoUpgrade[] = {
     WidenName(0, offsetof(TColumnInfo, table)),
     WidenName(32, offsetof(TColumnInfo, column)),

@@ -10,7 +10,7 @@
 
 namespace zaf {
 
-/// A column that a search returns, and the name that it returns it under.
+/// A column that a search returns, and its alias in the result.
 struct TColumnReference {
   TFixedText<128> table;
   TFixedText<128> column;

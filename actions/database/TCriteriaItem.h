@@ -10,8 +10,8 @@
 
 namespace zaf {
 
-/// A comparison of a column with a value that rows must meet. One without table and column is only
-/// the conjunction that joins its neighbours.
+/// A comparison of a column with a value, which selects rows. Without table and column it is only
+/// the conjunction between its neighbours.
 struct TCriteriaItem {
   TFixedText<128> conjunction;  ///< Joins the item to the one before it.
   TFixedText<128> comparison;

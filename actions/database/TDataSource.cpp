@@ -68,7 +68,7 @@ Status TDataSource::ReadXml(const TXmlReadContext& context, std::string_view dev
 }
 
 void TDataSource::ReadElement(const TXmlReadContext& context, dom::Element element) {
-  // The rows are texts and a kind that has a keyword for every text: none refuses anything.
+  // The rows are texts and a kind that has a keyword for every text, so reading cannot fail.
   static_cast<void>(ReadXmlRows(Properties(), this, {context, element}));
   UpdateTypeName();
   ReadLogin(context, element, user_name, password);

@@ -11,25 +11,24 @@
 namespace zaf {
 
 /// The data sources of a document by the IDs of their elements. Of several with one ID the first
-/// counts. The second look-up of an element caches its content: any number of actions may share
-/// one that is costly to read. Most elements are looked up once and are not cached. The users and
-/// passwords of the elements, most of which have the same ones, are deciphered once. Owns what it
-/// keeps; refers to the document, which outlives it.
+/// counts. The second look-up of an element caches its content, since any number of actions may
+/// refer to a large one; most elements are looked up once and not cached. Logins, most of which are
+/// equal, are deciphered once. Owns its caches; refers to the document, which outlives it.
 class TDataSourceIndex {
  public:
   /// Indexes the `DataSource` elements in `data_sources`.
   explicit TDataSourceIndex(dom::Element data_sources);
 
-  /// Reads all but the deployment user and password into `source`. Without an element of this ID
-  /// it becomes empty; so do the texts of `ReadLogin`.
+  /// Reads all but the deployment login into `source`. Without an element of this ID it becomes
+  /// empty; so do the texts of `ReadLogin`.
   void Read(const TXmlReadContext& context, std::string_view id, TDataSource& source);
   void ReadLogin(const TXmlReadContext& context, std::string_view id, CText& user_name,
                  CText& password);
 
-  /// Marks the elements unread that were not asked for: for those who look for them.
+  /// Marks the elements that no reference used as unread, so that they are reported.
   void MarkUnused() const;
-  /// The clear form of an enciphered text of the document, as CCipherText has it. Valid as long as
-  /// the index.
+  /// The clear form of an enciphered text of the document, see CCipherText. Valid as long as the
+  /// index.
   [[nodiscard]] std::string_view Decipher(std::string_view text);
 
  private:
@@ -39,11 +38,11 @@ class TDataSourceIndex {
     std::unique_ptr<TDataSource> kept = nullptr;
   };
 
-  /// The element of this ID, or a null one; `kept` is set to its cached content, if any.
+  /// The element with this ID, or a null one; sets `kept` to its cached content, if any.
   dom::Element Find(const TXmlReadContext& context, std::string_view id, const TDataSource*& kept);
 
   TTextIndex<TEntry> entries_;
-  TTextIndex<CCipherText> clear_texts_;  ///< By the enciphered ones.
+  TTextIndex<CCipherText> clear_texts_;  ///< By their enciphered forms.
 };
 
 }  // namespace zaf

@@ -11,7 +11,7 @@
 
 namespace zaf {
 
-/// The ID of a `DataSource` element: "DataSource." and the number of those before it.
+/// The ID of a `DataSource` element: "DataSource." and the number of preceding ones.
 class TDataSourceId {
  public:
   explicit TDataSourceId(std::uint32_t number);
@@ -32,14 +32,14 @@ class TDataSourceWriter {
   /// the keyword of the kind. The texts that differ most come first, which makes comparing short.
   using TContent = std::array<std::string_view, 7>;
 
-  /// Sets the element that holds the others, before the first one is appended.
+  /// Sets the parent of the elements, before the first one is appended.
   void SetList(dom::Element list) { list_ = list; }
 
   /// Appends an element, with its ID. It is never shared.
   dom::Element Append();
 
-  /// Returns the element to fill for this content, a null one when an equal one is there already.
-  /// `number` is that of either.
+  /// Returns a new element to fill with this content, or a null one if an equal one exists. Sets
+  /// `number` to that of either.
   dom::Element FindOrAppend(const TContent& content, std::uint32_t& number);
 
   /// Appends an element `name` with the enciphered form of `text` to `parent`.

@@ -13,7 +13,7 @@ class TDeleteSpecification
   static constexpr std::string_view kLabel = "[Delete Action] ";
   static std::span<const TProperty> Properties();
 
-  /// A switch for the commit that cannot be read is on, and its status is returned.
+  /// If the commit switch cannot be read, it is set, and the status is returned.
   Status ReadLegacyProperty(const TLegacySection& section) override;
   static constexpr FourCharCode kReadByHand[] = {Code("cmit")};
 

@@ -10,7 +10,7 @@
 
 namespace zaf {
 
-/// A reference to a column: one that a search groups its rows by.
+/// A reference to a column by which a search groups its rows.
 struct TGroupInfo {
   TFixedText<128> table;
   TFixedText<128> column;

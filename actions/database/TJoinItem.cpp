@@ -36,7 +36,7 @@ constexpr TUpgradeStep kFromUnpadded[] = {
     {Kind::kBytes, 0, 646, 0, 646},
 };
 
-/// Every list of join items has the same records, so the upgrades are for any code.
+/// All lists of join items have the same records, so the code does not matter.
 constexpr TRecordUpgrade kUpgrades[] = {
     {kNoCode, 168, kFromNarrowNames},
     {kNoCode, 646, kFromUnpadded},

@@ -25,9 +25,9 @@ struct TJoinItem {
 
   static std::span<const TProperty> Properties();
 
-  /// Fills `record`, the bytes of a join item of zeros, from a legacy record of another size. An
-  /// unknown size leaves it as it is. Records of those sizes hold outer joins in the opposite
-  /// sense, so left and right change places.
+  /// Fills `record`, a join item of zeros, from a legacy record of another size; an unknown size
+  /// leaves it unchanged. In older records outer joins have the opposite meaning, so left and right
+  /// are exchanged.
   static Conversion ConvertLegacy(ByteView legacy_record, std::span<std::byte> record);
 
   /// Reads the rows. kMalformed: the join's type is unknown, or a table or column is missing.

@@ -39,7 +39,7 @@ std::span<const TProperty> TOrderInfo::Properties() {
   return kRows;
 }
 
-/// The owner stays inside the table's name: its own element is always empty.
+/// The owner remains part of the table's name: its own element is always empty.
 void TOrderInfo::WriteXml(const TXmlWriteScope& scope) const {
   if (EqualsIgnoringCase(ascending.View(), "true"))
     scope.element.appendPlainElement(kAscendingElement, "True");

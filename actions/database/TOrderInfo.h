@@ -10,7 +10,7 @@
 
 namespace zaf {
 
-/// A column that a search orders its rows by.
+/// A column by which a search orders its rows.
 struct TOrderInfo {
   TFixedText<128> table;  ///< May begin with the owner and a full stop.
   TFixedText<128> column;

@@ -27,8 +27,8 @@ class TSearchSpecification
             Code("maxm"), Code("totr"), Code("rdro")};
   }
 
-  /// Outer joins of older records change their direction. A join of an unknown size is kept, empty;
-  /// a criterion of an unknown size is not.
+  /// Outer joins of older records change their direction. A join of an unknown size is kept as an
+  /// empty one; a criterion of an unknown size is dropped.
   Conversion ConvertLegacyRecord(FourCharCode code, ByteView legacy_record,
                                  std::span<std::byte> record) override;
   /// An operation of the server's run time.

@@ -11,7 +11,7 @@ namespace {
 constexpr std::string_view kDevelopmentAttribute = "DSID";
 constexpr std::string_view kDeploymentAttribute = "DeploymentDSID";
 
-/// Written in upper case but read as every other switch: documents of both spellings exist.
+/// Written in upper case but read like every other switch: documents with both spellings exist.
 constexpr TSwitchCodec kUsesDefaultCodec{SwitchRule::kPositive, "TRUE", LegacySwitch::kIfOn};
 
 }  // namespace

@@ -7,8 +7,8 @@
 
 namespace zaf {
 
-/// The base of every action that works on a database: it adds the action's data source, and whether
-/// the application's default data source takes its place.
+/// The base of every action that uses a database: adds the action's data source and a switch that
+/// replaces it by the application's default one.
 class TSourceSpecification : public TTableSpecification<TSourceSpecification, TQuerySpecification> {
  public:
   static constexpr std::string_view kLabel = "[Data Source] ";
@@ -23,7 +23,7 @@ class TSourceSpecification : public TTableSpecification<TSourceSpecification, TQ
 
   [[nodiscard]] const TDataSource& GetDataSource() const { return data_source_; }
 
-  // Hooks of the server's run time and editor, which have nothing to add yet.
+  // Hooks of the server's run time and editor, which have no effect yet.
   void PrepareRun() override {}
   bool CanRun() const override { return true; }
   bool CanFollow() const override { return true; }

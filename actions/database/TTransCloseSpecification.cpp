@@ -46,7 +46,7 @@ Status TTransCloseSpecification::WriteXml(TXmlWriteContext& context, dom::Elemen
   const auto write = [&] {
     if (!element) element = parent.appendElement(kElement);
     WriteXmlRows(Properties(), this, {context, element, GetName().View()});
-    // Without the data source, as in reading.
+    // Omits the data source, as reading does.
     WriteCommonXml(context, element);
     return Status::kOk;
   };

@@ -5,8 +5,8 @@
 namespace zaf {
 
 /// The end-transaction action: ends a transaction by commit or rollback. It has a data source in
-/// legacy files only: its element refers to none. kMalformed when the end type in a document has an
-/// unknown keyword.
+/// legacy files only: its element does not refer to one. kMalformed when the end type in a document
+/// has an unknown keyword.
 class TTransCloseSpecification final
     : public TTableSpecification<TTransCloseSpecification, TSourceSpecification> {
  public:
@@ -15,12 +15,12 @@ class TTransCloseSpecification final
   static constexpr std::string_view kLabel = "[Close Transaction] ";
   static std::span<const TProperty> Properties();
 
-  /// Everything but a rollback is a commit.
+  /// Every end type other than rollback is a commit.
   [[nodiscard]] bool IsCommit() const;
   /// An operation of the server's run time.
   virtual void ReleaseConnection() {}
 
-  /// In older files the platform "plat" is the end type: only "mac " commits.
+  /// In older files the section "plat" (platform) is the end type: only "mac " commits.
   Status ReadLegacyProperty(const TLegacySection& section) override;
   /// The label, how the transaction ends, and the name.
   void GetDisplayName(CText& name) const override;

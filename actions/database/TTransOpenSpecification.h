@@ -14,14 +14,14 @@ class TTransOpenSpecification final
   static constexpr std::string_view kLabel = "[Open Transaction] ";
   static std::span<const TProperty> Properties();
 
-  // Operations of the server's run time. The last one is the end-transaction action's, too.
+  // Operations of the server's run time. The end-transaction action has the last one as well.
   virtual void PrepareConnection() {}
   virtual void SetIsolation() {}
   virtual void BeginTransaction() {}
   virtual void ReleaseConnection() {}
 
  private:
-  std::int32_t isolation_ = 0;      ///< 0: none given; read from a document without, exclusive.
+  std::int32_t isolation_ = 0;      ///< 0: none given. Missing in a document: exclusive.
   std::int32_t second_switch_ = 0;  ///< Only carried.
 };
 

@@ -4,8 +4,8 @@
 
 namespace zaf {
 
-/// The update action: changes the rows of a table that meet the criteria. It has the fields of an
-/// insert action.
+/// The update action: changes the rows of a table that meet the criteria. It has the same fields as
+/// an insert action.
 class TUpdateSpecification final
     : public TTableSpecification<TUpdateSpecification, TInsertSpecification> {
  public:

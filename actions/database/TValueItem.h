@@ -10,7 +10,7 @@
 
 namespace zaf {
 
-/// A value that a column is given.
+/// A value to be stored in a column.
 struct TValueItem {
   TFixedText<128> name;
   TFixedText<128> value;
@@ -26,7 +26,7 @@ static_assert(offsetof(TValueItem, quote_value) == 512);
 
 using CValueArray = TRecordArray<TValueItem>;
 
-/// From a record with narrow names and a value of 256 bytes. It has no switch for quotes: its value
+/// From a record with narrow names and a value of 256 bytes, without a switch for quotes: its value
 /// is quoted.
 inline constexpr TUpgradeStep kValueItemUpgrade[] = {
     WidenName(0, offsetof(TValueItem, name)),

@@ -10,7 +10,7 @@
 namespace zaf {
 namespace {
 
-/// Whether `c` could end a text after the "=" of a tag.
+/// Whether `c` could end an unquoted text after the "=" of a tag.
 bool NeedsQuotes(char c) {
   switch (c) {
     case ' ':
@@ -99,8 +99,7 @@ bool operator==(const TAssignItem& one, const TAssignItem& two) {
          one.scope.View() == two.scope.View();
 }
 
-/// The tests for the scopes are exact here, unlike IsCookie: a tag follows the words that a
-/// document uses.
+/// Unlike IsCookie, this compares scopes with case: the tags use the keywords of documents.
 void AppendAssignTag(const TAssignItem& item, CText& text) {
   if (item.name.IsEmpty()) return;
   const std::string_view scope = item.scope.View();

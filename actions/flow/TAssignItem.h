@@ -13,7 +13,7 @@ namespace zaf {
 
 /// The fields of an assignment that only a cookie has.
 struct TCookie {
-  TFixedText<128> expiry{};  ///< In minutes, in decimal; empty: with the session.
+  TFixedText<128> expiry{};  ///< In minutes, as decimal digits; empty: at the end of the session.
   TFixedText<256> path{};
   TFixedText<256> domain{};
   std::int32_t is_secure = 0;  ///< Not zero: the cookie is sent over secure connections only.
@@ -31,7 +31,8 @@ struct TAssignItem {
 
   [[nodiscard]] bool IsCookie() const;
 
-  /// The rows of an item's element: as a cookie, and as any other assignment but for its scope.
+  /// The rows of an item's element: those of a cookie, and those of any other assignment except its
+  /// scope.
   static std::span<const TProperty> CookieProperties();
   static std::span<const TProperty> VariableProperties();
 
@@ -40,8 +41,7 @@ struct TAssignItem {
 
 using TAssignItemArray = TOwningArray<TAssignItem>;
 
-/// Appends the item as a server tag that does the same assignment; nothing for an item without
-/// name.
+/// Appends the item as a server tag for the same assignment; nothing for an item without a name.
 void AppendAssignTag(const TAssignItem& item, CText& text);
 
 }  // namespace zaf

@@ -49,7 +49,7 @@ class TPartReader {
   }
 
  private:
-  /// The next `count` bytes; without a file when their offset exceeds 32 bits.
+  /// The next `count` bytes; has no file when their offset exceeds 32 bits.
   TLegacySection Next(std::uint32_t count) {
     if (offset_ > UINT32_MAX) return {};
     TLegacySection part = section_;
@@ -81,7 +81,7 @@ Status ReadItem(TPartReader& reader, TAssignItem& item) {
   return item.cookie.Set(cookie) ? Status::kOk : Status::kFailure;
 }
 
-/// The bytes of a section with these items.
+/// The section content for these items.
 std::string LayOut(const TAssignItemArray& items) {
   std::string bytes;
   AppendU32(items.GetCount(), bytes);
@@ -98,11 +98,11 @@ std::string LayOut(const TAssignItemArray& items) {
   return bytes;
 }
 
-/// The items of an assign action: a section of items of variable length; in XML an element each,
-/// whose name distinguishes cookies from the others.
+/// The items of an assign action: a section of items of variable length; in XML one element each,
+/// whose name distinguishes cookies from other assignments.
 class TAssignItemsCodec final : public TFieldCodec {
  public:
-  /// The items before one that cannot be read stay in the list.
+  /// Items before one that cannot be read remain in the list.
   Status ReadLegacy(const TProperty&, void* field, const TLegacySection& section) const override {
     TPartReader reader(section);
     std::int32_t count = 0;

@@ -5,9 +5,9 @@
 
 namespace zaf {
 
-/// The assign action: sets variables and cookies. Read from XML, its results text is the same
-/// assignments as server tags, unless the element refers to a results text of its own. Owns its
-/// items.
+/// The assign action: sets variables and cookies. When it is read from XML, its results text
+/// consists of the same assignments as server tags, unless the element refers to a results text.
+/// Owns its items.
 class TAssignSpecification final
     : public TTableSpecification<TAssignSpecification, TQuerySpecification> {
  public:

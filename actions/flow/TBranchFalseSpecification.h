@@ -5,7 +5,7 @@
 
 namespace zaf {
 
-/// The jump that is made when its test is false.
+/// A jump that is taken when its test is false.
 class TBranchFalseSpecification final
     : public TTableSpecification<TBranchFalseSpecification, TControlFlowSpecification> {
  public:

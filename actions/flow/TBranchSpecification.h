@@ -25,7 +25,7 @@ class TBranchSpecification final
   CText action_name_;
   CText document_name_;  ///< The application; empty: this one.
   CText full_name_;
-  bool is_return_ = false;  ///< Come back when the target has ended.
+  bool is_return_ = false;  ///< Return when the target has ended.
 };
 
 }  // namespace zaf

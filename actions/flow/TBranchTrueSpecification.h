@@ -5,7 +5,7 @@
 
 namespace zaf {
 
-/// The jump that is made when its test is true.
+/// A jump that is taken when its test is true.
 class TBranchTrueSpecification final
     : public TTableSpecification<TBranchTrueSpecification, TControlFlowSpecification> {
  public:

@@ -6,9 +6,9 @@
 
 namespace zaf {
 
-/// A jump, which the server places in a program that it has prepared. It is written as a results
-/// action and read back as one. Target and test are carried in legacy files only; the state of the
-/// run time is only cloned.
+/// A jump in a program that the server has prepared. It is written and read back as a results
+/// action. Target and test are carried in legacy files only; the state of the run time is only
+/// cloned.
 class TControlFlowSpecification
     : public TTableSpecification<TControlFlowSpecification, TQuerySpecification> {
  public:

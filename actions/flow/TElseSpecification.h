@@ -4,7 +4,7 @@
 
 namespace zaf {
 
-/// The else action: runs its children when no condition of the if and else-ifs before it holds.
+/// The else action: runs its children when no condition of the preceding if and else-ifs holds.
 class TElseSpecification final
     : public TTableSpecification<TElseSpecification, TQuerySpecification> {
  public:

@@ -5,7 +5,8 @@
 
 namespace zaf {
 
-/// The else-if action: a condition that counts when none before it holds. Its element is its own.
+/// The else-if action: a condition that is tested when none before it holds. It has its own
+/// element.
 class TElseifSpecification final
     : public TTableSpecification<TElseifSpecification, TIfSpecification> {
  public:

@@ -9,10 +9,10 @@
 
 namespace zaf {
 
-/// One comparison of a condition: a record of a legacy file. Only the first four characters of the
-/// operator count when two are compared.
+/// One comparison of a condition: a record of a legacy file. When two are compared, only the first
+/// four characters of the operator count.
 struct TExpressionInfo {
-  TFixedText<128> conjunction;  ///< How it joins the comparison before it; empty in the first.
+  TFixedText<128> conjunction;  ///< Joins it to the comparison before it; empty in the first.
   TFixedText<128> left;
   TFixedText<128> comparison;  ///< The operator.
   TFixedText<128> right;
@@ -22,7 +22,7 @@ struct TExpressionInfo {
 };
 static_assert(sizeof(TExpressionInfo) == 512);
 
-/// A comparison of an if or else-if: all four are child elements.
+/// A comparison of an if or else-if: all four fields are child elements.
 struct TIfExpressionInfo : TExpressionInfo {
   static std::span<const TProperty> Properties();
 };
@@ -32,7 +32,7 @@ struct TWhileExpressionInfo : TExpressionInfo {
   static std::span<const TProperty> Properties();
 };
 
-/// The comparisons of a condition. Their payload may hold any count, whatever its size.
+/// The comparisons of a condition. Any count is valid, whatever the size of the payload.
 template <class Record>
 using TExpressionInfoArray = TRecordArray<Record>;
 

@@ -3,7 +3,7 @@
 namespace zaf {
 namespace {
 
-/// A direction: any number above 0 is up, any other one down.
+/// A direction: any number above 0 is up, any other down.
 class TDirectionCodec final : public TNumberCodecBase {
  protected:
   std::string_view Spell(const void* field, TScratch&) const override {

@@ -4,7 +4,7 @@
 
 namespace zaf {
 
-/// The group action: holds actions that belong together.
+/// The group action: contains related actions.
 class TGroupSpecification final
     : public TTableSpecification<TGroupSpecification, TQuerySpecification> {
  public:

@@ -13,13 +13,13 @@ class TIfSpecification : public TTableSpecification<TIfSpecification, TQuerySpec
   static constexpr std::string_view kLabel = "[If Action] ";
   static std::span<const TProperty> Properties();
 
-  /// Cuts the operators, those of the action itself, to four characters.
+  /// Also cuts the action's own operators to four characters.
   Status WriteXml(TXmlWriteContext& context, dom::Element element,
                   dom::Element parent) const override;
 
  private:
-  CText expression_;  ///< The condition as one expression.
-  /// The same, taken apart. Writing cuts the operators, whose rest is ignored anyway.
+  CText expression_;  ///< The condition as a single expression.
+  /// The condition as comparisons. Writing cuts the operators, the rest of which is ignored anyway.
   mutable TExpressionInfoArray<TIfExpressionInfo> comparisons_;
 };
 

@@ -4,13 +4,13 @@
 
 namespace zaf {
 
-/// The action that does nothing. It is written as a results action and read back as one, so it
-/// equals a results action of the same content.
+/// The action without effect. It is written and read back as a results action, so it equals a
+/// results action with the same content.
 class TNullSpecification final
     : public TTableSpecification<TNullSpecification, TQuerySpecification> {
  public:
   static constexpr FourCharCode kTypeCode = Code("null");
-  /// Its element is the results action's.
+  /// It is written as the results action's element.
   static constexpr std::span<const std::string_view> kElements{};
   static std::span<const TProperty> Properties() { return {}; }
 

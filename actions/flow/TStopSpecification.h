@@ -6,7 +6,7 @@
 
 namespace zaf {
 
-/// The return action: it ends the program, or goes back to where a branch came from.
+/// The return action: ends the program, or returns to the branch that led here.
 class TStopSpecification final
     : public TTableSpecification<TStopSpecification, TQuerySpecification> {
  public:

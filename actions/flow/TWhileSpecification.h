@@ -16,7 +16,7 @@ class TWhileSpecification final
 
  private:
   CText expression_;                                        ///< The condition as one expression.
-  TExpressionInfoArray<TWhileExpressionInfo> comparisons_;  ///< The same, taken apart.
+  TExpressionInfoArray<TWhileExpressionInfo> comparisons_;  ///< The condition as comparisons.
 };
 
 }  // namespace zaf

@@ -5,7 +5,7 @@
 
 namespace zaf {
 
-/// Calls a method of an object; what is specific to it is not carried.
+/// Calls a method of an object; its specific fields are not carried.
 class TCallMethodSpecification final
     : public TTableSpecification<TCallMethodSpecification, TObjectSpecification> {
  public:

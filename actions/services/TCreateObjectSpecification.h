@@ -5,7 +5,7 @@
 
 namespace zaf {
 
-/// Creates an object; what is specific to it is not carried.
+/// Creates an object; its specific fields are not carried.
 class TCreateObjectSpecification final
     : public TTableSpecification<TCreateObjectSpecification, TObjectSpecification> {
  public:

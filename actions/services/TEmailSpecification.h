@@ -5,8 +5,8 @@
 
 namespace zaf {
 
-/// The mail action: sends a message by e-mail. Every field is a text, so that any may hold an
-/// expression. Owns its texts. The parameters have no legacy form.
+/// The mail action: sends an e-mail message. Every field is a text, since any may be an expression.
+/// Owns its texts. The parameters have no legacy form.
 class TEmailSpecification final
     : public TTableSpecification<TEmailSpecification, TQuerySpecification> {
  public:

@@ -62,7 +62,7 @@ Status TExternalQuerySpecification::ReadParameters(const TLegacySection& section
   bool is_whole = false;
   const Status status = ReadParts(section, reader, is_whole);
   section.ReportUnread(bytes.size() - reader.Remaining());
-  // Of parts that end early, bytes that follow decide where they would end.
+  // If the parts end early, the bytes after the section determine where they would end.
   if (TByteAccount* const account = section.GetAccount(); account != nullptr && !is_whole)
     account->SetUse(ByteUse::kCarried);
   return status;

@@ -17,8 +17,8 @@ struct TExternalParameter {
 using CExternalParameterArray = TOwningArray<TExternalParameter>;
 
 /// The base of the actions that call something outside the server: a command line, an event to
-/// another application, a function of an external library. The platform decides which it is, and
-/// so the element. Owns its texts and parameters.
+/// another application, a function of an external library. The platform determines which one and
+/// the name of the element. Owns its texts and parameters.
 class TExternalQuerySpecification
     : public TTableSpecification<TExternalQuerySpecification, TQuerySpecification> {
  public:
@@ -34,8 +34,8 @@ class TExternalQuerySpecification
   Status ReadLegacyProperty(const TLegacySection& section) override;
   Status WriteLegacyProperties(TSectionWriter& out) const override;
   [[nodiscard]] bool IsEqual(const TQuerySpecification& other) const override;
-  /// Whether the variables can become the environment of a command line: kFailure, with the reason
-  /// in `error`, when one has a value and no name.
+  /// Whether the variables are valid as the environment of a command line: kFailure, with the
+  /// reason in `error`, when one has a value but no name.
   Status CheckEnvironment(CText& error) const;
   Status WriteXml(TXmlWriteContext& context, dom::Element element,
                   dom::Element parent) const override;
@@ -49,11 +49,11 @@ class TExternalQuerySpecification
   static constexpr FourCharCode kReadByHand[] = {kLibraryPlatform, kEventPlatform,
                                                  kCommandPlatform};
 
-  /// Reads and writes the parameter section of one kind: for an event its class and code; then,
-  /// for every kind, the target and a count of names and values, each text with its NUL. A section
-  /// that ends early keeps its complete items.
+  /// Read and write the parameter section of one kind: for an event its class and code; then, for
+  /// every kind, the target and a count of names and values, each text with its NUL. A section that
+  /// ends early yields its complete items.
   virtual Status ReadParameters(const TLegacySection& section);
-  /// `is_whole`: whether the section had all parts.
+  /// Sets `is_whole` to whether the section had all parts.
   Status ReadParts(const TLegacySection& section, TByteReader& reader, bool& is_whole);
   virtual Status WriteParameters(FourCharCode code, TSectionWriter& out) const;
 

@@ -6,11 +6,11 @@
 namespace zaf {
 namespace {
 
-/// The range of a whole file.
+/// The range that covers a whole file.
 constexpr std::string_view kWholeFile = "%0.$";
 constexpr std::string_view kRuleAttribute = "FileExistsRule";
 
-/// What writing does with a file that exists. The first one is used for an unknown keyword.
+/// How writing treats a file that exists. The first one is used for an unknown keyword.
 constexpr TKeyword kRuleKeywords[] = {
     {'w', "Overwrite"},
     {'a', "Append"},
@@ -37,7 +37,7 @@ class TModeCodec final : public TFieldCodec {
   }
 };
 
-/// The range of a read: an empty one is written as that of the whole file.
+/// The range to read: an empty one is written as that of the whole file.
 class TRangeCodec final : public TTextCodecBase {
  protected:
   std::string_view Spell(const void* field, TScratch&) const override {
@@ -49,8 +49,8 @@ class TRangeCodec final : public TTextCodecBase {
   }
 };
 
-/// The variables of a read, as children of its element. No variables are written as an empty one,
-/// which is read back as none.
+/// The variables that are read into, as children of the element. An empty list is written as one
+/// empty variable, which is read back as an empty list.
 class TVariablesCodec final : public TFieldCodec {
  public:
   void WriteXml(const TProperty& row, const void* field,
@@ -75,10 +75,10 @@ constexpr TVariablesCodec kVariablesCodec;
 
 }  // namespace
 
-/// An operation and the element of what it needs.
+/// An operation and the element for its fields.
 struct TFileQuerySpecification::TOperation {
   std::string_view element;
-  std::string_view modes;  ///< The modes that choose it; empty: all others do. The first is read.
+  std::string_view modes;  ///< The modes that select it; empty: all others. Reading sets the first.
   std::span<const TProperty> rows;
 };
 
@@ -96,7 +96,7 @@ std::span<const TProperty> TFileQuerySpecification::Properties() {
   return kRows;
 }
 
-/// In the order in which an element is looked for.
+/// In the order in which the elements are searched for.
 std::span<const TFileQuerySpecification::TOperation> TFileQuerySpecification::Operations() {
   using File = TFileQuerySpecification;
   static constexpr TProperty kDeleteRows[] = {

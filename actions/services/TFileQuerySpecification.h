@@ -6,7 +6,7 @@
 namespace zaf {
 
 /// The file action: reads, writes or deletes a file on the server's host. Owns its texts. The mode
-/// chooses the operation, and the element holds what that operation needs; the other fields are
+/// selects the operation, and the element has the fields of that operation; the other fields are
 /// carried in legacy files only.
 class TFileQuerySpecification final
     : public TTableSpecification<TFileQuerySpecification, TQuerySpecification> {
@@ -29,9 +29,9 @@ class TFileQuerySpecification final
   [[nodiscard]] static std::span<const TOperation> Operations();
 
   CText file_name_;
-  /// 'd' deletes; 'w' writes anew, 'a' appends, 'e' writes where there is no file; others read.
+  /// 'd' deletes; 'w' overwrites, 'a' appends, 'e' writes if there is no file; others read.
   char mode_ = 0;
-  CText range_or_data_;  ///< What to read, or what to write.
+  CText range_or_data_;  ///< The range to read, or the data to write.
   CTextPtrArray variables_;
   CText file_name_variable_;
   CText file_type_;

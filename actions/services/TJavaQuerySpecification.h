@@ -21,7 +21,7 @@ class TJavaQuerySpecification final
 
  private:
   CText class_name_;
-  FourCharCode kind_ = kNoCode;  ///< "bean"; any other is a class.
+  FourCharCode kind_ = kNoCode;  ///< "bean"; any other value is a class.
   CText server_;
   CText port_;
   CTextPtrArray arguments_;

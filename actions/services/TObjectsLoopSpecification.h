@@ -4,7 +4,7 @@
 
 namespace zaf {
 
-/// A loop over the objects of a collection; what is specific to it is not carried.
+/// A loop over the objects of a collection; its specific fields are not carried.
 class TObjectsLoopSpecification final
     : public TTableSpecification<TObjectsLoopSpecification, TQuerySpecification> {
  public:

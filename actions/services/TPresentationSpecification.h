@@ -4,7 +4,7 @@
 
 namespace zaf {
 
-/// Presents a page; what is specific to it is not carried.
+/// Presents a page; its specific fields are not carried.
 class TPresentationSpecification final
     : public TTableSpecification<TPresentationSpecification, TQuerySpecification> {
  public:

@@ -18,7 +18,7 @@ constexpr TKeywordCodec kLanguageCodec{kLanguages};
 constexpr std::string_view kLanguageAttribute = "Type";
 constexpr std::string_view kDefaultScope = "Default";
 
-/// A scope: a text whose default, in any case, is written as the empty text.
+/// A scope: a text whose default, ignoring case, is written as the empty text.
 class TScopeCodec final : public TTextCodecBase {
  protected:
   std::string_view Spell(const void* field, TScratch&) const override {
@@ -42,7 +42,7 @@ std::span<const TProperty> TScriptSpecification::Properties() {
   return kRows;
 }
 
-/// An empty language is a code of its own; only a missing one is the usual language.
+/// An empty language is a code of its own; only a missing one means the default language.
 Status TScriptSpecification::ReadXml(const TXmlReadContext& context, dom::Element element) {
   const Status status = TTableSpecification::ReadXml(context, element);
   if (!element.hasAttribute(kLanguageAttribute)) language_ = kJavaScript;

@@ -1,5 +1,5 @@
-# Brings what `cmake --install` installed into the form of a Debian package: places and compressed
-# files as Debian's policy wants them. cpack runs it before it packs.
+# Rearranges the files that `cmake --install` installed for a Debian package: moves and compresses
+# them as Debian's policy requires. cpack runs it before it creates the package.
 set(share ${CPACK_TEMPORARY_DIRECTORY}/usr/share)
 set(documents ${share}/doc/zaf2xml)
 
@@ -11,7 +11,7 @@ file(COPY_FILE ${CMAKE_CURRENT_LIST_DIR}/changelog ${documents}/changelog)
 file(GLOB compressed ${share}/man/man1/*.1 ${documents}/changelog ${documents}/CHANGELOG.md)
 execute_process(COMMAND gzip -9n ${compressed} COMMAND_ERROR_IS_FATAL ANY)
 
-# The same modes and times in every build.
+# Equal modes and times in every build.
 file(GLOB_RECURSE everything LIST_DIRECTORIES ON ${CPACK_TEMPORARY_DIRECTORY}/usr/*)
 execute_process(COMMAND chmod -R u=rwX,go=rX ${CPACK_TEMPORARY_DIRECTORY}/usr
   COMMAND_ERROR_IS_FATAL ANY)

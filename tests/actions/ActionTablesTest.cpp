@@ -1,4 +1,4 @@
-// Walks the tables of all action classes: what every row of every class has to keep.
+// Walks the tables of all action classes and checks the invariants of every row.
 
 #include <cstdio>
 #include <cstring>
@@ -71,7 +71,7 @@ Status ReadRecord(const TRecord& record, TQuerySpecification& action) {
 }
 
 /// Payloads of which at least one changes any field from its initial value: numbers, texts, lists,
-/// and records of names, which as columns of a page offer list items.
+/// and records of names, which also serve as list items of a page's columns.
 std::vector<std::string> Payloads() {
   std::string names(1024, 'r');
   names.replace(524, 4, "drop");
@@ -85,7 +85,7 @@ std::vector<std::string> Payloads() {
           test::ListOf(1, test::BigEndian(1) + "v" + std::string(1028, 'a'))};
 }
 
-/// Takes the first payload that makes a difference.
+/// Reads the first payload that makes a difference.
 template <class Action>
 void Change(Action& action, const std::string& code) {
   for (const std::string& payload : Payloads()) {
@@ -103,7 +103,8 @@ const std::string kSource = kBase + "htyp dsrc host data user pass dbms dusr dpa
 const std::string kSearch =
     kSource + "tabl cols slct ordr grup crit have join strr maxm totr rdro ";
 
-/// What is the class's own: its label, the size of a new record, and the order of its sections.
+/// The facts specific to a class: its label, the size of a new record, and the order of its
+/// sections.
 struct TClassFacts {
   std::string label;
   std::uint32_t size;
@@ -153,17 +154,17 @@ const std::map<std::string, TClassFacts> kFacts{
     {"adll", {"[External Action] ", 168, "exev aevx aevt plat " + kBase}},
 };
 
-/// The codes of the sections, each filled up with blanks.
+/// The codes of the sections, each padded with blanks.
 std::vector<std::string> Split(const std::string& order) {
   std::vector<std::string> codes;
   for (std::size_t at = 0; at < order.size(); at += 5) codes.push_back(order.substr(at, 4));
   return codes;
 }
 
-/// What makes no difference: the place in the tree and the assignments.
+/// Sections that comparison ignores: the place in the tree and the assignments.
 const std::set<std::string> kNoContent{"pare", "assx", "assn"};
 
-/// An action of which every field that has a section, except these, has been changed.
+/// An action in which every field with a section, except these, has been changed.
 template <class Action>
 Action Filled(const std::set<std::string>& omitted = kNoContent) {
   Action action;
@@ -222,7 +223,7 @@ TYPED_TEST(ActionTable, EveryFieldCountsIsClonedAndSurvivesTheLegacyForm) {
   EXPECT_EQ(WriteRecord(read).bytes, record.bytes);
 }
 
-/// Where the XML form has the sections that classes write by hand.
+/// The places in the XML form of sections that classes write by hand.
 const std::map<std::string, std::string> kWrittenByHand{
     {"dsrc", "DSID.DSN"},
     {"host", "DSID.Host"},
@@ -243,16 +244,16 @@ const std::map<std::string, std::string> kWrittenByHand{
     {"aevx", "Target"},
     {"exev", "Target"},
 };
-/// What the XML form does not have, or not the values that the payloads make.
+/// Sections without XML form, or whose values from these payloads have none.
 const std::set<std::string> kNotWritten{"htyp", "rber", "eact", "adel", "lsgn", "goto", "aevt",
                                         "type", "comp", "flmd", "fnvr", "mctp", "mccr"};
 const std::set<std::string> kOfTheDataSource{"htyp", "dsrc", "host", "data", "user",
                                              "pass", "dbms", "dusr", "dpas", "dflt"};
-/// Fields that are nothing without others, and the sections that replace others.
+/// Fields that depend on others, and sections that replace others.
 const std::map<std::string, std::string> kTogether{
     {"scit", "sfvt"}, {"dcit", "dfvt"}, {"icol", "fval"}, {"exev", "aevt"}, {"aevx", "aevt"}};
 
-/// Takes the names of fields in the XML form by the codes of their sections.
+/// Collects the names of fields in the XML form by the codes of their sections.
 void TakeNames(std::span<const TProperty> rows, const std::string& path,
                std::map<std::string, std::string>& names) {
   for (const TProperty& row : rows) {
@@ -272,7 +273,7 @@ struct TNames {
 /// Checks that all differences are of one field of the action "A".
 class TOneField final : public TDifferenceObserver {
  public:
-  /// `name`: of the field, to which that of a part of it is added.
+  /// `name`: that of the field; the names of its parts are appended to it.
   explicit TOneField(std::string name) : name_(std::move(name)) {}
   void OnDifference(const TDifference& difference) override {
     ++count;
@@ -304,7 +305,7 @@ TYPED_TEST(ActionTable, DifferenceIsNamedLikeTheField) {
   TakeNames(TypeParam::Properties(), {}, names);
   const bool has_source = TypeParam::kTypeCode != Code("endt");
   for (const std::string& code : Split(kFacts.at(NameOf(TypeParam::kTypeCode)).order)) {
-    if (kNoContent.contains(code) || code == "plat") continue;  // That one chooses the element.
+    if (kNoContent.contains(code) || code == "plat") continue;  // The latter selects the element.
     SCOPED_TRACE(code);
     std::set<std::string> omitted = kNoContent;
     if (const auto other = kTogether.find(code); other != kTogether.end())
@@ -345,14 +346,14 @@ TYPED_TEST(ActionTable, LabelSizeAndOrderAreThoseOfTheClass) {
   CText name;
   action.GetDisplayName(name);
   EXPECT_EQ(name.View(), facts.label + "A");
-  // All sections that are written only when there is something to say.
+  // All sections that are written only if they have content.
   for (const std::string& code : Split(facts.order))
     for (const std::string& payload : {std::string("text\0", 5), std::string(1056, 'a')})
       if (code != "eact") static_cast<void>(ReadSection(action, code, payload));
   EXPECT_EQ(WriteRecord(action).order, facts.order);
 }
 
-/// The first bytes of options, in the machine's order.
+/// The first bytes of options, in the host's byte order.
 std::string InputKind(FourCharCode kind) { return {reinterpret_cast<const char*>(&kind), 4}; }
 std::string Number(char number) { return {number, 0, 0, 0}; }
 
@@ -397,7 +398,7 @@ TEST(RecordFields, SomeTextsCompareByTheirOwnRules) {
   EXPECT_FALSE(equal(operators, {"<\0a", 3}, {"<\0b", 3}));
 }
 
-/// A kind of options, and the offsets of the fields that count for it.
+/// A kind of options, and the offsets of the fields that it compares.
 struct TChoiceFields {
   const TFieldCodec& codec;
   std::string kind;
@@ -416,7 +417,7 @@ TEST(BuilderOptions, CountTheFieldsOfTheirKind) {
       {kListDisplayCodec, Number(1), {}},
       {kDetailDisplayCodec, Number(4), {12}},
   };
-  // Where fields of both begin, carried ones among them. In `rest` they are all set.
+  // Where fields of both begin, including carried ones. In `rest` they are all set.
   constexpr std::size_t kOffsets[] = {4,   8,   12,  132, 136, 140, 144,
                                       145, 146, 147, 148, 276, 280, 408};
   std::string rest(420, '\0');

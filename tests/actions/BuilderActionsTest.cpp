@@ -35,7 +35,7 @@ std::string Column(std::string_view name) {
   return Slots({"T", name}) + BigEndian(4) + "\1xyz" + BigEndian(0xFFFFFFFF) + Slots({"O", "L"});
 }
 
-/// Options with a value in every field.
+/// Options with every field set.
 std::string Input(std::string_view kind, std::uint32_t fixed_kind = 0, std::uint32_t flags = ~0U) {
   return std::string(kind) + Slot("d", 128) + BigEndian(1) + BigEndian(2) + BigEndian(0xFFFFFFFD) +
          BigEndian(flags) + Slot("v", 128) + BigEndian(fixed_kind) + Slot("a <1>", 128) +
@@ -113,7 +113,7 @@ TEST(BuilderOptions, AreWrittenReadAndCarried) {
                                         Input("fixd", 1),
                                         Input("fixd", 2),
                                         Input("fixd", 12)};
-  // With a format and line breaks, out of range, and the other kinds.
+  // With a format and line breaks, with values out of range, and of the other kinds.
   const std::vector<std::string> displays{
       Display(0, 8, 256), Display(0xFFFFFFFF, 9), Display(2), Display(3), Display(4), Display(5),
       Display(6)};
@@ -215,7 +215,7 @@ TEST(ListItems, SharedByTooManyColumnsAreMalformed) {
     TZanfoFile loaded;
     return test::LoadBytes(file.Payload("fval", ListOf(item_count, items)).Bytes(), loaded);
   };
-  // 16 MiB less 200 columns of 944 bytes, for items of 388 bytes that count 200 times each.
+  // 16 MiB less 200 columns of 944 bytes, for items of 388 bytes that are charged 200 times each.
   EXPECT_EQ(load(213), Status::kOk);
   EXPECT_EQ(load(214), Status::kMalformed);
 }

@@ -28,7 +28,7 @@ std::string Document(std::string_view actions, std::string_view data_sources = {
   return test::DocumentWith(actions, "", data_sources);
 }
 
-/// A join record of 168 bytes, of 646 or of the current 648, or its beginning.
+/// A join record of 168 or 646 bytes or of the current 648, or its beginning.
 std::string Join(std::string_view join_operator, std::size_t size) {
   const std::string names = Slots(size <= 168 ? 32 : 128, {"c1", "t1", "c2", "t2"});
   return Slot(names + std::string(join_operator), size);

@@ -93,7 +93,7 @@ TEST(AssignSpecification, SectionIsBoundedByTheFileAndKeepsWhatWasRead) {
   TZanfoFile file;
   EXPECT_EQ(test::LoadBytes(LegacyFile().Action("asgn", "A").Payload("agit", items).Bytes(), file),
             Status::kFailure);
-  // A section that claims no length at all is read all the same.
+  // A section is read even if its length is 0.
   std::string bytes = LegacyFile()
                           .Action("asgn", "A")
                           .Payload("agit", ListOf(1, AssignItem("v\rw", "a", "s")))
@@ -129,7 +129,7 @@ TEST(IfSpecification, WritingCutsTheStoredOperatorsToo) {
 
 #define LIST(CONTENT) "<VariableList><VariableItem>" CONTENT "</VariableItem></VariableList>"
 
-/// Elements and two contents that differ in one field, which has no section of its own.
+/// Elements, and two contents that differ in one field without a section of its own.
 constexpr const char* kDifferences[][3] = {
     {"MailAction", "<ParameterList><ParameterItem>a</ParameterItem></ParameterList>", ""},
     {"CommandLineAction", LIST(""), ""},
@@ -152,7 +152,7 @@ TEST(FieldsWithoutASection, CountInTheComparison) {
   for (const auto& [name, content, other_content] : kDifferences) {
     TZanfoFile files[2];
     for (int i = 0; i < 2; ++i) {
-      // With an output of its own an assign action does not make one of its items.
+      // With an output of its own an assign action does not make one from its items.
       const std::string element = std::string("<") + name + "><ResultsOutput Ref='x'/>" +
                                   (i == 0 ? content : other_content) + "</" + name + ">";
       const std::string document = DocumentWith(element, "", "", "<Output ID='x'>r</Output>");

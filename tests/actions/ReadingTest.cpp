@@ -1,4 +1,4 @@
-// Actions as documents have them, those that are allowed but unusual and those that are refused.
+// Reads actions from documents: unusual ones that are allowed, and invalid ones.
 
 #include <gtest/gtest.h>
 

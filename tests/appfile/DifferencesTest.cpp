@@ -44,7 +44,7 @@ std::vector<std::string> Differences(std::string_view one, std::string_view two,
 
 using TLineList = std::vector<std::string>;
 
-/// A document of groups, described by "A(B)C": B is below A, and C follows A.
+/// A document of groups, described by "A(B)C": A is the parent of B, and C follows A.
 std::string Tree(std::string_view names) {
   std::string actions;
   std::string program;
@@ -138,7 +138,7 @@ TEST(Differences, TellFieldsAsDocumentsHaveThem) {
 }
 
 TEST(Differences, AreNoneBetweenAFileAndItsDocument) {
-  // What the XML form does not hold, or holds in another way.
+  // Content without XML form, or with a different one.
   const std::string legacy = test::LegacyFile()
                                  .Text("titl", "T")
                                  .Text("form", "carried")
@@ -210,7 +210,7 @@ TEST(CommonSubsequence, IsLongestUnlessTooMuchIsRepeated) {
   EXPECT_EQ(pairs({1, 2, 3, 4}, {9, 1, 3, 8, 4}), "01 22 34 ");
   EXPECT_EQ(pairs({1, 1, 2}, {1, 2, 1, 2}), "00 12 23 ");
   EXPECT_EQ(pairs({1, 2, 1, 3}, {2, 1, 3, 1}), "10 21 32 ");
-  // Linear however long: distinct elements, and one repeated all over.
+  // Time is linear in the length: with distinct elements, and with one that is repeated.
   std::vector<std::uint32_t> one(200'000);
   std::iota(one.begin(), one.end(), 1);
   std::vector<std::uint32_t> two(one.begin() + 3, one.end());

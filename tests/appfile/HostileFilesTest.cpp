@@ -1,5 +1,4 @@
-// Files made to do harm, each with what becomes of it: a status or the element that matters, within
-// a second or so.
+// Loads hostile files, each with its expected status or element, within about a second.
 
 #include <chrono>
 #include <gtest/gtest.h>
@@ -18,7 +17,7 @@ using test::ListOf;
 
 constexpr std::uint32_t kHuge = 0xFFFFFFFF;
 #ifdef ZAF2XML_SANITIZED
-constexpr std::size_t kDeep = 50'000;  // Arrays that grow are copied each time.
+constexpr std::size_t kDeep = 50'000;  // Not more, since growing arrays are copied each time.
 constexpr std::chrono::seconds kLongest{60};
 #else
 constexpr std::size_t kDeep = 200'000;
@@ -27,7 +26,7 @@ constexpr std::chrono::seconds kLongest{5};
 constexpr char kMalformed[] = "status 0xFE02";
 constexpr char kFailure[] = "status 0xFFFF";
 
-/// The file with the last map entry of this code saying something else.
+/// The file with the last map entry of this code changed.
 std::string WithEntry(std::string bytes, std::string_view code, std::uint32_t offset,
                       std::uint32_t length) {
   return bytes.replace(bytes.rfind(code) + 4, 8, BigEndian(offset) + BigEndian(length));
@@ -56,7 +55,7 @@ std::string Document(std::string_view type, std::string_view comments) {
          std::string(comments) + "</Comments></ZAF>";
 }
 
-/// What becomes of the one action of a file when these are its comments.
+/// The outcome of a file with one action that has these comments.
 std::string ActionWith(std::string_view comments) {
   return "<Actions><ResultAction ID=\"A\" Sig=\"457c797f\"><Comments>" + std::string(comments) +
          "</Comments></ResultAction></Actions>";
@@ -66,7 +65,7 @@ struct HostileCase {
   std::string name;
   std::string bytes;
   std::string outcome;            ///< A status, or the element.
-  std::string_view element = {};  ///< Of the document.
+  std::string_view element = {};  ///< The element of the document to compare.
 };
 
 class HostileFile : public testing::TestWithParam<HostileCase> {};
@@ -80,7 +79,7 @@ TEST_P(HostileFile, HasItsOutcomeSoon) {
   EXPECT_LT(std::chrono::steady_clock::now() - begin, kLongest);
 }
 
-/// Every list with counts and sizes that cannot be.
+/// Every list with impossible counts and sizes.
 std::vector<HostileCase> Lists() {
   constexpr std::string_view kLists[] = {
       "srch tabl", "srch cols", "srch slct", "srch ordr", "srch grup", "srch crit",
@@ -91,7 +90,7 @@ std::vector<HostileCase> Lists() {
   for (const std::string_view list : kLists) {
     const std::string_view type = list.substr(0, 4);
     const std::string code(list.substr(5));
-    // The items of an assign action are read on to the end of the file.
+    // The items of an assign action extend to the end of the file.
     const char* const outcome = code == "agit" ? kFailure : kMalformed;
     cases.push_back({"ManyOf_" + code, WithList(type, code, ListOf(kHuge, "abcd")), outcome});
     cases.push_back({"CountCutOf_" + code, WithList(type, code, {"\0\0\1", 3}), outcome});

@@ -10,7 +10,7 @@ namespace {
 using test::LegacyFile;
 using test::LoadBytes;
 
-/// The names of a tree, depth first, each with its parent's: "child<parent ...".
+/// The names of a tree, depth first, each with that of its parent: "child<parent ...".
 std::string Shape(const TZanfoFile& file) {
   std::string shape;
   for (const TActionEntry* entry = file.GetApplication().actions.GetRoot(); entry != nullptr;

@@ -146,7 +146,7 @@ void ExpectFailures(Operation operation) {
   }
 }
 
-/// Returns what `make` returns; none of its requests for memory fails.
+/// Returns the result of `make`, whose allocations all succeed.
 template <class Make>
 auto WithMemory(Make make) {
   const test::TAllocationFault none(~std::uint64_t{0});

@@ -1,5 +1,5 @@
-// The losses that an observer receives: for each code a file in which the loss occurs and one that
-// is nearly the same and in which it does not.
+// Checks the losses that an observer receives: for each code a file in which the loss occurs, and a
+// similar one without it.
 
 #include <algorithm>
 #include <array>
@@ -40,7 +40,7 @@ std::vector<TLoss> LossesOf(std::string_view bytes, Target target = Target::kXml
   return list.losses;
 }
 
-/// A file with a root and an action of this type, which has what `add` adds.
+/// A file with a root and an action of this type with the content that `add` adds.
 template <class Add>
 std::string Legacy(std::string_view type, Add add) {
   LegacyFile file;
@@ -64,7 +64,7 @@ struct TCase {
   std::string whole;
 };
 
-/// A file with an action A whose header counts other sections.
+/// A file with an action A whose header has another number of sections.
 std::string WithMapCount(std::string bytes, std::uint32_t count) {
   const std::size_t name = bytes.rfind("A"s + std::string(31, '\0'));
   return bytes.replace(name - 4, 4, BigEndian(count));
@@ -311,7 +311,7 @@ TEST(Losses, OfTheSamplesAndTheirDocumentsAreFew) {
     const std::string bytes(std::istreambuf_iterator<char>(file), {});
     for (const TLoss& loss : LossesOf(bytes))
       EXPECT_EQ(loss.code, LossCode::kLineEndChanged) << entry.path() << ": " << loss.text;
-    // The element of a check box is written with another name than it is read.
+    // The element of a check box is written under another name than it is read from.
     for (const TLoss& loss : LossesOf(test::ToXml(bytes)))
       EXPECT_NE(loss.text.find("InputCheckBox"), std::string::npos)
           << entry.path() << ": " << loss.line << ": " << loss.text;

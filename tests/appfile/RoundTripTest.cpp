@@ -1,4 +1,4 @@
-// Documents that are read and written again: the same bytes, but for what changes by design.
+// Reads documents and writes them again: the bytes must be the same, except for changes by design.
 
 #include <algorithm>
 #include <filesystem>
@@ -39,7 +39,7 @@ std::vector<fs::path> Files() {
   return files;
 }
 
-/// A file whose sections are all read by virtual operations: it could override some.
+/// A file that reads all sections by virtual operations, since it could override some.
 class TDerivedFile final : public TDataFile {
  public:
   using TDataFile::TDataFile;
@@ -65,7 +65,7 @@ TEST(RoundTrip, LegacyFilesLoadAlikeFromMemoryStreamsAndSubclasses) {
   EXPECT_GT(legacy_files, 20);
 }
 
-// The fuzz target of this name follows the changes until there are none.
+// The fuzz target of this name repeats this until no change remains.
 TEST(RoundTrip, DocumentsStayButForWhatChangesByDesign) {
   std::set<std::string_view> seen{test::kNamelessJoin};  // Such a document is refused.
   int unchanged = 0;
@@ -92,9 +92,9 @@ void ReplaceAll(std::string& text, std::string_view found, std::string_view repl
     text.replace(at, found.size(), replacement);
 }
 
-/// A document without what the legacy form changes by design: a value of an assign action gets a
-/// line feed after each return whenever it is read, and an empty content type or character set of a
-/// mail is not written and so becomes the default.
+/// A document without the parts that the legacy form changes by design: a value of an assign action
+/// gets a line feed after each carriage return whenever it is read, and an empty content type or
+/// character set of a mail is not written and so becomes the default.
 std::string WithoutLegacyChanges(std::string document) {
   constexpr std::string_view kEnd = "</AssignAction>";
   for (std::size_t at = 0; (at = document.find("<AssignAction ", at)) != std::string::npos;) {
@@ -109,7 +109,7 @@ std::string WithoutLegacyChanges(std::string document) {
   return document;
 }
 
-/// Whether two actions have one name in a legacy file.
+/// Whether two actions have the same name in a legacy file.
 bool HasNameTwice(const TZanfoFile& file) {
   std::set<std::string> names;
   for (const TActionEntry* entry = file.GetApplication().actions.GetRoot(); entry != nullptr;
@@ -144,7 +144,7 @@ TEST(RoundTrip, EveryApplicationSurvivesTheLegacyForm) {
     TZanfoFile file;
     if (test::LoadBytes(ReadFile(path), file) != Status::kOk) continue;
     ExpectSurvivesLegacyForm(file);
-    TZanfoFile document;  // What its document keeps of it.
+    TZanfoFile document;  // What its document preserves.
     if (test::LoadBytes(test::SaveToXml(file), document) == Status::kOk)
       ExpectSurvivesLegacyForm(document);
   }

@@ -216,7 +216,7 @@ TEST(Document, HandlesSurviveAMoveOfTheDocument) {
   EXPECT_TRUE(moved.createElement("b"));
 }
 
-#if !defined(ZAF2XML_SANITIZED)  // There nothing is kept, and malloc does not fail but abort.
+#if !defined(ZAF2XML_SANITIZED)  // There no memory is kept, and malloc aborts instead of failing.
 
 TEST(Document, SaysThatMemoryRanOut) {
   Document document = DOMImplementation::createDocument();

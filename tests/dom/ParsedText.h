@@ -25,26 +25,26 @@ class ParsedText {
   dom::Document document_;
 };
 
-/// What a document is written as; "(null)" for a null document.
+/// The serialised document; "(null)" for a null document.
 inline std::string Serialized(const dom::Document& document) {
   if (!document) return "(null)";
   dom::OutputBuffer output;
   return dom::Serialize(document, output) ? std::string(output.View()) : "(failed)";
 }
 
-/// What a text is written as after it was parsed.
+/// Parses a text and serialises the result.
 inline std::string Reserialized(std::string_view text) {
   return Serialized(*ParsedText(std::string(text)));
 }
 
-/// The texts joined.
+/// Joins the texts.
 inline std::string Join(std::initializer_list<std::string_view> texts) {
   std::string joined;
   for (const std::string_view text : texts) joined += text;
   return joined;
 }
 
-/// The same text, many times.
+/// Repeats a text.
 inline std::string Repeat(std::string_view text, std::size_t count) {
   std::string repeated;
   repeated.reserve(text.size() * count);

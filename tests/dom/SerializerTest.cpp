@@ -99,7 +99,7 @@ TEST(Serializer, AppendsToWhatIsThere) {
   EXPECT_EQ(moved.View(), "Before <a/>\n\n\n\n");
 }
 
-/// Takes so many pieces and no more.
+/// A sink that accepts a given number of pieces.
 class Pieces final : public OutputSink {
  public:
   explicit Pieces(std::size_t most) : left_(most) {}
@@ -139,6 +139,8 @@ TEST(Serializer, HandsALargeDocumentOverInPieces) {
   EXPECT_FALSE(Serialize(*document, output));
   EXPECT_FALSE(output.Flush());
   EXPECT_EQ(refusing_sink.Bytes(), text.substr(0, refusing_sink.Bytes().size()));
+  output.Clear();
+  EXPECT_EQ(output.View(), "");
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// Holds the account of a legacy file's bytes to its word: changes bytes and compares documents.
+// Checks the account of a legacy file's bytes: changes bytes and compares the documents.
 
 #include <algorithm>
 #include <filesystem>
@@ -26,7 +26,7 @@ struct TObserver final : TLossObserver {
   TByteAccount account;
 };
 
-/// The XML document of a file; empty when it is refused.
+/// The XML document of a file; empty if it is refused.
 std::string Convert(std::string_view bytes, TObserver* observer = nullptr) {
   TDataFile data(AsBytes(bytes));
   TZanfoFile file;
@@ -38,7 +38,7 @@ std::string Convert(std::string_view bytes, TObserver* observer = nullptr) {
   return std::string(AsText(document.GetBytes()));
 }
 
-/// Sections of which bytes can be without consequence although they are called carried, and why.
+/// Sections in which bytes that are reported as carried may have no effect, and why.
 struct TException {
   std::string_view codes;
   std::string_view reason;
@@ -66,7 +66,7 @@ bool IsException(std::string_view code) {
 
 std::string NameOf(FourCharCode code) { return {Characters(code).data(), 4}; }
 
-/// What the account says wrongly of these bytes.
+/// Returns the errors in the account of these bytes.
 std::set<std::string> FaultsOf(const std::string& bytes, std::size_t most_per_range) {
   TObserver observer;
   const std::string document = Convert(bytes, &observer);

@@ -41,10 +41,10 @@ std::string Describe(const ConversionOptions& options) {
 struct TCommandLineCase {
   std::string name;
   std::vector<const char*> arguments;  ///< After the program's name.
-  std::string expected;                ///< The messages; else the options and the directory.
+  std::string expected;                ///< The messages; if none, the options and the directory.
 };
 
-/// Runs in a directory that has "in", "in/out", "out" and "my out" in it.
+/// Runs in a directory that contains "in", "in/out", "out" and "my out".
 class CommandLine : public testing::TestWithParam<TCommandLineCase> {
  protected:
   CommandLine() {
@@ -134,12 +134,12 @@ TEST_F(CommandLine, InputIsTheWorkingDirectoryUnlessNamed) {
     input_directory_ = "none";
     EXPECT_EQ(Parse({"out"}) != "ERROR: _getcwd error", fits);
     EXPECT_EQ(input_directory_, fits ? name : "none");
-    // The library's functions cannot remove it everywhere.
+    // The functions of the standard library cannot remove it on every system.
     ASSERT_TRUE(EnterDirectory(top) && DeleteDirectory(output) && DeleteDirectory(directory));
   }
 }
 
-// Elsewhere only equal texts are refused.
+// On other systems only equal texts are refused.
 TEST_F(CommandLine, OtherNamesOfTheInputDirectoryAreRefusedOnWindows) {
   const std::string input = directory_.Path("in");
   for (const char* output : {"IN", "in/out/.."}) {

@@ -24,20 +24,20 @@ using testing::StartsWith;
 #define NOT_CONVERTED "WARNING: Could not convert file successfully!\n"
 #define NOT_COVERTED "WARNING: Could not covert file successfully!\n"
 
-/// Has the directories "in" and "out".
+/// Runs in a directory that contains "in" and "out".
 class ConversionRun : public testing::Test {
  protected:
   ConversionRun() {
     for (const char* name : {"in", "out"}) directory_.Make(name);
   }
 
-  /// Adds sound files, counted from "in".
+  /// Adds valid files, with paths relative to "in".
   void AddFiles(std::initializer_list<const char*> names) const {
     for (const char* name : names)
       directory_.Write(std::string("in/") + name, LegacyFile().Bytes());
   }
 
-  /// Reads the command line "-i in ... out", the two being whole paths.
+  /// Parses the command line "-i in ... out", with both as absolute paths.
   std::optional<ConversionOptions> Parse(std::vector<const char*> options) {
     const std::string input = directory_.Path("in"), output = directory_.Path("out");
     options.insert(options.begin(), {"Zaf2Xml", "-i", input.c_str()});
@@ -46,7 +46,7 @@ class ConversionRun : public testing::Test {
     return ParseCommandLine(options, report_);
   }
 
-  /// Converts and gives the messages.
+  /// Converts and returns the messages.
   std::string Run(std::vector<const char*> options = {}) {
     if (const auto parsed = Parse(std::move(options))) RunConversion(*parsed, report_);
     return messages_;
@@ -117,14 +117,15 @@ TEST_F(ConversionRun, StaysOutOfItsOwnOutput) {
 }
 
 TEST_F(ConversionRun, LevelEndsUncountedWhereASubdirectoryCannotBeCreated) {
-  // The output of the file is where the output of the directory has to be.
+  // The output of the file has the path of the directory's output.
   AddFiles({"a/a.zaf", "s/x.zaf", "s/x.xzf/y.zaf", "s/z/z.zaf"});
   EXPECT_EQ(Run({"-r"}), "ERROR: Problem creating directory!\nERROR: Directory clean up error! \n");
   EXPECT_THAT(directory_.List("out"), ElementsAre("a/", "a/a.xzf", "s/", "s/x.xzf"));
 }
 
 TEST_F(ConversionRun, WalksAsDeepAsPathNamesReach) {
-  // Deeper than a path reaches where one has 4,096 bytes; elsewhere longer than most programs can.
+  // Deeper than any path on systems with 4,096 bytes for it; elsewhere longer than most programs
+  // support.
   constexpr bool kIsPosix = kPathSeparator == '/';
   constexpr int kDepth = kIsPosix ? 520 : 50, kDepthOfFile = kIsPosix ? 250 : 40;
   const CText subtree("subtree"), file("a.zaf");
@@ -140,7 +141,7 @@ TEST_F(ConversionRun, WalksAsDeepAsPathNamesReach) {
   ASSERT_TRUE(EnterDirectory(CText(mirrored)));
   EXPECT_FALSE(EnterDirectory(subtree));
 #ifdef _WIN32
-  // The library's functions cannot remove paths of such a length there.
+  // The functions of the standard library cannot remove such long paths there.
   for (const char* top : {"in", "out"}) {
     ASSERT_TRUE(EnterDirectory(directory_.Name(top)));
     int depth = 0;
@@ -151,7 +152,7 @@ TEST_F(ConversionRun, WalksAsDeepAsPathNamesReach) {
 #endif
 }
 
-// What was read or made in part must not be written, and a directory in part is another one.
+// Incomplete content must not be written, and an incomplete path names another directory.
 TEST_F(ConversionRun, ReportsEveryFailureOfMemoryAndMistakesNothing) {
   std::filesystem::copy_file(ZAF2XML_SAMPLES "/guestbook.zaf", directory_.Path("in/a.zaf"));
   directory_.Write("in/sub/b.zaf",
@@ -201,9 +202,11 @@ TEST_F(ConversionRun, ConvertsOneFile) {
   EXPECT_THAT(directory_.List("out"), ElementsAre("a.zaf.bak.xzf", "b", "plain.xzf"));
 }
 
-TEST_F(ConversionRun, ReadsRunOnlyFilesBack) {
+TEST_F(ConversionRun, ReadsFilesBack) {
   directory_.Write("in/a.zaf", LegacyFile("rdoc").Action("null", "A").Bytes());
-  EXPECT_EQ(Run({"-v"}), "");
+  const std::string join = test::ListOf(1, std::string(648, '\0'));
+  directory_.Write("in/b.zaf", LegacyFile().Action("srch", "A").Payload("join", join).Bytes());
+  EXPECT_EQ(Run({"-v"}), CANNOT_READ NOT_CONVERTED);
 }
 
 }  // namespace

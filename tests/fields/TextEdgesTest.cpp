@@ -38,7 +38,7 @@ TEST(TextEdges, CharactersThatCountAreFoundEverywhere) {
         const TTextTraits traits = ExamineText(text);
         ASSERT_EQ(traits.has_dropped, is_dropped) << size << ' ' << place << ' ' << int{c};
         ASSERT_EQ(traits.needs_cdata, needs_cdata) << size << ' ' << place << ' ' << int{c};
-        // And a character that is dropped after one that needs CDATA.
+        // Adds a character that is dropped after one that needs CDATA.
         text[place] = '\x01';
         ASSERT_TRUE(ExamineText("<" + text).has_dropped) << size << ' ' << place;
         dom::ShortText copy;

@@ -25,7 +25,7 @@ std::string CopyOut(const CData& data, std::uint32_t size, std::uint32_t offset,
 
 struct TCase {
   std::string_view before;
-  std::uint32_t capacity_before;  ///< At least the bytes.
+  std::uint32_t capacity_before;  ///< A lower bound, in bytes.
   test::TOperation<CData> operation;
   std::string_view result, after;
   std::uint32_t capacity;

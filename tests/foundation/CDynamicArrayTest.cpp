@@ -28,7 +28,7 @@ std::string List(const Numbers& numbers) {
 
 const std::int32_t kNine = 9;
 
-/// Operations on an array of the numbers from 0 on.
+/// Operations on an array of ascending numbers from 0.
 struct TCase {
   std::int32_t count;
   test::TOperation<Numbers> operation;
@@ -158,7 +158,7 @@ TEST(CTextPtrArray, OwnsItsTexts) {
   borrowed.Add(texts.Get(2));
   texts.Assign(borrowed);
   EXPECT_EQ(texts[0].View(), "B");
-  texts.Assign(MakeNumbers(8));  // Not texts: refused.
+  texts.Assign(MakeNumbers(8));  // Not texts, so nothing changes.
   EXPECT_EQ(texts.GetCount(), 1U);
 }
 

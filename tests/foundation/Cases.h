@@ -19,7 +19,7 @@ std::string Show(const Result& result) {
     return std::string(result);
 }
 
-/// An operation on a container and what it does: a row of a table.
+/// An operation on a container and its effect: a row of a table.
 template <class Container>
 struct TOperation {
   template <class Function>

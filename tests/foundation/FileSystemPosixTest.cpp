@@ -8,7 +8,7 @@
 #include "foundation/FileSystem.h"
 #include "tests/foundation/TTestDirectory.h"
 
-// Failures of system calls are tried by scripts/faults, with the whole program.
+// scripts/faults tests failures of system calls, with the whole program.
 
 namespace zaf {
 namespace {

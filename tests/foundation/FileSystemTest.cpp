@@ -27,7 +27,7 @@ TEST(FileSystem, ListsNamesInByteOrder) {
   const TTestDirectory directory;
   std::vector<std::string> expected = {"!", "A", "a.zaf", "b", "\x7F", "\xC3\xA4\xC3\xBC"};
   for (const std::string& name : expected) directory.Write(name, "");
-  // More names than lie in one place, each long.
+  // More long names than fit one buffer.
   for (int i = 100; i < 200; ++i) {
     expected.push_back(std::string(150, 'n') + std::to_string(i));
     directory.Write(expected.back(), "");

@@ -22,7 +22,7 @@ constexpr FourCharCode kCode = Code("test");
 
 std::uint32_t Length(std::string_view text) { return static_cast<std::uint32_t>(text.size()); }
 
-/// What a read of `count` bytes at the current position gives; "!" when it fails.
+/// The result of reading `count` bytes at the current position; "!" on failure.
 std::string Take(TDataFile& file, std::uint32_t count) {
   std::string bytes(count, '?');
   return file.Read(count, bytes.data()) == Status::kOk ? bytes : "!";
@@ -156,7 +156,7 @@ TEST(TDataFile, OnlyRegularFilesThatFitOpenForReading) {
 }
 
 TEST(TDataFile, StreamModesAreThoseOfTheCLibrary) {
-  // What "abc" is after "X" was written at 1, and whether a file that is not there opens, too.
+  // The result of writing "X" at 1 in "abc", and whether a missing file is created.
   using Mode = TOpenMode;
   const std::tuple<Mode, std::string_view, bool> cases[] = {
       {Mode::kWrite, "\0X"sv, true},    {Mode::kAppend, "abcX", true},
@@ -172,7 +172,7 @@ TEST(TDataFile, StreamModesAreThoseOfTheCLibrary) {
     const bool reads = mode == Mode::kReadWrite || mode == Mode::kReadAppend;
     EXPECT_EQ(Take(file, 3) == "abc", reads);
     EXPECT_EQ(file.Seek(kCode, 1), Status::kOk);
-    static_cast<void>(Put(file, "X"));  // The status still shows a read that failed before.
+    static_cast<void>(Put(file, "X"));  // The status still reports an earlier failed read.
     EXPECT_EQ(file.Open(directory.Name("new"), mode) == Status::kOk, creates);
     EXPECT_EQ(directory.Read("old"), content);
   }

@@ -18,8 +18,8 @@
 
 namespace zaf::test {
 
-/// A new directory that is gone, with all in it, when the test is done; the working directory is
-/// then what it was. Paths count from the directory.
+/// A new directory that is removed with its content at the end of the test, when the previous
+/// working directory is restored. Paths are relative to the directory.
 class TTestDirectory {
  public:
   TTestDirectory() : before_(std::filesystem::current_path()) {
@@ -41,7 +41,7 @@ class TTestDirectory {
   }
   [[nodiscard]] CText Name(std::string_view path) const { return CText(Path(path)); }
 
-  /// Writes a file; Make makes a directory. Both make the directories above.
+  /// Writes a file; Make makes a directory. Both create the parent directories.
   void Write(std::string_view path, std::string_view content) const {
     std::filesystem::create_directories(Whole(path).parent_path());
     std::ofstream(Whole(path), std::ios::binary) << content;
@@ -54,8 +54,8 @@ class TTestDirectory {
     mkfifo(Path(path).c_str(), 0600);
 #endif
   }
-  /// Makes a symbolic link. Where users cannot make any: a copy of the file, an empty file where
-  /// there is none, or nothing where it is a directory.
+  /// Makes a symbolic link. Where users may not: a copy of the file, an empty file if there is
+  /// none, or nothing if it is a directory.
   void Link(std::string_view target, std::string_view path) const {
 #ifdef _WIN32
     const std::filesystem::path file = Whole(path).parent_path() / target;
@@ -73,7 +73,7 @@ class TTestDirectory {
   }
   void Make(std::string_view path) const { std::filesystem::create_directories(Whole(path)); }
 
-  /// Everything beneath `path`, counted from there, in ascending order; directories end with "/".
+  /// All paths below `path`, relative to it, in ascending order; directories end with "/".
   [[nodiscard]] std::vector<std::string> List(std::string_view path = {}) const {
     std::vector<std::string> names;
     const std::filesystem::path top = Whole(path);
@@ -86,7 +86,7 @@ class TTestDirectory {
   }
 
  private:
-  // The library takes plain characters for those of a locale on Windows.
+  // On Windows the standard library interprets plain characters by the locale.
   [[nodiscard]] std::filesystem::path Whole(std::string_view path) const {
     return root_ / std::u8string(path.begin(), path.end());
   }

@@ -4,8 +4,8 @@
 
 namespace zaf::test {
 
-/// During its lifetime makes one allocation of its thread fail: the one with number `failing`,
-/// counted from 0. They nest; the innermost counts. A program that links it has its `operator new`.
+/// During its lifetime makes one allocation of its thread fail: the one with index `failing`, from
+/// 0. They nest; the innermost counts. Programs that link it use its `operator new`.
 class TAllocationFault {
  public:
   explicit TAllocationFault(std::uint64_t failing);
@@ -13,10 +13,10 @@ class TAllocationFault {
   TAllocationFault& operator=(const TAllocationFault&) = delete;
   ~TAllocationFault();
 
-  /// Requests seen so far; the fault has happened when this is greater than `failing`.
+  /// The number of requests so far; the fault has occurred if this is greater than `failing`.
   [[nodiscard]] std::uint64_t GetRequestCount() const { return count_; }
 
-  /// Counts one request; true when it is to fail.
+  /// Counts one request; returns whether it must fail.
   bool Strikes() { return count_++ == failing_; }
 
  private:

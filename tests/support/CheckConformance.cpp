@@ -1,5 +1,5 @@
-// Reads test cases that are sorted into directories by whether they are well-formed, and says which
-// ones the parser decides wrongly: check_conformance DIRECTORY
+// Reads test cases that are sorted into directories by whether they are well-formed, and prints
+// which ones the parser decides wrongly: check_conformance DIRECTORY
 
 #include <cstdio>
 #include <filesystem>
@@ -22,7 +22,7 @@ int main(int argument_count, char** arguments) {
     dom::ParseReport report;
     const bool is_accepted =
         static_cast<bool>(dom::DOMImplementation::createDocument(std::span(text), &report));
-    // What is wrong with these is in another file or in the internal subset.
+    // The error in these is in another file or in the internal subset.
     const bool is_external = is_refused && path.find("/not-wf/sa/") == path.npos;
     if (is_external || report.fault == dom::ParseFault::kInternalSubset) {
       ++left_out;

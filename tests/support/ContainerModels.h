@@ -6,7 +6,7 @@
 
 #include "foundation/CaseFolding.h"
 
-/// What containers do, with the means of the standard library.
+/// Models of the containers, made with the standard library.
 namespace zaf::test {
 
 inline std::string Folded(std::string text) {
@@ -14,8 +14,9 @@ inline std::string Folded(std::string text) {
   return text;
 }
 
-/// A buffer's bytes and capacity by the rules: the first reservation and a shrinking one exactly, a
-/// growing one to the next multiple of 16, or 4096; shrinking from 32 bytes on.
+/// A buffer's bytes and its capacity by the rules: the first reservation and a shrinking one are
+/// exact, a growing one is rounded to the next multiple of 16, or 4096; it shrinks by 32 bytes or
+/// more.
 struct TBufferModel {
   std::string bytes;
   std::size_t capacity = 0;
@@ -31,7 +32,7 @@ struct TBufferModel {
     Reserve(other.size());
     bytes = other;
   }
-  /// An empty buffer is set instead, wherever.
+  /// On an empty buffer this sets the content, whatever the position.
   void Splice(std::size_t position, std::size_t count, const std::string& other) {
     if (bytes.empty()) return Set(other);
     bytes.replace(std::min(position, bytes.size()), count, other);

@@ -15,11 +15,11 @@ std::string ContentOf(TDataFile& data) {
   return is_read ? std::string(AsText(content.Bytes())) : std::string();
 }
 
-/// Documents of more bytes, of which the tests of limits make some, are not checked: that would
-/// take longer than they do.
+/// Larger documents, which some tests of limits make, are not validated: that would take longer
+/// than the tests.
 constexpr std::size_t kMostChecked = std::size_t{4} << 20;
 
-/// Has xmllint, if there is one, check a document; what it complains of it prints.
+/// Validates a document with xmllint, if that is installed; xmllint prints the errors.
 bool IsValid(const std::string& document) {
   static const bool has_xmllint = std::system("xmllint --version >/dev/null 2>&1") == 0;
   if (!has_xmllint) return true;

@@ -19,17 +19,17 @@ std::string SaveToLegacy(TZanfoFile& file);
 /// Loads a file from its bytes and saves it as XML; "status 0x...." when it does not load.
 std::string ToXml(std::string_view bytes);
 
-/// The document in the file tests/documents/NAME.xml.
+/// The content of the file tests/documents/NAME.xml.
 std::string Expected(std::string_view name);
 
 /// The element `name` of a document, from its first start tag to its last end tag, without the
-/// indentation of the line that it begins on; empty when there is none.
+/// indentation of its first line; empty if there is none.
 std::string ElementOf(std::string_view document, std::string_view name);
 
 /// An element without the line ends and indentation between its nodes.
 std::string Compact(std::string element);
 
-/// A document with these actions, program references and data sources, to be read.
+/// A document with these actions, program references and data sources.
 std::string DocumentWith(std::string_view actions, std::string_view program,
                          std::string_view data_sources = {}, std::string_view outputs = {});
 

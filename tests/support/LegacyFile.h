@@ -9,10 +9,10 @@
 
 namespace zaf::test {
 
-/// A four-byte number as legacy files hold it.
+/// A four-byte number in the byte order of legacy files.
 std::string BigEndian(std::uint32_t value);
 
-/// `text` in a slot of `width` bytes, cut or filled up with NULs.
+/// `text` in a slot of `width` bytes, cut or padded with NULs.
 std::string Slot(std::string_view text, std::size_t width);
 
 /// Texts in slots of one width, one after another.
@@ -21,13 +21,14 @@ std::string Slots(std::size_t width, std::initializer_list<std::string_view> tex
 /// The payload of a list section: the count, then the records.
 std::string ListOf(std::uint32_t count, std::string_view records);
 
-/// Payloads of sections, among them some that any type of field takes: numbers, codes, texts, lists
-/// of records of many sizes, bytes. At least one of those changes the field from its initial value.
+/// Payloads of sections, including some that every type of field accepts: numbers, codes, texts,
+/// lists of records of many sizes, bytes. At least one of those changes the field from its initial
+/// value.
 std::vector<std::string> SectionPayloads();
 
-/// Builds the bytes of a legacy file, sound by default. Sections before the first Action belong to
-/// the application, later ones to the action named last. The damage methods work on the bytes of
-/// the finished file and so come last.
+/// Builds the bytes of a legacy file, valid by default. Sections before the first Action belong to
+/// the application, later ones to the action added last. The damage methods change the bytes of the
+/// finished file, so they are called last.
 class LegacyFile {
  public:
   explicit LegacyFile(std::string_view document_type = "appl", std::uint32_t format = 0x01000002);
@@ -42,7 +43,7 @@ class LegacyFile {
   LegacyFile& TruncateTo(std::size_t size);
   LegacyFile& SetNumber(std::size_t offset, std::uint32_t value);
 
-  /// The file. A run-only one ("rdoc") is scrambled after its header.
+  /// The bytes of the file. A run-only one ("rdoc") is scrambled after its header.
   [[nodiscard]] std::string Bytes() const;
 
  private:
@@ -51,7 +52,7 @@ class LegacyFile {
     std::string bytes;
   };
   struct Record {
-    std::string header;  ///< Format, type; the map's place follows; then the name.
+    std::string header;  ///< Format and type; the map's offset follows; then the name.
     std::string name;
     std::vector<Section> sections;
   };

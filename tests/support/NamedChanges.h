@@ -16,7 +16,7 @@ namespace zaf::test {
 // The changes by design when a document that the program wrote is read and written again. A
 // document to which none of these applies is written again with the same bytes.
 
-/// An element that does not come back as it was.
+/// An element that is changed when it is read back.
 struct TElementChange {
   std::string_view name;     ///< Of the change.
   std::string_view element;  ///< Empty: any.
@@ -36,7 +36,7 @@ inline bool HasText(dom::Element element, std::string_view text) {
   return EqualsIgnoringCase(TextOf(element), text);
 }
 
-/// A text that may fill a slot of a record, which is cut by one character when it is read.
+/// Whether a text may fill a slot of a record; it is then cut by one character when it is read.
 inline bool FillsSlot(std::string_view text) {
   return text.size() == 12 || text.size() == 32 || text.size() == 128 || text.size() == 256;
 }
@@ -169,7 +169,7 @@ inline bool HasEqualDataSources(dom::Element root) {
   return false;
 }
 
-/// The changes that apply to a document, by their names. It stops looking when there are `most`.
+/// The names of the changes that apply to a document. Stops when there are `most`.
 inline std::set<std::string_view> FindNamedChanges(std::string_view document,
                                                    std::size_t most = SIZE_MAX) {
   std::set<std::string_view> changes;
@@ -196,7 +196,7 @@ inline std::set<std::string_view> FindNamedChanges(std::string_view document,
   return changes;
 }
 
-/// How often a tag begins in a document.
+/// The number of occurrences of a tag in a document.
 inline std::size_t Count(std::string_view document, std::string_view tag) {
   std::size_t count = 0;
   for (std::size_t at = document.find(tag); at != document.npos; at = document.find(tag, at + 1))
@@ -204,15 +204,16 @@ inline std::size_t Count(std::string_view document, std::string_view tag) {
   return count;
 }
 
-/// How often a document may change. One change can cause the next: an empty output is lost, so the
-/// text of an assign action is made anew, so an action of the same name refers to two outputs of
-/// one ID. In nested branches, one reference after another can move out of its parent.
+/// The maximum number of changes of a document. One change can cause the next: an empty output is
+/// lost, so the text of an assign action is generated again, so an action of the same name refers
+/// to two outputs with one ID. In nested branches, one reference after another can move out of its
+/// parent.
 inline std::size_t FindMostChanges(std::string_view document) {
   return 4 + Count(document, "<ActionRef ");
 }
 
 /// A document with the signatures of its actions blanked out. They depend on the class of an action
-/// and the bytes of its name, also where the element and the ID do not (containers and jumps,
+/// and the bytes of its name, even where the element and the ID do not (containers and jumps,
 /// control characters), and are not read.
 inline std::string WithoutSignatures(std::string document) {
   constexpr std::string_view kSignature = " Sig=\"";

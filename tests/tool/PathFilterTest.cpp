@@ -67,7 +67,7 @@ TEST(PathFilter, ShardsFollowTheHash) {
       ASSERT_EQ((TShard{k, 1000}.Takes(path)), hash % 1000 == k - 1) << path;
 }
 
-/// Counts to 1000; multiples of 100 fail where they are asked to.
+/// Steps for the items from 0 to 999, of which emitting `failing` throws.
 struct TSteps {
   int next = 0, emitted = 0;
   int failing = -1;

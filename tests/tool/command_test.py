@@ -1,4 +1,4 @@
-"""Tries the built program zaf as a whole: command_test.py ZAF SCHEMA SAMPLES."""
+"""Tests the built program zaf as a whole: command_test.py ZAF SCHEMA SAMPLES."""
 
 import json
 import os
@@ -21,6 +21,7 @@ ZAF, SCHEMA, SAMPLES = (Path(argument).resolve() for argument in sys.argv[1:])
 DIFF_SCHEMA = json.loads((SCHEMA.parent / "zaf-diff.schema.json").read_text())
 SHOW_SCHEMA = json.loads(SCHEMA.with_name("zaf-show.schema.json").read_text())
 SCHEMA = json.loads(SCHEMA.read_text())
+TRANSCRIPT = Path(__file__).resolve().with_name("transcript.txt")
 GOOD, CLASS = (SAMPLES / "guestbook.zaf").read_bytes(), (SAMPLES / "reports.zcf").read_bytes()
 FILES = 300
 
@@ -52,7 +53,7 @@ class CommandTest(unittest.TestCase):
             path.parent.mkdir(parents=True, exist_ok=True)
             path.write_bytes([GOOD, GOOD + b"left" * (i % 8 == 1), CLASS, GOOD[:-40] if i % 2 else b""][i % 4])
         (self.root / "in" / "d1-").mkdir()
-        (self.root / "in" / "d1-" / "x.zaf").write_bytes(GOOD)  # Before d1/, as bytes go.
+        (self.root / "in" / "d1-" / "x.zaf").write_bytes(GOOD)  # Before d1/ in byte order.
         with open(os.fsencode(self.root) + b"/in/\xff\x01.zaf", "wb") as file:
             file.write(b"none")
         (self.root / "in" / "loop").symlink_to(".")
@@ -172,7 +173,7 @@ class CommandTest(unittest.TestCase):
         self.assertEqual(result.returncode, 1)
         self.assertIn(b"no: error: There is no such file", result.stderr)
         self.assertIn(b"2 checked, 1 failed", result.stderr)
-        # The output directory is not an input; what has the same output is not replaced.
+        # The output directory is not an input; an output is not replaced by another input's.
         Path("in/d1-/x.zcf").write_bytes(CLASS)
         self.assertEqual(run("convert", "in/d1-", "-o", "in/d1-/z", "-e", "zaf", "-e", "zcf", "-e",
                              "xzf", "--existing", "overwrite").returncode, 1)
@@ -287,36 +288,15 @@ class CommandTest(unittest.TestCase):
         seconds = float(re.search(rb"in ([0-9.]+) s\n$", plain)[1])
         self.assertIn(len(shown), range(1, int(10 * (seconds + 0.1)) + 1))
 
-    def test_diff(self):
-        Path("a.zaf").write_bytes(GOOD)
-        run("convert", "a.zaf", "-o", "a.xml")
-        document = Path("a.xml").read_bytes()
-        for old, new, lines, objects in [
-            (b"", b"", b"", []),
-            (b' Author="Web team"', b"", b'ZAF: Author: removed "Web team"\n',
-             [[None, "Author", "removed", "Web team", None]]),
-            (b"of every page", 99 * b"a" + b"\x81\t", b'Header: Comments: "The top of every page." -> '
-             b'"The top %s"...\n' % (52 * b"a"),
-             [["Header", "Comments", "changed", "The top of every page.",
-               "The top " + 99 * "a" + "\x81\t."]]),
-            (b"of every page", b"\x81\t", b'Header: Comments: "The top of every page." -> "The top '
-             b'\\xC2\\x81\\x09."\n', None),
-            (b'</ActionRef>\n    <ActionRef Ref="Footer"/>', b'<ActionRef Ref="Footer"/></ActionRef>',
-             b'Footer: moved: at the top -> below "Body"\n', [["Footer", None, "moved", None, "Body"]]),
-        ]:
-            Path("b.xml").write_bytes(document.replace(old, new, 1))
-            results = [run("diff", *options, "a.zaf", "b.xml") for options in ([], ["-q"], ["--json"])]
-            self.assertEqual([result.stdout for result in results[:2]], [lines, b""])
-            self.assertEqual({(result.returncode, result.stderr) for result in results},
-                             {(int(lines != b""), b"")})
-            printed = json.loads(results[2].stdout)
-            jsonschema.validate(printed, DIFF_SCHEMA)
-            if objects is not None:
-                self.assertEqual([list(item.values()) for item in printed], objects)
-        self.assertEqual(run("diff", "--color", "always", "a.zaf", "b.xml").stdout[:10], b"\x1b[1mFooter")
-        result = run("diff", "none", "a.zaf")
-        self.assertEqual((result.returncode, result.stdout, result.stderr), (
-            2, b"", b"none: error: There is no such file or directory (not-found)\n"))
+    def test_transcript(self):
+        """Runs the commands of transcript.txt in a copy of the samples and compares what they print."""
+        shutil.copytree(SAMPLES, ".", dirs_exist_ok=True)
+        for command, expected in re.findall(rb"^\$ (.*\n)((?:(?!\$ ).*\n)*)", TRANSCRIPT.read_bytes(), re.M):
+            result = subprocess.run(command, shell=True, stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
+                                    env={"PATH": f"{ZAF.parent}:{os.environ['PATH']}"})
+            self.assertEqual(without_times(result.stdout), expected, command)
+            if b"diff --json" in command:
+                jsonschema.validate(json.loads(expected), DIFF_SCHEMA)
 
     def test_completion_names_commands_and_options(self):
         script = run("completion", "bash").stdout.decode()

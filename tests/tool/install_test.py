@@ -1,4 +1,4 @@
-"""Tries what is installed: install_test.py BUILD SOURCES COMPILER."""
+"""Tests the installed files: install_test.py BUILD SOURCES COMPILER."""
 
 import os
 import re
@@ -81,7 +81,7 @@ class InstallTest(unittest.TestCase):
 
     @unittest.skipUnless(shutil.which("zsh"), "no zsh")
     def test_zsh_completes(self):
-        # Called as zsh does it: the first time, too, the function has to offer something.
+        # Called as zsh does: the function must offer completions on its first call, too.
         script = """fpath=($1/share/zsh/site-functions $fpath); autoload -Uz _zaf
                     words=(zaf convert --ex) CURRENT=3
                     compadd() { print -l -- $@ }; _files() { }; _zaf; _zaf"""

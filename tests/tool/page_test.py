@@ -97,7 +97,7 @@ def document(actions, program, title="Large"):
 
 
 def large_document():
-    """Searches with conditions, three levels deep, one of them with a name of its own."""
+    """Searches with conditions, three levels deep, one of them with a unique name."""
     actions, program = [], []
     for i in range(0, ACTIONS, 4):
         names = ["%s%05d" % (kind, i + j) for j, kind in enumerate(["Group", "Search", "If", "Result"])]
@@ -168,7 +168,7 @@ class PageTest(unittest.TestCase):
         self.assertEqual((self.selected(), self.shown()), ("Begin_order", all_shown))
         self.browser.press("ArrowLeft", "-")
         self.assertEqual(self.shown(), 8)
-        self.browser.press("/", *"25 ORDERS")  # In the value of a section alone.
+        self.browser.press("/", *"25 ORDERS")  # Only in the value of a section.
         self.assertEqual(self.browser.run("found.textContent"), "1 match")
         self.assertEqual(self.browser.run("document.activeElement.id"), "query")
         self.browser.press("Enter")
@@ -207,12 +207,12 @@ class PageTest(unittest.TestCase):
     def test_large_file(self):
         self.browser.call("Performance.enable", timeDomain="threadTicks")
         page = self.page("large", large_document())
-        # The time of the processor: other programs do not count.
+        # Processor time, which other programs do not affect.
         metrics = {item["name"]: item["value"] for item in self.browser.call("Performance.getMetrics")["metrics"]}
         opened, waited = metrics["TaskDuration"], self.browser.run(
             "performance.getEntriesByType('navigation')[0].loadEventEnd") / 1000
         self.assertEqual(self.shown(), ACTIONS + 1)
-        # Turns the wheel and looks, in each frame, for places in view without a row.
+        # Scrolls and checks each frame for visible places without a row.
         self.browser.run("""gaps = 0; frames = 0; isWatched = true; (function watch() {
             const box = tree.getBoundingClientRect();
             for (let y = box.top + 15; y < box.bottom; y += 30)
