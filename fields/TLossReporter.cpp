@@ -386,7 +386,7 @@ void TLossReporter::Send(LossReason reason, std::string_view detail, TLoss loss)
   if (count_ > kMostLosses) return;
   const TSentence& sentence = kSentences[static_cast<std::size_t>(reason)];
   loss.code = sentence.code;
-  loss.text = ++count_ > kMostLosses ? kFurtherLosses : sentence.text;
+  loss.text = std::string(++count_ > kMostLosses ? kFurtherLosses : sentence.text);
   if (const std::size_t mark = loss.text.find('%'); mark != std::string::npos)
     loss.text.replace(mark, 1, detail);
   loss.action = action_;

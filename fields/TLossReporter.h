@@ -162,8 +162,7 @@ class TLossReporter {
   void BeginRecord(const TRecordHeader& header);
   void Access(AccessKind kind, std::uint64_t offset, std::uint64_t length,
               FourCharCode section = kNoCode);
-  /// Enters an access in the account, if there is one.
-  void EnterInAccount(TAccess access);
+  [[gnu::noinline]] void EnterInAccount(TAccess access);
   /// The last section of this code in the record that is being written; null if there is none.
   const TSection* FindSection(FourCharCode code);
 

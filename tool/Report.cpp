@@ -73,16 +73,16 @@ std::string PercentDecoded(std::string_view text) {
 
 double InMicroseconds(double seconds) { return std::round(seconds * 1e6) / 1e6; }
 
-/// The bytes that JSON strings contain unescaped: ASCII without quotes, backslashes and control
-/// characters.
-constexpr std::array<bool, 256> kPlain = [] {
-  std::array<bool, 256> plain{};
-  for (std::size_t byte = ' '; byte < 0x7F; ++byte) plain[byte] = byte != '"' && byte != '\\';
-  return plain;
-}();
-
+/// Whether the text is ASCII without quotes, backslashes and control characters, which JSON has
+/// unchanged. Examines all of it, so that compilers vectorise the loop.
 bool IsPlain(std::string_view text) {
-  return std::ranges::all_of(text, [](char c) { return kPlain[static_cast<unsigned char>(c)]; });
+  unsigned char special = 0;
+  for (const char c : text) {
+    const bool is_ascii = static_cast<unsigned char>(c - ' ') <= '~' - ' ';  // And no control.
+    const bool is_special = !is_ascii | (c == '"') | (c == '\\');
+    special = static_cast<unsigned char>(special | static_cast<unsigned char>(is_special));
+  }
+  return special == 0;
 }
 
 /// Builds one line of a report. Texts of plain ASCII are appended unchanged, because a report has
@@ -90,9 +90,7 @@ bool IsPlain(std::string_view text) {
 struct TLine {
   /// Begins a member; the first of an object follows `{`.
   TLine& Key(std::string_view key) {
-    if (text.back() != '{') text += ',';
-    text.append(1, '"').append(key).append("\":");
-    return *this;
+    return Raw(text.back() == '{' ? "\"" : ",\"").Raw(key).Raw("\":");
   }
   TLine& Raw(std::string_view json) {
     text += json;
@@ -111,7 +109,11 @@ struct TLine {
   TLine& Latin1OrNull(std::string_view value) {
     return value.empty() ? Raw("null") : Latin1(value);
   }
-  TLine& Number(std::uint64_t number) { return Raw(std::to_string(number)); }
+  TLine& Number(std::uint64_t number) {
+    std::array<char, 24> digits;
+    const char* const end = std::to_chars(digits.begin(), digits.end(), number).ptr;
+    return Raw({digits.begin(), end});
+  }
   TLine& NumberOrNull(std::uint64_t number) { return number == 0 ? Raw("null") : Number(number); }
   /// The path of an input.
   TLine& Input(const std::string& path) {
