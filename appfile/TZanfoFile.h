@@ -56,7 +56,7 @@ class TZanfoFile {
 
   /// The form of the loaded file, also after a failed load.
   [[nodiscard]] DocumentForm GetForm() const;
-  /// The place where the load failed.
+  /// Where the load failed, or writing the legacy form.
   [[nodiscard]] const TErrorPlace& GetErrorPlace() const { return error_place_; }
 
   /// Sets, before a file is loaded, what it contains. An XML document with the root of a class file

@@ -86,32 +86,35 @@ class TFileConversion {
   /// not.
   bool FindPresence() {
     if (request_.existing == ExistingOutput::kFail) return true;
-    is_replaced_ = ProbeFile(request_.output) != TPresence::kAbsent;
-    if (!is_replaced_) return true;
+    result_.is_replaced = ProbeFile(request_.output) != TPresence::kAbsent;
+    if (!result_.is_replaced) return true;
     return request_.existing == ExistingOutput::kOverwrite ||
            (request_.existing == ExistingOutput::kNewer &&
             IsNewer(ToPath(request_.input.View()), ToPath(request_.output.View())));
   }
 
   TFileResult PlanOutput() {
-    const bool exists = request_.place == OutputPlace::kFile && !is_replaced_ &&
+    const bool exists = request_.place == OutputPlace::kFile && !result_.is_replaced &&
                         ProbeFile(request_.output) != TPresence::kAbsent;
     if (exists) return Failed(FileOutcome::kOutputExists, Status::kFailure);
     return std::move(result_);
   }
 
   [[nodiscard]] Status SaveTo(TDataFile& file) {
-    if (request_.target == TargetForm::kLegacy)
-      return request_.place == OutputPlace::kFile
-                 ? document_->SaveLegacy(file, KindOfName(request_.output.View()))
-                 : document_->SaveLegacy(file);
+    if (request_.target == TargetForm::kLegacy) {
+      const Status status = request_.place == OutputPlace::kFile
+                                ? document_->SaveLegacy(file, KindOfName(request_.output.View()))
+                                : document_->SaveLegacy(file);
+      result_.error_place = document_->GetErrorPlace();
+      return status;
+    }
     const Protection protection =
         document_->IsRunOnly() ? Protection::kProtected : Protection::kPlain;
     return document_->Save(file, &server_, protection);
   }
 
   TFileResult ConvertToFile() {
-    if (is_replaced_) {
+    if (result_.is_replaced) {
       std::error_code error;
       const fs::path output = ToPath(request_.output.View());
       if (!fs::is_regular_file(output, error))
@@ -233,7 +236,6 @@ class TFileConversion {
   const TQuerySpecificationServer server_{};
   TDataFile file_;  ///< The input.
   TZanfoFile* document_ = nullptr;
-  bool is_replaced_ = false;  ///< The output replaces an existing file.
   TFileResult result_;
 };
 

@@ -69,13 +69,14 @@ struct TFileRequest {
 struct TFileResult {
   FileOutcome outcome = FileOutcome::kConverted;
   Status status = Status::kOk;   ///< Of the operation that failed.
+  bool is_replaced = false;      ///< There is something at the output's path that is not to stay.
   bool is_disk_failure = false;  ///< The output could not be stored, e.g. on a full disk.
   std::optional<DocumentForm> form;
   bool is_class_file = false;
   std::uint32_t bytes_in = 0;
   std::uint32_t bytes_out = 0;
   std::uint32_t actions = 0;
-  TErrorPlace error_place{};  ///< Of the input; reason and action of an output that is refused.
+  TErrorPlace error_place{};  ///< Of the input; reason and action of an output that failed.
   bool is_restored = true;    ///< Whether verification found the same application in the output.
 };
 

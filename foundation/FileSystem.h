@@ -53,7 +53,8 @@ class TArguments {
 
 /// Prepares the process for file access; must be called first. Afterwards a failed write is an
 /// error and never a signal that ends the process, and a file opened later never gets the
-/// descriptor of a standard stream that the caller had closed. On Windows no error opens a dialog.
+/// descriptor of a standard stream that the caller had closed, to which a write fails. On Windows
+/// no error opens a dialog.
 void PrepareProcess();
 
 /// Makes `path` the working directory.

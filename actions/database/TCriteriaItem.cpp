@@ -27,6 +27,9 @@ std::span<const TProperty> TCriteriaItem::Properties() {
 
 void TCriteriaItem::WriteXml(const TXmlWriteScope& scope) const {
   if (table.IsEmpty() && column.IsEmpty()) {
+    if (scope.context.losses != nullptr &&
+        (!comparison.IsEmpty() || !value.IsEmpty() || !null_value.IsEmpty()))
+      scope.context.losses->ReportIn(kNoCode, LossReason::kDroppedField, {});
     WriteTextElement(scope, kConjunctionElement, conjunction.View());
   } else {
     WriteXmlRows(Properties(), this, scope);
