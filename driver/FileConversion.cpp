@@ -86,15 +86,15 @@ class TFileConversion {
   /// False when there is not.
   bool FindPresence() {
     if (request_.existing == ExistingOutput::kFail) return true;
-    is_replaced_ = ProbeFile(request_.output) != TPresence::kAbsent;
-    if (!is_replaced_) return true;
+    result_.is_replaced = ProbeFile(request_.output) != TPresence::kAbsent;
+    if (!result_.is_replaced) return true;
     return request_.existing == ExistingOutput::kOverwrite ||
            (request_.existing == ExistingOutput::kNewer &&
             IsNewer(ToPath(request_.input.View()), ToPath(request_.output.View())));
   }
 
   TFileResult PlanOutput() {
-    const bool exists = request_.place == OutputPlace::kFile && !is_replaced_ &&
+    const bool exists = request_.place == OutputPlace::kFile && !result_.is_replaced &&
                         ProbeFile(request_.output) != TPresence::kAbsent;
     if (exists) return Failed(FileOutcome::kOutputExists, Status::kFailure);
     return std::move(result_);
@@ -111,7 +111,7 @@ class TFileConversion {
   }
 
   TFileResult ConvertToFile() {
-    if (is_replaced_) {
+    if (result_.is_replaced) {
       std::error_code error;
       const fs::path output = ToPath(request_.output.View());
       if (!fs::is_regular_file(output, error))
@@ -234,7 +234,6 @@ class TFileConversion {
   const TQuerySpecificationServer server_{};
   TDataFile file_;  ///< The input.
   TZanfoFile* document_ = nullptr;
-  bool is_replaced_ = false;  ///< The output takes the place of something.
   TFileResult result_;
 };
 

@@ -69,6 +69,7 @@ struct TFileRequest {
 struct TFileResult {
   FileOutcome outcome = FileOutcome::kConverted;
   Status status = Status::kOk;   ///< Of the operation that failed.
+  bool is_replaced = false;      ///< There is something at the output's path that is not to stay.
   bool is_disk_failure = false;  ///< The output could not be stored, e.g. on a full disk.
   std::optional<DocumentForm> form;
   bool is_class_file = false;

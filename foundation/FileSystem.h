@@ -52,7 +52,8 @@ class TArguments {
 
 /// Prepares the process for file access, to be called first: a write that fails is an error and
 /// never a signal that ends the process, and a file opened later never gets the descriptor of a
-/// standard stream that the caller had closed. On Windows an error is no dialog.
+/// standard stream that the caller had closed, to which a write fails. On Windows an error is no
+/// dialog.
 void PrepareProcess();
 
 /// Makes `path` the working directory.

@@ -120,7 +120,7 @@ void PrepareProcess() {
   std::signal(SIGPIPE, SIG_IGN);
   int descriptor = 0;
   do {
-    descriptor = open("/dev/null", O_RDWR | O_NOCTTY);
+    descriptor = open("/dev/null", O_RDONLY | O_NOCTTY);
   } while (descriptor >= 0 && descriptor <= STDERR_FILENO);
   if (descriptor >= 0) close(descriptor);
 }

@@ -36,6 +36,8 @@ constexpr TSentence kExists{"exists", "The output {} exists already; it was left
 constexpr TSentence kIsInput{"exists", "The output {} is the input itself; it was left as it is"};
 constexpr TSentence kRival{"exists", "The output {} is also that of an earlier input, "};
 constexpr TSentence kNotCreated{"create", "The output {} cannot be created; nothing was written"};
+constexpr TSentence kNotReplaced{"create",
+                                 "The output {} cannot be replaced; it was left as it is"};
 constexpr TSentence kNotStored{
     "write", "The output {} cannot be stored, as if the disk were full; nothing of it was kept"};
 constexpr TSentence kNotSaved{
@@ -92,6 +94,7 @@ TSentence SentenceOf(const TInputRecord& record) {
       return fs::equivalent(ToPath(record.input.path), ToPath(record.output), error) ? kIsInput
                                                                                      : kExists;
     case FileOutcome::kOutputNotCreated:
+      if (record.result.is_replaced) return kNotReplaced;
       return fs::exists(ToPath(record.output), error) ? kExists : kNotCreated;
     case FileOutcome::kOutputNotWritten:
       return record.result.is_disk_failure ? kNotStored : kNotSaved;
