@@ -18,19 +18,20 @@ constexpr FourCharCode kSections[] = {
     Code("titl"), Code("vers"), Code("cmnt"), Code("dbug"),
 };
 
-/// Whether each parent has a name in the file that is no other action's.
-bool ArePlacesTold(const TActionTree& tree) {
+/// An action whose name in the file is also a parent's, or a parent without one; null if there is
+/// none.
+const TActionEntry* FindAmbiguousName(const TActionTree& tree) {
   std::map<std::string, bool> parents;  // By name, whether it is a parent's.
   for (const TActionEntry* entry = tree.GetRoot(); entry != nullptr;
        entry = TActionTree::GetNext(*entry)) {
     const bool is_parent = entry->first_child != nullptr;
     std::string name(ToRecordName(entry->action->GetName().View()).View());
-    if (is_parent && name.empty()) return false;
+    if (is_parent && name.empty()) return entry;
     std::transform(name.begin(), name.end(), name.begin(), ToUpper);
     const auto [known, is_new] = parents.try_emplace(std::move(name), is_parent);
-    if (!is_new && (is_parent || known->second)) return false;
+    if (!is_new && (is_parent || known->second)) return entry;
   }
-  return true;
+  return nullptr;
 }
 
 Status WriteSections(const TApplication& application, TSectionWriter& out) {
@@ -62,9 +63,14 @@ Status WriteAction(const TQuerySpecification& action, TDataFile& file, std::uint
 
 }  // namespace
 
-Status WriteLegacyApplication(const TApplication& application, TDataFile& file,
+Status WriteLegacyApplication(const TApplication& application, TDataFile& file, TErrorPlace& place,
                               TLossReporter* losses) {
-  if (!ArePlacesTold(application.actions)) return Status::kFailure;
+  if (const TActionEntry* const entry = FindAmbiguousName(application.actions)) {
+    place.reason =
+        "An action with children has no name, or its first 31 characters are also another action's";
+    place.action = entry->action->GetName().View();
+    return Status::kFailure;
+  }
   TRecordHeader header;
   header.format = kWrittenFormat;
   header.type = application.is_run_only ? Code("rdoc") : Code("appl");

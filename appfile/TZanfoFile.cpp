@@ -158,7 +158,7 @@ Status TZanfoFile::SaveLegacy(TDataFile& file, DocumentKind kind) {
     TLossReporter* const losses = Losses();
     if (losses != nullptr) losses->SetLegacyTarget();
     if (losses != nullptr && kind != application_.kind) losses->Report(LossReason::kOtherKind);
-    return WriteLegacyApplication(application_, file, losses);
+    return WriteLegacyApplication(application_, file, error_place_, losses);
   };
   return Attempt(save, Status::kFailure);
 }

@@ -57,7 +57,7 @@ class TZanfoFile {
 
   /// The form of the file that was loaded, also when that failed.
   [[nodiscard]] DocumentForm GetForm() const;
-  /// Where the load failed.
+  /// Where the load failed, or writing the legacy form.
   [[nodiscard]] const TErrorPlace& GetErrorPlace() const { return error_place_; }
 
   /// Sets, before a file is loaded, what it describes. An XML document with the root of a class

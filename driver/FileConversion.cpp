@@ -101,10 +101,13 @@ class TFileConversion {
   }
 
   [[nodiscard]] Status SaveTo(TDataFile& file) {
-    if (request_.target == TargetForm::kLegacy)
-      return request_.place == OutputPlace::kFile
-                 ? document_->SaveLegacy(file, KindOfName(request_.output.View()))
-                 : document_->SaveLegacy(file);
+    if (request_.target == TargetForm::kLegacy) {
+      const Status status = request_.place == OutputPlace::kFile
+                                ? document_->SaveLegacy(file, KindOfName(request_.output.View()))
+                                : document_->SaveLegacy(file);
+      result_.error_place = document_->GetErrorPlace();
+      return status;
+    }
     const Protection protection =
         document_->IsRunOnly() ? Protection::kProtected : Protection::kPlain;
     return document_->Save(file, &server_, protection);

@@ -76,7 +76,7 @@ struct TFileResult {
   std::uint32_t bytes_in = 0;
   std::uint32_t bytes_out = 0;
   std::uint32_t actions = 0;
-  TErrorPlace error_place{};  ///< Of the input; reason and action of an output that is refused.
+  TErrorPlace error_place{};  ///< Of the input; reason and action of an output that failed.
   bool is_restored = true;    ///< Verification found the same application in the output.
 };
 

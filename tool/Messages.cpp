@@ -201,7 +201,9 @@ TInputError ErrorOf(Fault fault, const TInputRecord& record) {
 TInputError ErrorOfOutcome(const TInputRecord& record) {
   TInputError error = Fill(SentenceOf(record), record);
   const std::string_view reason = record.result.error_place.reason;
-  if (record.result.outcome == FileOutcome::kInputNotRead && !reason.empty())
+  const bool is_refused = record.result.outcome == FileOutcome::kInputNotRead ||
+                          record.result.outcome == FileOutcome::kOutputNotWritten;
+  if (is_refused && !reason.empty())
     error.text = std::string(reason) + "; nothing was written";
   else if (record.result.outcome == FileOutcome::kOutputNotRead && !reason.empty())
     error.text += ": " + std::string(reason);

@@ -69,6 +69,7 @@ TEST_P(LegacyNames, AreCutAlikeOrRefused) {
   TDataFile stream(std::tmpfile());
   EXPECT_EQ(file.SaveLegacy(stream), GetParam().is_written ? Status::kOk : Status::kFailure);
   EXPECT_EQ(stream.GetSize() != 0, GetParam().is_written);
+  EXPECT_EQ(file.GetErrorPlace().reason.empty(), GetParam().is_written);
   if (!GetParam().is_written) return;
   TZanfoFile again;
   ASSERT_EQ(LoadBytes(SaveToLegacy(file), again), Status::kOk);
