@@ -50,16 +50,13 @@ constexpr TSentence kSentences[] = {
     {LossCode::kRecordDropped,
      "Items of a list name a column that does not exist or has no list; % items are left out"},
     {LossCode::kRecordDropped,
-     "Columns of one name have one list of items in a legacy file, that of the first; % columns "
-     "have "
-     "another one, which is left out"},
+     "A legacy file has one list of items for all columns of a name, that of the first; those of % "
+     "columns are left out"},
     {LossCode::kRecordDropped,
      "A legacy file has no parameters of a mail; % parameters are left out"},
     {LossCode::kTextCut, "The text of % is longer than its field; its end is cut off"},
     {LossCode::kTextCut,
-     "The name of the action is longer than the 31 characters that a legacy file has for it; its "
-     "end "
-     "is cut off"},
+     "The name of the action has more than the 31 characters of a legacy file; its end is cut off"},
     {LossCode::kTextCut,
      "The text has a NUL, at which it ends in a legacy file; the characters from there on are left "
      "out"},
@@ -249,8 +246,10 @@ void TLossReporter::ReportDroppedAction(std::string_view name) {
   for (const TSection& field : fields_) {
     const auto is_known = [&](const TLoss& loss) { return loss.section == field.code; };
     const auto first = pending_.begin() + static_cast<std::ptrdiff_t>(first_pending_);
-    if (std::none_of(first, pending_.begin() + static_cast<std::ptrdiff_t>(known), is_known))
-      ReportDropped({.code = field.code, .offset = field.offset, .length = field.length});
+    if (std::none_of(first, pending_.begin() + static_cast<std::ptrdiff_t>(known), is_known) &&
+        !IsAllNul(BytesOf(field.offset, field.length)))
+      Report(LossReason::kDroppedSection,
+             {.code = field.code, .offset = field.offset, .length = field.length});
   }
   SetAction({});
 }
