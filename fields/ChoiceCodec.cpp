@@ -32,6 +32,13 @@ void TChoiceCodec::NoteUse(const TProperty&, const void* field, const TRecordUse
   NoteRowsUse(choice.rows, field, use);
 }
 
+void TChoiceCodec::ReportWriting(const TProperty& row, const void* field,
+                                 const TXmlWriteScope& scope) const {
+  std::int32_t kind = 0;
+  std::memcpy(&kind, field, sizeof kind);
+  if (kind != 0 && ChoiceOf(field).kind != kind) scope.context.losses->ReportValue(row);
+}
+
 dom::Element TChoiceCodec::FindKindElement(dom::Element record_element) const {
   dom::Element kind = record_element.getFirstChildElement();
   while (kind && FindChoice(kind.getTagName()) == nullptr) kind = kind.getNextSiblingElement();

@@ -31,6 +31,8 @@ class TChoiceCodec final : public TFieldCodec {
   bool IsEqual(const void* field, const void* other) const override;
   std::span<const TProperty> NestedNumbers() const override { return numbers_; }
   void NoteUse(const TProperty& row, const void* field, const TRecordUse& use) const override;
+  void ReportWriting(const TProperty& row, const void* field,
+                     const TXmlWriteScope& scope) const override;
 
   /// The first element of a known kind in `record_element`; null if there is none.
   [[nodiscard]] dom::Element FindKindElement(dom::Element record_element) const;

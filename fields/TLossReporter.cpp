@@ -27,6 +27,10 @@ constexpr TSentence kSentences[] = {
      "The section has a code that an action of this type does not have; it is skipped"},
     {LossCode::kSectionDropped,
      "The section is not empty, and XML has no form for it; it is left out of the document"},
+    {LossCode::kSectionDropped,
+     "The section is not empty, and an action of this kind has no use for it; it is left out of "
+     "the "
+     "document"},
     {LossCode::kSectionRepeated,
      "A later section of the same code, of which a record has one, has other content; that one "
      "counts"},

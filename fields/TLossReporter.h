@@ -24,6 +24,7 @@ struct TProperty;
 enum class LossReason : std::uint8_t {
   kUnknownSection,
   kDroppedSection,
+  kUnusedSection,
   kRepeatedSection,
   kIncompleteMap,
   kTooNew,

@@ -27,8 +27,11 @@ std::span<const TProperty> TCriteriaItem::Properties() {
 
 void TCriteriaItem::WriteXml(const TXmlWriteScope& scope) const {
   if (table.IsEmpty() && column.IsEmpty()) {
-    if (scope.context.losses != nullptr)
-      scope.context.losses->ReportText(conjunction.View(), kConjunctionElement);
+    if (TLossReporter* const losses = scope.context.losses; losses != nullptr) {
+      losses->ReportText(conjunction.View(), kConjunctionElement);
+      if (!comparison.IsEmpty() || !value.IsEmpty() || !null_value.IsEmpty())
+        losses->ReportIn(kNoCode, LossReason::kDroppedField, {});
+    }
     WriteTextElement(scope.element, kConjunctionElement, conjunction.View());
   } else {
     WriteXmlRows(Properties(), this, scope);

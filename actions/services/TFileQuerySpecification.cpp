@@ -134,11 +134,25 @@ Status TFileQuerySpecification::WriteElement(TXmlWriteContext& context, dom::Ele
       *std::find_if(operations.begin(), operations.end(), [&](const TOperation& known) {
         return known.modes.empty() || known.modes.find(mode_) != std::string_view::npos;
       });
+  if (context.losses != nullptr) ReportUnused(operation, *context.losses);
   const dom::Element part = element.appendElement(operation.element);
   if (const std::string_view rule = kRules.KeywordOf(mode_); !rule.empty())
     part.appendAttribute(kRuleAttribute, rule);
   WriteXmlRows(operation.rows, this, {context, part, GetName().View()});
   return TTableSpecification::WriteXml(context, element, parent);
+}
+
+void TFileQuerySpecification::ReportUnused(const TOperation& operation,
+                                           TLossReporter& losses) const {
+  const TFileQuerySpecification empty;
+  for (const TProperty& row : Properties()) {
+    const bool is_used =
+        row.codec == &kModeCodec || std::ranges::any_of(operation.rows, [&](const TProperty& used) {
+          return used.locate.find == row.locate.find;
+        });
+    if (!is_used && !row.codec->IsEqual(row.locate(this), row.locate(&empty)))
+      losses.ReportIn(row.code, LossReason::kUnusedSection, {});
+  }
 }
 
 Status TFileQuerySpecification::ReadXml(const TXmlReadContext& context, dom::Element element) {

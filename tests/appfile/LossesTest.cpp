@@ -80,8 +80,21 @@ std::vector<TCase> Cases() {
   const std::string results = With("null", "cmnt", "text\0"s);
   const std::string wide(200, 'w');
   const auto criteria = [](std::size_t size) {
-    return With("srch", "crit",
-                ListOf(1, std::string(size, '\0').replace(128, 150, std::string(150, 'v'))));
+    return With(
+        "srch", "crit",
+        ListOf(
+            1,
+            std::string(size, '\0').replace(64, 1, "c").replace(128, 150, std::string(150, 'v'))));
+  };
+  const auto file_action = [](std::string_view mode, std::string_view code) {
+    return Legacy("flvt",
+                  [&](LegacyFile& legacy) { legacy.Payload("flmd", mode).Text(code, "x"); });
+  };
+  const auto criterion = [](std::size_t field) {
+    return With("srch", "crit", ListOf(1, std::string(1024, '\0').replace(field, 1, "x")));
+  };
+  const auto input = [](std::string_view kind) {
+    return With("igrp", "icol", ListOf(1, std::string(944, '\0').replace(524, 4, kind)));
   };
   const auto comparison = [](std::string word) {
     word.resize(128);
@@ -105,6 +118,12 @@ std::vector<TCase> Cases() {
        With("srch", "cols", ListOf(1, std::string(524, '\0')))},
       {"DataSourceOfCommit", LossCode::kSectionDropped, With("endt", "dsrc", "x\0"s),
        With("srch", "dsrc", "x\0"s)},
+      {"FileDataOfADelete", LossCode::kSectionDropped, file_action("d", "acsg"),
+       file_action("w", "acsg")},
+      {"TypeOfARead", LossCode::kSectionDropped, file_action("r", "mctp"),
+       file_action("r", "acsg")},
+      {"ValueWithoutColumn", LossCode::kSectionDropped, criterion(512), criterion(0)},
+      {"KindOfInput", LossCode::kValueUnknown, input("none"), input("pick")},
       {"Root", LossCode::kSectionDropped,
        LegacyFile().Action("cntr", "R").Text("cmnt", "x").Number("push", 0).Bytes(),
        LegacyFile().Action("cntr", "R").Number("push", 0).Bytes()},
