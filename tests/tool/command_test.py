@@ -283,14 +283,15 @@ class CommandTest(unittest.TestCase):
             self.assertEqual(process.wait(), 1)
             self.assertEqual(b"\x1b[1;31merror" in shown, color)
         os.mkfifo("r.jsonl")
-        with subprocess.Popen([ZAF, "check", "in", "--progress", "always", "--report", "r.jsonl"],
-                              stderr=subprocess.PIPE) as process, open("r.jsonl", "rb") as report:
-            time.sleep(0.3)  # The pipe is full before all is done.
-            report.read()
-            plain = process.stderr.read()
-        shown = re.findall(rb"\r\d+ %, \d+ of 302 files, \S+ KB, \S+ \wB/s, \d+:\d\d left, \d+ failed", plain)
-        seconds = float(re.search(rb"in ([0-9.]+) s\n$", plain)[1])
-        self.assertIn(len(shown), range(1, int(10 * (seconds + 0.1)) + 1))
+        for progress in "always", "auto":
+            with subprocess.Popen([ZAF, "check", "in", "--progress", progress, "--report", "r.jsonl"],
+                                  stderr=subprocess.PIPE) as process, open("r.jsonl", "rb") as report:
+                time.sleep(0.3)  # The pipe is full before all is done.
+                report.read()
+                plain = process.stderr.read()
+            shown = re.findall(rb"\r\d+ %, \d+ of 302 files, \S+ KB, \S+ \wB/s, \d+:\d\d left, \d+ failed", plain)
+            most = int(10 * (float(re.search(rb"in ([0-9.]+) s\n$", plain)[1]) + 0.1))
+            self.assertIn(len(shown), range(1, most + 1) if progress == "always" else [0])
 
     def test_transcript(self):
         """Runs the commands of transcript.txt in a copy of the samples and compares what they print."""
