@@ -138,6 +138,8 @@ std::vector<TCase> Cases() {
       {"Control", LossCode::kCharacterDropped, With("null", "cmnt", "a\1b\0"s), results},
       {"ControlInName", LossCode::kCharacterDropped,
        LegacyFile().Action("cntr", TActionTree::kRootName).Action("null", "A\1").Bytes(), results},
+      {"ControlInTarget", LossCode::kCharacterDropped, With("adll", "exev", "a\1\0\0\0\0\0"s),
+       With("adll", "exev", "a\0\0\0\0\0"s)},
       {"HighCharacter", LossCode::kCharacterReplaced,
        Document("<ResultAction ID=\"A\"><Comments>&#x2022;</Comments></ResultAction>"),
        Document("<ResultAction ID=\"A\"><Comments>&#xFF;</Comments></ResultAction>")},
