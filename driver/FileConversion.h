@@ -25,6 +25,7 @@ enum class FileOutcome : std::uint8_t {
   kInputNotRead,      ///< It is not a sound application file.
   kOutputExists,      ///< It is a readable file already, and unchanged.
   kOutputNotCreated,  ///< Its name is taken by something else, or refused by the system.
+  kOutputRefused,     ///< No file of this system can have its name.
   kOutputNotWritten,  ///< Nothing of it is left.
   kTimeNotKept,       ///< The output is complete, but without the time stamp of the input.
   kOutputNotOpened,   ///< Verification only.

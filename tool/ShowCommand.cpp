@@ -1,5 +1,4 @@
 #include <cstdio>
-#include <filesystem>
 #include <fstream>
 #include <memory>
 #include <string>
@@ -24,16 +23,15 @@ struct TShowOptions {
 
 /// Writes the page to the file `path`, which may be an older page, but nothing else.
 void WritePage(const std::string& path, const std::string& page) {
-  std::error_code error;
-  if (std::filesystem::exists(ToPath(path), error)) {
-    std::ifstream file(ToPath(path), std::ios::binary);
+  if (IsThere(path)) {
+    std::ifstream file(StreamPath(path), std::ios::binary);
     std::string begin(kPageBegin.size(), '\0');
     file.read(begin.data(), static_cast<std::streamsize>(begin.size()));
     if (begin != kPageBegin)
       throw TToolError(ExitStatus::kUsage,
                        path + " exists and is no page of this program; it is left as it is");
   }
-  std::ofstream file(ToPath(path), std::ios::binary);
+  std::ofstream file(StreamPath(path), std::ios::binary);
   file.write(page.data(), static_cast<std::streamsize>(page.size()));
   if (!file.flush())
     throw TToolError(ExitStatus::kCannotWrite, "The page " + path + " cannot be written");
