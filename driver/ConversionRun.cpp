@@ -49,6 +49,7 @@ std::string_view MessageOf(FileOutcome outcome) {
       return messages::kCannotRead;
     case FileOutcome::kOutputExists:
       return messages::kOutputExists;
+    case FileOutcome::kOutputRefused:
     case FileOutcome::kOutputNotWritten:
       return messages::kCannotWrite;
     case FileOutcome::kOutputNotOpened:

@@ -1,10 +1,7 @@
 #include "driver/FileConversion.h"
 
 #include <algorithm>
-#include <array>
 #include <cstdio>
-#include <random>
-#include <string>
 #include <string_view>
 
 #include "appfile/Differences.h"
@@ -18,8 +15,6 @@
 namespace zaf {
 namespace {
 
-namespace fs = std::filesystem;
-
 /// A data file that counts the bytes written.
 class TCountingFile final : public TDataFile {
  public:
@@ -32,20 +27,6 @@ class TCountingFile final : public TDataFile {
  private:
   std::uint32_t written_ = 0;
 };
-
-bool CopyTime(const fs::path& from, const fs::path& to) {
-  std::error_code error;
-  const fs::file_time_type time = fs::last_write_time(from, error);
-  if (!error) fs::last_write_time(to, time, error);
-  return !error;
-}
-
-/// Whether the input was modified after the output. False if that is unknown.
-bool IsNewer(const fs::path& input, const fs::path& output) {
-  std::error_code input_error, output_error;
-  const fs::file_time_type input_time = fs::last_write_time(input, input_error);
-  return input_time > fs::last_write_time(output, output_error) && !input_error && !output_error;
-}
 
 class TFileConversion {
  public:
@@ -90,7 +71,7 @@ class TFileConversion {
     if (!result_.is_replaced) return true;
     return request_.existing == ExistingOutput::kOverwrite ||
            (request_.existing == ExistingOutput::kNewer &&
-            IsNewer(ToPath(request_.input.View()), ToPath(request_.output.View())));
+            IsNewer(request_.input.View(), request_.output.View()));
   }
 
   TFileResult PlanOutput() {
@@ -115,19 +96,17 @@ class TFileConversion {
 
   TFileResult ConvertToFile() {
     if (result_.is_replaced) {
-      std::error_code error;
-      const fs::path output = ToPath(request_.output.View());
-      if (!fs::is_regular_file(output, error))
+      if (LookAt(request_.output.View()).kind != PathKind::kFile)
         return Failed(FileOutcome::kOutputNotCreated, Status::kFailure);
-      if (fs::equivalent(ToPath(request_.input.View()), output, error))
+      if (AreSame(request_.input.View(), request_.output.View()))
         return Failed(FileOutcome::kOutputExists, Status::kFailure);
-      Replace(output);
+      WriteOutput();
     } else {
       const TPresence presence = ProbeFile(request_.output);
       if (presence == TPresence::kFile) return Failed(FileOutcome::kOutputExists, Status::kFailure);
       result_.outcome = FileOutcome::kOutputNotCreated;
       result_.status = Status::kFailure;
-      if (presence == TPresence::kAbsent) WriteOutput(request_.output);
+      if (presence == TPresence::kAbsent) WriteOutput();
     }
     if (result_.outcome != FileOutcome::kConverted || request_.verification == Verification::kOff)
       return std::move(result_);
@@ -139,13 +118,8 @@ class TFileConversion {
     return std::move(result_);
   }
 
-  static FileOutcome NotStored(const TDataFile& output) {
-    return output.HasWriteFailed() ? FileOutcome::kOutputNotWritten
-                                   : FileOutcome::kOutputNotCreated;
-  }
-
-  /// Writes the document to a new file at the path. An incomplete file is removed.
-  void WriteOutput(const CText& path) {
+  /// Writes the document to a new file, which replaces an old one. An incomplete file is removed.
+  void WriteOutput() {
     TCountingFile output;
     Status status = Status::kFailure;
     const auto save = [&] {
@@ -154,8 +128,10 @@ class TFileConversion {
         status = SaveTo(image);
         if (status != Status::kOk) return FileOutcome::kOutputNotWritten;
       }
-      status = output.OpenNew(path);
-      if (status != Status::kOk) return NotStored(output);
+      status = output.OpenNew(request_.output);
+      if (status != Status::kOk)
+        return output.HasWriteFailed() ? FileOutcome::kOutputRefused
+                                       : FileOutcome::kOutputNotCreated;
       if (request_.target == TargetForm::kLegacy) {
         output.SetScrambled(false);
         const std::span<std::byte> bytes = image.GetBytes();
@@ -166,8 +142,10 @@ class TFileConversion {
       return status == Status::kOk ? FileOutcome::kConverted : FileOutcome::kOutputNotWritten;
     };
     const auto publish = [&] {
-      status = output.Publish();
-      return status == Status::kOk ? FileOutcome::kConverted : NotStored(output);
+      status = output.Publish(result_.is_replaced ? TakenName::kReplaced : TakenName::kKept);
+      if (status == Status::kOk) return FileOutcome::kConverted;
+      return output.HasWriteFailed() ? FileOutcome::kOutputNotWritten
+                                     : FileOutcome::kOutputNotCreated;
     };
     FileOutcome outcome = Attempt(save, FileOutcome::kOutputNotWritten);
     if (outcome == FileOutcome::kConverted)
@@ -179,22 +157,8 @@ class TFileConversion {
     output.Close();
     if (outcome != FileOutcome::kConverted) return;
     result_.bytes_out = output.GetWritten();
-    if (request_.keep_time && !CopyTime(ToPath(request_.input.View()), ToPath(path.View())))
+    if (request_.keep_time && !CopyTime(request_.input.View(), request_.output.View()))
       result_.outcome = FileOutcome::kTimeNotKept;
-  }
-
-  /// Writes the document to a new file, which then replaces the old one by a rename.
-  void Replace(const fs::path& path) {
-    const fs::path temporary = TemporaryPath(path);
-    WriteOutput(CText(ToText(temporary)));
-    if (result_.outcome != FileOutcome::kConverted && result_.outcome != FileOutcome::kTimeNotKept)
-      return;
-    std::error_code error;
-    fs::rename(temporary, path, error);
-    if (!error) return;
-    fs::remove(temporary, error);
-    result_.outcome = FileOutcome::kOutputNotCreated;
-    result_.status = Status::kFailure;
   }
 
   TFileResult ConvertInMemory() {
@@ -247,14 +211,6 @@ DocumentKind KindOfName(std::string_view path) {
   return EqualsIgnoringCase(path.substr(path.size() - size), kClassFileExtension)
              ? DocumentKind::kClassFile
              : DocumentKind::kApplication;
-}
-
-fs::path TemporaryPath(const fs::path& path) {
-  std::random_device random;
-  std::array<char, 32> name;
-  std::snprintf(name.data(), name.size(), "%08x%08x.zaf.tmp", random(), random());
-  const std::string_view whole = name.data();
-  return fs::path(path).replace_filename(whole.substr(0, path.filename().native().size()));
 }
 
 TFileResult ConvertFile(const TFileRequest& request) { return TFileConversion(request).Run(); }

@@ -18,10 +18,6 @@ class TLossObserver;
 /// The kind of file, by its path: a class file if its name ends in ".zcf", case ignored.
 DocumentKind KindOfName(std::string_view path);
 
-/// A name for a file that is to replace the one at `path`, in the same directory. It is no longer
-/// than the name of that one: whatever fits one of the two fits both.
-std::filesystem::path TemporaryPath(const std::filesystem::path& path);
-
 /// The outcome of the conversion of one file.
 enum class FileOutcome : std::uint8_t {
   kConverted,
@@ -30,6 +26,7 @@ enum class FileOutcome : std::uint8_t {
   kInputNotRead,      ///< It is not a valid application file.
   kOutputExists,      ///< It is already a readable file, which is unchanged.
   kOutputNotCreated,  ///< Something else has its name, or the system refuses it.
+  kOutputRefused,     ///< No file of this system can have its name.
   kOutputNotWritten,  ///< The incomplete output was removed.
   kTimeNotKept,       ///< The output is complete, but without the time stamp of the input.
   kOutputNotOpened,   ///< Verification only.
@@ -69,7 +66,7 @@ struct TFileRequest {
 struct TFileResult {
   FileOutcome outcome = FileOutcome::kConverted;
   Status status = Status::kOk;   ///< Of the operation that failed.
-  bool is_replaced = false;      ///< There is something at the output's path that is not to stay.
+  bool is_replaced = false;      ///< Something exists at the output's path that is to be replaced.
   bool is_disk_failure = false;  ///< The output could not be stored, e.g. on a full disk.
   std::optional<DocumentForm> form;
   bool is_class_file = false;

@@ -16,6 +16,7 @@ int main(int argument_count, zaf::TArgumentCharacter** argument_values) {
     const zaf::TArguments arguments(argument_count, argument_values);
     const zaf::MessageSink report = [](std::string_view text) {
       static_cast<void>(std::fwrite(text.data(), 1, text.size(), stderr));
+      static_cast<void>(std::fflush(stderr));
     };
     if (const std::optional<zaf::ConversionOptions> options =
             zaf::ParseCommandLine(arguments.Get(), report))

@@ -7,8 +7,35 @@
 
 #include "foundation/CText.h"
 #include "foundation/CaseFolding.h"
+#include "foundation/Paths.h"
 
 namespace zaf {
+namespace {
+
+constexpr std::string_view kSeparators = kPathSeparator == '/' ? "/" : "\\/";
+
+}  // namespace
+
+bool IsThere(std::string_view path) {
+  const PathKind kind = LookAt(path).kind;
+  return kind != PathKind::kUnknown && kind != PathKind::kNothing;
+}
+
+bool IsDirectory(std::string_view path) { return LookAt(path).kind == PathKind::kDirectory; }
+
+bool MakeDirectories(std::string_view path) {
+  std::vector<std::size_t> ends;  // Of the paths of directories that are missing.
+  std::size_t end = path.find_last_not_of(kSeparators) + 1;
+  while (end > 0 && !IsDirectory(path.substr(0, end))) {
+    ends.push_back(end);
+    end = path.substr(0, end).find_last_of(kSeparators);
+    end = path.substr(0, end + 1).find_last_not_of(kSeparators) + 1;
+  }
+  // Another process can make one of them meanwhile.
+  for (; !ends.empty(); ends.pop_back())
+    static_cast<void>(MakeDirectory(CText(path.substr(0, ends.back()))));
+  return IsDirectory(path);
+}
 
 bool ListWorkingDirectory(Identities identities, TDirectoryListing& listing) {
   TDirectoryListing found;
@@ -79,8 +106,10 @@ std::string TNewFile::TemporaryPath(std::uint64_t number) const {
   std::snprintf(name.data(), name.size(), "%016llx.Zaf2Xml.tmp",
                 static_cast<unsigned long long>(number));
   const std::string_view whole = name.data();
-  return path_.substr(0, begin).append(
+  std::string path = path_.substr(0, begin).append(
       whole.substr(0, static_cast<std::size_t>(std::max<std::ptrdiff_t>(length, 1))));
+  if (path.back() == '.') path.pop_back();  // No name ends so on Windows.
+  return path;
 }
 
 bool TNewFile::Write(const void* bytes, std::size_t count) {
@@ -94,8 +123,8 @@ bool TNewFile::Write(const void* bytes, std::size_t count) {
   return !write_failed_;
 }
 
-bool TNewFile::Publish() {
-  const bool is_named = IsOpen() && !write_failed_ && GiveName();
+bool TNewFile::Publish(TakenName taken) {
+  const bool is_named = IsOpen() && !write_failed_ && GiveName(taken);
   Discard();
   return is_named;
 }

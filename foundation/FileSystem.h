@@ -51,10 +51,10 @@ class TArguments {
   std::span<const char* const> view_;
 };
 
-/// Prepares the process for file access; must be called first. Afterwards a failed write is an
-/// error and never a signal that ends the process, and a file opened later never gets the
-/// descriptor of a standard stream that the caller had closed, to which a write fails. On Windows
-/// no error opens a dialog.
+/// Prepares the process for file access, to be called first: a write that fails is an error and
+/// never a signal that ends the process, and a file opened later never gets the descriptor of a
+/// standard stream that the caller had closed. On Windows an error is no dialog, and standard error
+/// is written when it is flushed.
 void PrepareProcess();
 
 /// Makes `path` the working directory.
@@ -153,10 +153,12 @@ class TInputFile {
   std::uint64_t size_ = 0;
 };
 
-/// A file that gets its name only when it is complete, and never replaces another one. Until then
-/// it is unnamed where the file system supports that, else it has a temporary name; on Windows the
-/// system deletes it however the process ends. Owns the open file; the destructor discards it
-/// unless it was published.
+/// What happens to a file whose name a new file is to get.
+enum class TakenName { kKept, kReplaced };
+
+/// A file that gets its name only when it is complete. Until then it is unnamed where the file
+/// system supports that, else it has a temporary name; on Windows the system deletes it however the
+/// process ends. Owns the open file; the destructor discards it unless it was published.
 class TNewFile {
  public:
   TNewFile() = default;
@@ -179,10 +181,10 @@ class TNewFile {
   /// The file's size in bytes; 0 when it is unavailable.
   [[nodiscard]] std::uint64_t GetSize() const;
 
-  /// Gives the file its name and closes it. False when that failed; the file is then discarded, and
-  /// HasWriteFailed() distinguishes a full or failing disk from a name that exists or is refused. A
-  /// file with a failed write is never published.
-  [[nodiscard]] bool Publish();
+  /// Gives the file its name, in one step, and closes it. False when that failed; the file is then
+  /// discarded, and HasWriteFailed() distinguishes a full or failing disk from a name that exists
+  /// or is refused. A file with a failed write is never published.
+  [[nodiscard]] bool Publish(TakenName taken = TakenName::kKept);
 
   /// Closes and removes a file that was not published.
   void Discard();
@@ -202,7 +204,7 @@ class TNewFile {
   /// Writes some of the bytes: how many, or less than 1 on failure.
   [[nodiscard]] std::ptrdiff_t WriteSome(const std::byte* bytes, std::size_t count);
   /// Gives the complete file its name; on failure `write_failed_` is set if content was lost.
-  [[nodiscard]] bool GiveName();
+  [[nodiscard]] bool GiveName(TakenName taken);
   [[nodiscard]] bool NameTemporaryFile();
   [[nodiscard]] bool CloseFile();
 

@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <dirent.h>
 #include <fcntl.h>
+#include <filesystem>
 #include <memory>
 #include <sys/random.h>
 #include <sys/stat.h>
@@ -13,9 +14,12 @@
 
 #include "foundation/CText.h"
 #include "foundation/FileSystem.h"
+#include "foundation/Paths.h"
 
 namespace zaf {
 namespace {
+
+namespace fs = std::filesystem;
 
 /// Flags of every file that is examined: no waiting for a FIFO, no controlling terminal.
 constexpr int kLookFlags = O_RDONLY | O_NOCTTY | O_CLOEXEC | O_NONBLOCK;
@@ -35,6 +39,13 @@ auto Retry(Call call) {
 
 TFileIdentity IdentityOf(const struct stat& info) {
   return {static_cast<std::uint64_t>(info.st_dev), {static_cast<std::uint64_t>(info.st_ino)}};
+}
+
+/// Returns what exists at a path; none if it cannot be examined, with the reason in errno.
+std::optional<struct stat> Examine(std::string_view path) {
+  struct stat info {};
+  if (stat(std::string(path).c_str(), &info) != 0) return std::nullopt;
+  return info;
 }
 
 /// The directory part of a path, in which a new file of that path is created.
@@ -115,6 +126,49 @@ bool CopyContent(int source, TNewFile& target) {
 
 }  // namespace
 
+TPathInfo LookAt(std::string_view path) {
+  const auto info = Examine(path);
+  if (!info) return {errno == ENOENT || errno == ENOTDIR ? PathKind::kNothing : PathKind::kUnknown};
+  if (S_ISDIR(info->st_mode)) return {PathKind::kDirectory};
+  if (!S_ISREG(info->st_mode)) return {PathKind::kOther};
+  return {PathKind::kFile, static_cast<std::uint64_t>(info->st_size)};
+}
+
+bool AreSame(std::string_view one, std::string_view two) {
+  const auto first = Examine(one), second = Examine(two);
+  return first && second && IdentityOf(*first) == IdentityOf(*second);
+}
+
+bool VisitEntries(std::string_view directory, const EntryVisitor& visit) {
+  std::error_code error;
+  fs::directory_iterator entry(directory, error);
+  for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
+    std::error_code unknown;
+    const bool is_directory = entry->is_directory(unknown);
+    if (!is_directory || !entry->is_symlink(unknown))
+      visit(entry->path().filename().native(),
+            is_directory ? PathKind::kDirectory : PathKind::kUnknown);
+  }
+  return !error;
+}
+
+bool CopyTime(std::string_view from, std::string_view to) {
+  std::error_code error;
+  const fs::file_time_type time = fs::last_write_time(from, error);
+  if (!error) fs::last_write_time(to, time, error);
+  return !error;
+}
+
+bool IsNewer(std::string_view one, std::string_view two) {
+  std::error_code first_error, second_error;
+  const fs::file_time_type time = fs::last_write_time(one, first_error);
+  return time > fs::last_write_time(two, second_error) && !first_error && !second_error;
+}
+
+fs::path StreamPath(std::string_view path) { return path; }
+fs::path ToPath(std::string_view text) { return text; }
+std::string ToText(const fs::path& path) { return path.native(); }
+
 void PrepareProcess() {
   std::signal(SIGXFSZ, SIG_IGN);
   std::signal(SIGPIPE, SIG_IGN);
@@ -151,9 +205,8 @@ std::FILE* OpenStream(const CText& path, const char* mode) {
 bool RemoveFile(const CText& path) { return std::remove(path.GetCString()) == 0; }
 
 std::optional<TFileIdentity> GetWorkingDirectoryIdentity() {
-  struct stat info {};
-  if (stat(".", &info) != 0) return std::nullopt;
-  return IdentityOf(info);
+  const auto info = Examine(".");
+  return info ? std::optional(IdentityOf(*info)) : std::nullopt;
 }
 
 bool TDirectoryListing::ReadEntries(Identities identities) {
@@ -247,7 +300,17 @@ bool TNewFile::CloseFile() {
   return result == 0 || errno == EINTR;
 }
 
-bool TNewFile::GiveName() {
+bool TNewFile::GiveName(TakenName taken) {
+  if (taken == TakenName::kReplaced) {
+    // Only a rename replaces, and only a file that has a name is renamed.
+    std::uint64_t number = 0;
+    if (getrandom(&number, sizeof number, 0) != sizeof number) return false;
+    const std::string path = std::exchange(path_, TemporaryPath(number));
+    if (!GiveName(TakenName::kKept)) return false;
+    if (rename(path_.c_str(), path.c_str()) == 0) return true;
+    unlink(path_.c_str());
+    return false;
+  }
   if (!temporary_.empty()) return NameTemporaryFile();
   if (LinkUnnamed(Descriptor(handle_), path_.c_str())) return true;
   // ENOENT can also mean that /proc is not mounted, and file systems refuse links with various

@@ -155,14 +155,32 @@ bool IsHeld(DWORD error) {
   return error == ERROR_SHARING_VIOLATION || error == ERROR_LOCK_VIOLATION;
 }
 
-/// Repeats a call while it fails because the file is open elsewhere, for half a second at most.
-/// Returns the last result; GetLastError() is that of the last call.
+/// The same of a file that is to be replaced, which is denied while another program has it open.
+bool IsHeldOrDenied(DWORD error) { return IsHeld(error) || error == ERROR_ACCESS_DENIED; }
+
+/// Whether nothing is at a path.
+bool IsAbsence(DWORD error) {
+  switch (error) {
+    case ERROR_FILE_NOT_FOUND:
+    case ERROR_PATH_NOT_FOUND:
+    case ERROR_INVALID_NAME:
+    case ERROR_BAD_PATHNAME:
+    case ERROR_BAD_NETPATH:
+    case ERROR_BAD_NET_NAME:
+      return true;
+    default:
+      return false;
+  }
+}
+
+/// Makes a call until it succeeds or fails for another reason than that the file is held, for half
+/// a second at most. The last result; the system's last error is the call's.
 template <class Call>
-auto WhileHeld(Call call) {
+auto WhileHeld(Call call, bool (*is_held)(DWORD) = IsHeld) {
   constexpr DWORD kLongestPause = 256;
   for (DWORD pause = 1;; pause *= 2) {
     auto result = call();
-    if (result || !IsHeld(GetLastError()) || pause > kLongestPause) return result;
+    if (result || !is_held(GetLastError()) || pause > kLongestPause) return result;
     Sleep(pause);
   }
 }
@@ -183,17 +201,30 @@ std::optional<std::uint64_t> SizeOfRegularFile(HANDLE file) {
   return static_cast<std::uint64_t>(size.QuadPart);
 }
 
-/// The identity of a directory; none when the volume has none.
+/// Opens a file or directory to examine it, also a file that is held.
+TOpenFile OpenToExamine(const std::wstring& path) {
+  return OpenExisting(path, FILE_READ_ATTRIBUTES, FILE_FLAG_BACKUP_SEMANTICS);
+}
+
+std::uint64_t Join(DWORD high, DWORD low) { return std::uint64_t{high} << 32 | low; }
+
+/// The identity of a file or directory; none when the volume has none.
 std::optional<TFileIdentity> IdentityOf(const std::wstring& path) {
-  const TOpenFile directory = OpenExisting(path, FILE_READ_ATTRIBUTES, FILE_FLAG_BACKUP_SEMANTICS);
+  const TOpenFile file = OpenToExamine(path);
   FILE_ID_INFO info{};
+  BY_HANDLE_FILE_INFORMATION older{};
   TFileIdentity identity;
   static_assert(sizeof identity.file == sizeof info.FileId);
-  if (!directory || !GetFileInformationByHandleEx(directory.get(), FileIdInfo, &info, sizeof info))
-    return std::nullopt;
-  std::memcpy(identity.file.data(), &info.FileId, sizeof info.FileId);
-  if (identity == TFileIdentity{}) return std::nullopt;
-  identity.volume = info.VolumeSerialNumber;
+  if (!file) return std::nullopt;
+  if (GetFileInformationByHandleEx(file.get(), FileIdInfo, &info, sizeof info) != 0) {
+    std::memcpy(identity.file.data(), &info.FileId, sizeof info.FileId);
+    identity.volume = info.VolumeSerialNumber;
+  } else if (GetFileInformationByHandle(file.get(), &older) != 0) {
+    // File systems with identities of 64 bits, FAT for one.
+    identity.file[0] = Join(older.nFileIndexHigh, older.nFileIndexLow);
+    identity.volume = older.dwVolumeSerialNumber;
+  }
+  if (identity.file == TFileIdentity{}.file) return std::nullopt;
   return identity;
 }
 
@@ -208,31 +239,67 @@ bool IsDirectory(const WIN32_FIND_DATAW& entry) {
   return (entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0 && !IsNameLink(entry);
 }
 
-/// Sets whether the system deletes the file when its handle is closed, however the process ends.
+/// Calls `visit` for each entry that a pattern finds, but "." and "..".
+template <class Visit>
+bool VisitFound(const std::wstring& pattern, Visit visit) {
+  WIN32_FIND_DATAW entry{};
+  const auto search =
+      Own<TSearch>(FindFirstFileExW(pattern.c_str(), FindExInfoBasic, &entry, FindExSearchNameMatch,
+                                    nullptr, FIND_FIRST_EX_LARGE_FETCH));
+  // The root of an empty volume has not even a "." to find.
+  if (!search) return GetLastError() == ERROR_FILE_NOT_FOUND;
+  do {
+    const std::string name = ToUtf8(entry.cFileName);
+    if (name != "." && name != "..") visit(name, entry);
+  } while (FindNextFileW(search.get(), &entry) != 0);
+  return GetLastError() == ERROR_NO_MORE_FILES;
+}
+
+/// When a file was last changed.
+std::optional<FILETIME> TimeOf(std::string_view path) {
+  const TOpenFile file = OpenToExamine(SystemPath(path));
+  FILETIME time{};
+  if (!file || GetFileTime(file.get(), nullptr, nullptr, &time) == 0) return std::nullopt;
+  return time;
+}
+
+/// Says whether the system is to delete the file when its handle is closed, by whatever end.
 bool SetDeletion(HANDLE file, bool is_to_be_deleted) {
   FILE_DISPOSITION_INFO info{};
   info.DeleteFile = is_to_be_deleted;
   return SetFileInformationByHandle(file, FileDispositionInfo, &info, sizeof info) != 0;
 }
 
-/// The request to rename an open file; it fails if the new name is taken.
+/// The request to rename an open file.
 class TRenaming {
  public:
-  explicit TRenaming(const std::wstring& path)
-      : size_(sizeof(FILE_RENAME_INFO) + path.size() * sizeof(wchar_t)),
+  TRenaming(const std::wstring& path, TakenName taken)
+      : is_held_(taken == TakenName::kKept ? IsHeld : IsHeldOrDenied),
+        size_(sizeof(FILE_RENAME_INFO) + path.size() * sizeof(wchar_t)),
         buffer_(std::make_unique<std::byte[]>(size_)) {
     auto* const info = new (buffer_.get()) FILE_RENAME_INFO{};
+    info->ReplaceIfExists = taken == TakenName::kReplaced;
     info->FileNameLength = static_cast<DWORD>(path.size() * sizeof(wchar_t));
     std::memcpy(info->FileName, path.data(), info->FileNameLength);
   }
+  /// Renames a file that is to be deleted. It stays that unless it is renamed.
   [[nodiscard]] bool Apply(HANDLE file) const {
-    return WhileHeld([&] {
-      return SetFileInformationByHandle(file, FileRenameInfo, buffer_.get(),
-                                        static_cast<DWORD>(size_)) != 0;
-    });
+    const auto rename = [&] {
+      // A file that is to be deleted cannot be renamed.
+      if (SetDeletion(file, false) &&
+          SetFileInformationByHandle(file, FileRenameInfo, buffer_.get(),
+                                     static_cast<DWORD>(size_)) != 0)
+        return true;
+      const DWORD error = GetLastError();
+      SetDeletion(file, true);
+      SetLastError(error);
+      return false;
+    };
+    return WhileHeld(rename, is_held_);
   }
 
  private:
+  bool (*is_held_)(DWORD);
   std::size_t size_;
   std::unique_ptr<std::byte[]> buffer_;
 };
@@ -249,15 +316,53 @@ std::filesystem::path ToPath(std::string_view text) {
 
 std::string ToText(const std::filesystem::path& path) { return ToUtf8(path.native()); }
 
-bool IsLink(const std::filesystem::directory_entry& entry) {
-  WIN32_FIND_DATAW data{};
-  const auto search = Own<TSearch>(FindFirstFileExW(entry.path().c_str(), FindExInfoBasic, &data,
-                                                    FindExSearchNameMatch, nullptr, 0));
-  return search && IsNameLink(data);
+std::filesystem::path StreamPath(std::string_view path) { return SystemPath(path); }
+
+TPathInfo LookAt(std::string_view path) {
+  const std::wstring name = SystemPath(path);
+  if (name.empty()) return {};
+  const TOpenFile file = OpenToExamine(name);
+  if (!file) return {IsAbsence(GetLastError()) ? PathKind::kNothing : PathKind::kUnknown};
+  BY_HANDLE_FILE_INFORMATION info{};
+  if (GetFileType(file.get()) != FILE_TYPE_DISK) return {PathKind::kOther};
+  if (GetFileInformationByHandle(file.get(), &info) == 0) return {};
+  if ((info.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0) return {PathKind::kDirectory};
+  return {PathKind::kFile, Join(info.nFileSizeHigh, info.nFileSizeLow)};
 }
 
-// Errors are returned without a dialog.
-void PrepareProcess() { SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX); }
+bool AreSame(std::string_view one, std::string_view two) {
+  const auto first = IdentityOf(SystemPath(one));
+  return first && first == IdentityOf(SystemPath(two));
+}
+
+bool VisitEntries(std::string_view directory, const EntryVisitor& visit) {
+  std::string pattern(directory);
+  if (pattern.find_last_of("\\/:") + 1 != pattern.size()) pattern += '\\';
+  return VisitFound(SystemPath(pattern += '*'), [&](const std::string& name, const auto& entry) {
+    if (IsDirectory(entry))
+      visit(name, PathKind::kDirectory);
+    else if ((entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0)
+      visit(name, PathKind::kUnknown);
+  });
+}
+
+bool CopyTime(std::string_view from, std::string_view to) {
+  const std::optional<FILETIME> time = TimeOf(from);
+  const TOpenFile file = OpenExisting(SystemPath(to), FILE_WRITE_ATTRIBUTES, 0);
+  return time && file && SetFileTime(file.get(), nullptr, nullptr, &*time) != 0;
+}
+
+bool IsNewer(std::string_view one, std::string_view two) {
+  const std::optional<FILETIME> first = TimeOf(one), second = TimeOf(two);
+  return first && second && CompareFileTime(&*first, &*second) > 0;
+}
+
+void PrepareProcess() {
+  // Errors are returned; no dialog waits for an answer.
+  SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX);
+  // The C library writes to this stream byte by byte otherwise.
+  std::setvbuf(stderr, nullptr, _IOFBF, BUFSIZ);
+}
 
 TArguments::TArguments(int count, wchar_t** values) {
   PrepareProcess();
@@ -321,23 +426,14 @@ bool RemoveFile(const CText& path) {
 std::optional<TFileIdentity> GetWorkingDirectoryIdentity() { return IdentityOf(SystemPath(".")); }
 
 bool TDirectoryListing::ReadEntries(Identities identities) {
-  WIN32_FIND_DATAW entry{};
-  const auto search =
-      Own<TSearch>(FindFirstFileExW(SystemPath("*").c_str(), FindExInfoBasic, &entry,
-                                    FindExSearchNameMatch, nullptr, FIND_FIRST_EX_LARGE_FETCH));
-  // The root of an empty volume has not even a "." to find.
-  if (!search) return GetLastError() == ERROR_FILE_NOT_FOUND;
-  do {
-    std::string name = ToUtf8(entry.cFileName);
-    if (name == "." || name == "..") continue;
+  return VisitFound(SystemPath("*"), [&](const std::string& name, const auto& entry) {
     names.Append(name);
-    if (!IsDirectory(entry)) continue;
+    if (!IsDirectory(entry)) return;
     TFileIdentity identity;
     if (identities == Identities::kWanted)
       identity = IdentityOf(SystemPath(name)).value_or(TFileIdentity{});
-    subdirectories.push_back({std::move(name), identity});
-  } while (FindNextFileW(search.get(), &entry) != 0);
-  return GetLastError() == ERROR_NO_MORE_FILES;
+    subdirectories.push_back({name, identity});
+  });
 }
 
 TPresence ProbeFile(const CText& path) {
@@ -418,13 +514,11 @@ bool TNewFile::Seek(std::uint64_t offset) {
 
 std::uint64_t TNewFile::GetSize() const { return SizeOfRegularFile(Handle(handle_)).value_or(0); }
 
-bool TNewFile::GiveName() {
+bool TNewFile::GiveName(TakenName taken) {
   const HANDLE file = Handle(handle_);
-  const TRenaming renaming(MakeSystemPath(path_));
-  // A file that is marked for deletion cannot be renamed.
-  if (SetDeletion(file, false) && renaming.Apply(file)) return true;
+  const TRenaming renaming(MakeSystemPath(path_), taken);
+  if (renaming.Apply(file)) return true;
   write_failed_ = !IsNameRefusal(GetLastError());
-  SetDeletion(file, true);
   return false;
 }
 

@@ -1,28 +1,53 @@
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <string_view>
 
-/// Converts paths between the program's texts and the standard library. On Windows texts are UTF-8,
-/// whatever the code page of the system; elsewhere they are bytes and unchanged.
+/// Operations on paths, which are texts: on Windows UTF-8, whatever the code page of the system;
+/// elsewhere bytes. Paths may have any length that the system allows; on Windows the functions of
+/// the standard library fail for more than 260 characters. FileSystemPosix.cpp and
+/// FileSystemWindows.cpp implement these functions, FileSystem.cpp their common parts.
 namespace zaf {
 
-#ifdef _WIN32
-/// Bytes that are not UTF-8 become U+FFFD, so that no file is found. Separators at the end are
-/// removed: the standard library finds no directory of such a name.
+/// What exists at a path. Symbolic links are followed.
+enum class PathKind : std::uint8_t { kUnknown, kNothing, kFile, kDirectory, kOther };
+
+struct TPathInfo {
+  PathKind kind = PathKind::kUnknown;
+  std::uint64_t size = 0;  ///< Of a regular file, in bytes.
+};
+
+/// Examines what exists at a path; kUnknown if that is impossible.
+[[nodiscard]] TPathInfo LookAt(std::string_view path);
+[[nodiscard]] bool IsThere(std::string_view path);
+[[nodiscard]] bool IsDirectory(std::string_view path);
+
+/// Whether both paths refer to the same file or directory; false when that is unknown.
+[[nodiscard]] bool AreSame(std::string_view one, std::string_view two);
+
+/// Creates the directory and its missing parents. Returns whether it exists afterwards.
+[[nodiscard]] bool MakeDirectories(std::string_view path);
+
+/// Calls `visit` for each entry of a directory except ".", ".." and links to directories, in any
+/// order. The kind is kDirectory for directories only. False if not all entries could be read.
+using EntryVisitor = std::function<void(std::string_view name, PathKind kind)>;
+[[nodiscard]] bool VisitEntries(std::string_view directory, const EntryVisitor& visit);
+
+/// Gives the file `to` the modification time of `from`; false on failure.
+[[nodiscard]] bool CopyTime(std::string_view from, std::string_view to);
+
+/// Whether `one` was modified after `two`; false when that is unknown.
+[[nodiscard]] bool IsNewer(std::string_view one, std::string_view two);
+
+/// Converts a path for a stream of the standard library.
+[[nodiscard]] std::filesystem::path StreamPath(std::string_view path);
+
+/// Convert a text to a path that is only taken apart, not opened, and back. On Windows bytes that
+/// are not UTF-8 become U+FFFD, which no name has.
 [[nodiscard]] std::filesystem::path ToPath(std::string_view text);
 [[nodiscard]] std::string ToText(const std::filesystem::path& path);
-/// Whether an entry is a symbolic link or a junction; the standard library does not detect the
-/// latter.
-[[nodiscard]] bool IsLink(const std::filesystem::directory_entry& entry);
-#else
-inline std::filesystem::path ToPath(std::string_view text) { return text; }
-inline std::string ToText(const std::filesystem::path& path) { return path.string(); }
-inline bool IsLink(const std::filesystem::directory_entry& entry) {
-  std::error_code error;
-  return entry.is_symlink(error);
-}
-#endif
 
 }  // namespace zaf

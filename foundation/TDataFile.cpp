@@ -288,6 +288,6 @@ Status TDataFile::ChargeRecords(std::uint64_t bytes) {
   return Status::kOk;
 }
 
-Status TDataFile::Publish() { return Result(new_file_.Publish()); }
+Status TDataFile::Publish(TakenName taken) { return Result(new_file_.Publish(taken)); }
 
 }  // namespace zaf

@@ -99,8 +99,9 @@ class TDataFile : public TDiskFile {
   /// Starts a new file that gets the name `name` only when it is published. Otherwise as Open.
   Status OpenNew(const CText& name);
   /// Gives a file opened with OpenNew its name and closes it. Fails, and discards the file, when
-  /// the name exists already or the content could not be stored.
-  Status Publish();
+  /// the name exists already, unless that file is to be replaced, or when the content could not
+  /// be stored.
+  Status Publish(TakenName taken = TakenName::kKept);
   /// Whether the content of a file opened with OpenNew could not be stored: Write failed, or
   /// Publish did for lack of space, or no file of this system can have that name. When OpenNew or
   /// Publish fails and this is false, the name could not be created.

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
-#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <memory>
@@ -26,11 +25,13 @@
 namespace zaf {
 namespace {
 
-namespace fs = std::filesystem;
 using Clock = std::chrono::steady_clock;
 
 constexpr std::string_view kStandardStream = "-";
 constexpr int kSignalBase = 128;
+
+/// The directory part of a path; empty when it is a name alone.
+std::string DirectoryOf(const std::string& path) { return ToText(ToPath(path).parent_path()); }
 
 double SecondsSince(Clock::time_point begin) {
   return std::chrono::duration<double>(Clock::now() - begin).count();
@@ -82,11 +83,9 @@ class TReportFile {
       file_ = stdout;
       return;
     }
-    std::error_code error;
-    if (fs::is_regular_file(ToPath(path), error) && !IsReport(path))
+    if (LookAt(path).kind == PathKind::kFile && !IsReport(path))
       throw TToolError(ExitStatus::kUsage, path + " exists and is no report; it is left as it is");
-    if (const fs::path directory = ToPath(path).parent_path(); !directory.empty())
-      fs::create_directories(directory, error);
+    static_cast<void>(MakeDirectories(DirectoryOf(path)));
     file_ = OpenStream(CText(path), "wb");
     if (file_ == nullptr) throw TToolError(ExitStatus::kCannotWrite, Failure());
   }
@@ -108,7 +107,7 @@ class TReportFile {
 
  private:
   static bool IsReport(const std::string& path) {
-    std::ifstream file(ToPath(path), std::ios::binary);
+    std::ifstream file(StreamPath(path), std::ios::binary);
     std::string begin(10, '\0');
     file.read(begin.data(), static_cast<std::streamsize>(begin.size()));
     return file.gcount() == 0 || begin.starts_with("{\"input\":") || begin == "{\"summary\"";
@@ -205,19 +204,17 @@ class TFileRun {
   /// Whether OUTPUT is the only output and not a directory.
   static bool IsSingleOutput(const TRunOptions& options, const std::vector<TInputRoot>& roots) {
     if (options.command == FileCommand::kCheck) return false;
-    std::error_code error;
     const bool is_file = roots.size() == 1 && roots.front().path == roots.front().base &&
-                         !fs::is_directory(ToPath(roots.front().path), error);
+                         !IsDirectory(roots.front().path);
     if (options.output == kStandardStream) {
       if (is_file) return true;
       throw TToolError(ExitStatus::kUsage, "Only one file can be written to standard output");
     }
     for (const TInputRoot& root : roots)
-      if (roots.size() == 1 && fs::equivalent(ToPath(root.path), ToPath(options.output), error))
+      if (roots.size() == 1 && AreSame(root.path, options.output))
         throw TToolError(ExitStatus::kUsage, "The output is the input");
     const char last = options.output.back();
-    return is_file && last != '/' && last != kPathSeparator &&
-           !fs::is_directory(ToPath(options.output), error);
+    return is_file && last != '/' && last != kPathSeparator && !IsDirectory(options.output);
   }
 
   void CountInputs() {
@@ -226,16 +223,14 @@ class TFileRun {
   }
 
   bool MakeDirectoryOf(const std::string& output) {
-    const fs::path directory = ToPath(output).parent_path();
+    const std::string directory = DirectoryOf(output);
     if (directory.empty() || directory == last_directory_) return true;
-    std::error_code error;
-    fs::create_directories(directory, error);
-    if (fs::is_directory(directory, error)) {
+    if (MakeDirectories(directory)) {
       last_directory_ = directory;
       return true;
     }
-    if (is_single_ || !fs::is_directory(ToPath(options_.output), error))
-      Stop("The directory " + ToText(directory) + " cannot be made");
+    if (is_single_ || !IsDirectory(options_.output))
+      Stop("The directory " + directory + " cannot be made");
     return false;
   }
 
@@ -345,7 +340,7 @@ class TFileRun {
   TConsole console_;
   const std::vector<TInputRoot>& roots_;
   TInputWalk walk_;
-  fs::path last_directory_;     ///< The directory of the last output, which exists.
+  std::string last_directory_;  ///< The directory of the last output, which exists.
   std::uint64_t expected_ = 0;  ///< The number of inputs, if progress is shown.
   TTotals totals_;
   std::optional<std::string> stop_reason_;  ///< Set when nothing more can be written.

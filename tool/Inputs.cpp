@@ -19,6 +19,8 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::string_view kStandardStream = "-";
+/// What ends a directory or a drive.
+constexpr std::string_view kDirectoryEnds{"/\\:", kPathSeparator == '/' ? 1 : 3};
 
 bool HasExtension(std::string_view name, std::string_view extension) {
   return name.size() > extension.size() && name[name.size() - extension.size() - 1] == '.' &&
@@ -46,18 +48,19 @@ std::string PathBelow(std::string_view path, std::string_view base) {
 }
 
 std::string_view NameOf(std::string_view path) {
-  constexpr std::string_view kSeparators{"/\\", kPathSeparator == '/' ? 1 : 2};
-  return path.substr(path.find_last_of(kSeparators) + 1);
+  return path.substr(path.find_last_of(kDirectoryEnds) + 1);
 }
 
 void ReadList(const TRunOptions& options, std::vector<TInputRoot>& roots) {
   std::ifstream file;
   if (options.files_from != kStandardStream)
-    file.open(ToPath(options.files_from), std::ios::binary);
+    file.open(StreamPath(options.files_from), std::ios::binary);
   std::istream& list = options.files_from == kStandardStream ? std::cin : file;
   const char end = options.is_null_separated ? '\0' : '\n';
-  for (std::string line; std::getline(list, line, end);)
+  for (std::string line; std::getline(list, line, end);) {
+    if (kPathSeparator != '/' && line.ends_with('\r')) line.pop_back();
     if (!line.empty()) roots.push_back({line, line, {}, {}});
+  }
   if (!list.eof())
     throw TToolError(ExitStatus::kUsage, "The list " + options.files_from + " cannot be read");
 }
@@ -70,7 +73,7 @@ void FindRivals(const TRunOptions& options, std::vector<TInputRoot>& roots) {
     if (root.path != root.base || !options.filter.Takes(name)) continue;
     const auto [place, is_new] = roots_by_output.try_emplace(OutputName(name, options), &root);
     if (is_new) continue;
-    if (fs::is_directory(ToPath(place->second->path)))
+    if (IsDirectory(place->second->path))
       place->second = &root;
     else
       root.rival = place->second->path;
@@ -102,15 +105,13 @@ std::vector<TInputRoot> GatherRoots(const TRunOptions& options) {
 class TInputWalk::TRootWalk {
  public:
   TRootWalk(const TInputRoot& root, const TRunOptions& options) : root_(root), options_(options) {
-    std::error_code error;
-    const fs::file_status status = fs::status(ToPath(root.path), error);
     input_.base = root.base;
     path_ = root.path;
-    if (fs::is_directory(status)) {
+    if (IsDirectory(root.path)) {
       EnterDirectory();
       return;
     }
-    input_.kind = fs::exists(status) ? InputKind::kFile : InputKind::kMissing;
+    input_.kind = IsThere(root.path) ? InputKind::kFile : InputKind::kMissing;
     input_.rival = root.rival;
     is_single_ = true;
   }
@@ -171,14 +172,15 @@ class TInputWalk::TRootWalk {
 
   /// Lists the directory at `path_` in a new level, unless it is the output.
   void EnterDirectory() {
-    std::error_code error;
-    if (!options_.output.empty() && fs::equivalent(ToPath(path_), ToPath(options_.output), error))
-      return;
+    if (!options_.output.empty() && AreSame(path_, options_.output)) return;
     TLevel level;
-    fs::directory_iterator entry(ToPath(path_), error);
-    for (; !error && entry != fs::directory_iterator(); entry.increment(error))
-      AddName(*entry, level);
-    if (error) {
+    const auto add = [&](std::string_view name, PathKind kind) {
+      if (kind != PathKind::kDirectory && HasAnyExtension(name, options_.extensions))
+        level.names.Append(name);
+      else if (kind == PathKind::kDirectory && options_.recurse)
+        level.names.Append(std::string(name) + kPathSeparator);
+    };
+    if (!VisitEntries(path_, add)) {
       input_.kind = InputKind::kUnreadableDirectory;
       input_.rival.clear();
       is_unreadable_ = true;
@@ -190,18 +192,6 @@ class TInputWalk::TRootWalk {
     level.path_size = path.size();
     path_ = std::move(path);
     levels_.push_back(std::move(level));
-  }
-
-  /// A link to a directory is neither a directory nor a file.
-  void AddName(const fs::directory_entry& entry, TLevel& level) const {
-    std::error_code error;
-    const std::string name = ToText(entry.path().filename());
-    const bool is_link = IsLink(entry);
-    const bool is_directory = entry.is_directory(error);
-    if (is_directory && !is_link && options_.recurse)
-      level.names.Append(name + kPathSeparator);
-    else if (!is_directory && HasAnyExtension(name, options_.extensions))
-      level.names.Append(name);
   }
 
   /// An earlier file in the directory whose name differs only in the extension.
@@ -273,7 +263,7 @@ std::string OutputName(std::string_view input, const TRunOptions& options) {
 
 std::string JoinPaths(std::string_view directory, std::string_view name) {
   std::string path(directory);
-  if (!path.empty() && path.back() != kPathSeparator && path.back() != '/') path += kPathSeparator;
+  if (path.find_last_of(kDirectoryEnds) + 1 != path.size()) path += kPathSeparator;
   return path += name;
 }
 

@@ -3,15 +3,12 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
-#include <filesystem>
 #include <limits>
 
 #include "foundation/Paths.h"
 
 namespace zaf {
 namespace {
-
-namespace fs = std::filesystem;
 
 /// A code and its sentence: what was found, what was expected and what was done. `{}` is replaced
 /// by the output.
@@ -63,13 +60,12 @@ TInputError Fill(const TSentence& sentence, const TInputRecord& record) {
 }
 
 TSentence SentenceOfUnopened(const std::string& path) {
-  std::error_code error;
-  const fs::file_status status = fs::status(ToPath(path), error);
-  if (status.type() == fs::file_type::not_found) return kNotFound;
-  if (!fs::is_regular_file(status)) return error ? kNotOpened : kNoFile;
-  const std::uintmax_t size = fs::file_size(ToPath(path), error);
-  if (!error && size == 0) return kEmpty;
-  return !error && size > std::numeric_limits<std::uint32_t>::max() ? kTooLarge : kNotOpened;
+  const TPathInfo info = LookAt(path);
+  if (info.kind == PathKind::kNothing) return kNotFound;
+  if (info.kind == PathKind::kUnknown) return kNotOpened;
+  if (info.kind != PathKind::kFile) return kNoFile;
+  if (info.size == 0) return kEmpty;
+  return info.size > std::numeric_limits<std::uint32_t>::max() ? kTooLarge : kNotOpened;
 }
 
 TSentence SentenceOfUnread(Status status) {
@@ -84,18 +80,18 @@ TSentence SentenceOfUnread(Status status) {
 }
 
 TSentence SentenceOf(const TInputRecord& record) {
-  std::error_code error;
   switch (record.result.outcome) {
     case FileOutcome::kInputNotOpened:
       return SentenceOfUnopened(record.input.path);
     case FileOutcome::kInputNotRead:
       return SentenceOfUnread(record.result.status);
     case FileOutcome::kOutputExists:
-      return fs::equivalent(ToPath(record.input.path), ToPath(record.output), error) ? kIsInput
-                                                                                     : kExists;
+      return AreSame(record.input.path, record.output) ? kIsInput : kExists;
     case FileOutcome::kOutputNotCreated:
       if (record.result.is_replaced) return kNotReplaced;
-      return fs::exists(ToPath(record.output), error) ? kExists : kNotCreated;
+      return IsThere(record.output) ? kExists : kNotCreated;
+    case FileOutcome::kOutputRefused:
+      return kNotCreated;
     case FileOutcome::kOutputNotWritten:
       return record.result.is_disk_failure ? kNotStored : kNotSaved;
     case FileOutcome::kTimeNotKept:

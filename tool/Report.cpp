@@ -232,7 +232,7 @@ std::string ReportLine(const TTotals& totals) {
 
 std::vector<TFailedInput> ReadFailedInputs(const std::string& report) {
   std::ifstream file;
-  if (report != "-") file.open(ToPath(report), std::ios::binary);
+  if (report != "-") file.open(StreamPath(report), std::ios::binary);
   std::istream& lines = report == "-" ? std::cin : file;
   std::vector<TFailedInput> failed;
   try {

@@ -1,6 +1,5 @@
 #include <cstdint>
 #include <cstdio>
-#include <filesystem>
 #include <fstream>
 #include <memory>
 #include <string>
@@ -24,29 +23,21 @@ struct TShowOptions {
   std::string html;  ///< Path of the page. Empty: none.
 };
 
-/// Writes the page to the file `path`, which may be an older page, but nothing else. That one is
-/// replaced in one step.
+/// Writes the page to the file `path`; replaces an older page in one step, but no other file.
 void WritePage(const std::string& path, std::string page) {
-  std::error_code error;
-  if (std::filesystem::exists(ToPath(path), error)) {
-    std::ifstream file(ToPath(path), std::ios::binary);
+  if (IsThere(path)) {
+    std::ifstream file(StreamPath(path), std::ios::binary);
     std::string begin(kPageBegin.size(), '\0');
     file.read(begin.data(), static_cast<std::streamsize>(begin.size()));
     if (begin != kPageBegin)
       throw TToolError(ExitStatus::kUsage,
                        path + " exists and is no page of this program; it is left as it is");
   }
-  const std::filesystem::path temporary = TemporaryPath(ToPath(path));
   TDataFile file;
-  if (page.size() <= UINT32_MAX && file.OpenNew(CText(ToText(temporary))) == Status::kOk &&
-      file.Write(static_cast<std::uint32_t>(page.size()), page.data()) == Status::kOk &&
-      file.Publish() == Status::kOk)
-    std::filesystem::rename(temporary, ToPath(path), error);
-  else
-    error = std::make_error_code(std::errc::io_error);
-  if (!error) return;
-  std::filesystem::remove(temporary, error);
-  throw TToolError(ExitStatus::kCannotWrite, "The page " + path + " cannot be written");
+  if (page.size() > UINT32_MAX || file.OpenNew(CText(path)) != Status::kOk ||
+      file.Write(static_cast<std::uint32_t>(page.size()), page.data()) != Status::kOk ||
+      file.Publish(TakenName::kReplaced) != Status::kOk)
+    throw TToolError(ExitStatus::kCannotWrite, "The page " + path + " cannot be written");
 }
 
 int Show(const TShowOptions& options) {

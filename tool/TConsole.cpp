@@ -14,6 +14,7 @@ namespace {
 void Write(std::string_view text) {
   // A failure here cannot be reported.
   static_cast<void>(std::fwrite(text.data(), 1, text.size(), stderr));
+  static_cast<void>(std::fflush(stderr));
 }
 
 bool IsWanted(When when, bool usual) {

@@ -22,20 +22,22 @@ namespace {
 
 constexpr std::size_t kUsualWidth = 80;
 
+#ifdef _WIN32
+/// Whether a standard stream is a console that takes escape sequences, which older ones do not
+/// know.
+bool IsConsole(DWORD stream) {
+  const HANDLE console = GetStdHandle(stream);
+  DWORD mode = 0;
+  return GetConsoleMode(console, &mode) != 0 &&
+         SetConsoleMode(console, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING) != 0;
+}
+#endif
+
 }  // namespace
 
 bool IsErrorTerminal() {
 #ifdef _WIN32
-  // Colours and progress use escape sequences, which older consoles do not support.
-  const HANDLE console = GetStdHandle(STD_ERROR_HANDLE);
-  DWORD mode = 0;
-  if (GetConsoleMode(console, &mode) == 0 ||
-      SetConsoleMode(console, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING) == 0)
-    return false;
-  // Names in messages are UTF-8.
-  static const UINT code_page = GetConsoleOutputCP();
-  std::atexit([] { SetConsoleOutputCP(code_page); });
-  return SetConsoleOutputCP(CP_UTF8) != 0;
+  return IsConsole(STD_ERROR_HANDLE);
 #else
   return isatty(STDERR_FILENO) != 0;
 #endif
@@ -43,7 +45,7 @@ bool IsErrorTerminal() {
 
 bool IsOutputTerminal() {
 #ifdef _WIN32
-  return _isatty(_fileno(stdout)) != 0;
+  return IsConsole(STD_OUTPUT_HANDLE);
 #else
   return isatty(STDOUT_FILENO) != 0;
 #endif
@@ -61,9 +63,19 @@ std::size_t GetTerminalWidth() {
   return kUsualWidth;
 }
 
-void SetBinaryOutput() {
+void PrepareOutput() {
 #ifdef _WIN32
   _setmode(_fileno(stdout), _O_BINARY);
+  // The C library writes to a console byte by byte, which splits characters.
+  std::setvbuf(stdout, nullptr, _IOFBF, BUFSIZ);
+  static const UINT code_page = GetConsoleOutputCP();
+  if (code_page == 0) return;  // There is no console.
+  std::atexit([] {
+    std::fflush(stdout);
+    std::fflush(stderr);
+    SetConsoleOutputCP(code_page);
+  });
+  SetConsoleOutputCP(CP_UTF8);
 #endif
 }
 

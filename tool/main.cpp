@@ -52,7 +52,7 @@ void RefuseEmptyValues(const CLI::App& program) {
 int main(int argument_count, zaf::TArgumentCharacter** argument_values) {
   try {
     const zaf::TArguments arguments(argument_count, argument_values);
-    zaf::SetBinaryOutput();
+    zaf::PrepareOutput();
     CLI::App program("Brings applications of Zanfo 3.x over to XML documents, and back.", "zaf");
     program.set_version_flag("--version", "zaf " + std::string(zaf::kVersion));
     program.require_subcommand(1);

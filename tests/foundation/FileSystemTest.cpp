@@ -1,8 +1,12 @@
+#include <chrono>
 #include <cstdlib>
+#include <fstream>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <map>
 
 #include "foundation/FileSystem.h"
+#include "foundation/Paths.h"
 #include "foundation/TDataFile.h"
 #include "tests/foundation/TTestDirectory.h"
 
@@ -12,6 +16,7 @@ namespace {
 using test::TTestDirectory;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::Pair;
 
 TEST(FileSystem, PatternsMatchIgnoringCase) {
   for (const char* name : {"A.ZaF", ".zaf", "a.zaf.zafzaf.zaf"})
@@ -60,9 +65,54 @@ std::string Content(const CText& path) {
                                                           : "not opened";
 }
 
-bool WriteNew(const CText& path, std::string_view content) {
+bool WriteNew(const CText& path, std::string_view content, TakenName taken = TakenName::kKept) {
   TNewFile file;
-  return file.Open(path) && file.Write(content.data(), content.size()) && file.Publish();
+  return file.Open(path) && file.Write(content.data(), content.size()) && file.Publish(taken);
+}
+
+TEST(FileSystem, NewFileHasANameOfAnyLengthAndReplacesOnlyOnRequest) {
+  const TTestDirectory directory;
+  ASSERT_TRUE(EnterDirectory(directory.Name(".")));
+  for (std::size_t length = 1; length <= 40; ++length) {
+    const std::string name(length, 'n');
+    EXPECT_TRUE(WriteNew(CText(name), "old")) << length;
+    EXPECT_FALSE(WriteNew(CText(name), "new")) << length;
+    EXPECT_EQ(directory.Read(name), "old");
+    EXPECT_TRUE(WriteNew(CText(name), "newer", TakenName::kReplaced)) << length;
+    EXPECT_EQ(directory.Read(name), "newer");
+  }
+  EXPECT_EQ(directory.List().size(), 40U);
+}
+
+TEST(FileSystem, PathsMayBeLongerThanTheStandardLibraryAllows) {
+  const TTestDirectory directory;
+  std::string path = directory.Path();
+  for (int i = 0; i < 3; ++i) path += kPathSeparator + std::string(200, 'd');
+  const std::string file = path + kPathSeparator + "file";
+  EXPECT_EQ(LookAt(file).kind, PathKind::kNothing);
+  EXPECT_TRUE(MakeDirectories(path + kPathSeparator) &&
+              MakeDirectories(path + kPathSeparator + "d"));
+  std::ofstream(StreamPath(file)) << "content";
+  EXPECT_FALSE(MakeDirectories(file));
+  EXPECT_EQ(LookAt(file).size, 7U);
+  EXPECT_TRUE(AreSame(file, path + kPathSeparator + "d/../file") && !AreSame(file, path));
+  EXPECT_TRUE(WriteNew(CText(file + "2"), ""));
+  const auto now = std::filesystem::file_time_type::clock::now();
+  std::filesystem::last_write_time(StreamPath(file), now - std::chrono::hours(1));
+  EXPECT_TRUE(IsNewer(file + "2", file) && !IsNewer(file, file + "2"));
+  EXPECT_TRUE(CopyTime(file, file + "2") && !IsNewer(file + "2", file));
+  std::map<std::string, bool, std::less<>> entries;
+  EXPECT_TRUE(VisitEntries(path, [&](std::string_view name, PathKind kind) {
+    entries.emplace(name, kind == PathKind::kDirectory);
+  }));
+  EXPECT_THAT(entries, ElementsAre(Pair("d", true), Pair("file", false), Pair("file2", false)));
+  // The library's functions cannot remove paths of such a length on every system.
+  EXPECT_TRUE(RemoveFile(CText(file)) && RemoveFile(CText(file + "2")));
+  EXPECT_TRUE(DeleteDirectory(CText(path + kPathSeparator + "d")));
+  while (path != directory.Path()) {
+    EXPECT_TRUE(DeleteDirectory(CText(path)));
+    path.resize(path.rfind(kPathSeparator));
+  }
 }
 
 TEST(FileSystem, NamesThatDifferOnlyOutsideAsciiAreDifferentFiles) {

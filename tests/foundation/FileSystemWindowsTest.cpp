@@ -64,6 +64,24 @@ TEST(FileSystem, HeldFileIsTriedAgainAndThenReported) {
   EXPECT_TRUE(input.Open(name));
 }
 
+TEST(FileSystem, HeldFileIsReplacedWhenItIsLetGo) {
+  const TTestDirectory directory;
+  directory.Write("file", "old");
+  const auto replace = [&] {
+    TNewFile output;
+    return output.Open(directory.Name("file")) && output.Publish(TakenName::kReplaced);
+  };
+  const HANDLE scanner = CreateFileA(directory.Path("file").c_str(), GENERIC_READ, FILE_SHARE_READ,
+                                     nullptr, OPEN_EXISTING, 0, nullptr);
+  EXPECT_FALSE(replace());
+  EXPECT_THAT(directory.List(), ElementsAre("file"));
+  std::jthread end_of_scan([&] {
+    Sleep(50);
+    CloseHandle(scanner);
+  });
+  EXPECT_TRUE(replace());
+}
+
 TEST(FileSystem, FailedRenameLeavesNothing) {
   const TTestDirectory directory;
   TNewFile output;
