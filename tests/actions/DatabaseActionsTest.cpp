@@ -167,6 +167,8 @@ TEST(SearchSpecification, RefusedJoinIsNotKept) {
       search.ReadXml({TOutputIndex({}), data_sources, references}, document.getDocumentElement()),
       Status::kMalformed);
   EXPECT_TRUE(search.IsEqual(TDeleteSpecification()));
+  EXPECT_EQ(references.Charge((4U << 20) + 1), Status::kMalformed);
+  EXPECT_EQ(references.Charge(1), Status::kMalformed);
 }
 
 TEST(TransCloseSpecification, PlatformTellsTheEndTypeAndNoDataSourceIsWritten) {

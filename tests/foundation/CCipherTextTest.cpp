@@ -17,10 +17,11 @@ TEST(CipherText, FormIsFixed) {
 }
 
 TEST(CipherText, WhatDoesNotDecipherStays) {
-  // Without the mark, with an upper-case digit, with half a byte, cut, with other padding.
+  // Without the mark, with an upper-case digit, with half a byte, cut, with other padding, with
+  // more padding than a block.
   for (const std::string_view kept :
        {"0176cbfedf2c0be3", "ZC1:0176CBFEDF2C0BE3", "ZC1:0176cbfedf2c0be", "ZC1:0176cbfedf2c0b",
-        "ZC1:0176cbfedf2c0be4", "ZC1:"}) {
+        "ZC1:0176cbfedf2c0be4", "ZC1:", "ZC1:f9cb5f2e3d8f2bde5b9860de6ea1e89c"}) {
     CCipherText text(kept);
     text.Decipher();
     EXPECT_EQ(text.View(), kept);
