@@ -1,6 +1,7 @@
 #include "appfile/TZanfoFile.h"
 
 #include <algorithm>
+#include <array>
 #include <limits>
 #include <mutex>
 #include <string_view>
@@ -40,33 +41,37 @@ std::size_t FirstLineSize(std::string_view content) {
   return end + (content.substr(end).starts_with("\r\n") ? 2 : 1);
 }
 
-/// A buffer for the bytes of documents, reused for each.
-struct TSharedOutput {
+/// Buffers that threads have used for documents and that later documents use. A few are enough:
+/// each saves only allocations.
+struct TSpareOutputs {
   std::mutex mutex;
-  dom::OutputBuffer buffer;
+  std::array<dom::OutputBuffer, 32> buffers;
+  std::size_t count = 0;
 };
-TSharedOutput shared_output;
+TSpareOutputs spare_outputs;
 
-/// An empty buffer for one document: the shared one, or one of its own while another thread uses
-/// that.
+/// An empty buffer for one document, a spare one if there is one.
 class TOutput {
  public:
-  TOutput() : lock_(shared_output.mutex, std::try_to_lock) {}
+  TOutput() {
+    const std::lock_guard lock(spare_outputs.mutex);
+    if (spare_outputs.count > 0) buffer_ = std::move(spare_outputs.buffers[--spare_outputs.count]);
+  }
   ~TOutput() {
-    if (!lock_) return;
-    shared_output.buffer.Clear();
+    buffer_.Clear();
     // Only enciphered documents, which are written in one piece, need more.
-    if (shared_output.buffer.Capacity() > dom::OutputBuffer::kMostHeld)
-      shared_output.buffer = dom::OutputBuffer();
+    if (buffer_.Capacity() > dom::OutputBuffer::kMostHeld) return;
+    const std::lock_guard lock(spare_outputs.mutex);
+    if (spare_outputs.count < spare_outputs.buffers.size())
+      spare_outputs.buffers[spare_outputs.count++] = std::move(buffer_);
   }
   TOutput(const TOutput&) = delete;
   TOutput& operator=(const TOutput&) = delete;
 
-  dom::OutputBuffer& Buffer() { return lock_ ? shared_output.buffer : own_; }
+  dom::OutputBuffer& Buffer() { return buffer_; }
 
  private:
-  std::unique_lock<std::mutex> lock_;
-  dom::OutputBuffer own_;
+  dom::OutputBuffer buffer_;
 };
 
 /// Writes a document to a file while it is serialised. Fails if it has 4 GiB or more.

@@ -19,7 +19,7 @@ namespace {
 constexpr std::uint64_t kWorkPerByte = 8;
 constexpr std::uint64_t kLeastWork = std::uint64_t{16} << 20;
 
-/// Largest image in bytes whose memory is kept for the next file when a file is closed: the first
+/// Largest image in bytes whose memory is kept for another file when a file is closed: the first
 /// access to a new page costs more than reading the page from the file. Nothing is kept under
 /// sanitizers, which then see an image of exactly the file's size.
 #ifdef ZAF2XML_SANITIZED
@@ -28,35 +28,43 @@ constexpr std::size_t kMostKept = 0;
 constexpr std::size_t kMostKept = std::size_t{4} << 20;
 #endif
 
-/// The memory of one image, shared by all files. Owns it.
-class TSpareImage {
+/// The memory of closed files, which the next ones use: a list of blocks, as many as were open at a
+/// time. Owns them; each begins with its own entry of the list.
+class TSpareImages {
  public:
-  TSpareImage() = default;
-  TSpareImage(const TSpareImage&) = delete;
-  TSpareImage& operator=(const TSpareImage&) = delete;
-  ~TSpareImage() { heap::Free(bytes_); }
+  TSpareImages() = default;
+  TSpareImages(const TSpareImages&) = delete;
+  TSpareImages& operator=(const TSpareImages&) = delete;
+  ~TSpareImages() {
+    while (first_ != nullptr) heap::Free(std::exchange(first_, first_->next));
+  }
 
-  /// Releases the memory to the caller; null when there is none.
+  /// Releases a block to the caller; null when there is none.
   std::byte* Take(std::size_t& capacity) {
     const std::lock_guard lock(mutex_);
-    capacity = std::exchange(capacity_, 0);
-    return std::exchange(bytes_, nullptr);
+    TBlock* const block = first_;
+    capacity = block == nullptr ? 0 : block->capacity;
+    if (block != nullptr) first_ = block->next;
+    return reinterpret_cast<std::byte*>(block);
   }
-  /// Exchanges the caller's block for the kept one when it is larger and not above kMostKept.
-  void Keep(std::byte*& bytes, std::size_t& capacity) {
+  /// Takes a block of that capacity, or null; frees one above kMostKept.
+  void Keep(std::byte* bytes, std::size_t capacity) {
+    if (capacity < sizeof(TBlock) || capacity > kMostKept) return heap::Free(bytes);
     const std::lock_guard lock(mutex_);
-    if (capacity > kMostKept || capacity <= capacity_) return;
-    std::swap(bytes, bytes_);
-    std::swap(capacity, capacity_);
+    first_ = new (bytes) TBlock{first_, capacity};
   }
 
  private:
+  struct TBlock {
+    TBlock* next;
+    std::size_t capacity;
+  };
+
   std::mutex mutex_;
-  std::byte* bytes_ = nullptr;
-  std::size_t capacity_ = 0;
+  TBlock* first_ = nullptr;
 };
 
-TSpareImage spare_image;
+TSpareImages spare_images;
 
 /// The C library's name of a mode other than kRead.
 const char* StreamMode(TOpenMode mode) {
@@ -176,7 +184,7 @@ bool TDataFile::AllocateImage(std::uint64_t size) {
       std::numeric_limits<std::uint32_t>::max(), std::numeric_limits<std::size_t>::max() - 1);
   if (size > kMost) return false;
   const auto needed = static_cast<std::size_t>(size) + 1;
-  image_ = spare_image.Take(image_capacity_);
+  image_ = spare_images.Take(image_capacity_);
   if (image_capacity_ >= needed) return true;
   heap::Free(image_);
   image_ = static_cast<std::byte*>(heap::Allocate(needed));
@@ -199,8 +207,7 @@ void TDataFile::SetLimits(std::uint32_t size) {
 }
 
 void TDataFile::FreeImage() {
-  spare_image.Keep(image_, image_capacity_);
-  heap::Free(image_);
+  spare_images.Keep(image_, image_capacity_);
   image_ = nullptr;
   image_capacity_ = 0;
   is_in_memory_ = is_plain_image_ = false;
