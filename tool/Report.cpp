@@ -96,7 +96,12 @@ struct TLine {
     text += json;
     return *this;
   }
-  TLine& Quoted(std::string_view plain) { return Raw("\"").Raw(plain).Raw("\""); }
+  TLine& Quoted(std::string_view plain) {
+    text += '"';
+    text += plain;
+    text += '"';
+    return *this;
+  }
   /// A text in UTF-8; what is not UTF-8 becomes U+FFFD.
   TLine& Text(std::string_view value) {
     return IsPlain(value) ? Quoted(value) : Raw(DumpJson(std::string(value)));
@@ -143,18 +148,20 @@ void AppendError(const TInputError& error, const TErrorPlace& place, TLine& line
   line.Key("line").NumberOrNull(place.line).Key("column").NumberOrNull(place.column).Raw("}");
 }
 
-/// Appends an object. Its keys are constants for speed, as there are many losses.
+/// Appends an object. There are many losses, so it takes few pieces.
 void AppendLoss(const TLoss& loss, TLine& line) {
-  line.Raw(R"({"code":)").Quoted(LossWord(loss.code));
-  line.Raw(R"(,"level":)").Quoted(IsLoss(loss.code) ? "loss" : "note");
-  line.Raw(R"(,"text":)").Latin1(loss.text);
-  line.Raw(R"(,"action":)").Latin1OrNull(loss.action).Raw(R"(,"section":)").Section(loss.section);
+  line.Raw(R"({"code":")").Raw(LossWord(loss.code));
+  line.Raw(IsLoss(loss.code) ? R"(","level":"loss","text":)" : R"(","level":"note","text":)");
+  line.Latin1(loss.text).Raw(R"(,"action":)").Latin1OrNull(loss.action);
+  line.Raw(R"(,"section":)").Section(loss.section);
   if (loss.has_range)
     line.Raw(R"(,"offset":)").Number(loss.offset).Raw(R"(,"length":)").Number(loss.length);
   else
     line.Raw(R"(,"offset":null,"length":null)");
-  line.Raw(R"(,"line":)").NumberOrNull(loss.line);
-  line.Raw(R"(,"column":)").NumberOrNull(loss.column).Raw("}");
+  if (loss.line != 0)
+    line.Raw(R"(,"line":)").Number(loss.line).Raw(R"(,"column":)").Number(loss.column).Raw("}");
+  else
+    line.Raw(R"(,"line":null,"column":null})");
 }
 
 /// The raw bytes of an input's base: those at the beginning of the input that a report shows as
