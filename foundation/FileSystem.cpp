@@ -24,14 +24,14 @@ bool IsThere(std::string_view path) {
 bool IsDirectory(std::string_view path) { return LookAt(path).kind == PathKind::kDirectory; }
 
 bool MakeDirectories(std::string_view path) {
-  std::vector<std::size_t> ends;  // Of the paths of directories that are missing.
+  std::vector<std::size_t> ends;  // The lengths of the paths of missing directories.
   std::size_t end = path.find_last_not_of(kSeparators) + 1;
   while (end > 0 && !IsDirectory(path.substr(0, end))) {
     ends.push_back(end);
     end = path.substr(0, end).find_last_of(kSeparators);
     end = path.substr(0, end + 1).find_last_not_of(kSeparators) + 1;
   }
-  // Another process can make one of them meanwhile.
+  // Another process may create one of them meanwhile.
   for (; !ends.empty(); ends.pop_back())
     static_cast<void>(MakeDirectory(CText(path.substr(0, ends.back()))));
   return IsDirectory(path);
@@ -108,7 +108,7 @@ std::string TNewFile::TemporaryPath(std::uint64_t number) const {
   const std::string_view whole = name.data();
   std::string path = path_.substr(0, begin).append(
       whole.substr(0, static_cast<std::size_t>(std::max<std::ptrdiff_t>(length, 1))));
-  if (path.back() == '.') path.pop_back();  // No name ends so on Windows.
+  if (path.back() == '.') path.pop_back();  // Windows allows no name that ends so.
   return path;
 }
 

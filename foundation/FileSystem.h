@@ -51,10 +51,10 @@ class TArguments {
   std::span<const char* const> view_;
 };
 
-/// Prepares the process for file access, to be called first: a write that fails is an error and
-/// never a signal that ends the process, and a file opened later never gets the descriptor of a
-/// standard stream that the caller had closed. On Windows an error is no dialog, and standard error
-/// is written when it is flushed.
+/// Prepares the process for file access; must be called first. Afterwards a failed write is an
+/// error and never a signal that ends the process, and a file opened later never gets the
+/// descriptor of a standard stream that the caller had closed. On Windows errors open no dialog,
+/// and standard error is buffered until it is flushed.
 void PrepareProcess();
 
 /// Makes `path` the working directory.
@@ -153,7 +153,7 @@ class TInputFile {
   std::uint64_t size_ = 0;
 };
 
-/// What happens to a file whose name a new file is to get.
+/// What happens to an existing file with the name of a new one.
 enum class TakenName { kKept, kReplaced };
 
 /// A file that gets its name only when it is complete. Until then it is unnamed where the file

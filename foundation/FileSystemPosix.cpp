@@ -302,7 +302,7 @@ bool TNewFile::CloseFile() {
 
 bool TNewFile::GiveName(TakenName taken) {
   if (taken == TakenName::kReplaced) {
-    // Only a rename replaces, and only a file that has a name is renamed.
+    // Only a rename replaces a file, and only a named file can be renamed.
     std::uint64_t number = 0;
     if (getrandom(&number, sizeof number, 0) != sizeof number) return false;
     const std::string path = std::exchange(path_, TemporaryPath(number));

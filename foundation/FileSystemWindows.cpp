@@ -155,10 +155,10 @@ bool IsHeld(DWORD error) {
   return error == ERROR_SHARING_VIOLATION || error == ERROR_LOCK_VIOLATION;
 }
 
-/// The same of a file that is to be replaced, which is denied while another program has it open.
+/// The same for a file to be replaced: access is denied while another program has it open.
 bool IsHeldOrDenied(DWORD error) { return IsHeld(error) || error == ERROR_ACCESS_DENIED; }
 
-/// Whether nothing is at a path.
+/// Whether the error means that nothing exists at a path.
 bool IsAbsence(DWORD error) {
   switch (error) {
     case ERROR_FILE_NOT_FOUND:
@@ -201,14 +201,14 @@ std::optional<std::uint64_t> SizeOfRegularFile(HANDLE file) {
   return static_cast<std::uint64_t>(size.QuadPart);
 }
 
-/// Opens a file or directory to examine it, also a file that is held.
+/// Opens a file or directory to examine it, even if another program has it open exclusively.
 TOpenFile OpenToExamine(const std::wstring& path) {
   return OpenExisting(path, FILE_READ_ATTRIBUTES, FILE_FLAG_BACKUP_SEMANTICS);
 }
 
 std::uint64_t Join(DWORD high, DWORD low) { return std::uint64_t{high} << 32 | low; }
 
-/// The identity of a file or directory; none when the volume has none.
+/// The identity of a file or directory; none if the volume does not support identities.
 std::optional<TFileIdentity> IdentityOf(const std::wstring& path) {
   const TOpenFile file = OpenToExamine(path);
   FILE_ID_INFO info{};
@@ -220,7 +220,7 @@ std::optional<TFileIdentity> IdentityOf(const std::wstring& path) {
     std::memcpy(identity.file.data(), &info.FileId, sizeof info.FileId);
     identity.volume = info.VolumeSerialNumber;
   } else if (GetFileInformationByHandle(file.get(), &older) != 0) {
-    // File systems with identities of 64 bits, FAT for one.
+    // File systems with 64-bit identities, such as FAT.
     identity.file[0] = Join(older.nFileIndexHigh, older.nFileIndexLow);
     identity.volume = older.dwVolumeSerialNumber;
   }
@@ -239,14 +239,14 @@ bool IsDirectory(const WIN32_FIND_DATAW& entry) {
   return (entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0 && !IsNameLink(entry);
 }
 
-/// Calls `visit` for each entry that a pattern finds, but "." and "..".
+/// Calls `visit` for each entry that matches a pattern, except "." and "..".
 template <class Visit>
 bool VisitFound(const std::wstring& pattern, Visit visit) {
   WIN32_FIND_DATAW entry{};
   const auto search =
       Own<TSearch>(FindFirstFileExW(pattern.c_str(), FindExInfoBasic, &entry, FindExSearchNameMatch,
                                     nullptr, FIND_FIRST_EX_LARGE_FETCH));
-  // The root of an empty volume has not even a "." to find.
+  // The root of an empty volume does not even contain ".".
   if (!search) return GetLastError() == ERROR_FILE_NOT_FOUND;
   do {
     const std::string name = ToUtf8(entry.cFileName);
@@ -255,7 +255,7 @@ bool VisitFound(const std::wstring& pattern, Visit visit) {
   return GetLastError() == ERROR_NO_MORE_FILES;
 }
 
-/// When a file was last changed.
+/// The modification time of a file; none on failure.
 std::optional<FILETIME> TimeOf(std::string_view path) {
   const TOpenFile file = OpenToExamine(SystemPath(path));
   FILETIME time{};
@@ -282,10 +282,10 @@ class TRenaming {
     info->FileNameLength = static_cast<DWORD>(path.size() * sizeof(wchar_t));
     std::memcpy(info->FileName, path.data(), info->FileNameLength);
   }
-  /// Renames a file that is to be deleted. It stays that unless it is renamed.
+  /// Renames a file marked for deletion. It stays marked unless it is renamed.
   [[nodiscard]] bool Apply(HANDLE file) const {
     const auto rename = [&] {
-      // A file that is to be deleted cannot be renamed.
+      // A file marked for deletion cannot be renamed.
       if (SetDeletion(file, false) &&
           SetFileInformationByHandle(file, FileRenameInfo, buffer_.get(),
                                      static_cast<DWORD>(size_)) != 0)
@@ -358,9 +358,9 @@ bool IsNewer(std::string_view one, std::string_view two) {
 }
 
 void PrepareProcess() {
-  // Errors are returned; no dialog waits for an answer.
+  // Errors are returned without a dialog.
   SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX);
-  // The C library writes to this stream byte by byte otherwise.
+  // Otherwise the C library writes to this stream byte by byte.
   std::setvbuf(stderr, nullptr, _IOFBF, BUFSIZ);
 }
 

@@ -30,7 +30,7 @@ using Clock = std::chrono::steady_clock;
 constexpr std::string_view kStandardStream = "-";
 constexpr int kSignalBase = 128;
 
-/// The directory part of a path; empty when it is a name alone.
+/// The directory part of a path; empty for a mere name.
 std::string DirectoryOf(const std::string& path) { return ToText(ToPath(path).parent_path()); }
 
 double SecondsSince(Clock::time_point begin) {

@@ -19,7 +19,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::string_view kStandardStream = "-";
-/// What ends a directory or a drive.
+/// The characters that end a directory or a drive in a path.
 constexpr std::string_view kDirectoryEnds{"/\\:", kPathSeparator == '/' ? 1 : 3};
 
 bool HasExtension(std::string_view name, std::string_view extension) {

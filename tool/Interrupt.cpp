@@ -15,10 +15,10 @@ static_assert(std::atomic<int>::is_always_lock_free);
 
 #ifdef _WIN32
 
-/// Runs on a thread of its own. The system goes on to end the process when this returns false.
+/// The system calls this in a separate thread, and ends the process if it returns false.
 BOOL WINAPI OnConsoleEvent(DWORD event) {
   const bool is_first = interrupt.exchange(SIGINT) == 0;
-  // When the console is closed, the process ends as this returns; else it has some seconds.
+  // When the console is closed, the process ends on return, or a few seconds later.
   if (event != CTRL_C_EVENT && event != CTRL_BREAK_EVENT) Sleep(INFINITE);
   return is_first;
 }

@@ -23,8 +23,7 @@ namespace {
 constexpr std::size_t kUsualWidth = 80;
 
 #ifdef _WIN32
-/// Whether a standard stream is a console that takes escape sequences, which older ones do not
-/// know.
+/// Whether a standard stream is a console that supports escape sequences; older ones do not.
 bool IsConsole(DWORD stream) {
   const HANDLE console = GetStdHandle(stream);
   DWORD mode = 0;
@@ -66,7 +65,7 @@ std::size_t GetTerminalWidth() {
 void PrepareOutput() {
 #ifdef _WIN32
   _setmode(_fileno(stdout), _O_BINARY);
-  // The C library writes to a console byte by byte, which splits characters.
+  // The C library writes to a console byte by byte, which would split characters.
   std::setvbuf(stdout, nullptr, _IOFBF, BUFSIZ);
   static const UINT code_page = GetConsoleOutputCP();
   if (code_page == 0) return;  // There is no console.

@@ -4,7 +4,7 @@
 
 namespace zaf {
 
-/// Whether standard error is a terminal that takes escape sequences.
+/// Whether standard error is a terminal that supports escape sequences.
 [[nodiscard]] bool IsErrorTerminal();
 
 /// Whether standard output is a terminal.
