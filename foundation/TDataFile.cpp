@@ -49,7 +49,8 @@ class TSpareImages {
   }
   /// Takes a block of that capacity, or null; frees one above kMostKept.
   void Keep(std::byte* bytes, std::size_t capacity) {
-    if (capacity < sizeof(TBlock) || capacity > kMostKept) return heap::Free(bytes);
+    const bool holds_block = capacity >= sizeof(TBlock);
+    if (!holds_block || capacity > kMostKept) return heap::Free(bytes);
     const std::lock_guard lock(mutex_);
     first_ = new (bytes) TBlock{first_, capacity};
   }
