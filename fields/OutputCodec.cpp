@@ -23,8 +23,9 @@ Status TOutputCodec::WriteLegacy(const TProperty& row, const void* field,
   if (section.GetCharacterCount() != text.GetCharacterCount()) return Status::kFailure;
   section.ReplaceAll("\r\n", "\r");
   // Each return that is left is read back with a line feed.
-  if (out.GetLosses() != nullptr && std::ranges::count(section.View(), '\r') >
-                                        text.GetCharacterCount() - section.GetCharacterCount())
+  if (out.GetLosses() != nullptr &&
+      static_cast<std::size_t>(std::ranges::count(section.View(), '\r')) >
+          text.GetCharacterCount() - section.GetCharacterCount())
     out.GetLosses()->ReportIn(row.code, LossReason::kAddedLineFeeds, {});
   return TTextCodecBase::WriteLegacy(row, &section, out);
 }

@@ -205,13 +205,15 @@ void TLossReporter::Cover(std::uint64_t offset, std::uint64_t length) {
 void TLossReporter::EndFile() {
   std::ranges::sort(covered_);
   covered_.emplace_back(image_.size(), image_.size());
-  std::uint64_t end = 0;
+  const auto clip = [&](std::uint64_t offset) {
+    return static_cast<std::size_t>(std::min<std::uint64_t>(offset, image_.size()));
+  };
+  std::size_t end = 0;
   for (const auto& [begin, next] : covered_) {
-    const std::uint64_t stop = std::min<std::uint64_t>(begin, image_.size());
-    if (stop > end && !IsAllNul(image_.subspan(end, stop - end))) {
+    const std::size_t stop = clip(begin);
+    if (stop > end && !IsAllNul(image_.subspan(end, stop - end)))
       ReportBytes(LossReason::kUnreferencedBytes, end, stop - end);
-    }
-    end = std::max(end, next);
+    end = std::max(end, clip(next));
   }
   covered_.clear();
   image_ = {};

@@ -51,7 +51,9 @@ class TOrderedWork {
     bool is_done = false;
   };
 
-  TSlot& SlotOf(std::uint64_t number) { return slots_[number % slots_.size()]; }
+  TSlot& SlotOf(std::uint64_t number) {
+    return slots_[static_cast<std::size_t>(number % slots_.size())];
+  }
 
   void WorkOn() {
     std::unique_lock lock(mutex_);
