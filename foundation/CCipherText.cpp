@@ -56,7 +56,7 @@ bool RemovePadding(std::string& bytes) {
   if (count == 0 || count > kCipherBlockSize || count > bytes.size()) return false;
   if (std::any_of(bytes.end() - count, bytes.end(), [=](char c) { return c != last; }))
     return false;
-  bytes.resize(bytes.size() - count);
+  bytes.erase(bytes.size() - count);
   return true;
 }
 

@@ -288,22 +288,6 @@ TEST(Losses, OfALegacyFileThatIsWritten) {
   EXPECT_EQ(list.losses[1].action, "A");
 }
 
-TEST(Losses, HaveThePlaceOfTheirSection) {
-  const std::string items = ListOf(1, std::string(388, 'i'));
-  for (const auto& [type, code, payload] :
-       {std::array{"null"s, "????"s, "unknown"s}, std::array{"null"s, "cmnt"s, "a\1b"s},
-        std::array{"srch"s, "tabl"s, ListOf(1, "a\rb\0"s)}, std::array{"srch"s, "htyp"s, "none"s},
-        std::array{"igrp"s, "fval"s, items}}) {
-    const std::string bytes = With(type, code, payload);
-    const std::vector<TLoss> losses = LossesOf(bytes);
-    ASSERT_EQ(losses.size(), 1U) << code;
-    EXPECT_EQ(losses[0].action, "A");
-    EXPECT_EQ(losses[0].section, CodeOfText(code));
-    EXPECT_TRUE(losses[0].has_range);
-    EXPECT_EQ(bytes.substr(losses[0].offset, losses[0].length), payload);
-  }
-}
-
 TEST(Losses, HaveThePlaceOfTheirNode) {
   const std::string document =
       Document("<ResultAction ID=\"A\">\r\n <Comments>\xE9</Comments> <X/></ResultAction>");

@@ -303,15 +303,6 @@ class CommandTest(unittest.TestCase):
             if b"diff --json" in command:
                 jsonschema.validate(json.loads(expected), DIFF_SCHEMA)
 
-    def test_completion_names_commands_and_options(self):
-        script = run("completion", "bash").stdout.decode()
-        words = subprocess.run(
-            ["bash", "-c", script + "COMP_WORDS=(zaf convert --ex); COMP_CWORD=2; _zaf; echo ${COMPREPLY[*]}"],
-            capture_output=True, text=True, check=True).stdout
-        self.assertEqual(words.split(), ["--extension", "--exclude", "--existing"])
-        for shell in "zsh", "fish":
-            self.assertIn(b"--existing", run("completion", shell).stdout)
-
     def test_show(self):
         store = {"zaf-report.schema.json": SCHEMA}
         validator = jsonschema.Draft202012Validator(
