@@ -1,10 +1,9 @@
 #include "appfile/TZanfoFile.h"
 
 #include <algorithm>
-#include <array>
 #include <limits>
-#include <mutex>
 #include <string_view>
+#include <utility>
 
 #include "appfile/LegacyWriter.h"
 #include "appfile/ProtectedDocument.h"
@@ -12,6 +11,7 @@
 #include "appfile/XmlDocumentWriter.h"
 #include "dom/Serializer.h"
 #include "foundation/Attempt.h"
+#include "foundation/TSpares.h"
 
 namespace zaf {
 namespace {
@@ -41,29 +41,16 @@ std::size_t FirstLineSize(std::string_view content) {
   return end + (content.substr(end).starts_with("\r\n") ? 2 : 1);
 }
 
-/// Buffers that threads have used for documents and that later documents use. A few are enough:
-/// each saves only allocations.
-struct TSpareOutputs {
-  std::mutex mutex;
-  std::array<dom::OutputBuffer, 32> buffers;
-  std::size_t count = 0;
-};
-TSpareOutputs spare_outputs;
+TSpares<dom::OutputBuffer> spare_outputs;
 
-/// An empty buffer for one document, a spare one if there is one.
+/// An empty buffer for one document.
 class TOutput {
  public:
-  TOutput() {
-    const std::lock_guard lock(spare_outputs.mutex);
-    if (spare_outputs.count > 0) buffer_ = std::move(spare_outputs.buffers[--spare_outputs.count]);
-  }
+  TOutput() : buffer_(spare_outputs.Take()) {}
   ~TOutput() {
     buffer_.Clear();
     // Only enciphered documents, which are written in one piece, need more.
-    if (buffer_.Capacity() > dom::OutputBuffer::kMostHeld) return;
-    const std::lock_guard lock(spare_outputs.mutex);
-    if (spare_outputs.count < spare_outputs.buffers.size())
-      spare_outputs.buffers[spare_outputs.count++] = std::move(buffer_);
+    if (buffer_.Capacity() <= dom::OutputBuffer::kMostHeld) spare_outputs.Keep(std::move(buffer_));
   }
   TOutput(const TOutput&) = delete;
   TOutput& operator=(const TOutput&) = delete;

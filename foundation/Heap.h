@@ -26,6 +26,11 @@ namespace zaf::heap {
 /// Frees a block; null is allowed.
 void Free(void* block);
 
+/// Frees a block that a std::unique_ptr owns.
+struct TFree {
+  void operator()(void* block) const { Free(block); }
+};
+
 /// How often memory ran out in this thread without an exception.
 [[nodiscard]] std::uint64_t GetFailureCount();
 void CountFailure();

@@ -3,13 +3,12 @@
 #include <algorithm>
 #include <cstring>
 #include <limits>
-#include <mutex>
 #include <typeinfo>
 #include <utility>
 
 #include "foundation/CData.h"
 #include "foundation/CText.h"
-#include "foundation/Heap.h"
+#include "foundation/TSpares.h"
 
 namespace zaf {
 namespace {
@@ -28,44 +27,7 @@ constexpr std::size_t kMostKept = 0;
 constexpr std::size_t kMostKept = std::size_t{4} << 20;
 #endif
 
-/// The memory of closed files, which the next ones use: a list of blocks, as many as were open at a
-/// time. Owns them; each begins with its own entry of the list.
-class TSpareImages {
- public:
-  TSpareImages() = default;
-  TSpareImages(const TSpareImages&) = delete;
-  TSpareImages& operator=(const TSpareImages&) = delete;
-  ~TSpareImages() {
-    while (first_ != nullptr) heap::Free(std::exchange(first_, first_->next));
-  }
-
-  /// Releases a block to the caller; null when there is none.
-  std::byte* Take(std::size_t& capacity) {
-    const std::lock_guard lock(mutex_);
-    TBlock* const block = first_;
-    capacity = block == nullptr ? 0 : block->capacity;
-    if (block != nullptr) first_ = block->next;
-    return reinterpret_cast<std::byte*>(block);
-  }
-  /// Takes a block of that capacity, or null; frees one above kMostKept.
-  void Keep(std::byte* bytes, std::size_t capacity) {
-    const bool holds_block = capacity >= sizeof(TBlock);
-    if (!holds_block || capacity > kMostKept) return heap::Free(bytes);
-    const std::lock_guard lock(mutex_);
-    first_ = new (bytes) TBlock{first_, capacity};
-  }
-
- private:
-  struct TBlock {
-    TBlock* next;
-    std::size_t capacity;
-  };
-
-  std::mutex mutex_;
-  TBlock* first_ = nullptr;
-};
-
-TSpareImages spare_images;
+TSpares<TFileImage> spare_images;
 
 /// The C library's name of a mode other than kRead.
 const char* StreamMode(TOpenMode mode) {
@@ -89,7 +51,7 @@ Status Result(bool is_done) { return is_done ? Status::kOk : Status::kFailure; }
 
 TDataFile::TDataFile(ByteView content) {
   if (!AllocateImage(content.size())) return;
-  if (!content.empty()) std::memcpy(image_, content.data(), content.size());
+  if (!content.empty()) std::memcpy(image_.bytes.get(), content.data(), content.size());
   TakeImage(static_cast<std::uint32_t>(content.size()));
 }
 
@@ -112,7 +74,7 @@ Status TDataFile::Read(std::uint32_t count, void* buffer) {
   if (!is_in_memory_) return ReadStream(count, buffer);
   if (count > size_ - position_) return Status::kFailure;
   if (const Status status = ChargeRead(count); status != Status::kOk) return status;
-  if (count != 0) std::memcpy(buffer, image_ + position_, count);
+  if (count != 0) std::memcpy(buffer, image_.bytes.get() + position_, count);
   position_ += count;
   return Status::kOk;
 }
@@ -171,7 +133,8 @@ Status TDataFile::OpenImage(const CText& name) {
   if (!AllocateImage(file.GetSize())) return Status::kFailure;
   // The file can have become shorter since it was opened, even empty.
   std::size_t count = 0;
-  if (!file.Read(image_, static_cast<std::size_t>(file.GetSize()), count) || count == 0) {
+  if (!file.Read(image_.bytes.get(), static_cast<std::size_t>(file.GetSize()), count) ||
+      count == 0) {
     FreeImage();
     return Status::kFailure;
   }
@@ -185,20 +148,20 @@ bool TDataFile::AllocateImage(std::uint64_t size) {
       std::numeric_limits<std::uint32_t>::max(), std::numeric_limits<std::size_t>::max() - 1);
   if (size > kMost) return false;
   const auto needed = static_cast<std::size_t>(size) + 1;
-  image_ = spare_images.Take(image_capacity_);
-  if (image_capacity_ >= needed) return true;
-  heap::Free(image_);
-  image_ = static_cast<std::byte*>(heap::Allocate(needed));
-  image_capacity_ = image_ != nullptr ? needed : 0;
-  return image_ != nullptr;
+  image_ = spare_images.Take();
+  if (image_.capacity >= needed) return true;
+  image_ = {};
+  image_.bytes.reset(static_cast<std::byte*>(heap::Allocate(needed)));
+  image_.capacity = image_.bytes != nullptr ? needed : 0;
+  return image_.bytes != nullptr;
 }
 
 void TDataFile::TakeImage(std::uint32_t size) {
   is_in_memory_ = true;
   size_ = size;
   position_ = 0;
-  image_[size] = std::byte{0};
-  if (IsScrambled()) Descramble(size, image_);
+  image_.bytes[size] = std::byte{0};
+  if (IsScrambled()) Descramble(size, image_.bytes.get());
   SetLimits(size);
 }
 
@@ -208,9 +171,8 @@ void TDataFile::SetLimits(std::uint32_t size) {
 }
 
 void TDataFile::FreeImage() {
-  spare_images.Keep(image_, image_capacity_);
-  image_ = nullptr;
-  image_capacity_ = 0;
+  if (image_.bytes != nullptr && image_.capacity <= kMostKept) spare_images.Keep(std::move(image_));
+  image_ = {};
   is_in_memory_ = is_plain_image_ = false;
   size_ = position_ = 0;
 }
@@ -281,9 +243,9 @@ void TDataFile::SetScrambled(bool is_scrambled) {
   is_scrambled_ = is_scrambled;
   if (!is_in_memory_) return;
   if (is_scrambled)
-    Descramble(size_, image_);
+    Descramble(size_, image_.bytes.get());
   else
-    Scramble(size_, image_);
+    Scramble(size_, image_.bytes.get());
 }
 
 Status TDataFile::ChargeRecords(std::uint64_t bytes) {

@@ -3,14 +3,22 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
+#include <memory>
 #include <optional>
 #include <span>
 
 #include "foundation/CText.h"
 #include "foundation/FileSystem.h"
+#include "foundation/Heap.h"
 #include "foundation/TDiskFile.h"
 
 namespace zaf {
+
+/// Memory for the content of a file.
+struct TFileImage {
+  std::unique_ptr<std::byte[], heap::TFree> bytes;
+  std::size_t capacity = 0;  ///< Bytes allocated.
+};
 
 /// A data file on disk. It is closed, or in memory (kRead: the whole file was read and the disk is
 /// no longer accessed; read only), or a stream of the C library, or a new file being written
@@ -92,9 +100,9 @@ class TDataFile : public TDiskFile {
   [[nodiscard]] const std::optional<TSectionPlace>& GetFailure() const { return failure_; }
 
   /// All bytes of a file in memory, else none.
-  [[nodiscard]] ByteView GetImage() const { return {image_, size_}; }
+  [[nodiscard]] ByteView GetImage() const { return {image_.bytes.get(), size_}; }
   /// The same, writable. One spare byte, 0, follows and may be written.
-  [[nodiscard]] std::span<std::byte> GetMutableImage() { return {image_, size_}; }
+  [[nodiscard]] std::span<std::byte> GetMutableImage() { return {image_.bytes.get(), size_}; }
 
   /// Starts a new file that gets the name `name` only when it is published. Otherwise as Open.
   Status OpenNew(const CText& name);
@@ -137,7 +145,7 @@ class TDataFile : public TDiskFile {
     position_ = offset;
     if (length > size_ - offset) return Status::kFailure;
     if (const Status status = ChargeRead(length); status != Status::kOk) return status;
-    view = ByteView(image_ + offset, length);
+    view = ByteView(image_.bytes.get() + offset, length);
     position_ += length;
     return Status::kOk;
   }
@@ -146,10 +154,9 @@ class TDataFile : public TDiskFile {
   bool is_in_memory_ = false;
   bool is_plain_image_ = false;  ///< A positive result of FindPlainImage.
   bool has_limits_ = false;      ///< Whether the limits are those of the current content.
-  std::byte* image_ = nullptr;   ///< The content and one spare byte.
+  TFileImage image_;             ///< The content and one spare byte.
   std::uint32_t size_ = 0;       ///< Bytes in the image without the spare one.
   std::uint32_t position_ = 0;
-  std::size_t image_capacity_ = 0;
   std::uint64_t readable_bytes_ = 0;  ///< Remainders of the two limits.
   std::uint64_t record_bytes_ = 0;
   CData block_;  ///< The last section that was not viewed in place.
