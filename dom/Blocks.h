@@ -26,7 +26,6 @@ inline constexpr std::size_t kBlock = 16;
 /// The set of characters to find in a text.
 enum class Search {
   kControls,       ///< Below 0x20.
-  kTextControls,   ///< The same, but for tab and LF.
   kTextSpecials,   ///< `&` `<` `>` `"`
   kValueSpecials,  ///< The union of both.
   // Sets at which the parser stops. Here controls are those that XML does not allow, and CR.
@@ -155,8 +154,6 @@ inline unsigned FoundIn(__m128i block) {
   switch (search) {
     case Search::kControls:
       return bits(below_blank);
-    case Search::kTextControls:
-      return bits(controls());
     case Search::kTextSpecials:
       return bits(specials());
     case Search::kValueSpecials:
@@ -205,8 +202,6 @@ constexpr bool IsFound(char c) {
   switch (search) {
     case Search::kControls:
       return is_below_blank;
-    case Search::kTextControls:
-      return is_control;
     case Search::kTextSpecials:
       return is_special;
     case Search::kValueSpecials:
