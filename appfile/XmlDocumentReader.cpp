@@ -77,7 +77,7 @@ Status ReadXmlDocument(std::span<std::byte> text, const TQuerySpecificationServe
   const dom::Element root = document.getDocumentElement();
   const std::string_view root_name = root.getTagName();
   const auto locate = [&](dom::Element element) {
-    const TDocumentPlace found = TDocumentPlaces(report.text).Find(element.getTagName());
+    const TDocumentPlace found = TDocumentPlaces(report).Find(element.getTagName());
     place.line = found.line;
     place.column = found.column;
   };
@@ -98,7 +98,7 @@ Status ReadXmlDocument(std::span<std::byte> text, const TQuerySpecificationServe
                                 references,
                                 {},
                                 losses};
-  if (losses != nullptr) losses->BeginDocument(report.text);
+  if (losses != nullptr) losses->BeginDocument(report);
   if (losses != nullptr && report.replaced_count > 0)
     losses->Report(LossReason::kReplacedCharacters, std::to_string(report.replaced_count));
   Status status = ReadXmlRows(TApplication::Properties(), &application, {context, root});

@@ -43,9 +43,10 @@ struct ParseReport {
   std::size_t line = 0;    ///< Of the fault, from 1, as are columns. 0 without a fault.
   std::size_t column = 0;  ///< In characters.
   std::size_t offset = 0;  ///< In bytes of the text that was parsed.
-  /// What the document refers to: the text without a byte order mark and, if that was UTF-16, as
-  /// UTF-8, which the document owns.
+  /// The bytes that the document refers to: the text without a byte order mark; a text in UTF-16
+  /// is converted to UTF-8, which the document owns.
   std::string_view text = {};
+  bool is_utf8 = true;  ///< Whether a character of `text` can have several bytes.
   /// Characters above U+00FF that became `?` in texts and attribute values.
   std::size_t replaced_count = 0;
 

@@ -65,6 +65,7 @@ bool Parser::Parse(std::string_view text, Tree& tree, ParseReport& report) {
   Parser parser(decoded, tree);
   const bool is_done = parser.ReadDocument(source) != nullptr;
   report.replaced_count = parser.replaced_count_;
+  report.is_utf8 = parser.IsUtf8();
   report.fault = parser.fault_;
   if (report.fault != ParseFault::kNone) {
     parser.Locate(source, report);

@@ -18,7 +18,7 @@ namespace dom {
 /// document is refused or memory runs out (then there is no fault, and the tree is incomplete).
 class Scanner {
  protected:
-  /// What a text is part of; decides how it is decoded.
+  /// The construct that a text is part of, which determines how it is decoded.
   enum class Part {
     kText,   ///< References are replaced, line ends become LF.
     kCData,  ///< Line ends become LF.
@@ -35,6 +35,8 @@ class Scanner {
     encoding_ = encoding;
     high_ = encoding == Encoding::kLatin1 ? HighCharacters::kPassed : HighCharacters::kFound;
   }
+
+  [[nodiscard]] bool IsUtf8() const { return encoding_ == Encoding::kUtf8; }
 
   const char* Fail(const char* place, ParseFault fault) {
     fault_ = fault;

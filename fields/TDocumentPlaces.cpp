@@ -1,29 +1,12 @@
 #include "fields/TDocumentPlaces.h"
 
-#include <algorithm>
-#include <cctype>
-#include <string>
-
 namespace zaf {
 namespace {
 
 /// Distance of the places that are kept, in bytes.
 constexpr std::size_t kDistance = 1024;
 
-/// Whether the declaration of a document says that each byte is a character.
-bool HasSingleBytes(std::string_view document) {
-  if (!document.starts_with("<?xml")) return false;
-  std::string declaration(document.substr(0, std::min(document.find("?>"), std::size_t{256})));
-  std::ranges::transform(declaration, declaration.begin(),
-                         [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-  return declaration.find("encoding") != std::string::npos &&
-         declaration.find("utf") == std::string::npos;
-}
-
 }  // namespace
-
-TDocumentPlaces::TDocumentPlaces(std::string_view text)
-    : text_(text), is_utf8_(!HasSingleBytes(text)) {}
 
 TDocumentPlace TDocumentPlaces::Find(std::string_view name) {
   const auto offset = static_cast<std::size_t>(name.data() - text_.data());

@@ -5,6 +5,8 @@
 #include <string_view>
 #include <vector>
 
+#include "dom/ParseReport.h"
+
 namespace zaf {
 
 /// A place in a document: line and column, in characters, from 1; 0: unknown.
@@ -18,8 +20,9 @@ struct TDocumentPlace {
 class TDocumentPlaces {
  public:
   TDocumentPlaces() = default;
-  /// `text`: what the parser reports that the document refers to. It outlives the places.
-  explicit TDocumentPlaces(std::string_view text);
+  /// For a document that was parsed with this report; its text outlives the places.
+  explicit TDocumentPlaces(const dom::ParseReport& report)
+      : text_(report.text), is_utf8_(report.is_utf8) {}
 
   [[nodiscard]] bool IsEmpty() const { return text_.empty(); }
   /// The place of a name of an element or attribute. Unknown unless its characters are in the text:

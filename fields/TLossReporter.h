@@ -20,7 +20,7 @@ namespace zaf {
 struct TLegacySection;
 struct TProperty;
 
-/// What happened, in the order of the table of sentences in TLossReporter.cpp.
+/// The reason for a loss, in the order of the table of sentences in TLossReporter.cpp.
 enum class LossReason : std::uint8_t {
   kUnknownSection,
   kDroppedSection,
@@ -102,8 +102,8 @@ class TLossReporter {
 
   // Reading a document.
 
-  /// Begins a document that refers to these bytes, which must not change while it is read.
-  void BeginDocument(std::string_view text) { places_ = TDocumentPlaces(text); }
+  /// Begins a document that was parsed with this report, whose text must not change meanwhile.
+  void BeginDocument(const dom::ParseReport& report) { places_ = TDocumentPlaces(report); }
   /// Sets the element to which the following losses belong.
   void SetElement(dom::Element element) { element_ = element; }
   /// Reports the attributes, elements and texts below `root` that were not read.
@@ -178,7 +178,8 @@ class TLossReporter {
   std::vector<TSection> file_sections_;  ///< Of the file's own record.
   std::vector<TSection> sections_;       ///< Of all actions.
   std::vector<TRecord> records_;
-  /// The last section of each code that was read into a field: of the file and of an action.
+  /// The last section of each code that was read into a field, or the first one if they add up: of
+  /// the file and of an action.
   std::vector<TSection> file_fields_;
   std::vector<TSection> fields_;
   std::vector<TLoss> pending_;
