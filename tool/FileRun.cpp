@@ -98,7 +98,7 @@ class TReportFile {
   [[nodiscard]] bool IsOpen() const { return file_ != nullptr; }
   [[nodiscard]] std::string Failure() const { return "The report " + path_ + " cannot be written"; }
 
-  /// Writes lines and flushes them, so that they are kept whatever happens next.
+  /// Writes lines and flushes them, so that a crash does not lose them.
   [[nodiscard]] bool Write(const std::string& lines) {
     if (file_ == nullptr) return true;
     return std::fwrite(lines.data(), 1, lines.size(), file_) == lines.size() &&
@@ -193,8 +193,7 @@ class TFileRun {
     const TInputRecord& record = task.record;
     totals_.Add(record);
     if (record.result.is_disk_failure) Stop("The output cannot be stored");
-    if (record.status == InputStatus::kPlanned && !PrintPlan(record))
-      Stop("Standard output cannot be written");
+    if (record.status == InputStatus::kPlanned) PrintPlan(record);
     if (!report_.Write(task.report)) Stop(report_.Failure());
     console_.Print(task.messages);
     console_.ShowProgress(totals_, expected_);
@@ -316,11 +315,12 @@ class TFileRun {
     return messages;
   }
 
-  static bool PrintPlan(const TInputRecord& record) {
-    const std::string line =
-        Printable(record.input.path) + " -> " + Printable(record.output) + "\n";
-    return std::fwrite(line.data(), 1, line.size(), stdout) == line.size() &&
-           std::fflush(stdout) == 0;
+  void PrintPlan(const TInputRecord& record) {
+    try {
+      PrintData(Printable(record.input.path) + " -> " + Printable(record.output) + "\n");
+    } catch (const TToolError& error) {
+      Stop(error.what());
+    }
   }
 
   int Finish() {
