@@ -68,7 +68,7 @@ class TQuerySpecification : public TRecordConverter {
                                  std::span<std::byte> record) override;
   virtual ~TQuerySpecification() = default;
   /// Copies every field into `target`, an action of the same class; null is replaced by a new one.
-  /// kFailure when memory runs out: a null target then stays null, another one is undefined.
+  /// kFailure when memory runs out: a null target then remains null, another one is undefined.
   virtual Status Clone(std::unique_ptr<TQuerySpecification>& target) const;
   /// The size of the action's legacy record in bytes: that of its class, after a load plus the
   /// sizes of its name and all its sections.
@@ -95,8 +95,8 @@ class TQuerySpecification : public TRecordConverter {
   virtual bool CanFollow() const { return true; }
   virtual void BeginRun() {}
   virtual void EndRun() {}
-  /// The entry that a walk visits after this action; null at the end. A plain action goes on to its
-  /// next sibling, a container into its children.
+  /// The entry that a walk visits after this action; null at the end. A plain action continues with
+  /// its next sibling, a container into its children.
   [[nodiscard]] virtual const TActionEntry* GetNextInTree() const;
   /// Whether this action has no children.
   [[nodiscard]] virtual bool IsLeaf() const;

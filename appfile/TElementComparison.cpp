@@ -43,7 +43,7 @@ dom::Element FindOutput(dom::Element element, std::string_view id) {
   return output;
 }
 
-/// The text of an element, or of the output block that it refers to, as it is read back.
+/// The text that is read back from an element, or from the output block to which it refers.
 std::string TextOf(dom::Element element) {
   if (const dom::Attr reference = element.getAttributeNode("Ref"); reference)
     element = FindOutput(element, reference.getValue());

@@ -50,7 +50,7 @@ class TZanfoFile {
 
   /// Writes the legacy form into an empty file opened for reading and writing. kFailure, with
   /// nothing written, when the names of the actions, cut to 31 bytes, do not identify the parents.
-  /// `kind`: what the name of the file says that it is.
+  /// `kind`: the kind of document that the file's name indicates.
   Status SaveLegacy(TDataFile& file, DocumentKind kind);
   Status SaveLegacy(TDataFile& file) { return SaveLegacy(file, application_.kind); }
 

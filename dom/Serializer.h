@@ -8,7 +8,7 @@ namespace dom {
 /// Appends the document to `output` in ISO-8859-1, the encoding of its texts. Linear in the size of
 /// the output, and without recursion.
 ///
-/// Lines end in LF. Each child of the document is on a line of its own, and so is each child
+/// Lines end in LF. Each child of the document is on a separate line, and so is each child
 /// of an element whose children are all elements or comments, two blanks deeper for each level up
 /// to 32 levels and no further. Inside an element that has any other child, at any depth, no white
 /// space is added. An element without children is `<Name/>`.

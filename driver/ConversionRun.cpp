@@ -59,7 +59,7 @@ std::string_view MessageOf(FileOutcome outcome) {
 }
 
 /// Converts a file. With verification, an output that could not be created counts as one that could
-/// not be opened, unless another program has created it meanwhile.
+/// not be opened, unless another program has created it since.
 FileOutcome ConvertFileOf(TFilePaths paths, bool verify) {
   TFileRequest request;
   request.input = std::move(paths.input);

@@ -66,7 +66,7 @@ struct TFileRequest {
 struct TFileResult {
   FileOutcome outcome = FileOutcome::kConverted;
   Status status = Status::kOk;   ///< Of the operation that failed.
-  bool is_replaced = false;      ///< Something exists at the output's path that is to be replaced.
+  bool is_replaced = false;      ///< A file at the output's path is replaced or skipped.
   bool is_disk_failure = false;  ///< The output could not be stored, e.g. on a full disk.
   std::optional<DocumentForm> form;
   bool is_class_file = false;

@@ -36,7 +36,7 @@ class TLazyPartCodecBase : public TFieldCodec {
                 const TXmlWriteScope& scope) const override {
     kPartCodec<Record>.WriteXml(row, &Get(field), scope);
   }
-  /// kFailure if there is no memory for the record.
+  /// kFailure if memory for the record runs out.
   Status ReadXml(const TProperty& row, void* field, const TXmlReadScope& scope) const override {
     Record record{};
     const Status status = kPartCodec<Record>.ReadXml(row, &record, scope);

@@ -18,7 +18,7 @@ constexpr std::string_view kFurtherLosses = "There are more losses, which are no
 
 struct TSentence {
   LossCode code;
-  std::string_view text;  ///< What was found, expected and done. `%`: the detail.
+  std::string_view text;  ///< States the finding, the expectation and the action. `%`: the detail.
 };
 
 /// By LossReason.

@@ -29,12 +29,12 @@ inline constexpr std::uint32_t kSectionMapEntrySize = 12;
 /// returns the data file's status and adds nothing to the map.
 class TSectionWriter {
  public:
-  /// `offset` is that of the next section, from the start of `file`. `losses`, null when nobody
-  /// observes, outlives the writer.
+  /// `offset` is that of the next section, from the start of `file`. `losses` must outlive
+  /// the writer; null without an observer.
   TSectionWriter(TDataFile& file, std::uint32_t& offset, TLossReporter* losses = nullptr)
       : file_(file), offset_(offset), losses_(losses) {}
 
-  /// For what a section does not hold of its field; null when nobody observes.
+  /// The reporter of what a section omits of its field; null without an observer.
   [[nodiscard]] TLossReporter* GetLosses() const { return losses_; }
 
   /// The text and its NUL.

@@ -7,8 +7,8 @@
 
 namespace zaf {
 
-// What writes texts. Reports to an observer the control characters that XML forbids and, but for
-// attributes, CRs.
+// These functions write texts. They report to an observer the control characters that XML forbids
+// and, except in attributes, CRs.
 
 /// Appends an element `name` with the content `text` to the scope's and returns it. An empty text
 /// makes an empty element. Control characters except tab, LF and CR are dropped. The rest becomes a

@@ -9,7 +9,7 @@
 
 namespace zaf {
 
-/// The -1 that operations return when there is no index or position.
+/// The result -1 of operations without an index or position.
 inline constexpr std::uint32_t kNoIndex = 0xFFFFFFFFU;
 
 /// The result of Set: where the data is and how long it is now, in bytes (of a text with its NUL).

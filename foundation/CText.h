@@ -29,8 +29,8 @@ struct TTextCapacity {
 /// `==` and `!=` ignore case. Compare exactly with Equals, or compare views.
 ///
 /// Nothing throws. When memory (or the space of a fixed buffer) is insufficient, the characters are
-/// unchanged. A null pointer is no text: searches do not find it, it equals only an empty text, and
-/// changes do nothing.
+/// unchanged. A null pointer is not a text: searches do not find it, it equals only an empty text,
+/// and changes do nothing.
 class CText : public CData {
  public:
   CText() = default;

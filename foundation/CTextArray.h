@@ -8,7 +8,7 @@
 
 namespace zaf {
 
-/// An array of pointers to texts. Does not own them: an owner, who made them with `new`, calls
+/// An array of pointers to texts. Does not own them: their owner, which made them with `new`, calls
 /// DeleteAll. Iteration yields the texts; none may be null then.
 class CTextArray : public CObjectArray {
  public:

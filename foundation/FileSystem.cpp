@@ -31,7 +31,7 @@ bool MakeDirectories(std::string_view path) {
     end = path.substr(0, end).find_last_of(kSeparators);
     end = path.substr(0, end + 1).find_last_not_of(kSeparators) + 1;
   }
-  // Another process may create one of them meanwhile.
+  // Another process may create one of them at the same time.
   for (; !ends.empty(); ends.pop_back())
     static_cast<void>(MakeDirectory(CText(path.substr(0, ends.back()))));
   return IsDirectory(path);

@@ -117,7 +117,7 @@ struct TDirectoryListing {
 /// insufficient.
 [[nodiscard]] bool ListWorkingDirectory(Identities identities, TDirectoryListing& listing);
 
-/// What exists at a path, as far as a new file of that name is concerned.
+/// What a path refers to, as far as it matters for creating a file there.
 enum class TPresence {
   kAbsent,   ///< Nothing that can be opened; also a dangling symbolic link.
   kFile,     ///< A regular file that opens for reading and is not empty.

@@ -295,7 +295,7 @@ std::uint64_t TNewFile::GetSize() const {
 }
 
 bool TNewFile::CloseFile() {
-  // The descriptor is closed whatever the result; an interruption loses no content.
+  // The descriptor is closed regardless of the result; an interruption loses no content.
   const int result = close(Descriptor(std::exchange(handle_, -1)));
   return result == 0 || errno == EINTR;
 }
@@ -336,7 +336,7 @@ bool TNewFile::NameTemporaryFile() {
     temporary_.clear();
     return true;
   }
-  // Without a rename that never replaces a file, a second link serves; the first one is then
+  // Without a rename that never replaces a file, a second link is made; the first one is then
   // removed with the rest.
   if (!IsNameRefusal(errno) && linkat(AT_FDCWD, from, AT_FDCWD, to, 0) == 0) return true;
   write_failed_ = !IsNameRefusal(errno);

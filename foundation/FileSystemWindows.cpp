@@ -263,7 +263,7 @@ std::optional<FILETIME> TimeOf(std::string_view path) {
   return time;
 }
 
-/// Says whether the system is to delete the file when its handle is closed, by whatever end.
+/// Sets whether the system deletes the file when its handle is closed, however the process ends.
 bool SetDeletion(HANDLE file, bool is_to_be_deleted) {
   FILE_DISPOSITION_INFO info{};
   info.DeleteFile = is_to_be_deleted;

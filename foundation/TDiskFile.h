@@ -71,7 +71,7 @@ class TDiskFile {
   /// section are left out; the last one may lack its NUL.
   virtual Status ReadTextList(FourCharCode code, std::uint32_t offset, std::uint32_t length,
                               CTextPtrArray& texts);
-  /// Reads 4 bytes, whatever `length` is.
+  /// Reads 4 bytes regardless of `length`.
   virtual Status ReadInteger(FourCharCode code, std::uint32_t offset, std::uint32_t length,
                              std::int32_t& value);
   /// Reads a section as it is. A section that ends beyond the file fails before memory is allocated

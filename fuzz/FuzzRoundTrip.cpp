@@ -1,4 +1,4 @@
-// Writes a document from another document, and from the legacy file made of that one: both must be
+// Writes a document from another document, and from the legacy file written from it: both must be
 // written again with the same bytes.
 
 #include <algorithm>

@@ -16,8 +16,9 @@ std::string Range(std::string_view bytes, std::size_t offset, std::size_t count)
   return offset <= bytes.size() ? std::string(bytes.substr(offset, count)) : std::string();
 }
 
-/// `room`: the number of bytes that sections may still have, since they can overlap.
-void TakeRecord(std::string_view bytes, std::size_t offset, std::size_t& room, TFileParts& parts) {
+/// `remaining`: the number of bytes that sections may still have, since they can overlap.
+void TakeRecord(std::string_view bytes, std::size_t offset, std::size_t& remaining,
+                TFileParts& parts) {
   if (parts.size() >= kMostRecords || offset + kHeaderSize > bytes.size()) return;
   const std::size_t index = parts.size();
   TRecordParts& record = parts.emplace_back();
@@ -34,11 +35,11 @@ void TakeRecord(std::string_view bytes, std::size_t offset, std::size_t& room, T
     const std::string code = Range(bytes, entry, 4);
     const std::size_t target = Number32At(bytes, entry + 4);
     if (code != "head") {
-      const std::size_t size = std::min<std::size_t>(Number32At(bytes, entry + 8), room);
+      const std::size_t size = std::min<std::size_t>(Number32At(bytes, entry + 8), remaining);
       parts[index].sections.push_back({code, Range(bytes, target, size)});
-      room -= parts[index].sections.back().bytes.size();
+      remaining -= parts[index].sections.back().bytes.size();
     } else if (index == 0) {
-      TakeRecord(bytes, target, room, parts);
+      TakeRecord(bytes, target, remaining, parts);
     }
   }
 }
@@ -63,8 +64,8 @@ TFileParts TakeApart(std::string_view bytes) {
     }
   }
   TFileParts parts;
-  std::size_t room = plain.size();
-  TakeRecord(plain, 0, room, parts);
+  std::size_t remaining = plain.size();
+  TakeRecord(plain, 0, remaining, parts);
   if (parts.empty()) parts.emplace_back();
   return parts;
 }

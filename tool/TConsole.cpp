@@ -68,7 +68,8 @@ void TConsole::ShowProgress(const TTotals& totals, std::uint64_t expected) {
   const Clock::time_point now = Clock::now();
   if (!shows_progress_ || now - last_ < kInterval || totals.inputs == 0) return;
   last_ = now;
-  expected = std::max(expected, totals.inputs);  // Files may have been added meanwhile.
+  expected =
+      std::max(expected, totals.inputs);  // Files may have been added since they were counted.
   const double seconds = std::chrono::duration<double>(now - begin_).count();
   const auto done = static_cast<double>(totals.inputs);
   const double part = done / static_cast<double>(expected);

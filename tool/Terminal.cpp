@@ -68,7 +68,7 @@ void PrepareOutput() {
   // The C library writes to a console byte by byte, which would split characters.
   std::setvbuf(stdout, nullptr, _IOFBF, BUFSIZ);
   static const UINT code_page = GetConsoleOutputCP();
-  if (code_page == 0) return;  // There is no console.
+  if (code_page == 0) return;  // No console is attached.
   std::atexit([] {
     std::fflush(stdout);
     std::fflush(stderr);

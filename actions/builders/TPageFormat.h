@@ -27,7 +27,7 @@ static_assert(sizeof(TPageFormat) == 640);
 /// The codec of a page format, a part whose legacy section consists of all its bytes.
 class TPageFormatCodec final : public TLazyPartCodecBase<TPageFormat> {
  public:
-  /// kFailure when there is no memory for the format.
+  /// kFailure when memory for the format runs out.
   Status ReadLegacy(const TProperty& row, void* field,
                     const TLegacySection& section) const override;
   Status WriteLegacy(const TProperty& row, const void* field, TSectionWriter& out) const override;

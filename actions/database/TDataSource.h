@@ -16,7 +16,7 @@ namespace zaf {
 /// the user and password. Actions whose elements would be equal share one.
 struct TDataSource {
   FourCharCode host_type = kNoCode;
-  CText type_name;  ///< Of the last host type that had one.
+  CText type_name;  ///< The type name of the last host type with one.
   CText data_source;
   CText host;
   CText database;

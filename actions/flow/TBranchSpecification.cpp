@@ -3,7 +3,7 @@
 namespace zaf {
 namespace {
 
-/// The tag for the application's path ends in a slash of its own by now; older files add one.
+/// The tag for the application's path. Its value now ends in a slash, which older files add.
 constexpr const char* kPathTag = "<@APPFILEPATH>";
 constexpr const char* kOldPathTag = "<@APPFILEPATH>/";
 

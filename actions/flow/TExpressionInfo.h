@@ -17,7 +17,7 @@ struct TExpressionInfo {
   TFixedText<128> comparison;  ///< The operator.
   TFixedText<128> right;
 
-  /// Cuts the operator to the characters that count. Whether it had more.
+  /// Cuts the operator to its significant characters. Returns whether it was longer.
   bool CutOperator();
 };
 static_assert(sizeof(TExpressionInfo) == 512);

@@ -25,7 +25,7 @@ class TFileQuerySpecification final
   Status WriteElement(TXmlWriteContext& context, dom::Element parent) const;
   Status ReadElement(const TXmlReadContext& context, dom::Element element);
   struct TOperation;
-  /// Reports the fields that the operation leaves out.
+  /// Reports the fields that the operation does not use.
   void ReportUnused(const TOperation& operation, TLossReporter& losses) const;
 
   [[nodiscard]] static std::span<const TOperation> Operations();

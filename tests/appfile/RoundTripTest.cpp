@@ -144,7 +144,7 @@ TEST(RoundTrip, EveryApplicationSurvivesTheLegacyForm) {
     TZanfoFile file;
     if (test::LoadBytes(ReadFile(path), file) != Status::kOk) continue;
     ExpectSurvivesLegacyForm(file);
-    TZanfoFile document;  // What its document preserves.
+    TZanfoFile document;  // The content that its document preserves.
     if (test::LoadBytes(test::SaveToXml(file), document) == Status::kOk)
       ExpectSurvivesLegacyForm(document);
   }

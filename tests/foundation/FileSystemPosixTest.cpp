@@ -8,7 +8,7 @@
 #include "foundation/FileSystem.h"
 #include "tests/foundation/TTestDirectory.h"
 
-// scripts/faults tests failures of system calls, with the whole program.
+// scripts/faults tests failures of system calls, using the complete program.
 
 namespace zaf {
 namespace {

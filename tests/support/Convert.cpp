@@ -8,7 +8,7 @@
 namespace zaf::test {
 namespace {
 
-/// What was written to a stream.
+/// The bytes written to a stream.
 std::string ContentOf(TDataFile& data) {
   CData content;
   const bool is_read = data.ReadBlock(kNoCode, 0, data.GetSize(), content) == Status::kOk;

@@ -81,7 +81,7 @@ class InstallTest(unittest.TestCase):
 
     @unittest.skipUnless(shutil.which("zsh"), "no zsh")
     def test_zsh_completes(self):
-        # Called as zsh does: the function must offer completions on its first call, too.
+        # Calls the function like zsh; the first call must already offer completions.
         script = """fpath=($1/share/zsh/site-functions $fpath); autoload -Uz _zaf
                     words=(zaf convert --ex) CURRENT=3
                     compadd() { print -l -- $@ }; _files() { }; _zaf; _zaf"""
