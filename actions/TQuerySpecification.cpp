@@ -141,8 +141,8 @@ Status TQuerySpecification::ReadLegacyProperty(const TLegacySection& section) {
     default:
       break;
   }
-  const TCodeIndex* const own = TryGetIndex([]() -> const TCodeIndex& {
-    static const TCodeIndex made(Properties());
+  const TCodeIndex* const own = TryGetIndex([this]() -> const TCodeIndex& {
+    static const TCodeIndex made(Properties(), this);
     return made;
   });
   if (own == nullptr) return Status::kFailure;

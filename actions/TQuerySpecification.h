@@ -162,10 +162,9 @@ class TQuerySpecification : public TRecordConverter {
   Status ReadCommonXml(const TXmlReadContext& context, dom::Element element);
   [[nodiscard]] bool HasEqualCommonContent(const TQuerySpecification& other) const;
 
-  /// Adds the rows of this class to the index of `Object`, a class derived from this one.
-  template <class Object>
-  static void AddLegacyRows(TCodeIndex& index) {
-    index.Add(Properties(), &LocateBase<Object, TQuerySpecification>);
+  /// Adds the rows of this class to the index of the class of `object`, which is this object.
+  void AddLegacyRows(TCodeIndex& index, const void* object) const {
+    index.Add(Properties(), object, this);
   }
   void SetTypeCode(FourCharCode code) { type_code_ = code; }
   void SetRecordSize(std::uint32_t size) { record_size_ = size; }

@@ -43,8 +43,8 @@ class TTableSpecification : public Base {
 
   Status ReadLegacyProperty(const TLegacySection& section) override {
     if (section.file == nullptr) return Status::kNoFile;
-    const TCodeIndex* const index = TryGetIndex([]() -> const TCodeIndex& {
-      static const TCodeIndex own = MakeCodeIndex();
+    const TCodeIndex* const index = TryGetIndex([this]() -> const TCodeIndex& {
+      static const TCodeIndex own = MakeCodeIndex(Self());
       return own;
     });
     if (index == nullptr) return Status::kFailure;
@@ -101,14 +101,14 @@ class TTableSpecification : public Base {
   }
 
  protected:
-  /// Adds the rows of this class and of its bases to the index of `Object`, a class derived from
-  /// this one, so that one look-up covers them all. Excludes the codes that a base reads by hand.
-  template <class Object>
-  static void AddLegacyRows(TCodeIndex& index) {
-    index.Add(Rows(), std::is_same_v<Object, Action> ? nullptr : &LocateBase<Object, Action>);
+  /// Adds the rows of this class and of its bases to the index of the class of `object`, which is
+  /// this object, so that one look-up covers them all. Excludes the codes that a base reads by
+  /// hand.
+  void AddLegacyRows(TCodeIndex& index, const void* object) const {
+    index.Add(Rows(), object, &Self());
     static_assert(DeclaresReadByHand(), "a base that overrides ReadLegacyProperty lists its codes");
     index.Exclude(Base::kReadByHand);
-    Base::template AddLegacyRows<Object>(index);
+    Base::AddLegacyRows(index, object);
   }
 
  private:
@@ -144,9 +144,9 @@ class TTableSpecification : public Base {
     }
   }
 
-  static TCodeIndex MakeCodeIndex() {
+  static TCodeIndex MakeCodeIndex(const Action& object) {
     TCodeIndex index;
-    AddLegacyRows<Action>(index);
+    object.TTableSpecification::AddLegacyRows(index, &object);
     return index;
   }
 

@@ -328,7 +328,7 @@ class TApplicationComparison {
     static_cast<void>(action.ReadLegacyProperty(section));
   }
   static void ReadSection(TApplication& application, const TLegacySection& section) {
-    static const TCodeIndex index(TApplication::Properties());
+    static const TCodeIndex index(TApplication::Properties(), &application);
     static_cast<void>(index.Find(section.code).Read(&application, section));
   }
 

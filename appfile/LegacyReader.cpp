@@ -84,7 +84,7 @@ Status ReadLegacyApplication(TDataFile& file, const TQuerySpecificationServer& s
     place.offset = header.map_offset;
     return Status::kMalformed;
   }
-  static const TCodeIndex index(TApplication::Properties());
+  static const TCodeIndex index(TApplication::Properties(), &application);
   TSectionMapEntry entry;
   bool is_too_new = false;
   while (!is_too_new && map.Next(entry)) {

@@ -104,7 +104,8 @@ class TRecordListCodecBase : public TFieldCodec {
 
 template <class Record>
 const TRecordNumbers& NumbersOf() {
-  static const TRecordNumbers numbers(Record::Properties());
+  static constexpr Record kAny{};
+  static const TRecordNumbers numbers(Record::Properties(), &kAny);
   return numbers;
 }
 

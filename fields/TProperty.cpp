@@ -36,6 +36,11 @@ bool HasXml(const TProperty& row) { return row.form > XmlForm::kBase; }
   return Status::kOk;
 }
 
+std::uint32_t OffsetIn(const void* object, const void* field) {
+  return static_cast<std::uint32_t>(static_cast<const std::byte*>(field) -
+                                    static_cast<const std::byte*>(object));
+}
+
 bool HasRow(std::span<const TProperty> rows, FourCharCode code) {
   return std::any_of(rows.begin(), rows.end(), [=](const TProperty& row) {
     return row.codec != nullptr && (row.code == code || HasRow(row.codec->Nested(), code));
@@ -83,24 +88,17 @@ std::span<const TProperty> TFieldCodec::Nested() const { return {}; }
 
 std::span<const TProperty> TFieldCodec::NestedNumbers() const { return Nested(); }
 
-void TCodeIndex::Add(std::span<const TProperty> rows, TFieldPath::Step locate_base) {
-  TFieldPath base;
-  if (locate_base != nullptr) base.Append(locate_base);
-  AddRows(rows, base);
-}
-
-void TCodeIndex::AddRows(std::span<const TProperty> rows, const TFieldPath& part) {
+void TCodeIndex::Add(std::span<const TProperty> rows, const void* object, const void* part) {
   for (const TProperty& row : rows) {
     if (row.codec == nullptr) continue;
-    TFieldPath path = part;
-    path.Append(row.locate.find);
-    AddField({row.code, path, &row});
-    AddRows(row.codec->Nested(), path);
+    const void* const field = row.locate(part);
+    AddField({row.code, OffsetIn(object, field), &row});
+    Add(row.codec->Nested(), object, field);
   }
 }
 
 void TCodeIndex::Exclude(std::span<const FourCharCode> codes) {
-  for (const FourCharCode code : codes) AddField({code, {}, nullptr});
+  for (const FourCharCode code : codes) AddField({code, 0, nullptr});
 }
 
 void TCodeIndex::AddField(const TField& field) {
@@ -119,7 +117,7 @@ void TCodeIndex::Resize(std::size_t size) {
 }
 
 Status TCodeIndex::TField::ReadObserved(void* object, const TLegacySection& section) const {
-  void* const field = path.Follow(object);
+  void* const field = Locate(object);
   section.losses->NoteField(*row, section);
   const Status status = row->codec->ReadLegacy(*row, field, section);
   if (status == Status::kOk) section.ReportUnread(row->codec->GetUsed(field, section));
@@ -181,13 +179,12 @@ bool AreRowsEqual(std::span<const TProperty> rows, const void* object, const voi
   });
 }
 
-void TRecordNumbers::Add(std::span<const TProperty> rows, const TFieldPath& part) {
+void TRecordNumbers::Add(std::span<const TProperty> rows, const void* record, const void* part) {
   for (const TProperty& row : rows) {
     if (row.codec == nullptr) continue;
-    TFieldPath path = part;
-    path.Append(row.locate.find);
-    Add(row.codec->NestedNumbers(), path);
-    if (row.codec->IsNumber32()) numbers_.push_back(path);
+    const void* const field = row.locate(part);
+    Add(row.codec->NestedNumbers(), record, field);
+    if (row.codec->IsNumber32()) offsets_.push_back(OffsetIn(record, field));
   }
 }
 
@@ -199,8 +196,8 @@ void TRecordNumbers::ConvertByteOrder(void* record) const {
   using std::endian;
   static_assert(endian::native == endian::big || endian::native == endian::little);
   if constexpr (endian::native == endian::little) {
-    for (const TFieldPath& path : numbers_) {
-      auto* const bytes = static_cast<std::byte*>(path.Follow(record));
+    for (const std::uint32_t offset : offsets_) {
+      std::byte* const bytes = static_cast<std::byte*>(record) + offset;
       std::reverse(bytes, bytes + sizeof(std::uint32_t));
     }
   }

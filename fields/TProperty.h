@@ -95,60 +95,38 @@ class TFieldCodec {
   ~TFieldCodec() = default;
 };
 
-/// The path from an object to one of its fields, through a base or parts. Each step locates the
-/// next object in the previous one.
-class TFieldPath {
- public:
-  using Step = void* (*)(void*);
-
-  void Append(Step step) {
-    assert(count_ < steps_.size());
-    steps_[count_++] = step;
-  }
-  void* Follow(void* object) const {
-    for (std::size_t i = 0; i < count_; ++i) object = steps_[i](object);
-    return object;
-  }
-
- private:
-  std::array<Step, 4> steps_{};  ///< At most a base, a part, a part of that and the field.
-  std::uint32_t count_ = 0;
-};
-
-/// A step from an object to its base class.
-template <class Object, class Base>
-void* LocateBase(void* object) {
-  return static_cast<Base*>(static_cast<Object*>(object));
-}
-
 /// Maps legacy section codes to the rows of a class, of its bases and of their parts. Built once
 /// per class. Refers to the rows, which are constants.
 class TCodeIndex {
  public:
-  /// A row and the part of the object that it describes.
+  /// A row and the place of its field.
   struct TField {
     FourCharCode code = kNoCode;
-    TFieldPath path;
+    std::uint32_t offset = 0;        ///< From the start of the object, in bytes.
     const TProperty* row = nullptr;  ///< Null: the code is unknown or excluded.
 
     /// Reads a section of this code into the field of `object`. The row must not be null.
     Status Read(void* object, const TLegacySection& section) const {
       if (section.losses != nullptr) [[unlikely]]
         return ReadObserved(object, section);
-      return row->codec->ReadLegacy(*row, path.Follow(object), section);
+      return row->codec->ReadLegacy(*row, Locate(object), section);
     }
 
    private:
+    void* Locate(void* object) const { return static_cast<std::byte*>(object) + offset; }
     // Not inlined: otherwise the path without an observer would save registers for it.
     [[gnu::noinline]] Status ReadObserved(void* object, const TLegacySection& section) const;
   };
 
   TCodeIndex() { Resize(32); }
-  explicit TCodeIndex(std::span<const TProperty> rows) : TCodeIndex() { Add(rows); }
+  TCodeIndex(std::span<const TProperty> rows, const void* object) : TCodeIndex() {
+    Add(rows, object, object);
+  }
 
-  /// Adds rows of the class itself or, with `locate_base`, of a base. Of several rows with one code
-  /// the first counts.
-  void Add(std::span<const TProperty> rows, TFieldPath::Step locate_base = nullptr);
+  /// Adds the rows of a class and of its parts. `object` is any object of the index's class, `part`
+  /// the object in it, itself or a base, that the rows describe. Of several rows with one code the
+  /// first counts.
+  void Add(std::span<const TProperty> rows, const void* object, const void* part);
   /// Excludes codes that were not added before: rows added later are not found by them.
   void Exclude(std::span<const FourCharCode> codes);
 
@@ -166,7 +144,6 @@ class TCodeIndex {
     return (static_cast<std::uint32_t>(code) * 0x9E3779B1U >> 16) & last_place_;
   }
   [[nodiscard]] std::size_t Next(std::size_t place) const { return (place + 1) & last_place_; }
-  void AddRows(std::span<const TProperty> rows, const TFieldPath& part);
   void AddField(const TField& field);
   /// Rehashes the fields into `size` places, a power of two.
   void Resize(std::size_t size);
@@ -208,20 +185,20 @@ void NoteRowsUse(std::span<const TProperty> rows, const void* object, const TRec
 [[nodiscard]] bool AreRowsEqual(std::span<const TProperty> rows, const void* object,
                                 const void* other);
 
-/// The 32-bit numbers in one type of record. Built once per type. Refers to the rows, which are
-/// constants.
+/// The 32-bit numbers in one type of record. Built once per type.
 class TRecordNumbers {
  public:
-  explicit TRecordNumbers(std::span<const TProperty> rows) { Add(rows, {}); }
+  /// `record`: any record of the type that the rows describe.
+  TRecordNumbers(std::span<const TProperty> rows, const void* record) { Add(rows, record, record); }
 
   /// Converts the numbers of a record between big-endian, the file's byte order, and the host's.
   /// Applied twice, it restores the record. `record` is aligned for its type.
   void ConvertByteOrder(void* record) const;
 
  private:
-  void Add(std::span<const TProperty> rows, const TFieldPath& part);
+  void Add(std::span<const TProperty> rows, const void* record, const void* part);
 
-  std::vector<TFieldPath> numbers_;
+  std::vector<std::uint32_t> offsets_;  ///< From the start of a record, in bytes.
 };
 
 // Builders of rows. `Member` is a pointer to the field (`&TNote::title_`); its type finds the codec

@@ -42,7 +42,7 @@ TEST(RecordNumbers, AreBigEndianInTheFileAndTheHostsInMemory) {
   TOuter record;
   static_assert(sizeof record == sizeof kFromFile - 1);
   std::memcpy(&record, kFromFile, sizeof record);
-  const TRecordNumbers numbers(TOuter::Properties());
+  const TRecordNumbers numbers(TOuter::Properties(), &record);
   numbers.ConvertByteOrder(&record);
   EXPECT_EQ(record.text.View(), "abc");
   EXPECT_EQ(record.number, -0x01234568);
