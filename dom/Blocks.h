@@ -25,6 +25,7 @@ inline constexpr std::size_t kBlock = 16;
 
 /// The set of characters to find in a text.
 enum class Search {
+  kReturn,         ///< CR.
   kControls,       ///< Below 0x20.
   kTextSpecials,   ///< `&` `<` `>` `"`
   kValueSpecials,  ///< The union of both.
@@ -152,6 +153,8 @@ inline unsigned FoundIn(__m128i block) {
     return _mm_andnot_si128(AnyOf(equal('\t'), equal('\n')), below_blank);
   };
   switch (search) {
+    case Search::kReturn:
+      return bits(equal('\r'));
     case Search::kControls:
       return bits(below_blank);
     case Search::kTextSpecials:
@@ -200,6 +203,8 @@ constexpr bool IsFound(char c) {
   const bool is_control = is_below_blank && c != '\t' && c != '\n';
   const bool is_special = c == '&' || c == '<' || c == '>' || c == '"';
   switch (search) {
+    case Search::kReturn:
+      return c == '\r';
     case Search::kControls:
       return is_below_blank;
     case Search::kTextSpecials:
