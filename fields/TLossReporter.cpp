@@ -29,8 +29,7 @@ constexpr TSentence kSentences[] = {
      "The section is not empty, and XML has no form for it; it is left out of the document"},
     {LossCode::kSectionDropped,
      "The section is not empty, and an action of this kind has no use for it; it is left out of "
-     "the "
-     "document"},
+     "the document"},
     {LossCode::kSectionRepeated,
      "A later section of the same code, of which a record has one, has other content; that one "
      "counts"},
@@ -121,6 +120,11 @@ bool IsBlank(std::string_view text) {
   return text.find_first_not_of(" \t\n\r") == std::string_view::npos;
 }
 
+/// One of 64 bits for a code, by Fibonacci hashing.
+std::uint64_t BitOf(FourCharCode code) {
+  return std::uint64_t{1} << (static_cast<std::uint32_t>(code) * 0x9E3779B1U >> 26);
+}
+
 bool IsIgnored(dom::Element element, dom::Attr attribute) {
   const std::string_view name = attribute.getName();
   return !attribute.WasRead() && name != kSignature && name != kSelfJoin &&
@@ -151,7 +155,8 @@ void TLossReporter::BeginFile(ByteView image, const TRecordHeader& header) {
 void TLossReporter::BeginAction(const TRecordHeader& header) {
   SetAction(header.name.View());
   is_in_action_ = true;
-  fields_.clear();
+  fields_.sections.clear();
+  fields_.codes = 0;
   records_.push_back({header.offset, sections_.size(), 0});
   BeginRecord(header);
 }
@@ -171,7 +176,7 @@ void TLossReporter::BeginRecord(const TRecordHeader& header) {
 
 void TLossReporter::BeginSection(FourCharCode code, std::uint32_t offset, std::uint32_t length) {
   (is_in_action_ ? sections_ : file_sections_).push_back({code, offset, length});
-  Access(AccessKind::kSection, offset, length, code);
+  if (account_ != nullptr) EnterInAccount({AccessKind::kSection, offset, length, code});
 }
 
 ByteView TLossReporter::BytesOf(std::uint64_t offset, std::uint64_t length) const {
@@ -203,6 +208,8 @@ void TLossReporter::Cover(std::uint64_t offset, std::uint64_t length) {
 }
 
 void TLossReporter::EndFile() {
+  for (const std::vector<TSection>* const sections : {&file_sections_, &sections_})
+    for (const TSection& section : *sections) Cover(section.offset, section.length);
   std::ranges::sort(covered_);
   covered_.emplace_back(image_.size(), image_.size());
   const auto clip = [&](std::uint64_t offset) {
@@ -224,12 +231,16 @@ void TLossReporter::NoteField(const TProperty& row, const TLegacySection& sectio
   if (account_ != nullptr)
     EnterInAccount({AccessKind::kField, section.offset, section.length, section.code, &row});
   if (row.form == XmlForm::kNone) ReportDropped(section);
-  // These have at most as many elements as the class has rows.
-  std::vector<TSection>& fields = is_in_action_ ? fields_ : file_fields_;
+  TFieldSections& fields = is_in_action_ ? fields_ : file_fields_;
   const TSection own{section.code, section.offset, section.length};
-  const auto place = std::ranges::find(fields, section.code, &TSection::code);
-  if (place == fields.end()) {
-    fields.push_back(own);
+  const std::uint64_t code = BitOf(section.code);
+  // There are at most as many as the class has rows.
+  const auto place = (fields.codes & code) == 0
+                         ? fields.sections.end()
+                         : std::ranges::find(fields.sections, section.code, &TSection::code);
+  if (place == fields.sections.end()) {
+    fields.codes |= code;
+    fields.sections.push_back(own);
     return;
   }
   if (row.codec->AppendsSections()) return;
@@ -252,7 +263,7 @@ void TLossReporter::ReportDropped(const TLegacySection& section) {
 void TLossReporter::ReportDroppedAction(std::string_view name) {
   SetAction(name);
   const std::size_t known = pending_.size();
-  for (const TSection& field : fields_) {
+  for (const TSection& field : fields_.sections) {
     const auto is_known = [&](const TLoss& loss) { return loss.section == field.code; };
     const auto first = pending_.begin() + static_cast<std::ptrdiff_t>(first_pending_);
     if (std::none_of(first, pending_.begin() + static_cast<std::ptrdiff_t>(known), is_known) &&
@@ -309,7 +320,7 @@ void TLossReporter::ReportIgnored(dom::Element root) {
 }
 
 void TLossReporter::BeginWriting() {
-  SetAction({});
+  action_.clear();
   written_ = file_sections_;
   section_ = kNoCode;
   found_ = nullptr;

@@ -83,7 +83,7 @@ class TLossReporter {
                                       std::uint32_t length);
   /// Excludes bytes from the report of unreferenced ones, without an access to them.
   void Cover(std::uint64_t offset, std::uint64_t length);
-  /// Ends the file. Reports the bytes that no range covers and that are not all NUL.
+  /// Ends the file. Reports the bytes that nothing covers and that are not all NUL.
   [[gnu::noinline]] void EndFile();
 
   /// Notes a section that is about to be read into the field of `row`. Reports it if the row has no
@@ -151,6 +151,11 @@ class TLossReporter {
     std::uint32_t offset;
     std::uint32_t length;
   };
+  /// The last section of each code that was read into a field, or the first one if they add up.
+  struct TFieldSections {
+    std::vector<TSection> sections;
+    std::uint64_t codes = 0;  ///< A bit for each code; several codes can have the same.
+  };
   /// The sections of an action's record.
   struct TRecord {
     std::uint32_t offset;  ///< Of its header.
@@ -161,6 +166,7 @@ class TLossReporter {
   void Send(LossReason reason, std::string_view detail, TLoss loss);
   [[nodiscard]] ByteView BytesOf(std::uint64_t offset, std::uint64_t length) const;
   void BeginRecord(const TRecordHeader& header);
+  /// Notes an access to bytes that are not a section's.
   void Access(AccessKind kind, std::uint64_t offset, std::uint64_t length,
               FourCharCode section = kNoCode);
   [[gnu::noinline]] void EnterInAccount(TAccess access);
@@ -174,14 +180,12 @@ class TLossReporter {
 
   ByteView image_;
   bool is_in_action_ = false;
-  std::vector<TRange> covered_;
+  std::vector<TRange> covered_;          ///< Until the file ends, without its sections.
   std::vector<TSection> file_sections_;  ///< Of the file's own record.
   std::vector<TSection> sections_;       ///< Of all actions.
   std::vector<TRecord> records_;
-  /// The last section of each code that was read into a field, or the first one if they add up: of
-  /// the file and of an action.
-  std::vector<TSection> file_fields_;
-  std::vector<TSection> fields_;
+  TFieldSections file_fields_;
+  TFieldSections fields_;  ///< Of the current action.
   std::vector<TLoss> pending_;
   std::size_t first_pending_ = 0;  ///< Of the current record.
 
