@@ -85,6 +85,10 @@ bool IsPlain(std::string_view text) {
   return special == 0;
 }
 
+/// Space for most lines, in bytes: without losses, and for each loss.
+constexpr std::size_t kUsualSize = 512;
+constexpr std::size_t kUsualLossSize = 256;
+
 /// Builds one line of a report. Texts of plain ASCII are appended unchanged, because a report has
 /// many and must not take longer than the conversion.
 struct TLine {
@@ -204,6 +208,7 @@ void TTotals::Add(const TInputRecord& record) {
 std::string ReportLine(const TInputRecord& record) {
   const TFileResult& result = record.result;
   TLine line;
+  line.text.reserve(kUsualSize + record.losses.size() * kUsualLossSize);
   line.Input(record.input.path);
   line.Key("base").Text(record.input.base).Key("output").TextOrNull(record.output);
   line.Key("status").Text(kStatusWords[static_cast<std::size_t>(record.status)]);
