@@ -2,6 +2,7 @@
 # shows how it is built.
 
 find_package(Threads REQUIRED)
+include(CheckLinkerFlag)
 include(GNUInstallDirs)
 
 # zaf2xml_configure(TARGET): language level, warnings, hardening and instrumentation.
@@ -58,6 +59,12 @@ endif()
 # fault injection, which replace malloc themselves.
 if(ZAF2XML_MIMALLOC AND NOT ZAF2XML_SANITIZE AND NOT ZAF2XML_FAULTS)
   find_package(mimalloc QUIET)
+endif()
+
+# The shipped programs contain the C++ library where it can be linked statically: the dynamic linker
+# would take longer to bind its symbols than a typical file takes to convert.
+if(NOT ZAF2XML_SANITIZE AND NOT MSVC AND NOT MINGW AND NOT APPLE)
+  check_linker_flag(CXX "-static-libstdc++" ZAF2XML_STATIC_LIBSTDCXX)
 endif()
 
 # zaf2xml_library(NAME SOURCES... LINK LIBRARIES...): a static library of tests or tools, which may
@@ -128,6 +135,9 @@ function(zaf2xml_executable name)
       target_sources(${name} PRIVATE ${PROJECT_SOURCE_DIR}/cmake/WindowsHeap.cpp)
     endif()
     target_link_libraries(${name} PRIVATE $<IF:$<TARGET_EXISTS:mimalloc-static>,mimalloc-static,mimalloc>)
+  endif()
+  if(ARG_SHIPPED AND ZAF2XML_STATIC_LIBSTDCXX)
+    target_link_options(${name} PRIVATE -static-libstdc++ -static-libgcc)
   endif()
   if(MSVC)
     target_sources(${name} PRIVATE ${PROJECT_SOURCE_DIR}/cmake/windows.manifest)
