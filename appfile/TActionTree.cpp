@@ -55,7 +55,8 @@ Status TActionTree::PlaceByName(std::unique_ptr<TQuerySpecification> action) {
 }
 
 TActionEntry* TActionTree::Adopt(std::unique_ptr<TQuerySpecification> action) {
-  TActionEntry* const entry = entries_.Append();
+  const auto append = [&] { return &entries_.emplace_back(); };
+  TActionEntry* const entry = Attempt(append, nullptr);
   if (entry == nullptr) return nullptr;
   entry->action = std::move(action);
   entry->action->SetTreeEntry(entry);

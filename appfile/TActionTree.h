@@ -1,13 +1,13 @@
 #pragma once
 
 #include <cstdint>
+#include <list>
 #include <memory>
 #include <string_view>
 
 #include "actions/TActionEntry.h"
 #include "actions/TQuerySpecification.h"
 #include "foundation/Status.h"
-#include "foundation/TOwningArray.h"
 
 namespace zaf {
 
@@ -44,7 +44,7 @@ class TActionTree {
 
   /// The number of actions, without the root.
   [[nodiscard]] std::uint32_t GetActionCount() const {
-    return entries_.GetCount() - (root_ != nullptr ? 1 : 0);
+    return static_cast<std::uint32_t>(entries_.size()) - (root_ != nullptr ? 1 : 0);
   }
 
   /// Returns the next entry in depth-first order; null after the last.
@@ -59,7 +59,7 @@ class TActionTree {
   static void Link(TActionEntry& entry, TActionEntry& parent);
 
   const TApplication* owner_;
-  TOwningArray<TActionEntry> entries_;
+  std::list<TActionEntry> entries_;  // Their places do not change.
   TActionEntry* root_ = nullptr;
   TActionEntry* last_placed_ = nullptr;
 };

@@ -97,7 +97,8 @@ inline bool AreEqualNames(std::string_view name, std::string_view other) {
 #if ZAF2XML_SSE2
 
 /// Loads the first `count` characters, at most 16, followed by zeros. Reads nothing after them.
-inline __m128i LoadBlock(const char* text, std::size_t count) {
+/// Always inlined: most callers pass a constant.
+[[gnu::always_inline]] inline __m128i LoadBlock(const char* text, std::size_t count) {
   if (count == kBlock) return _mm_loadu_si128(reinterpret_cast<const __m128i*>(text));
   // Loads two numbers that may overlap, and shifts out of the second what the first contains.
   std::uint64_t low = 0;

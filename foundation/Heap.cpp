@@ -17,7 +17,8 @@ std::size_t BlockSize(std::size_t size) {
 #endif
   constexpr std::size_t kLeastStep = 16;
   constexpr std::size_t kStepsPerPower = 8;
-  const std::size_t step = std::max(kLeastStep, std::bit_floor(size) / kStepsPerPower);
+  const std::size_t step =
+      size < 2 * kLeastStep * kStepsPerPower ? kLeastStep : std::bit_floor(size) / kStepsPerPower;
   const std::size_t block = (size + step - 1) & ~(step - 1);  // A step is a power of two.
   // On 32-bit systems the largest sizes have no next one.
   return sizeof size > sizeof(std::uint32_t) || block >= size ? block : size;
