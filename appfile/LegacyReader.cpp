@@ -8,7 +8,6 @@ namespace zaf {
 namespace {
 
 constexpr FourCharCode kRunOnlyDocument = Code("rdoc");
-constexpr FourCharCode kActionEntry = Code("head");
 /// Another type of results actions.
 constexpr FourCharCode kResultsType = Code("glob");
 
@@ -90,7 +89,7 @@ Status ReadLegacyApplication(TDataFile& file, const TQuerySpecificationServer& s
   while (!is_too_new && map.Next(entry)) {
     Status status = Status::kOk;
     if (losses != nullptr) losses->BeginSection(entry.code, entry.offset, entry.length);
-    if (entry.code == kActionEntry) {
+    if (entry.code == kRecordHeaderCode) {
       status =
           ReadAction(file, entry.offset, server, application, progress, is_too_new, place, losses);
     } else if (const TCodeIndex::TField& field = index.Find(entry.code); field.row != nullptr) {

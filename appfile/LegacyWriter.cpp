@@ -58,7 +58,7 @@ Status WriteAction(const TQuerySpecification& action, TDataFile& file, std::uint
     return status;
   if (const Status status = WriteRecordHeader(file, header_offset, header); status != Status::kOk)
     return status;
-  return out.AddEntry(Code("head"), header_offset, kRecordHeaderSize);
+  return out.AddEntry(kRecordHeaderCode, header_offset, kRecordHeaderSize);
 }
 
 }  // namespace

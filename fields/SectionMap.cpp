@@ -7,7 +7,7 @@ namespace zaf {
 
 Status ReadRecordHeader(TDataFile& file, std::uint32_t offset, TRecordHeader& header) {
   ByteView bytes;
-  const Status status = file.ViewBlock(Code("head"), offset, kRecordHeaderSize, bytes);
+  const Status status = file.ViewBlock(kRecordHeaderCode, offset, kRecordHeaderSize, bytes);
   if (status != Status::kOk) return status;
   TByteReader reader(bytes);
   std::array<std::uint32_t, 4> numbers;
@@ -32,7 +32,7 @@ Status WriteRecordHeader(TDataFile& file, std::uint32_t offset, const TRecordHea
   StoreU32(header.map_offset, all.subspan<8, 4>());
   StoreU32(header.map_count, all.subspan<12, 4>());
   std::memcpy(bytes + 16, header.name.bytes, kRecordNameWidth);
-  return file.WriteAt(Code("head"), offset, kRecordHeaderSize, bytes);
+  return file.WriteAt(kRecordHeaderCode, offset, kRecordHeaderSize, bytes);
 }
 
 Status TSectionMap::Open(TDataFile& file, const TRecordHeader& header) {

@@ -8,11 +8,6 @@
 #include "fields/TRecordHeader.h"
 
 namespace zaf {
-namespace {
-
-constexpr FourCharCode kHeaderCode = Code("head");
-
-}  // namespace
 
 void TByteAccount::OnAccess(const TAccess& access) {
   switch (access.kind) {
@@ -28,7 +23,7 @@ void TByteAccount::OnAccess(const TAccess& access) {
       if (access.length > 0) BeginSection(access, SectionForm::kMap);
       return;
     case AccessKind::kSection:
-      BeginSection(access, access.section == kHeaderCode && !access.is_in_action
+      BeginSection(access, access.section == kRecordHeaderCode && !access.is_in_action
                                ? SectionForm::kHeader
                                : SectionForm::kUnread);
       return;
@@ -44,7 +39,7 @@ void TByteAccount::BeginSection(const TAccess& access, SectionForm form) {
   TSection section;
   section.offset = access.offset;
   section.length = form == SectionForm::kHeader ? kRecordHeaderSize : access.length;
-  section.code = form == SectionForm::kHeader ? kHeaderCode
+  section.code = form == SectionForm::kHeader ? kRecordHeaderCode
                  : form == SectionForm::kMap  ? Code("smap")
                                               : access.section;
   section.record = access.is_in_action ? static_cast<std::uint32_t>(records_.size() - 1) : 0;

@@ -149,7 +149,7 @@ dom::Node Following(dom::Node node, dom::Node root, bool enters) {
 
 void TLossReporter::BeginFile(ByteView image, const TRecordHeader& header) {
   image_ = image;
-  BeginRecord(header);
+  file_record_ = BeginRecord(header);
 }
 
 void TLossReporter::BeginAction(const TRecordHeader& header) {
@@ -157,8 +157,7 @@ void TLossReporter::BeginAction(const TRecordHeader& header) {
   is_in_action_ = true;
   fields_.sections.clear();
   fields_.codes = 0;
-  records_.push_back({header.offset, sections_.size(), 0});
-  BeginRecord(header);
+  records_.push_back(BeginRecord(header));
 }
 
 void TLossReporter::EndAction() {
@@ -167,16 +166,19 @@ void TLossReporter::EndAction() {
   action_.clear();
 }
 
-void TLossReporter::BeginRecord(const TRecordHeader& header) {
+TLossReporter::TRecord TLossReporter::BeginRecord(const TRecordHeader& header) {
   first_pending_ = pending_.size();
-  Access(AccessKind::kHeader, header.offset, kRecordHeaderSize);
-  Access(AccessKind::kMap, header.map_offset,
-         std::uint64_t{header.map_count} * kSectionMapEntrySize);
+  const std::uint64_t map_size = std::uint64_t{header.map_count} * kSectionMapEntrySize;
+  if (account_ != nullptr) {
+    EnterInAccount(AccessKind::kHeader, header.offset, kRecordHeaderSize, kNoCode);
+    EnterInAccount(AccessKind::kMap, header.map_offset, map_size, kNoCode);
+  }
+  return {header.offset, {header.map_offset, header.map_offset + map_size}, sections_.size(), 0};
 }
 
 void TLossReporter::BeginSection(FourCharCode code, std::uint32_t offset, std::uint32_t length) {
   (is_in_action_ ? sections_ : file_sections_).push_back({code, offset, length});
-  if (account_ != nullptr) EnterInAccount({AccessKind::kSection, offset, length, code});
+  if (account_ != nullptr) EnterInAccount(AccessKind::kSection, offset, length, code);
 }
 
 ByteView TLossReporter::BytesOf(std::uint64_t offset, std::uint64_t length) const {
@@ -185,20 +187,13 @@ ByteView TLossReporter::BytesOf(std::uint64_t offset, std::uint64_t length) cons
   return image_.subspan(static_cast<std::size_t>(begin), static_cast<std::size_t>(count));
 }
 
-void TLossReporter::Access(AccessKind kind, std::uint64_t offset, std::uint64_t length,
-                           FourCharCode section) {
-  if (account_ != nullptr) EnterInAccount({kind, offset, length, section});
-  Cover(offset, length);
-}
-
-void TLossReporter::EnterInAccount(TAccess access) {
-  access.action = action_;
-  access.is_in_action = is_in_action_;
-  account_->OnAccess(access);
+void TLossReporter::EnterInAccount(AccessKind kind, std::uint64_t offset, std::uint64_t length,
+                                   FourCharCode section, const TProperty* row) {
+  account_->OnAccess({kind, offset, length, section, row, action_, is_in_action_});
 }
 
 void TLossReporter::Cover(std::uint64_t offset, std::uint64_t length) {
-  // Consecutive writes are combined into one range.
+  // Consecutive ranges are combined.
   const std::uint64_t end = offset + length;
   TRange* const last = covered_.empty() ? nullptr : &covered_.back();
   if (last != nullptr && offset >= last->first && offset <= last->second)
@@ -207,9 +202,21 @@ void TLossReporter::Cover(std::uint64_t offset, std::uint64_t length) {
     covered_.emplace_back(offset, end);
 }
 
+void TLossReporter::CoverRecord(const TRecord& record) {
+  Cover(record.offset, kRecordHeaderSize);
+  for (const TSection& section : std::span(sections_).subspan(record.first, record.count))
+    Cover(section.offset, section.length);
+  Cover(record.map.first, record.map.second - record.map.first);
+}
+
 void TLossReporter::EndFile() {
-  for (const std::vector<TSection>* const sections : {&file_sections_, &sections_})
-    for (const TSection& section : *sections) Cover(section.offset, section.length);
+  // In the order in which files are usually written, so that ranges are combined.
+  auto record = records_.cbegin();
+  for (const TSection& section : file_sections_) {
+    Cover(section.offset, section.length);
+    if (section.code == kRecordHeaderCode && record != records_.cend()) CoverRecord(*record++);
+  }
+  CoverRecord(file_record_);
   std::ranges::sort(covered_);
   covered_.emplace_back(image_.size(), image_.size());
   const auto clip = [&](std::uint64_t offset) {
@@ -229,7 +236,7 @@ void TLossReporter::EndFile() {
 
 void TLossReporter::NoteField(const TProperty& row, const TLegacySection& section) {
   if (account_ != nullptr)
-    EnterInAccount({AccessKind::kField, section.offset, section.length, section.code, &row});
+    EnterInAccount(AccessKind::kField, section.offset, section.length, section.code, &row);
   if (row.form == XmlForm::kNone) ReportDropped(section);
   TFieldSections& fields = is_in_action_ ? fields_ : file_fields_;
   const TSection own{section.code, section.offset, section.length};
@@ -283,7 +290,11 @@ void TLossReporter::RetractDropped(FourCharCode code) {
 
 void TLossReporter::ReportUnread(const TLegacySection& section, std::uint64_t used) {
   const std::uint64_t end = std::uint64_t{section.offset} + section.length;
-  if (used > section.length) Access(AccessKind::kBeyond, end, used - section.length, section.code);
+  if (used > section.length) {
+    Cover(end, used - section.length);
+    if (account_ != nullptr)
+      EnterInAccount(AccessKind::kBeyond, end, used - section.length, section.code);
+  }
   if (used >= section.length) return;
   if (account_ != nullptr)
     account_->SetUse(section.offset + used, section.length - used, ByteUse::kDropped);

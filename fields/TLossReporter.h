@@ -156,20 +156,20 @@ class TLossReporter {
     std::vector<TSection> sections;
     std::uint64_t codes = 0;  ///< A bit for each code; several codes can have the same.
   };
-  /// The sections of an action's record.
+  /// The record of an action or, without sections, of the file.
   struct TRecord {
     std::uint32_t offset;  ///< Of its header.
-    std::size_t first;     ///< In `sections_`.
+    TRange map;
+    std::size_t first;  ///< Of its sections, in `sections_`.
     std::size_t count;
   };
 
   void Send(LossReason reason, std::string_view detail, TLoss loss);
   [[nodiscard]] ByteView BytesOf(std::uint64_t offset, std::uint64_t length) const;
-  void BeginRecord(const TRecordHeader& header);
-  /// Notes an access to bytes that are not a section's.
-  void Access(AccessKind kind, std::uint64_t offset, std::uint64_t length,
-              FourCharCode section = kNoCode);
-  [[gnu::noinline]] void EnterInAccount(TAccess access);
+  [[nodiscard]] TRecord BeginRecord(const TRecordHeader& header);
+  void CoverRecord(const TRecord& record);
+  [[gnu::noinline]] void EnterInAccount(AccessKind kind, std::uint64_t offset, std::uint64_t length,
+                                        FourCharCode section, const TProperty* row = nullptr);
   /// The last section of this code in the record that is being written; null if there is none.
   const TSection* FindSection(FourCharCode code);
 
@@ -180,10 +180,11 @@ class TLossReporter {
 
   ByteView image_;
   bool is_in_action_ = false;
-  std::vector<TRange> covered_;          ///< Until the file ends, without its sections.
+  std::vector<TRange> covered_;          ///< Outside of records, until the file ends.
   std::vector<TSection> file_sections_;  ///< Of the file's own record.
   std::vector<TSection> sections_;       ///< Of all actions.
-  std::vector<TRecord> records_;
+  TRecord file_record_{};
+  std::vector<TRecord> records_;  ///< In reading order; by offset after the file has ended.
   TFieldSections file_fields_;
   TFieldSections fields_;  ///< Of the current action.
   std::vector<TLoss> pending_;

@@ -15,6 +15,8 @@ inline constexpr std::uint32_t kOldestFormat = 0x01000001;
 inline constexpr std::uint32_t kWrittenFormat = 0x01000002;
 inline constexpr std::uint32_t kNewestFormat = 0x01000003;
 
+/// Code of a record header in the section map of a file.
+inline constexpr FourCharCode kRecordHeaderCode = Code("head");
 /// Size of a record header in a legacy file, in bytes.
 inline constexpr std::uint32_t kRecordHeaderSize = 48;
 /// Width of the name in the header, in bytes; a name of that length has no NUL.
