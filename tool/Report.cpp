@@ -71,8 +71,6 @@ std::string PercentDecoded(std::string_view text) {
   return decoded;
 }
 
-double InMicroseconds(double seconds) { return std::round(seconds * 1e6) / 1e6; }
-
 /// Whether the text is ASCII without quotes, backslashes and control characters, which JSON has
 /// unchanged. Examines all of it, so that compilers vectorise the loop.
 bool IsPlain(std::string_view text) {
@@ -228,18 +226,14 @@ std::string ReportLine(const TInputRecord& record) {
 }
 
 std::string ReportLine(const TTotals& totals) {
-  const ordered_json object{{"summary",
-                             {{"inputs", totals.inputs},
-                              {"converted", totals.converted},
-                              {"checked", totals.checked},
-                              {"skipped", totals.skipped},
-                              {"failed", totals.failed},
-                              {"with_losses", totals.with_losses},
-                              {"bytes_in", totals.bytes_in},
-                              {"bytes_out", totals.bytes_out},
-                              {"seconds", InMicroseconds(totals.seconds)},
-                              {"version", kVersion}}}};
-  return DumpJson(object) + "\n";
+  TLine line;
+  line.Key("summary").Raw("{");
+  line.Key("inputs").Number(totals.inputs).Key("converted").Number(totals.converted);
+  line.Key("checked").Number(totals.checked).Key("skipped").Number(totals.skipped);
+  line.Key("failed").Number(totals.failed).Key("with_losses").Number(totals.with_losses);
+  line.Key("bytes_in").Number(totals.bytes_in).Key("bytes_out").Number(totals.bytes_out);
+  line.Key("seconds").Seconds(totals.seconds).Key("version").Text(kVersion);
+  return line.Raw("}}\n").text;
 }
 
 std::vector<TFailedInput> ReadFailedInputs(const std::string& report) {
