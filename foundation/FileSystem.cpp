@@ -102,12 +102,14 @@ std::string TNewFile::TemporaryPath(std::uint64_t number) const {
   const auto begins_character = [](char c) { return (c & 0xC0) != 0x80; };  // Of UTF-8.
   const auto length = std::count_if(path_.begin() + static_cast<std::ptrdiff_t>(begin), path_.end(),
                                     begins_character);
+  // Fewer digits could be the name of another file, or of this one.
+  constexpr std::ptrdiff_t kLeast = 12;
   std::array<char, 40> name;
   std::snprintf(name.data(), name.size(), "%016llx.Zaf2Xml.tmp",
                 static_cast<unsigned long long>(number));
   const std::string_view whole = name.data();
   std::string path = path_.substr(0, begin).append(
-      whole.substr(0, static_cast<std::size_t>(std::max<std::ptrdiff_t>(length, 1))));
+      whole.substr(0, static_cast<std::size_t>(std::max<std::ptrdiff_t>(length, kLeast))));
   if (path.back() == '.') path.pop_back();  // Windows allows no name that ends so.
   return path;
 }
