@@ -102,14 +102,16 @@ std::string TNewFile::TemporaryPath(std::uint64_t number) const {
   const auto begins_character = [](char c) { return (c & 0xC0) != 0x80; };  // Of UTF-8.
   const auto length = std::count_if(path_.begin() + static_cast<std::ptrdiff_t>(begin), path_.end(),
                                     begins_character);
-  // Fewer digits could be the name of another file, or of this one.
-  constexpr std::ptrdiff_t kLeast = 12;
+  // Fewer digits could be the name of another file, or of this one. A long path may have no space
+  // for more.
+  constexpr std::size_t kLongPath = 200;
+  const std::ptrdiff_t least = path_.size() < kLongPath ? 12 : 1;
   std::array<char, 40> name;
   std::snprintf(name.data(), name.size(), "%016llx.Zaf2Xml.tmp",
                 static_cast<unsigned long long>(number));
   const std::string_view whole = name.data();
   std::string path = path_.substr(0, begin).append(
-      whole.substr(0, static_cast<std::size_t>(std::max<std::ptrdiff_t>(length, kLeast))));
+      whole.substr(0, static_cast<std::size_t>(std::max<std::ptrdiff_t>(length, least))));
   if (path.back() == '.') path.pop_back();  // Windows allows no name that ends so.
   return path;
 }

@@ -199,8 +199,8 @@ class TNewFile {
   /// Opens the file under a temporary name.
   [[nodiscard]] bool OpenTemporary();
   /// A temporary path in the directory of the file, distinguished by `number`. Its last component
-  /// has at most as many characters as that of the file, so it meets the same limit of length, but
-  /// at least 12.
+  /// has at most as many characters as that of the file, so it meets the same limit of length;
+  /// unless the path is long, it has at least 12.
   [[nodiscard]] std::string TemporaryPath(std::uint64_t number) const;
   /// Writes some of the bytes: how many, or less than 1 on failure.
   [[nodiscard]] std::ptrdiff_t WriteSome(const std::byte* bytes, std::size_t count);
