@@ -355,7 +355,7 @@ TYPED_TEST(ActionTable, LabelSizeAndOrderAreThoseOfTheClass) {
 
 /// The first bytes of options, in the host's byte order.
 std::string InputKind(FourCharCode kind) { return {reinterpret_cast<const char*>(&kind), 4}; }
-std::string Number(char number) { return {number, 0, 0, 0}; }
+std::string Number(std::int32_t number) { return {reinterpret_cast<const char*>(&number), 4}; }
 
 template <class Record>
 class RecordTable : public testing::Test {};
