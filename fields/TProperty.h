@@ -1,7 +1,5 @@
 #pragma once
 
-#include <array>
-#include <cassert>
 #include <cstddef>
 #include <cstdint>
 #include <exception>
@@ -130,7 +128,7 @@ class TCodeIndex {
   /// Excludes codes that were not added before: rows added later are not found by them.
   void Exclude(std::span<const FourCharCode> codes);
 
-  /// The field of this code; its row is null when there is none.
+  /// The field of this code; its row is null if not found.
   [[nodiscard]] const TField& Find(FourCharCode code) const {
     std::size_t place = PlaceOf(code);
     const TField* const fields = fields_.data();  // Places are masked, so always in bounds.
