@@ -82,7 +82,7 @@ class TScratchDocument {
   dom::Document document_ = dom::DOMImplementation::createDocument();
 };
 
-/// The data source to which an attribute of an action's element refers; null if there is none.
+/// The data source to which an attribute of an action's element refers; null if not found.
 dom::Element FindDataSource(dom::Element action, std::string_view attribute) {
   const dom::Element root(action.getParentNode().getParentNode());
   dom::Element source = root.getFirstChildElement("DataSources").getFirstChildElement();

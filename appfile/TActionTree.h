@@ -19,13 +19,13 @@ class TActionTree {
   /// The name of a root container without a record, in the odd spelling of legacy files.
   static constexpr std::string_view kRootName = "ContainerSpecif__1";
 
-  /// `owner`: the application of the actions, which outlives the tree; null if there is none.
+  /// `owner`: the application of the actions, which outlives the tree; may be null.
   explicit TActionTree(const TApplication* owner = nullptr) : owner_(owner) {}
   TActionTree(const TActionTree&) = delete;
   TActionTree& operator=(const TActionTree&) = delete;
 
   [[nodiscard]] const TActionEntry* GetRoot() const { return root_; }
-  /// Returns the root; first adds a container with the fixed name if there is none. Null when
+  /// Returns the root; first adds a container with the fixed name if it is absent. Null when
   /// memory runs out.
   TActionEntry* EnsureRoot();
 

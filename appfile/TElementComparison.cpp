@@ -35,7 +35,7 @@ bool Has(std::span<const std::string_view> names, std::string_view name) {
 
 bool IsReference(dom::Attr attribute) { return Has(kReferences, attribute.getName()); }
 
-/// The output block with this ID in the element's document; null if there is none.
+/// The output block with this ID in the element's document; null if not found.
 dom::Element FindOutput(dom::Element element, std::string_view id) {
   while (const dom::Element parent = dom::Element(element.getParentNode())) element = parent;
   dom::Element output = element.getFirstChildElement("Outputs").getFirstChildElement();

@@ -19,7 +19,7 @@ class TLegacyRecord {
 
   /// The codes in the order of the sections.
   [[nodiscard]] std::vector<FourCharCode> GetCodes() const;
-  /// The bytes of a section; nullopt if there is none of this code.
+  /// The bytes of a section; nullopt if no section has this code.
   [[nodiscard]] std::optional<std::string_view> Find(FourCharCode code) const;
 
   /// Calls `read` with each section except `code`, then with the section `code` of `other`, if it

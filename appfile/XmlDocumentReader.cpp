@@ -12,7 +12,7 @@
 namespace zaf {
 namespace {
 
-/// Returns the default data source: the first one with user information; null if there is none.
+/// Returns the default data source: the first one with user information; null if not found.
 dom::Element FindDefaultDataSource(dom::Element data_sources) {
   dom::Element source = data_sources.getFirstChildElement("DataSource");
   while (source && !source.getFirstChildElement("DataSourceInfo"))

@@ -264,7 +264,7 @@ const char* FindInRest(const char* text, const char* end, HighCharacters high) {
   return found == 0 ? end : text + std::countr_zero(found);
 }
 
-/// Returns the first character of the set; `end` when there is none.
+/// Returns the first character of the set; `end` if not found.
 template <Search search>
 inline const char* Find(const char* text, const char* end,
                         HighCharacters high = HighCharacters::kPassed) {

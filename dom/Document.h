@@ -39,7 +39,7 @@ class Document {
 
   /// The document as a node; null for a null document.
   [[nodiscard]] Node getNode() const;
-  /// The root element; null when there is none.
+  /// The root element; null in an empty document.
   [[nodiscard]] Element getDocumentElement() const;
   [[nodiscard]] DocumentType getDoctype() const;
 

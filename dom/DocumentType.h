@@ -14,7 +14,7 @@ class DocumentType : public Node {
   explicit DocumentType(Node node);
 
   [[nodiscard]] std::string_view getName() const { return getNodeName(); }
-  /// The identifier without quotes; empty when there is none.
+  /// The identifier without quotes; empty if absent.
   [[nodiscard]] std::string_view getSystemId() const;
 };
 

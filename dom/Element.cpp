@@ -45,7 +45,7 @@ inline std::string_view JoinTexts(const TreeElement* element, std::string& scrat
   return scratch;
 }
 
-/// Returns the first attribute with this name; null when there is none.
+/// Returns the first attribute with this name; null if not found.
 TreeAttribute* FindAttribute(const TreeElement& element, std::string_view name) {
   TreeAttribute* attribute = element.first_attribute;
   while (attribute != nullptr && !AreEqualNames(attribute->name.View(), name))

@@ -32,7 +32,7 @@ class Element : public Node {
 
   [[nodiscard]] std::string_view getTagName() const { return getNodeName(); }
 
-  /// The value of the first attribute with this name; empty when there is none. A call examines
+  /// The value of the first attribute with this name; empty if not found. A call examines
   /// each attribute once.
   [[nodiscard]] std::string_view getAttribute(std::string_view name) const;
   [[nodiscard]] bool hasAttribute(std::string_view name) const;

@@ -14,7 +14,7 @@ class NamedNodeMap : public HandleList<Attr> {
  public:
   using HandleList::HandleList;
 
-  /// The first attribute with this name; null when there is none.
+  /// The first attribute with this name; null if not found.
   [[nodiscard]] Attr getNamedItem(std::string_view name) const;
 };
 

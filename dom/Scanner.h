@@ -54,7 +54,7 @@ class Scanner {
     return static_cast<std::size_t>(end_ - p) >= kSize - 1 &&
            std::memcmp(p, literal, kSize - 1) == 0;
   }
-  /// Finds the first occurrence of `text` from `p` on; null when there is none.
+  /// Finds the first occurrence of `text` from `p` on; null if not found.
   [[nodiscard]] const char* FindText(const char* p, std::string_view text) const;
 
   [[nodiscard]] const char* SkipSpace(const char* p) const {

@@ -266,7 +266,7 @@ class TreeWriter {
   }
 
   /// Writes the end tags of the elements that end after `node`, up to and including `top`. Returns
-  /// the next node; null when there is none.
+  /// the next node; null at the end.
   const TreeNode* CloseUpToNext(const TreeNode* node, const TreeNode* top) {
     while (node != top) {
       if (node->next != nullptr) return node->next;

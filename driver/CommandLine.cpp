@@ -44,7 +44,7 @@ constexpr TOption kOptions[] = {
 /// As the last argument only these are options, and only in lower case.
 constexpr std::string_view kLastHelpNames[] = {"-help", "-h"};
 
-/// The option with this name, ignoring case; null if there is none.
+/// The option with this name, ignoring case; null if not found.
 const TOption* FindOption(std::string_view name) {
   for (const TOption& option : kOptions) {
     const bool has_short_name = !option.short_name.empty();

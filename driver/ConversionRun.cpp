@@ -34,7 +34,7 @@ struct TFilePaths {
   CText output;
 };
 
-/// The message for an outcome; empty if there is none.
+/// The message for an outcome; empty if the outcome has no message.
 std::string_view MessageOf(FileOutcome outcome) {
   switch (outcome) {
     case FileOutcome::kConverted:

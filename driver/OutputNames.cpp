@@ -7,7 +7,7 @@
 namespace zaf {
 namespace {
 
-/// Position of the last occurrence of the dotted extension, ignoring case; npos if there is none.
+/// Position of the last occurrence of the dotted extension, ignoring case; npos if not found.
 std::size_t FindExtension(std::string_view name, std::string_view dotted_extension) {
   const auto place =
       std::find_end(name.begin(), name.end(), dotted_extension.begin(), dotted_extension.end(),

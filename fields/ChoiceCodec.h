@@ -34,12 +34,12 @@ class TChoiceCodec final : public TFieldCodec {
   void ReportWriting(const TProperty& row, const void* field,
                      const TXmlWriteScope& scope) const override;
 
-  /// The first element of a known kind in `record_element`; null if there is none.
+  /// The first element of a known kind in `record_element`; null if not found.
   [[nodiscard]] dom::Element FindKindElement(dom::Element record_element) const;
 
  private:
   [[nodiscard]] const TChoice& ChoiceOf(const void* field) const;
-  /// The choice that is read from an element of this name; null if there is none.
+  /// The choice that is read from an element of this name; null if not found.
   [[nodiscard]] const TChoice* FindChoice(std::string_view element) const;
 
   std::span<const TChoice> choices_;

@@ -49,7 +49,7 @@ struct TRecordUpgrade {
   std::span<const TUpgradeStep> steps;
 };
 
-/// The first upgrade for `code` and a record of `legacy_size` bytes; null if there is none.
+/// The first upgrade for `code` and a record of `legacy_size` bytes; null if not found.
 const TRecordUpgrade* FindUpgrade(std::span<const TRecordUpgrade> upgrades, FourCharCode code,
                                   std::size_t legacy_size);
 
@@ -58,7 +58,7 @@ const TRecordUpgrade* FindUpgrade(std::span<const TRecordUpgrade> upgrades, Four
 Conversion ApplyUpgrade(const TRecordUpgrade& upgrade, ByteView legacy_record,
                         std::span<std::byte> record);
 
-/// Finds the upgrade and applies it; kDropped if there is none.
+/// Finds the upgrade and applies it; kDropped if not found.
 Conversion UpgradeRecord(std::span<const TRecordUpgrade> upgrades, FourCharCode code,
                          ByteView legacy_record, std::span<std::byte> record);
 

@@ -73,7 +73,7 @@ struct TLegacySection {
       losses->ReportUnread(*this, used);
   }
 
-  /// The observer's account of the file's bytes; null if there is none.
+  /// The observer's account of the file's bytes; null if it keeps no account.
   [[nodiscard]] TByteAccount* GetAccount() const {
     return losses == nullptr ? nullptr : losses->GetAccount();
   }

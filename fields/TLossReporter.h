@@ -170,7 +170,7 @@ class TLossReporter {
   void CoverRecord(const TRecord& record);
   [[gnu::noinline]] void EnterInAccount(AccessKind kind, std::uint64_t offset, std::uint64_t length,
                                         FourCharCode section, const TProperty* row = nullptr);
-  /// The last section of this code in the record that is being written; null if there is none.
+  /// The last section of this code in the record that is being written; null if not found.
   const TSection* FindSection(FourCharCode code);
 
   TLossObserver& observer_;

@@ -29,7 +29,7 @@ class TOutputIndex {
   /// Indexes the `Output` elements in `outputs`.
   explicit TOutputIndex(dom::Element outputs);
 
-  /// The text of the output with this ID; null if there is none.
+  /// The text of the output with this ID; null if not found.
   [[nodiscard]] const std::string_view* Find(std::string_view id) const;
   /// Marks the elements that no reference used as unread, so that they are reported.
   void MarkUnused() const;
@@ -95,9 +95,9 @@ class TXmlReadScope {
   const TXmlReadContext& context;
   const dom::Element element;
 
-  /// The first child element with this name; null if there is none. May be called once per name.
+  /// The first child element with this name; null if not found. May be called once per name.
   [[nodiscard]] dom::Element FindChild(std::string_view name) const { return children_.Find(name); }
-  /// The text of that child, empty if there is none; valid until the next text is read.
+  /// The text of that child, empty if not found; valid until the next text is read.
   [[nodiscard]] std::string_view FindText(std::string_view name) const {
     return children_.FindText(name, context.joined);
   }

@@ -48,7 +48,7 @@ bool DecodeHex(std::string_view digits, std::string& bytes) {
   return true;
 }
 
-/// Removes PKCS#7 padding; false when there is none.
+/// Removes PKCS#7 padding; false if absent.
 bool RemovePadding(std::string& bytes) {
   if (bytes.empty()) return false;
   const char last = bytes.back();

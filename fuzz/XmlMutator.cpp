@@ -74,7 +74,7 @@ class TXmlMutation {
  private:
   std::size_t Below(std::size_t limit) { return limit == 0 ? 0 : random_() % limit; }
 
-  /// Finds the first element at or after a random position; an empty span if there is none.
+  /// Finds the first element at or after a random position; an empty span if not found.
   TSpan ChooseElement(std::string_view text) {
     std::size_t at = text.find('<', Below(text.size()));
     while (at != std::string_view::npos && (at + 1 >= text.size() || !IsNameStart(text[at + 1])))

@@ -37,7 +37,7 @@ struct TInput {
   std::string
       below;  ///< The path below the base, with `/`; the name of a file that is its own base.
   /// The path of an earlier input, named or in the same directory, with the same output. Empty if
-  /// there is none.
+  /// no input has it.
   std::string rival;
 };
 

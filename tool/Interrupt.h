@@ -6,7 +6,7 @@ namespace zaf {
 /// Windows Ctrl-C is SIGINT, and so are Ctrl-Break and closing the console.
 void NoteInterrupts();
 
-/// The number of the recorded signal; 0 if there is none.
+/// The number of the recorded signal; 0 before any.
 [[nodiscard]] int GetInterrupt();
 
 }  // namespace zaf

@@ -23,7 +23,7 @@ std::string ToXml(std::string_view bytes);
 std::string Expected(std::string_view name);
 
 /// The element `name` of a document, from its first start tag to its last end tag, without the
-/// indentation of its first line; empty if there is none.
+/// indentation of its first line; empty if not found.
 std::string ElementOf(std::string_view document, std::string_view name);
 
 /// An element without the line ends and indentation between its nodes.
