@@ -5,7 +5,6 @@
 #include <cstdio>
 #include <dirent.h>
 #include <fcntl.h>
-#include <filesystem>
 #include <memory>
 #include <sys/random.h>
 #include <sys/stat.h>
@@ -18,8 +17,6 @@
 
 namespace zaf {
 namespace {
-
-namespace fs = std::filesystem;
 
 /// Flags of every file that is examined: no waiting for a FIFO, no controlling terminal.
 constexpr int kLookFlags = O_RDONLY | O_NOCTTY | O_CLOEXEC | O_NONBLOCK;
@@ -103,6 +100,27 @@ bool IsSubdirectory(int directory, const dirent& entry, Identities identities,
   return true;
 }
 
+bool IsLinkToDirectory(int directory, const dirent& entry) {
+  if (entry.d_type != DT_LNK && entry.d_type != DT_UNKNOWN) return false;
+  struct stat info {};
+  return fstatat(directory, entry.d_name, &info, 0) == 0 && S_ISDIR(info.st_mode);
+}
+
+/// Calls `visit` with the descriptor of a directory and each of its entries except "." and "..".
+/// False if not all entries could be read.
+template <class Visitor>
+bool ReadDirectory(const char* path, Visitor visit) {
+  const std::unique_ptr<DIR, DirectoryCloser> directory(opendir(path));
+  if (directory == nullptr) return false;
+  for (;;) {
+    errno = 0;
+    const dirent* const entry = readdir(directory.get());
+    if (entry == nullptr) return errno == 0;
+    const std::string_view name = entry->d_name;
+    if (name != "." && name != "..") visit(dirfd(directory.get()), *entry);
+  }
+}
+
 /// Gives an unnamed file a name. Systems that do not let every user link a descriptor fail with
 /// ENOENT; they accept its name under /proc.
 bool LinkUnnamed(int file, const char* name) {
@@ -139,35 +157,30 @@ bool AreSame(std::string_view one, std::string_view two) {
   return first && second && IdentityOf(*first) == IdentityOf(*second);
 }
 
-bool VisitEntries(std::string_view directory, const EntryVisitor& visit) {
-  std::error_code error;
-  fs::directory_iterator entry(directory, error);
-  for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
-    std::error_code unknown;
-    const bool is_directory = entry->is_directory(unknown);
-    if (!is_directory || !entry->is_symlink(unknown))
-      visit(entry->path().filename().native(),
-            is_directory ? PathKind::kDirectory : PathKind::kUnknown);
-  }
-  return !error;
+bool VisitEntries(std::string_view path, const EntryVisitor& visit) {
+  return ReadDirectory(std::string(path).c_str(), [&](int directory, const dirent& entry) {
+    TFileIdentity identity;
+    if (IsSubdirectory(directory, entry, Identities::kOmitted, identity))
+      visit(entry.d_name, PathKind::kDirectory);
+    else if (!IsLinkToDirectory(directory, entry))
+      visit(entry.d_name, PathKind::kUnknown);
+  });
 }
 
 bool CopyTime(std::string_view from, std::string_view to) {
-  std::error_code error;
-  const fs::file_time_type time = fs::last_write_time(from, error);
-  if (!error) fs::last_write_time(to, time, error);
-  return !error;
+  const auto info = Examine(from);
+  if (!info) return false;
+  const std::array times{timespec{0, UTIME_OMIT}, info->st_mtim};
+  return utimensat(AT_FDCWD, std::string(to).c_str(), times.data(), 0) == 0;
 }
 
 bool IsNewer(std::string_view one, std::string_view two) {
-  std::error_code first_error, second_error;
-  const fs::file_time_type time = fs::last_write_time(one, first_error);
-  return time > fs::last_write_time(two, second_error) && !first_error && !second_error;
+  const auto first = Examine(one), second = Examine(two);
+  const auto time = [](const struct stat& info) {
+    return std::pair(info.st_mtim.tv_sec, info.st_mtim.tv_nsec);
+  };
+  return first && second && time(*first) > time(*second);
 }
-
-fs::path StreamPath(std::string_view path) { return path; }
-fs::path ToPath(std::string_view text) { return text; }
-std::string ToText(const fs::path& path) { return path.native(); }
 
 void PrepareProcess() {
   std::signal(SIGXFSZ, SIG_IGN);
@@ -210,19 +223,12 @@ std::optional<TFileIdentity> GetWorkingDirectoryIdentity() {
 }
 
 bool TDirectoryListing::ReadEntries(Identities identities) {
-  const std::unique_ptr<DIR, DirectoryCloser> directory(opendir("."));
-  if (directory == nullptr) return false;
-  for (;;) {
-    errno = 0;
-    const dirent* const next = readdir(directory.get());
-    if (next == nullptr) return errno == 0;
-    const std::string_view name = next->d_name;
-    if (name == "." || name == "..") continue;
-    names.Append(name);
+  return ReadDirectory(".", [&](int directory, const dirent& entry) {
+    names.Append(entry.d_name);
     TFileIdentity identity;
-    if (IsSubdirectory(dirfd(directory.get()), *next, identities, identity))
-      subdirectories.push_back({std::string(name), identity});
-  }
+    if (IsSubdirectory(directory, entry, identities, identity))
+      subdirectories.push_back({entry.d_name, identity});
+  });
 }
 
 TPresence ProbeFile(const CText& path) {

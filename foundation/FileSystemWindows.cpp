@@ -12,6 +12,7 @@
 #include "foundation/CText.h"
 #include "foundation/FileSystem.h"
 #include "foundation/Paths.h"
+#include "foundation/StandardPaths.h"
 
 namespace zaf {
 namespace {

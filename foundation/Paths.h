@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <filesystem>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -41,13 +40,5 @@ using EntryVisitor = std::function<void(std::string_view name, PathKind kind)>;
 
 /// Whether `one` was modified after `two`; false when that is unknown.
 [[nodiscard]] bool IsNewer(std::string_view one, std::string_view two);
-
-/// Converts a path for a stream of the standard library.
-[[nodiscard]] std::filesystem::path StreamPath(std::string_view path);
-
-/// Convert a text to a path that is only taken apart, not opened, and back. On Windows bytes that
-/// are not UTF-8 become U+FFFD, which no name has.
-[[nodiscard]] std::filesystem::path ToPath(std::string_view text);
-[[nodiscard]] std::string ToText(const std::filesystem::path& path);
 
 }  // namespace zaf

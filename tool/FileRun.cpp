@@ -14,6 +14,7 @@
 #include "foundation/CText.h"
 #include "foundation/FileSystem.h"
 #include "foundation/Paths.h"
+#include "foundation/StandardPaths.h"
 #include "tool/Inputs.h"
 #include "tool/Interrupt.h"
 #include "tool/Messages.h"

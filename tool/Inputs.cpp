@@ -11,6 +11,7 @@
 #include "foundation/CaseFolding.h"
 #include "foundation/FileSystem.h"
 #include "foundation/Paths.h"
+#include "foundation/StandardPaths.h"
 #include "tool/Report.h"
 
 namespace zaf {

@@ -9,7 +9,7 @@
 #include <iostream>
 #include <nlohmann/json.hpp>
 
-#include "foundation/Paths.h"
+#include "foundation/StandardPaths.h"
 #include "tool/Json.h"
 #include "tool/Version.h"
 

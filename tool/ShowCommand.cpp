@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "foundation/Paths.h"
+#include "foundation/StandardPaths.h"
 #include "tool/Commands.h"
 #include "tool/Messages.h"
 #include "tool/RunOptions.h"

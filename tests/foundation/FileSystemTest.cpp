@@ -7,6 +7,7 @@
 
 #include "foundation/FileSystem.h"
 #include "foundation/Paths.h"
+#include "foundation/StandardPaths.h"
 #include "foundation/TDataFile.h"
 #include "tests/foundation/TTestDirectory.h"
 
