@@ -7,7 +7,9 @@
 using zaf::Status;
 
 struct TPrinter final : zaf::TLossObserver {
-  void OnLoss(zaf::TLoss loss) override { std::cout << loss.action << ": " << loss.text << "\n"; }
+  void OnLoss(zaf::TLoss&& loss) override {
+    std::cout << loss.action << ": " << loss.GetText() << "\n";
+  }
 };
 
 int Fail(std::string_view what) {

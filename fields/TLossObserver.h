@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "foundation/FourCharCode.h"
 
@@ -30,7 +31,10 @@ enum class LossCode : std::uint8_t {
 /// One loss and its place. Members that do not apply are empty, kNoCode or 0.
 struct TLoss {
   LossCode code;
-  std::string text;                ///< One sentence: what was found, expected and done.
+  /// What was found, expected and done; `%` marks the place of `detail`. A constant in ASCII,
+  /// without quotes, backslashes and control characters.
+  std::string_view sentence;
+  std::string detail;
   std::string action;              ///< Name of the action.
   FourCharCode section = kNoCode;  ///< Of a legacy file, as are the offset and length.
   bool has_range = false;          ///< Whether offset and length apply.
@@ -38,12 +42,20 @@ struct TLoss {
   std::uint64_t length = 0;        ///< In bytes.
   std::uint32_t line = 0;          ///< Of a document, from 1, as is the column.
   std::uint32_t column = 0;
+
+  /// The sentence with its detail.
+  [[nodiscard]] std::string GetText() const {
+    std::string text(sentence);
+    if (const std::size_t mark = text.find('%'); mark != std::string::npos)
+      text.replace(mark, 1, detail);
+    return text;
+  }
 };
 
 /// Receives each loss of a conversion as it occurs.
 class TLossObserver {
  public:
-  virtual void OnLoss(TLoss loss) = 0;
+  virtual void OnLoss(TLoss&& loss) = 0;
   /// The account to keep of the bytes of a legacy file; null for none. Always the same.
   virtual TByteAccount* GetAccount() { return nullptr; }
 

@@ -386,7 +386,7 @@ void TLossReporter::ReportPending() {
 }
 
 void TLossReporter::Report(LossReason reason, std::string_view detail) {
-  Send(reason, detail, TLoss{});
+  Send(reason, detail, {});
 }
 
 void TLossReporter::Report(LossReason reason, const TLegacySection& section,
@@ -409,13 +409,12 @@ void TLossReporter::ReportBytes(LossReason reason, std::uint64_t offset, std::ui
   Send(reason, {}, std::move(loss));
 }
 
-void TLossReporter::Send(LossReason reason, std::string_view detail, TLoss loss) {
+void TLossReporter::Send(LossReason reason, std::string_view detail, TLoss&& loss) {
   if (count_ > kMostLosses) return;
   const TSentence& sentence = kSentences[static_cast<std::size_t>(reason)];
   loss.code = sentence.code;
-  loss.text = std::string(++count_ > kMostLosses ? kFurtherLosses : sentence.text);
-  if (const std::size_t mark = loss.text.find('%'); mark != std::string::npos)
-    loss.text.replace(mark, 1, detail);
+  loss.sentence = ++count_ > kMostLosses ? kFurtherLosses : sentence.text;
+  loss.detail = detail;
   loss.action = action_;
   if (!places_.IsEmpty() && element_) {
     const TDocumentPlace place = places_.Find(element_.getTagName());

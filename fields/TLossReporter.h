@@ -164,7 +164,7 @@ class TLossReporter {
     std::size_t count;
   };
 
-  void Send(LossReason reason, std::string_view detail, TLoss loss);
+  void Send(LossReason reason, std::string_view detail, TLoss&& loss);
   [[nodiscard]] ByteView BytesOf(std::uint64_t offset, std::uint64_t length) const;
   [[nodiscard]] TRecord BeginRecord(const TRecordHeader& header);
   void CoverRecord(const TRecord& record);

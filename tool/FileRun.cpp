@@ -41,7 +41,7 @@ double SecondsSince(Clock::time_point begin) {
 class TLossList final : public TLossObserver {
  public:
   explicit TLossList(std::vector<TLoss>& losses) : losses_(losses) {}
-  void OnLoss(TLoss loss) override { losses_.push_back(std::move(loss)); }
+  void OnLoss(TLoss&& loss) override { losses_.push_back(std::move(loss)); }
 
  private:
   std::vector<TLoss>& losses_;
@@ -64,7 +64,7 @@ class TDifferenceLosses final : public TDifferenceObserver {
   void OnDifference(const TDifference& difference) override {
     const std::string action(difference.is_of_action ? difference.subject : "");
     if (LooksInto(action))
-      losses.push_back({LossCode::kNotRestored, DifferenceText(difference), action});
+      losses.push_back({LossCode::kNotRestored, "%", DifferenceText(difference), action});
   }
 
   std::vector<TLoss> losses;
@@ -89,6 +89,8 @@ class TReportFile {
     static_cast<void>(MakeDirectories(DirectoryOf(path)));
     file_ = OpenStream(CText(path), "wb");
     if (file_ == nullptr) throw TToolError(ExitStatus::kCannotWrite, Failure());
+    // A crash does not lose lines, and each is written by one call of the system.
+    std::setvbuf(file_, nullptr, _IONBF, 0);
   }
   TReportFile(const TReportFile&) = delete;
   TReportFile& operator=(const TReportFile&) = delete;
@@ -99,10 +101,9 @@ class TReportFile {
   [[nodiscard]] bool IsOpen() const { return file_ != nullptr; }
   [[nodiscard]] std::string Failure() const { return "The report " + path_ + " cannot be written"; }
 
-  /// Writes lines and flushes them, so that a crash does not lose them.
-  [[nodiscard]] bool Write(const std::string& lines) {
+  [[nodiscard]] bool Write(const std::string& line) {
     if (file_ == nullptr) return true;
-    return std::fwrite(lines.data(), 1, lines.size(), file_) == lines.size() &&
+    return std::fwrite(line.data(), 1, line.size(), file_) == line.size() &&
            std::fflush(file_) == 0;
   }
 
@@ -280,12 +281,11 @@ class TFileRun {
 
   static void AddLossesOfVerification(TInputRecord& record) {
     if (record.result.outcome == FileOutcome::kOutputNotRead) {
-      TLoss loss{LossCode::kNotReadable, record.error->text, {}};
-      loss.action = record.result.error_place.action;
-      record.losses.push_back(std::move(loss));
+      const std::string action(record.result.error_place.action);
+      record.losses.push_back({LossCode::kNotReadable, "%", record.error->text, action});
     } else if (!record.result.is_restored && record.losses.empty()) {
       record.losses.push_back(
-          {LossCode::kNotRestored, "What was written is read back as another application", {}});
+          {LossCode::kNotRestored, "What was written is read back as another application", {}, {}});
     }
   }
 

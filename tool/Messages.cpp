@@ -222,7 +222,7 @@ std::string ErrorMessage(const TInputRecord& record, Coloring coloring) {
 std::string LossMessage(const TInputRecord& record, const TLoss& loss, Coloring coloring) {
   std::string text = Located(record.input.path, loss.line, loss.column);
   text += IsLoss(loss.code) ? Word("loss", "1;33", coloring) : Word("note", "1;36", coloring);
-  text += ": " + Printable(ToUtf8(loss.text)) + " (";
+  text += ": " + Printable(ToUtf8(loss.GetText())) + " (";
   text += LossWord(loss.code);
   const auto offset = loss.has_range ? std::optional(loss.offset) : std::nullopt;
   return text + PlaceText(offset, loss.section, loss.action) + ")\n";

@@ -98,20 +98,18 @@ struct TLine {
     text += json;
     return *this;
   }
-  TLine& Quoted(std::string_view plain) {
-    text += '"';
-    text += plain;
-    text += '"';
-    return *this;
-  }
   /// A text in UTF-8; what is not UTF-8 becomes U+FFFD.
   TLine& Text(std::string_view value) {
-    return IsPlain(value) ? Quoted(value) : Raw(DumpJson(std::string(value)));
+    return IsPlain(value) ? Raw("\"").Raw(value).Raw("\"") : Raw(DumpJson(std::string(value)));
   }
   TLine& TextOrNull(std::string_view value) { return value.empty() ? Raw("null") : Text(value); }
   /// A text in ISO-8859-1.
-  TLine& Latin1(std::string_view value) {
-    return IsPlain(value) ? Quoted(value) : Raw(DumpJson(ToUtf8(value)));
+  TLine& Latin1(std::string_view value) { return Raw("\"").InLatin1(value).Raw("\""); }
+  /// A part of a text in ISO-8859-1.
+  TLine& InLatin1(std::string_view part) {
+    if (IsPlain(part)) return Raw(part);
+    const std::string quoted = DumpJson(ToUtf8(part));
+    return Raw(std::string_view(quoted).substr(1, quoted.size() - 2));
   }
   TLine& Latin1OrNull(std::string_view value) {
     return value.empty() ? Raw("null") : Latin1(value);
@@ -153,9 +151,12 @@ void AppendError(const TInputError& error, const TErrorPlace& place, TLine& line
 /// Appends an object. There are many losses, so it takes few pieces.
 void AppendLoss(const TLoss& loss, TLine& line) {
   line.Raw(R"({"code":")").Raw(LossWord(loss.code));
-  line.Raw(IsLoss(loss.code) ? R"(","level":"loss","text":)" : R"(","level":"note","text":)");
-  line.Latin1(loss.text).Raw(R"(,"action":)").Latin1OrNull(loss.action);
-  line.Raw(R"(,"section":)").Section(loss.section);
+  line.Raw(IsLoss(loss.code) ? R"(","level":"loss","text":")" : R"(","level":"note","text":")");
+  const std::size_t mark = loss.sentence.find('%');
+  line.Raw(loss.sentence.substr(0, mark));
+  if (mark != std::string_view::npos)
+    line.InLatin1(loss.detail).Raw(loss.sentence.substr(mark + 1));
+  line.Raw(R"(","action":)").Latin1OrNull(loss.action).Raw(R"(,"section":)").Section(loss.section);
   if (loss.has_range)
     line.Raw(R"(,"offset":)").Number(loss.offset).Raw(R"(,"length":)").Number(loss.length);
   else

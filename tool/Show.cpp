@@ -333,7 +333,7 @@ class TLoad {
    public:
     TObserver(std::vector<TLoss>& losses, TByteAccount& account)
         : losses_(losses), account_(account) {}
-    void OnLoss(TLoss loss) override { losses_.push_back(std::move(loss)); }
+    void OnLoss(TLoss&& loss) override { losses_.push_back(std::move(loss)); }
     TByteAccount* GetAccount() override { return &account_; }
 
    private:

@@ -24,7 +24,7 @@ using test::LegacyFile;
 using test::ListOf;
 
 struct TLossList final : TLossObserver {
-  void OnLoss(TLoss loss) override { losses.push_back(std::move(loss)); }
+  void OnLoss(TLoss&& loss) override { losses.push_back(std::move(loss)); }
   std::vector<TLoss> losses;
 };
 
@@ -211,8 +211,8 @@ void ExpectLosses(const std::vector<TCase>& cases, Target target) {
     SCOPED_TRACE(test.name);
     const std::vector<TLoss> losses = LossesOf(test.lossy, target);
     EXPECT_EQ(losses.size(), 1U);
-    for (const TLoss& loss : losses) EXPECT_EQ(loss.code, test.code) << loss.text;
-    for (const TLoss& loss : LossesOf(test.whole, target)) ADD_FAILURE() << loss.text;
+    for (const TLoss& loss : losses) EXPECT_EQ(loss.code, test.code) << loss.GetText();
+    for (const TLoss& loss : LossesOf(test.whole, target)) ADD_FAILURE() << loss.GetText();
   }
 }
 
@@ -318,11 +318,11 @@ TEST(Losses, OfTheSamplesAndTheirDocumentsAreFew) {
     std::ifstream file(entry.path(), std::ios::binary);
     const std::string bytes(std::istreambuf_iterator<char>(file), {});
     for (const TLoss& loss : LossesOf(bytes))
-      EXPECT_EQ(loss.code, LossCode::kLineEndChanged) << entry.path() << ": " << loss.text;
+      EXPECT_EQ(loss.code, LossCode::kLineEndChanged) << entry.path() << ": " << loss.GetText();
     // The element of a check box is written under another name than it is read from.
     for (const TLoss& loss : LossesOf(test::ToXml(bytes)))
-      EXPECT_NE(loss.text.find("InputCheckBox"), std::string::npos)
-          << entry.path() << ": " << loss.line << ": " << loss.text;
+      EXPECT_NE(loss.GetText().find("InputCheckBox"), std::string::npos)
+          << entry.path() << ": " << loss.line << ": " << loss.GetText();
   }
 }
 

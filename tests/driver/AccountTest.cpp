@@ -21,7 +21,7 @@ namespace {
 using test::LegacyFile;
 
 struct TObserver final : TLossObserver {
-  void OnLoss(TLoss) override {}
+  void OnLoss(TLoss&&) override {}
   TByteAccount* GetAccount() override { return &account; }
   TByteAccount account;
 };
