@@ -47,8 +47,8 @@ class TLossList final : public TLossObserver {
   std::vector<TLoss>& losses_;
 };
 
-/// Records the differences that a verification finds as losses, unless other losses of the action,
-/// or of the application itself, explain them.
+/// Records the differences that a verification finds as losses, unless another loss of the action,
+/// or of the application itself, or a note on their section explains them.
 class TDifferenceLosses final : public TDifferenceObserver {
  public:
   /// `others`: the losses of the conversion, which is complete when the first difference is found.
@@ -57,21 +57,29 @@ class TDifferenceLosses final : public TDifferenceObserver {
   bool LooksInto(std::string_view action) override {
     if (!explained_) {
       explained_.emplace();
-      for (const TLoss& loss : others_) explained_->insert(loss.action);
+      for (const TLoss& loss : others_) {
+        const std::array code = Characters(loss.section);
+        const bool is_of_section = !IsLoss(loss.code) && loss.section != kNoCode;
+        explained_->emplace(
+            loss.action, is_of_section ? "'" + std::string(code.begin(), code.end()) + "'" : "");
+      }
     }
-    return !explained_->contains(action);
+    return !explained_->contains(TField(action, ""));
   }
   void OnDifference(const TDifference& difference) override {
     const std::string action(difference.is_of_action ? difference.subject : "");
-    if (LooksInto(action))
+    if (LooksInto(action) && !explained_->contains(TField(action, difference.field)))
       losses.push_back({LossCode::kNotRestored, "%", DifferenceText(difference), action});
   }
 
   std::vector<TLoss> losses;
 
  private:
+  /// An action and a field of it, as in TDifference; without a field: all of the action.
+  using TField = std::pair<std::string_view, std::string>;
+
   const std::vector<TLoss>& others_;
-  std::optional<std::set<std::string_view>> explained_;  ///< Names.
+  std::optional<std::set<TField>> explained_;
 };
 
 /// The report while it is written. Does nothing if none was requested.
