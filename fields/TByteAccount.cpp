@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <queue>
-#include <utility>
 
 #include "fields/TProperty.h"
 #include "fields/TRecordHeader.h"
@@ -17,7 +16,6 @@ void TByteAccount::OnAccess(const TAccess& access) {
         BeginSection(access, SectionForm::kHeader);
       records_.emplace_back(access.action);
       sections_.back().record = static_cast<std::uint32_t>(records_.size() - 1);
-      last_[1].clear();
       return;
     case AccessKind::kMap:
       if (access.length > 0) BeginSection(access, SectionForm::kMap);
@@ -52,10 +50,15 @@ void TByteAccount::SetField(const TProperty& row) {
   TSection& section = sections_.back();
   section.field = row.name;
   section.form = row.codec->GetSectionForm();
-  if (row.codec->AppendsSections()) return;
-  const auto index = static_cast<std::uint32_t>(sections_.size() - 1);
-  const auto [place, is_new] = last_[section.record == 0 ? 0 : 1].try_emplace(section.code, index);
-  if (!is_new) sections_[std::exchange(place->second, index)].is_without_use = true;
+}
+
+void TByteAccount::DropSection(std::uint64_t offset, FourCharCode code) {
+  const std::uint32_t record = sections_.back().record;
+  const auto replaced =
+      std::find_if(std::next(sections_.rbegin()), sections_.rend(), [=](const TSection& section) {
+        return section.record == record && section.offset == offset && section.code == code;
+      });
+  if (replaced != sections_.rend()) replaced->is_without_use = true;
 }
 
 void TByteAccount::DropRecord() {

@@ -85,6 +85,8 @@ class TByteAccount {
   void SetUse(ByteUse use);
   /// Sets the use of bytes, which may be outside of the section. Later calls override earlier ones.
   void SetUse(std::uint64_t offset, std::uint64_t length, ByteUse use);
+  /// Records that a later section of the last record, or of the file's, replaces this one.
+  void DropSection(std::uint64_t offset, FourCharCode code);
   /// Records that the last record, that of the root container, has no XML form.
   void DropRecord();
 
@@ -105,8 +107,6 @@ class TByteAccount {
   std::vector<TRange> ranges_;
   /// The uses in the current section by the offset where each begins; the last entry marks the end.
   std::map<std::uint64_t, ByteUse> uses_;
-  /// The last section of each code: in the file's record, and in the current record of an action.
-  std::map<FourCharCode, std::uint32_t> last_[2];
 };
 
 /// The bytes of one record of a list. Codecs mark those that affect its XML, by their place in

@@ -73,6 +73,13 @@ struct TLegacySection {
       losses->ReportUnread(*this, used);
   }
 
+  /// Notes for an observer that the section was read by hand into the field of this code, and
+  /// reports an earlier section that it replaces, unless the field has the same value.
+  void NoteField(FourCharCode field, bool has_same_value) const {
+    if (losses != nullptr) [[unlikely]]
+      losses->NoteField(field, has_same_value);
+  }
+
   /// The observer's account of the file's bytes; null if it keeps no account.
   [[nodiscard]] TByteAccount* GetAccount() const {
     return losses == nullptr ? nullptr : losses->GetAccount();

@@ -12,8 +12,11 @@ namespace {
 
 /// The maximum number of losses that are reported of one file: a hostile file could have millions.
 constexpr std::uint32_t kMostLosses = 10000;
-/// The maximum number of bytes of a section that are examined: any number of sections may overlap.
-constexpr std::uint64_t kMostExamined = 4096;
+/// The number of bytes of a section that are examined in any case. Of longer sections all bytes are
+/// examined until, together, they have so many times the size of the file: sections may overlap.
+constexpr std::uint64_t kAlwaysExamined = 4096;
+constexpr std::uint64_t kTimesExamined = 8;
+constexpr std::uint64_t kLeastExamined = std::uint64_t{16} << 20;
 constexpr std::string_view kFurtherLosses = "There are more losses, which are not listed";
 
 struct TSentence {
@@ -31,8 +34,7 @@ constexpr TSentence kSentences[] = {
      "The section is not empty, and an action of this kind has no use for it; it is left out of "
      "the document"},
     {LossCode::kSectionRepeated,
-     "A later section of the same code, of which a record has one, has other content; that one "
-     "counts"},
+     "A later section of the record, for the same field, has other content; that one counts"},
     {LossCode::kSectionMalformed,
      "The section map has fewer entries than its header counts; no section of the action is read"},
     {LossCode::kSectionMalformed,
@@ -149,14 +151,14 @@ dom::Node Following(dom::Node node, dom::Node root, bool enters) {
 
 void TLossReporter::BeginFile(ByteView image, const TRecordHeader& header) {
   image_ = image;
+  examinable_ = std::max(kTimesExamined * image.size(), kLeastExamined);
   file_record_ = BeginRecord(header);
 }
 
 void TLossReporter::BeginAction(const TRecordHeader& header) {
   SetAction(header.name.View());
   is_in_action_ = true;
-  fields_.sections.clear();
-  fields_.codes = 0;
+  fields_ = 0;
   records_.push_back(BeginRecord(header));
 }
 
@@ -177,13 +179,17 @@ TLossReporter::TRecord TLossReporter::BeginRecord(const TRecordHeader& header) {
 }
 
 void TLossReporter::BeginSection(FourCharCode code, std::uint32_t offset, std::uint32_t length) {
-  (is_in_action_ ? sections_ : file_sections_).push_back({code, offset, length});
+  GetSections().push_back({code, offset, length});
   if (account_ != nullptr) EnterInAccount(AccessKind::kSection, offset, length, code);
 }
 
-ByteView TLossReporter::BytesOf(std::uint64_t offset, std::uint64_t length) const {
+ByteView TLossReporter::BytesOf(std::uint64_t offset, std::uint64_t length) {
   const std::uint64_t begin = std::min<std::uint64_t>(offset, image_.size());
-  const std::uint64_t count = std::min({length, image_.size() - begin, kMostExamined});
+  std::uint64_t count = std::min(length, image_.size() - begin);
+  if (count > kAlwaysExamined) {
+    if (count > examinable_) count = kAlwaysExamined;
+    examinable_ -= std::min(count, examinable_);
+  }
   return image_.subspan(static_cast<std::size_t>(begin), static_cast<std::size_t>(count));
 }
 
@@ -238,27 +244,42 @@ void TLossReporter::NoteField(const TProperty& row, const TLegacySection& sectio
   if (account_ != nullptr)
     EnterInAccount(AccessKind::kField, section.offset, section.length, section.code, &row);
   if (row.form == XmlForm::kNone) ReportDropped(section);
-  TFieldSections& fields = is_in_action_ ? fields_ : file_fields_;
-  const TSection own{section.code, section.offset, section.length};
-  const std::uint64_t code = BitOf(section.code);
-  // There are at most as many as the class has rows.
-  const auto place = (fields.codes & code) == 0
-                         ? fields.sections.end()
-                         : std::ranges::find(fields.sections, section.code, &TSection::code);
-  if (place == fields.sections.end()) {
-    fields.codes |= code;
-    fields.sections.push_back(own);
-    return;
-  }
-  if (row.codec->AppendsSections()) return;
-  const TSection earlier = std::exchange(*place, own);
-  if (earlier.length == own.length &&
-      std::ranges::equal(BytesOf(earlier.offset, earlier.length), BytesOf(own.offset, own.length)))
-    return;
-  TLegacySection replaced = section;
-  replaced.offset = earlier.offset;
-  replaced.length = earlier.length;
-  Report(LossReason::kRepeatedSection, replaced);
+  if (!MarkField(section.code) || row.codec->AppendsSections()) return;
+  const TSection* const earlier = TakeReplaced(section.code);
+  if (earlier != nullptr && (earlier->length != section.length ||
+                             !std::ranges::equal(BytesOf(earlier->offset, earlier->length),
+                                                 BytesOf(section.offset, section.length))))
+    ReportReplaced(*earlier);
+}
+
+void TLossReporter::NoteField(FourCharCode field, bool has_same_value) {
+  const TSection* const earlier = MarkField(field) ? TakeReplaced(field) : nullptr;
+  if (earlier != nullptr && !has_same_value) ReportReplaced(*earlier);
+}
+
+bool TLossReporter::MarkField(FourCharCode field) {
+  GetSections().back().field = field;
+  TFieldSet& fields = is_in_action_ ? fields_ : file_fields_;
+  const TFieldSet known = std::exchange(fields, fields | BitOf(field));
+  return known == fields;
+}
+
+const TLossReporter::TSection* TLossReporter::TakeReplaced(FourCharCode field) {
+  std::vector<TSection>& sections = GetSections();
+  const auto end = std::reverse_iterator(
+      sections.begin() + static_cast<std::ptrdiff_t>(is_in_action_ ? records_.back().first : 0));
+  const auto earlier =
+      std::find_if(std::next(sections.rbegin()), end,
+                   [=](const TSection& section) { return section.field == field; });
+  if (earlier == end) return nullptr;
+  earlier->field = kNoCode;
+  if (account_ != nullptr) account_->DropSection(earlier->offset, earlier->code);
+  return &*earlier;
+}
+
+void TLossReporter::ReportReplaced(const TSection& earlier) {
+  Report(LossReason::kRepeatedSection,
+         {.code = earlier.code, .offset = earlier.offset, .length = earlier.length});
 }
 
 void TLossReporter::ReportDropped(const TLegacySection& section) {
@@ -270,7 +291,8 @@ void TLossReporter::ReportDropped(const TLegacySection& section) {
 void TLossReporter::ReportDroppedAction(std::string_view name) {
   SetAction(name);
   const std::size_t known = pending_.size();
-  for (const TSection& field : fields_.sections) {
+  for (const TSection& field : std::span(sections_).subspan(records_.back().first)) {
+    if (field.field == kNoCode) continue;
     const auto is_known = [&](const TLoss& loss) { return loss.section == field.code; };
     const auto first = pending_.begin() + static_cast<std::ptrdiff_t>(first_pending_);
     if (std::none_of(first, pending_.begin() + static_cast<std::ptrdiff_t>(known), is_known) &&
@@ -385,9 +407,7 @@ void TLossReporter::ReportPending() {
   pending_.clear();
 }
 
-void TLossReporter::Report(LossReason reason, std::string_view detail) {
-  Send(reason, detail, {});
-}
+void TLossReporter::Report(LossReason reason, std::string_view detail) { Send(reason, detail, {}); }
 
 void TLossReporter::Report(LossReason reason, const TLegacySection& section,
                            std::string_view detail) {

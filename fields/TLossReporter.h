@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -86,9 +87,12 @@ class TLossReporter {
   /// Ends the file. Reports the bytes that nothing covers and that are not all NUL.
   [[gnu::noinline]] void EndFile();
 
-  /// Notes a section that is about to be read into the field of `row`. Reports it if the row has no
-  /// XML form, and reports an earlier section that it replaces.
+  /// Notes that the section, which was begun last, is about to be read into the field of `row`.
+  /// Reports it if the row has no XML form, and reports an earlier section that it replaces.
   void NoteField(const TProperty& row, const TLegacySection& section);
+  /// Notes that the section that was begun last was read by hand into the field of this code.
+  /// Reports an earlier section that it replaces, unless the field has the same value.
+  void NoteField(FourCharCode field, bool has_same_value);
   /// Reports a section that has no XML form, unless it is all NUL.
   void ReportDropped(const TLegacySection& section);
   /// Reports the sections of the action read last that were read into fields: it has no XML form.
@@ -106,6 +110,11 @@ class TLossReporter {
   void BeginDocument(const dom::ParseReport& report) { places_ = TDocumentPlaces(report); }
   /// Sets the element to which the following losses belong.
   void SetElement(dom::Element element) { element_ = element; }
+  /// Reports a loss at this element.
+  void ReportAt(dom::Element element, LossReason reason, std::string_view detail) {
+    SetElement(element);
+    Report(reason, detail);
+  }
   /// Reports the attributes, elements and texts below `root` that were not read.
   void ReportIgnored(dom::Element root);
 
@@ -150,12 +159,11 @@ class TLossReporter {
     FourCharCode code;
     std::uint32_t offset;
     std::uint32_t length;
+    /// The code of the field that it was read into; kNoCode: none, or a later one replaces it.
+    FourCharCode field = kNoCode;
   };
-  /// The last section of each code that was read into a field, or the first one if they add up.
-  struct TFieldSections {
-    std::vector<TSection> sections;
-    std::uint64_t codes = 0;  ///< A bit for each code; several codes can have the same.
-  };
+  /// The fields of a record that were read.
+  using TFieldSet = std::uint64_t;  ///< A bit for each code; several codes can have the same.
   /// The record of an action or, without sections, of the file.
   struct TRecord {
     std::uint32_t offset;  ///< Of its header.
@@ -165,8 +173,16 @@ class TLossReporter {
   };
 
   void Send(LossReason reason, std::string_view detail, TLoss&& loss);
-  [[nodiscard]] ByteView BytesOf(std::uint64_t offset, std::uint64_t length) const;
+  [[nodiscard]] ByteView BytesOf(std::uint64_t offset, std::uint64_t length);
   [[nodiscard]] TRecord BeginRecord(const TRecordHeader& header);
+  [[nodiscard]] std::vector<TSection>& GetSections() {
+    return is_in_action_ ? sections_ : file_sections_;
+  }
+  /// Notes the field of the section that was begun last. Whether an earlier one can have the same.
+  [[nodiscard]] bool MarkField(FourCharCode field);
+  /// The earlier section with the same field as the one begun last, which replaces it.
+  const TSection* TakeReplaced(FourCharCode field);
+  void ReportReplaced(const TSection& earlier);
   void CoverRecord(const TRecord& record);
   [[gnu::noinline]] void EnterInAccount(AccessKind kind, std::uint64_t offset, std::uint64_t length,
                                         FourCharCode section, const TProperty* row = nullptr);
@@ -179,14 +195,15 @@ class TLossReporter {
   std::uint32_t count_ = 0;
 
   ByteView image_;
+  std::uint64_t examinable_ = 0;  ///< How many bytes of long sections may still be examined.
   bool is_in_action_ = false;
   std::vector<TRange> covered_;          ///< Outside of records, until the file ends.
   std::vector<TSection> file_sections_;  ///< Of the file's own record.
   std::vector<TSection> sections_;       ///< Of all actions.
   TRecord file_record_{};
   std::vector<TRecord> records_;  ///< In reading order; by offset after the file has ended.
-  TFieldSections file_fields_;
-  TFieldSections fields_;  ///< Of the current action.
+  TFieldSet file_fields_ = 0;
+  TFieldSet fields_ = 0;  ///< Of the current action.
   std::vector<TLoss> pending_;
   std::size_t first_pending_ = 0;  ///< Of the current record.
 

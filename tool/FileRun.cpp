@@ -60,16 +60,19 @@ class TDifferenceLosses final : public TDifferenceObserver {
       for (const TLoss& loss : others_) {
         const std::array code = Characters(loss.section);
         const bool is_of_section = !IsLoss(loss.code) && loss.section != kNoCode;
-        explained_->emplace(
-            loss.action, is_of_section ? "'" + std::string(code.begin(), code.end()) + "'" : "");
+        explained_->emplace(loss.action,
+                            is_of_section ? "'" + std::string(code.begin(), code.end()) + "'" : "");
       }
     }
     return !explained_->contains(TField(action, ""));
   }
   void OnDifference(const TDifference& difference) override {
     const std::string action(difference.is_of_action ? difference.subject : "");
-    if (LooksInto(action) && !explained_->contains(TField(action, difference.field)))
-      losses.push_back({LossCode::kNotRestored, "%", DifferenceText(difference), action});
+    if (!LooksInto(action) || explained_->contains(TField(action, difference.field))) return;
+    losses.push_back({LossCode::kNotRestored, "What is read back from the output differs: %",
+                      DifferenceText(difference), action});
+    if (difference.field.starts_with('\''))
+      losses.back().section = CodeOfText(difference.field.substr(1));
   }
 
   std::vector<TLoss> losses;

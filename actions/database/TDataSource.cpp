@@ -1,5 +1,7 @@
 #include "actions/database/TDataSource.h"
 
+#include <utility>
+
 #include "actions/database/DataSourceKinds.h"
 #include "actions/database/TDataSourceIndex.h"
 #include "actions/database/TDataSourceWriter.h"
@@ -47,8 +49,12 @@ void TDataSource::WriteXml(TXmlWriteContext& context, std::uint32_t& development
   development = WriteElement(context, user_name, password);
   const bool is_one_login = deployment_user_name.View() == user_name.View() &&
                             deployment_password.View() == password.View();
-  deployment =
-      is_one_login ? development : WriteElement(context, deployment_user_name, deployment_password);
+  deployment = development;
+  if (is_one_login) return;
+  // All but the login is the same; its losses have been reported.
+  TLossReporter* const losses = std::exchange(context.losses, nullptr);
+  deployment = WriteElement(context, deployment_user_name, deployment_password);
+  context.losses = losses;
 }
 
 Status TDataSource::ReadXml(const TXmlReadContext& context, std::string_view development,

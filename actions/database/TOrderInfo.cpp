@@ -43,6 +43,9 @@ std::span<const TProperty> TOrderInfo::Properties() {
 void TOrderInfo::WriteXml(const TXmlWriteScope& scope) const {
   if (EqualsIgnoringCase(ascending.View(), "true"))
     scope.element.appendPlainElement(kAscendingElement, "True");
+  else if (scope.context.losses != nullptr && !ascending.View().empty() &&
+           !EqualsIgnoringCase(ascending.View(), "false"))
+    scope.context.losses->ReportIn(kNoCode, LossReason::kUnknownWord, kAscendingElement);
   scope.element.appendElement(kOwnerElement);
   WriteXmlRows(Properties(), this, scope);
 }
@@ -55,7 +58,11 @@ Status TOrderInfo::ReadXml(const TXmlReadScope& scope) {
   std::string joined;
   ascending.Set(direction ? direction.getTextContent(joined) : "false");
   const std::string_view owner = owner_element.getTextContent(joined);
-  if (!owner.empty()) table.Set(std::string(owner).append(1, '.').append(table.View()));
+  if (owner.empty()) return Status::kOk;
+  const std::string name = std::string(owner).append(1, '.').append(table.View());
+  table.Set(name);
+  if (scope.context.losses != nullptr && table.View() != UntilNul(name))
+    scope.context.losses->ReportAt(owner_element, LossReason::kCutText, kOwnerElement);
   return Status::kOk;
 }
 

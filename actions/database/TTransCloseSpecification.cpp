@@ -31,7 +31,10 @@ Status TTransCloseSpecification::ReadLegacyProperty(const TLegacySection& sectio
   std::int32_t platform = 0;
   const Status status = section.Read(platform);
   if (status != Status::kOk) return status;
+  const bool was_commit = IsCommit();
   end_type_ = platform == static_cast<std::int32_t>(Code("mac ")) ? kCommit : kRollback;
+  section.ReportUnread(sizeof platform);
+  section.NoteField(Code("eact"), IsCommit() == was_commit);
   return Status::kOk;
 }
 

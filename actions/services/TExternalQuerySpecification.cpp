@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <string>
+#include <utility>
 
 #include "fields/WriteTextElement.h"
 
@@ -15,9 +16,12 @@ std::string_view GetText(dom::Element element, std::string_view name, std::strin
   return element.getFirstChildElement(name).getTextContent(joined);
 }
 
-FourCharCode ReadEvent(dom::Element element, std::string_view name) {
+FourCharCode ReadEvent(const TXmlReadContext& context, dom::Element element,
+                       std::string_view name) {
   std::string joined;
   const std::string_view text = GetText(element, name, joined);
+  if (context.losses != nullptr && text.size() > sizeof(FourCharCode))
+    context.losses->ReportAt(element.getFirstChildElement(name), LossReason::kCutText, name);
   return text.empty() ? kBlankEvent : CodeOfText(text);
 }
 
@@ -56,8 +60,8 @@ Status TExternalQuerySpecification::ReadLegacyProperty(const TLegacySection& sec
 Status TExternalQuerySpecification::ReadParameters(const TLegacySection& section) {
   ByteView bytes;
   if (const Status status = section.View(bytes); status != Status::kOk) return status;
-  target_.Clear();
-  parameters_.DeleteAll();
+  const CText target = std::exchange(target_, {});
+  const CExternalParameterArray parameters = std::exchange(parameters_, {});
   TByteReader reader(bytes);
   bool is_whole = false;
   const Status status = ReadParts(section, reader, is_whole);
@@ -65,6 +69,7 @@ Status TExternalQuerySpecification::ReadParameters(const TLegacySection& section
   // If the parts end early, the bytes after the section determine where they would end.
   if (TByteAccount* const account = section.GetAccount(); account != nullptr && !is_whole)
     account->SetUse(ByteUse::kCarried);
+  section.NoteField(kCommandPlatform, target_.View() == target.View() && parameters_ == parameters);
   return status;
 }
 
@@ -147,6 +152,8 @@ Status TExternalQuerySpecification::WriteElement(TXmlWriteContext& context,
                                                  dom::Element parent) const {
   const bool is_command = platform_ == kCommandPlatform;
   const bool is_library = platform_ == kLibraryPlatform;
+  if (context.losses != nullptr && !is_command && !is_library && !HasEvent())
+    context.losses->ReportIn(Code("plat"), LossReason::kUnknownValue, "the platform");
   const dom::Element element = parent.appendElement(is_command   ? kCommandElement
                                                     : is_library ? kLibraryElement
                                                                  : kEventElement);
@@ -195,8 +202,8 @@ Status TExternalQuerySpecification::ReadElement(const TXmlReadContext& context,
   std::string joined;
   target_ = GetText(element, target, joined);
   if (platform_ == kEventPlatform) {
-    event_class_ = ReadEvent(element, "EventClass");
-    event_code_ = ReadEvent(element, "EventCode");
+    event_class_ = ReadEvent(context, element, "EventClass");
+    event_code_ = ReadEvent(context, element, "EventCode");
   }
   const bool is_library = platform_ == kLibraryPlatform;
   const std::string_view item_name = is_library ? "ParameterItem" : "VariableItem";

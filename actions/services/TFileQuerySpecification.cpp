@@ -27,6 +27,7 @@ class TModeCodec final : public TFieldCodec {
     if (bytes.empty()) return Status::kOk;
     const bool is_number = bytes.size() == 4 && bytes.front() == std::byte{0};
     *static_cast<char*>(field) = std::to_integer<char>(is_number ? bytes.back() : bytes.front());
+    section.ReportUnread(is_number ? bytes.size() : 1);
     return Status::kOk;
   }
   Status WriteLegacy(const TProperty& row, const void* field, TSectionWriter& out) const override {
@@ -167,8 +168,11 @@ Status TFileQuerySpecification::ReadElement(const TXmlReadContext& context, dom:
     if (!part) continue;
     if (!operation.modes.empty()) mode_ = operation.modes.front();
     std::int32_t rule = 0;
-    if (operation.modes.size() > 1 && kRules.Find(part.getAttribute(kRuleAttribute), rule))
+    const std::string_view word = part.getAttribute(kRuleAttribute);
+    if (operation.modes.size() > 1 && kRules.Find(word, rule))
       mode_ = static_cast<char>(rule);
+    else if (operation.modes.size() > 1 && !word.empty() && context.losses != nullptr)
+      context.losses->ReportAt(part, LossReason::kUnknownWord, kRuleAttribute);
     if (const Status status = ReadXmlRows(operation.rows, this, {context, part});
         status != Status::kOk)
       return status;

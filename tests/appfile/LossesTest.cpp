@@ -77,6 +77,18 @@ std::string WithFormatOfAction(std::string bytes, std::uint32_t format) {
 }
 
 std::vector<TCase> Cases() {
+  const auto parameters = [](std::string_view second) {
+    return Legacy("aevt", [&](LegacyFile& file) {
+      file.Payload("aevx", "a\0\0\0\0\0"s)
+          .Payload("aevt", "corecode" + (std::string(second) + "\0\0\0\0\0"s));
+    });
+  };
+  const auto event = [](const std::string& code) {
+    return Document("<AppleEventAction ID=\"A\"><EventClass>" + code +
+                    "</EventClass></AppleEventAction>");
+  };
+  const std::string order = "<SearchAction ID=\"A\"><OrderColumns><OrderColumn><Ascending>";
+  const std::string order_end = "</Ascending></OrderColumn></OrderColumns></SearchAction>";
   const std::string results = With("null", "cmnt", "text\0"s);
   const std::string wide(200, 'w');
   const auto criteria = [](std::size_t size) {
@@ -105,8 +117,8 @@ std::vector<TCase> Cases() {
       {"Dropped", LossCode::kSectionDropped, With("goto", "comp", "x"),
        With("goto", "comp", "\0"s)},
       {"DroppedFarIn", LossCode::kSectionDropped,
-       With("goto", "comp", std::string(4095, '\0') + "x"),
-       With("goto", "comp", std::string(4096, '\0') + "x")},
+       With("goto", "comp", std::string(5000, '\0') + "x"),
+       With("goto", "comp", std::string(5001, '\0'))},
       {"Assignments", LossCode::kSectionDropped, With("null", "assn", std::string(288, 'a')),
        results},
       {"LongAndShortAssignments", LossCode::kSectionDropped,
@@ -137,6 +149,12 @@ std::vector<TCase> Cases() {
                 file.Text("cmnt", "1").Text("cmnt", "1");
                 file.Payload("tabl", ListOf(1, "t\0"s)).Payload("tabl", ListOf(1, "u\0"s));
               })},
+      {"RepeatedByAnotherCode", LossCode::kSectionRepeated, parameters("b"), parameters("a")},
+      {"RepeatedPlatform", LossCode::kSectionRepeated,
+       Legacy("endt",
+              [](LegacyFile& file) { file.Payload("plat", "mac ").Payload("plat", "unix"); }),
+       Legacy("endt",
+              [](LegacyFile& file) { file.Payload("plat", "nt  ").Payload("plat", "unix"); })},
       {"MapThatIsNotWhole", LossCode::kSectionMalformed,
        WithMapCount(With("null", "cmnt", "\0"s), 100), results},
       {"NewerFormat", LossCode::kSectionMalformed, WithFormatOfAction(results, 0x01000004),
@@ -167,6 +185,14 @@ std::vector<TCase> Cases() {
        With("srch", "htyp", "odbc")},
       {"Type", LossCode::kValueUnknown, With("????", "cmnt", "text\0"s),
        With("glob", "cmnt", "text\0"s)},
+      {"Platform", LossCode::kValueUnknown, With("aevt", "plat", "????"),
+       With("aevt", "plat", "mac ")},
+      {"Direction", LossCode::kValueUnknown, Document(order + "yes" + order_end),
+       Document(order + "false" + order_end)},
+      {"FileExistsRule", LossCode::kValueUnknown,
+       Document("<FileAction ID=\"A\"><WriteFile FileExistsRule=\"Keep\"/></FileAction>"),
+       Document("<FileAction ID=\"A\"><WriteFile FileExistsRule=\"Append\"/></FileAction>")},
+      {"EventClass", LossCode::kTextCut, event("coreX"), event("core")},
       {"Word", LossCode::kValueUnknown, Document("<ResultAction ID=\"A\" PushResults=\"yes\"/>"),
        Document("<ResultAction ID=\"A\" PushResults=\"True\"/>")},
       {"Operator", LossCode::kTextCut, comparison("equal"), comparison("iseq")},
