@@ -108,8 +108,8 @@ Status TQuerySpecification::ReadLegacy(TDataFile* file, const TRecordHeader& hea
 Status TQuerySpecification::ReadSections(TDataFile* file, const TRecordHeader& header) {
   format_ = header.format;
   record_size_ += static_cast<std::uint32_t>(header.name.View().size());
-  record_offset_ = header.offset;
   TLossReporter* const losses = header.losses;
+  if (losses != nullptr) record_number_ = losses->GetRecordNumber();
   TSectionMap map;
   if (const Status status = map.Open(*file, header); status != Status::kOk) return status;
   if (!map.IsComplete()) {
@@ -191,7 +191,7 @@ Status TQuerySpecification::WriteSections(TDataFile& file, std::uint32_t& offset
   header.type = type_code_;
   header.name = ToRecordName(name_.View());
   if (header.losses != nullptr && header.name.View().size() < name_.GetCharacterCount())
-    header.losses->ReportName(LossReason::kCutName, record_offset_);
+    header.losses->ReportName(LossReason::kCutName);
   TSectionWriter out(file, offset, header.losses);
   if (const Status status = WriteLegacyProperties(out); status != Status::kOk) return status;
   return out.WriteMap(header.map_offset, header.map_count);

@@ -135,8 +135,8 @@ class TQuerySpecification : public TRecordConverter {
 
   [[nodiscard]] const CText& GetName() const { return name_; }
   void SetName(std::string_view name) { name_ = name; }
-  /// The offset of its record in the legacy file that the action was loaded from, in bytes; else 0.
-  [[nodiscard]] std::uint32_t GetRecordOffset() const { return record_offset_; }
+  /// The number of its record for the loss reporter that it was loaded with; 0 if there is none.
+  [[nodiscard]] std::uint32_t GetRecordNumber() const { return record_number_; }
   [[nodiscard]] FourCharCode GetTypeCode() const { return type_code_; }
   /// The name of the parent action: as in the legacy file or, for an action in a tree without such
   /// a name, that of the parent entry.
@@ -187,7 +187,7 @@ class TQuerySpecification : public TRecordConverter {
   CText comments_;
   CGlobalAssignmentArray assignments_;
   std::uint32_t format_ = 0;  ///< Format number of the record that the action was loaded from.
-  std::uint32_t record_offset_ = 0;
+  std::uint32_t record_number_ = 0;
   std::uint32_t record_size_ = 168;
   CText name_;
   FourCharCode type_code_ = kTypeCode;

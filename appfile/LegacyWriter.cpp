@@ -47,7 +47,7 @@ Status WriteAction(const TQuerySpecification& action, TDataFile& file, std::uint
                    TSectionWriter& out) {
   const std::uint32_t header_offset = offset;
   TLossReporter* const losses = out.GetLosses();
-  if (losses != nullptr) losses->BeginWriting(action.GetName().View(), action.GetRecordOffset());
+  if (losses != nullptr) losses->BeginWriting(action.GetName().View(), action.GetRecordNumber());
   if (const Status status = out.Skip(kRecordHeaderSize); status != Status::kOk) return status;
   TRecordHeader header;
   header.losses = losses;

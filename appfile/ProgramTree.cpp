@@ -84,7 +84,7 @@ Status WriteProgram(const TActionTree& tree, dom::Element program, TXmlWriteCont
     }
     if (context.losses != nullptr) [[unlikely]]
       context.losses->BeginWriting(entry->action->GetName().View(),
-                                   entry->action->GetRecordOffset());
+                                   entry->action->GetRecordNumber());
     const Status status = entry->action->WriteXml(context, dom::Element(), context.actions);
     if (status != Status::kOk) return status;
     dom::Element place = path.back();

@@ -237,7 +237,6 @@ void TLossReporter::EndFile() {
   }
   covered_.clear();
   image_ = {};
-  std::ranges::sort(records_, {}, &TRecord::offset);
 }
 
 void TLossReporter::NoteField(const TProperty& row, const TLegacySection& section) {
@@ -354,25 +353,28 @@ void TLossReporter::ReportIgnored(dom::Element root) {
 
 void TLossReporter::BeginWriting() {
   action_.clear();
+  written_record_ = nullptr;
   written_ = file_sections_;
   section_ = kNoCode;
   found_ = nullptr;
 }
 
-void TLossReporter::BeginWriting(std::string_view action, std::uint32_t record_offset) {
+void TLossReporter::BeginWriting(std::string_view action, std::uint32_t record_number) {
   BeginWriting();
   SetAction(action);
-  const auto record = std::ranges::lower_bound(records_, record_offset, {}, &TRecord::offset);
   written_ = {};
-  if (record != records_.end() && record->offset == record_offset)
-    written_ = std::span<const TSection>(sections_).subspan(record->first, record->count);
-  if (!is_legacy_target_ && ExamineText(action).has_dropped)
-    ReportName(LossReason::kDroppedInName, record_offset);
+  if (record_number != 0 && record_number <= records_.size()) {
+    written_record_ = &records_[record_number - 1];
+    written_ = std::span<const TSection>(sections_).subspan(written_record_->first,
+                                                            written_record_->count);
+  }
+  if (!is_legacy_target_ && ExamineText(action).has_dropped) ReportName(LossReason::kDroppedInName);
 }
 
-void TLossReporter::ReportName(LossReason reason, std::uint32_t record_offset) {
-  if (record_offset == 0) return Report(reason);
-  ReportBytes(reason, record_offset + kRecordHeaderSize - kRecordNameWidth, kRecordNameWidth);
+void TLossReporter::ReportName(LossReason reason) {
+  if (written_record_ == nullptr) return Report(reason);
+  ReportBytes(reason, written_record_->offset + kRecordHeaderSize - kRecordNameWidth,
+              kRecordNameWidth);
 }
 
 void TLossReporter::ReportValue(const TProperty& row) {

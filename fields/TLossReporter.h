@@ -77,6 +77,10 @@ class TLossReporter {
   [[gnu::noinline]] void BeginFile(ByteView image, const TRecordHeader& header);
   /// Begins the record of an action.
   [[gnu::noinline]] void BeginAction(const TRecordHeader& header);
+  /// The number of the record of the current action, from 1.
+  [[nodiscard]] std::uint32_t GetRecordNumber() const {
+    return static_cast<std::uint32_t>(records_.size());
+  }
   /// Continues with the file's own record.
   [[gnu::noinline]] void EndAction();
   /// Begins a section of the current record.
@@ -123,15 +127,15 @@ class TLossReporter {
   /// Sets that it is written as a legacy file.
   void SetLegacyTarget() { is_legacy_target_ = true; }
 
-  /// BeginWriting begins the application itself, the other one an action; `record_offset` is that
-  /// of its record in the legacy file.
+  /// BeginWriting begins the application itself, the other one an action; `record_number` is that
+  /// of its record in the legacy file, 0 for none.
   void BeginWriting();
-  void BeginWriting(std::string_view action, std::uint32_t record_offset);
+  void BeginWriting(std::string_view action, std::uint32_t record_number);
   /// Sets the section to which the following losses belong.
   void SetSection(FourCharCode section) { section_ = section; }
   [[nodiscard]] FourCharCode GetSection() const { return section_; }
-  /// Reports a loss of the action's name.
-  void ReportName(LossReason reason, std::uint32_t record_offset);
+  /// Reports a loss of the name of the action that is being written.
+  void ReportName(LossReason reason);
   /// Reports a number that is written as another one or omitted.
   void ReportValue(const TProperty& row);
   /// Reports the losses that were kept until the application is written as XML.
@@ -201,13 +205,14 @@ class TLossReporter {
   std::vector<TSection> file_sections_;  ///< Of the file's own record.
   std::vector<TSection> sections_;       ///< Of all actions.
   TRecord file_record_{};
-  std::vector<TRecord> records_;  ///< In reading order; by offset after the file has ended.
+  std::vector<TRecord> records_;
   TFieldSet file_fields_ = 0;
   TFieldSet fields_ = 0;  ///< Of the current action.
   std::vector<TLoss> pending_;
   std::size_t first_pending_ = 0;  ///< Of the current record.
 
-  std::span<const TSection> written_;  ///< The sections of the record that is being written.
+  const TRecord* written_record_ = nullptr;  ///< Of what is being written; null: unknown.
+  std::span<const TSection> written_;        ///< Its sections.
   bool is_legacy_target_ = false;
   FourCharCode section_ = kNoCode;   ///< Of what is being written.
   const TSection* found_ = nullptr;  ///< The result of the last search.
