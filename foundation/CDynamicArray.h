@@ -28,7 +28,6 @@ class CDynamicArray : public CData {
     return *this;
   }
   CDynamicArray& operator=(CDynamicArray&& other) noexcept;
-  ~CDynamicArray() override = default;
 
   /// As in CData. The capacity in elements becomes the number of whole elements in the storage.
   TStoredData Set(const void* bytes, std::uint32_t count, std::uint32_t capacity_hint = 0) override;

@@ -14,11 +14,6 @@ namespace zaf {
 class CObjectArray : public CDynamicArray {
  public:
   CObjectArray() : CDynamicArray(sizeof(void*)) {}
-  CObjectArray(const CObjectArray& other) = default;
-  CObjectArray(CObjectArray&& other) noexcept = default;
-  CObjectArray& operator=(const CObjectArray& other) = default;
-  CObjectArray& operator=(CObjectArray&& other) noexcept = default;
-  ~CObjectArray() override = default;
 
   /// Copies the pointers of an array of pointers; does nothing for any other argument.
   void Assign(const CData& other) override;

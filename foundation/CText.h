@@ -45,7 +45,6 @@ class CText : public CData {
   explicit CText(TTextCapacity capacity);
   CText(const CText& other) : CText(other.View()) {}
   CText(CText&& other) noexcept = default;
-  ~CText() override = default;
 
   CText& operator=(const CText& other) { return Assign(other), *this; }
   CText& operator=(CText&& other) noexcept = default;

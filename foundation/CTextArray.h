@@ -12,13 +12,6 @@ namespace zaf {
 /// DeleteAll. Iteration yields the texts; none may be null then.
 class CTextArray : public CObjectArray {
  public:
-  CTextArray() = default;
-  CTextArray(const CTextArray& other) = default;
-  CTextArray(CTextArray&& other) noexcept = default;
-  CTextArray& operator=(const CTextArray& other) = default;
-  CTextArray& operator=(CTextArray&& other) noexcept = default;
-  ~CTextArray() override = default;
-
   /// Deletes a text with its destructor.
   void DeleteElement(void* element) override;
 

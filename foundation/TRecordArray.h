@@ -19,11 +19,6 @@ class TRecordArray : public CDynamicArray {
 
  public:
   TRecordArray() : CDynamicArray(sizeof(Record)) {}
-  TRecordArray(const TRecordArray& other) = default;
-  TRecordArray(TRecordArray&& other) noexcept = default;
-  TRecordArray& operator=(const TRecordArray& other) = default;
-  TRecordArray& operator=(TRecordArray&& other) noexcept = default;
-  ~TRecordArray() override = default;
 
   /// Copies an array of elements of the same size; does nothing for any other argument.
   void Assign(const CData& other) override {
