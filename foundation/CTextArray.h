@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cassert>
 #include <cstdint>
 
 #include "foundation/CObjectArray.h"
@@ -9,7 +8,7 @@
 namespace zaf {
 
 /// An array of pointers to texts. Does not own them: their owner, which made them with `new`, calls
-/// DeleteAll. Iteration yields the texts; none may be null then.
+/// DeleteAll.
 class CTextArray : public CObjectArray {
  public:
   /// Deletes a text with its destructor.
@@ -18,23 +17,12 @@ class CTextArray : public CObjectArray {
   [[nodiscard]] CText* Get(std::uint32_t index) const {
     return static_cast<CText*>(CObjectArray::Get(index));
   }
-  [[nodiscard]] CText& operator[](std::uint32_t index) const {
-    assert(index < GetCount());
-    return *static_cast<CText*>(Pointers()[index]);
-  }
 
   std::uint32_t Add(CText* text) { return CObjectArray::Add(text); }
   std::uint32_t Insert(std::uint32_t index, CText* text) {
     return CObjectArray::Insert(index, text);
   }
   std::uint32_t InsertFirst(CText* text) { return CObjectArray::Insert(0, text); }
-
-  [[nodiscard]] TPointerIterator<CText> begin() const {
-    return TPointerIterator<CText>(Pointers());
-  }
-  [[nodiscard]] TPointerIterator<CText> end() const {
-    return TPointerIterator<CText>(Pointers() + GetCount());
-  }
 };
 
 }  // namespace zaf
