@@ -172,14 +172,8 @@ class TNewFile {
   [[nodiscard]] bool Open(const CText& path);
   [[nodiscard]] bool IsOpen() const { return handle_ != -1; }
 
-  /// Writes all bytes at the current position; false when any of them was not written.
+  /// Writes all bytes at the end; false when any of them was not written.
   [[nodiscard]] bool Write(const void* bytes, std::size_t count);
-
-  /// Moves to `offset`, counted from the start.
-  [[nodiscard]] bool Seek(std::uint64_t offset);
-
-  /// The file's size in bytes; 0 when it is unavailable.
-  [[nodiscard]] std::uint64_t GetSize() const;
 
   /// Gives the file its name, in one step, and closes it. False when that failed; the file is then
   /// discarded, and HasWriteFailed() distinguishes a full or failing disk from a name that exists

@@ -291,15 +291,6 @@ std::ptrdiff_t TNewFile::WriteSome(const std::byte* bytes, std::size_t count) {
   return Retry([&] { return write(Descriptor(handle_), bytes, count); });
 }
 
-bool TNewFile::Seek(std::uint64_t offset) {
-  return lseek(Descriptor(handle_), static_cast<off_t>(offset), SEEK_SET) >= 0;
-}
-
-std::uint64_t TNewFile::GetSize() const {
-  struct stat info {};
-  return fstat(Descriptor(handle_), &info) == 0 ? static_cast<std::uint64_t>(info.st_size) : 0;
-}
-
 bool TNewFile::CloseFile() {
   // The descriptor is closed regardless of the result; an interruption loses no content.
   const int result = close(Descriptor(std::exchange(handle_, -1)));

@@ -507,14 +507,6 @@ std::ptrdiff_t TNewFile::WriteSome(const std::byte* bytes, std::size_t count) {
   return static_cast<std::ptrdiff_t>(taken);
 }
 
-bool TNewFile::Seek(std::uint64_t offset) {
-  LARGE_INTEGER distance{};
-  distance.QuadPart = static_cast<LONGLONG>(offset);
-  return SetFilePointerEx(Handle(handle_), distance, nullptr, FILE_BEGIN) != 0;
-}
-
-std::uint64_t TNewFile::GetSize() const { return SizeOfRegularFile(Handle(handle_)).value_or(0); }
-
 bool TNewFile::GiveName(TakenName taken) {
   const HANDLE file = Handle(handle_);
   const TRenaming renaming(MakeSystemPath(path_), taken);

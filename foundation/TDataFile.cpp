@@ -63,7 +63,6 @@ Status TDataFile::Seek(FourCharCode /*code*/, std::uint32_t offset) {
     position_ = offset;
     return Status::kOk;
   }
-  if (new_file_.IsOpen()) return Result(new_file_.Seek(offset));
   const auto target = static_cast<long>(offset);  // Negative where long has 32 bits and it is more.
   if (stream_ == nullptr || target < 0) return Status::kFailure;
   return Result(std::fseek(stream_, target, SEEK_SET) == 0);
@@ -193,15 +192,10 @@ int TDataFile::Close() {
 int TDataFile::DeleteFile(const CText& name) { return RemoveFile(name) ? 0 : -1; }
 
 std::uint32_t TDataFile::GetSize() {
-  std::uint64_t size = size_;
-  if (new_file_.IsOpen()) {
-    size = new_file_.GetSize();
-  } else if (stream_ != nullptr) {
-    const long end = std::fseek(stream_, 0, SEEK_END) == 0 ? std::ftell(stream_) : 0;
-    size = static_cast<std::uint64_t>(std::max(end, 0L));
-  }
-  constexpr std::uint64_t kMost = std::numeric_limits<std::uint32_t>::max();
-  return static_cast<std::uint32_t>(std::min(size, kMost));
+  if (stream_ == nullptr) return size_;
+  const long end = std::fseek(stream_, 0, SEEK_END) == 0 ? std::ftell(stream_) : 0;
+  constexpr std::int64_t kMost = std::numeric_limits<std::uint32_t>::max();
+  return static_cast<std::uint32_t>(std::clamp<std::int64_t>(end, 0, kMost));
 }
 
 bool TDataFile::FindPlainImage() {

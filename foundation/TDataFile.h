@@ -38,7 +38,8 @@ class TDataFile : public TDiskFile {
   explicit TDataFile(ByteView content);
   ~TDataFile() override;
 
-  /// In memory it fails when `offset` is at or after the end.
+  /// In memory it fails when `offset` is at or after the end; it fails in a new file, which is
+  /// written sequentially.
   Status Seek(FourCharCode code, std::uint32_t offset) override;
   /// Fails, without moving and with `buffer` unchanged, when fewer than `count` bytes are left;
   /// kMalformed when a limit is exceeded. A stream that fails to read returns its error indicator.
@@ -56,7 +57,8 @@ class TDataFile : public TDiskFile {
                   CText& text) override;
   Status ReadInteger(FourCharCode code, std::uint32_t offset, std::uint32_t length,
                      std::int32_t& value) override;
-  /// Moves a stream to its end; 0 when that fails. The largest number for a longer file.
+  /// Moves a stream to its end; 0 when that fails. The largest number for a longer file. 0 while a
+  /// new file is written.
   std::uint32_t GetSize() override;
 
   /// Returns the bytes of a section: in place when the file is in memory and is not of a derived
