@@ -215,15 +215,6 @@ Status TDataFile::FetchBlock(FourCharCode code, std::uint32_t offset, std::uint3
   return ViewBlock(code, offset, length, scratch, view);
 }
 
-Status TDataFile::ReadText(FourCharCode code, std::uint32_t offset, std::uint32_t length,
-                           CText& text) {
-  if (!IsPlainImage()) return TDiskFile::ReadText(code, offset, length, text);
-  text.Clear();
-  ByteView block;
-  const Status status = TakeBlock(offset, length, block);
-  return status == Status::kOk ? AssignSection(block, text) : status;
-}
-
 Status TDataFile::ReadInteger(FourCharCode code, std::uint32_t offset, std::uint32_t length,
                               std::int32_t& value) {
   if (!IsPlainImage()) return TDiskFile::ReadInteger(code, offset, length, value);

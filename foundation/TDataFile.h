@@ -53,8 +53,6 @@ class TDataFile : public TDiskFile {
   /// Discards a new file that was not published.
   int Close() override;
   int DeleteFile(const CText& name) override;
-  Status ReadText(FourCharCode code, std::uint32_t offset, std::uint32_t length,
-                  CText& text) override;
   Status ReadInteger(FourCharCode code, std::uint32_t offset, std::uint32_t length,
                      std::int32_t& value) override;
   /// Moves a stream to its end; 0 when that fails. The largest number for a longer file. 0 while a

@@ -62,10 +62,6 @@ Status TDiskFile::ReadText(FourCharCode code, std::uint32_t offset, std::uint32_
   ByteView block;
   if (const Status status = FetchBlock(code, offset, length, scratch, block); status != Status::kOk)
     return status;
-  return AssignSection(block, text);
-}
-
-Status TDiskFile::AssignSection(ByteView block, CText& text) {
   const std::string_view characters = TextOfSection(block);
   if (characters.empty()) return Status::kOk;
   text.Assign(characters);

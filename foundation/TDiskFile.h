@@ -101,9 +101,6 @@ class TDiskFile {
   virtual Status FetchBlock(FourCharCode code, std::uint32_t offset, std::uint32_t length,
                             CData& scratch, ByteView& view);
 
-  /// Sets a text that was cleared to the content of a text section.
-  static Status AssignSection(ByteView block, CText& text);
-
   bool is_scrambled_ = false;  ///< Bytes are transformed on their way to and from the disk.
 };
 
