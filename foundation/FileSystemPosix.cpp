@@ -55,19 +55,8 @@ std::string DirectoryOf(const std::string& path) {
 /// Whether naming a file failed for a reason that would also have prevented creating it by that
 /// name: the name is taken, or the directory refuses it.
 bool IsNameRefusal(int error) {
-  switch (error) {
-    case EEXIST:
-    case ENOENT:
-    case ENOTDIR:
-    case EISDIR:
-    case ENAMETOOLONG:
-    case EACCES:
-    case EROFS:
-    case ELOOP:
-      return true;
-    default:
-      return false;
-  }
+  constexpr int kRefusals[] = {EEXIST, ENOENT, ENOTDIR, EISDIR, ENAMETOOLONG, EACCES, EROFS, ELOOP};
+  return std::ranges::find(kRefusals, error) != std::end(kRefusals);
 }
 
 struct DirectoryCloser {

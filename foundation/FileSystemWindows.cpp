@@ -137,18 +137,10 @@ std::wstring SystemPath(std::string_view path) {
 /// Whether naming a file failed for a reason that would also have prevented creating it by that
 /// name: the name is taken, or the directory refuses it.
 bool IsNameRefusal(DWORD error) {
-  switch (error) {
-    case ERROR_FILE_EXISTS:
-    case ERROR_ALREADY_EXISTS:
-    case ERROR_FILE_NOT_FOUND:
-    case ERROR_PATH_NOT_FOUND:
-    case ERROR_FILENAME_EXCED_RANGE:
-    case ERROR_ACCESS_DENIED:
-    case ERROR_WRITE_PROTECT:
-      return true;
-    default:
-      return false;
-  }
+  constexpr DWORD kRefusals[] = {
+      ERROR_FILE_EXISTS,   ERROR_ALREADY_EXISTS,       ERROR_FILE_NOT_FOUND, ERROR_PATH_NOT_FOUND,
+      ERROR_ACCESS_DENIED, ERROR_FILENAME_EXCED_RANGE, ERROR_WRITE_PROTECT};
+  return std::ranges::find(kRefusals, error) != std::end(kRefusals);
 }
 
 /// Whether another program, a virus scanner say, has the file open at the moment.
@@ -161,17 +153,9 @@ bool IsHeldOrDenied(DWORD error) { return IsHeld(error) || error == ERROR_ACCESS
 
 /// Whether the error means that nothing exists at a path.
 bool IsAbsence(DWORD error) {
-  switch (error) {
-    case ERROR_FILE_NOT_FOUND:
-    case ERROR_PATH_NOT_FOUND:
-    case ERROR_INVALID_NAME:
-    case ERROR_BAD_PATHNAME:
-    case ERROR_BAD_NETPATH:
-    case ERROR_BAD_NET_NAME:
-      return true;
-    default:
-      return false;
-  }
+  constexpr DWORD kAbsences[] = {ERROR_FILE_NOT_FOUND, ERROR_PATH_NOT_FOUND, ERROR_INVALID_NAME,
+                                 ERROR_BAD_PATHNAME,   ERROR_BAD_NETPATH,    ERROR_BAD_NET_NAME};
+  return std::ranges::find(kAbsences, error) != std::end(kAbsences);
 }
 
 /// Makes a call until it succeeds or fails for another reason than that the file is held, for half
