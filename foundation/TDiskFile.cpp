@@ -20,17 +20,6 @@ void RotateLeft(std::uint32_t count, void* bytes, int bits) {
   for (std::uint32_t i = 0; i < count; ++i) data[i] = std::rotl(data[i], bits);
 }
 
-/// Writes bytes that must not change: Write transforms what it is given when the file is scrambled.
-Status WriteCopy(TDiskFile& file, FourCharCode code, std::uint32_t offset, ByteView bytes) {
-  if (bytes.size() > std::numeric_limits<std::uint32_t>::max()) return Status::kFailure;
-  const auto count = static_cast<std::uint32_t>(bytes.size());
-  CData copy;
-  std::byte nothing{};
-  if (count == 0) return file.WriteAt(code, offset, 0, &nothing);
-  if (copy.Set(bytes.data(), count).length != count) return Status::kFailure;
-  return file.WriteAt(code, offset, count, copy.GetData());
-}
-
 /// Adds `text` at the end of a list that is being put together.
 bool AppendBytes(CData& list, std::string_view text) {
   const std::uint32_t length = list.GetLength();
@@ -147,10 +136,13 @@ Status TDiskFile::WriteInteger(FourCharCode code, std::uint32_t offset, std::uin
 
 Status TDiskFile::WriteBlock(FourCharCode code, std::uint32_t offset, std::uint32_t& written,
                              const CData& block) {
-  if (const Status status = WriteCopy(*this, code, offset, block.Bytes()); status != Status::kOk)
-    return status;
-  written = block.GetLength();
-  return Status::kOk;
+  CData copy(block);  // Write transforms what it is given when the file is scrambled.
+  const std::uint32_t count = block.GetLength();
+  if (copy.GetLength() != count) return Status::kFailure;
+  char nothing = 0;
+  const Status status = WriteAt(code, offset, count, count == 0 ? &nothing : copy.GetData());
+  if (status == Status::kOk) written = count;
+  return status;
 }
 
 Status TDiskFile::WriteAt(FourCharCode code, std::uint32_t offset, std::uint32_t count,
