@@ -167,10 +167,9 @@ class TDirectoryWalk {
           !HasExtension(name, options_.dotted_extension))
         continue;
       const auto make_paths = [&] {
-        return TFilePaths{
-            JoinPath(directories.input, name),
-            JoinPath(directories.output, *OutputNameInDirectory(name, options_.dotted_extension,
-                                                                options_.dotted_suffix))};
+        return TFilePaths{JoinPath(directories.input, name),
+                          JoinPath(directories.output, OutputName(name, options_.dotted_extension,
+                                                                  options_.dotted_suffix))};
       };
       if (!ConvertFileOf(make_paths, options_.verify, report_)) report_(messages::kFileFailed);
       has_attempts = true;
@@ -239,8 +238,7 @@ void ConvertSingleFile(const ConversionOptions& options, const MessageSink& repo
     const std::string output_name =
         options.output_name_given
             ? std::string(options.output_name.View())
-            : OutputNameOfSingleFile(options.input_name, options.dotted_extension,
-                                     options.dotted_suffix);
+            : OutputName(options.input_name, options.dotted_extension, options.dotted_suffix);
     return TFilePaths{JoinPath(options.input_directory, options.input_name),
                       JoinPath(options.output_directory, output_name)};
   };

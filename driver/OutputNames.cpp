@@ -23,16 +23,8 @@ bool HasExtension(std::string_view name, std::string_view dotted_extension) {
   return position != std::string_view::npos && name.size() - position == dotted_extension.size();
 }
 
-std::optional<std::string> OutputNameInDirectory(std::string_view name,
-                                                 std::string_view dotted_extension,
-                                                 std::string_view dotted_suffix) {
-  if (!HasExtension(name, dotted_extension)) return std::nullopt;
-  name.remove_suffix(dotted_extension.size());
-  return std::string(name).append(dotted_suffix);
-}
-
-std::string OutputNameOfSingleFile(std::string_view name, std::string_view dotted_extension,
-                                   std::string_view dotted_suffix) {
+std::string OutputName(std::string_view name, std::string_view dotted_extension,
+                       std::string_view dotted_suffix) {
   std::string result(name);
   if (const std::size_t position = FindExtension(name, dotted_extension);
       position != std::string::npos)
