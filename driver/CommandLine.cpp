@@ -18,7 +18,7 @@ enum class OptionKind {
 
 struct TOption {
   std::string_view long_name;
-  std::string_view short_name;  ///< Empty if the option has none.
+  std::string_view short_name;  ///< The long name again if the option has none.
   OptionKind kind;
   bool ConversionOptions::*flag;   ///< The flag to set; null if none.
   CText ConversionOptions::*text;  ///< Receives the value; null if none.
@@ -31,7 +31,7 @@ using namespace messages;
 
 constexpr TOption kOptions[] = {
     {"-verify", "-v", kFlag, &Opts::verify, nullptr, {}},
-    {"-debug", "", kFlag, &Opts::debug, nullptr, {}},
+    {"-debug", "-debug", kFlag, &Opts::debug, nullptr, {}},
     {"-extension", "-e", kWord, nullptr, &Opts::extension, kBadExtension},
     {"-help", "-h", kHelp, nullptr, nullptr, {}},
     {"-suffix", "-s", kWord, nullptr, &Opts::suffix, kBadSuffix},
@@ -41,17 +41,11 @@ constexpr TOption kOptions[] = {
     {"-input", "-i", kDirectory, nullptr, &Opts::input_directory, kBadInput},
 };
 
-/// As the last argument only these are options, and only in lower case.
-constexpr std::string_view kLastHelpNames[] = {"-help", "-h"};
-
 /// The option with this name, ignoring case; null if not found.
 const TOption* FindOption(std::string_view name) {
-  for (const TOption& option : kOptions) {
-    const bool has_short_name = !option.short_name.empty();
-    if (EqualsIgnoringCase(name, option.long_name) ||
-        (has_short_name && EqualsIgnoringCase(name, option.short_name)))
+  for (const TOption& option : kOptions)
+    if (EqualsIgnoringCase(name, option.long_name) || EqualsIgnoringCase(name, option.short_name))
       return &option;
-  }
   return nullptr;
 }
 
@@ -98,11 +92,10 @@ bool TakeOptions(Arguments arguments, std::size_t& index, const MessageSink& rep
 /// Reads the output directory at `index` and enters it. False when the program must stop.
 bool TakeOutputDirectory(Arguments arguments, std::size_t index, const MessageSink& report,
                          ConversionOptions& options) {
-  for (const std::string_view name : kLastHelpNames) {
-    if (arguments[index] == name) {
-      PrintUsage(report);
-      return false;
-    }
+  // As the last argument only these are options, and only in lower case.
+  if (const std::string_view last = arguments[index]; last == "-help" || last == "-h") {
+    PrintUsage(report);
+    return false;
   }
   const ParameterForm form = NormaliseParameter(arguments, index, report, options.output_directory);
   if (form == ParameterForm::kInvalid || !EnterDirectory(options.output_directory)) {
