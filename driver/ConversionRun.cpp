@@ -192,20 +192,14 @@ class TDirectoryWalk {
       if (!MakeDirectory(level.paths.output)) {
         report_(messages::kCannotCreateDirectory);
         levels_.pop_back();
-        EndLevel();
+        // The level above ends here and counts as one without attempted files.
+        levels_.back().has_attempts = false;
+        levels_.back().next = levels_.back().subdirectories.size();
         return;
       }
       level.has_created_output = true;
     }
     ConvertLevel();
-  }
-
-  /// Ends the last level here and treats it as one without attempted files.
-  void EndLevel() {
-    TLevel& level = levels_.back();
-    level.has_attempts = false;
-    level.subdirectories.clear();
-    level.next = 0;
   }
 
   /// Removes the last level; returns whether a file was attempted in it.
