@@ -66,8 +66,7 @@ FileOutcome ConvertFileOf(TFilePaths paths, bool verify) {
   request.output = std::move(paths.output);
   request.verification = verify ? Verification::kOn : Verification::kOff;
   const FileOutcome outcome = ConvertFile(request).outcome;
-  return outcome == FileOutcome::kOutputNotCreated && verify ? ReadBack(request.output).outcome
-                                                             : outcome;
+  return outcome == FileOutcome::kOutputNotCreated && verify ? ReadBack(request).outcome : outcome;
 }
 
 /// Converts the file with the paths that `make_paths` returns. False, after a message, on failure.

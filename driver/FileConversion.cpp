@@ -56,6 +56,16 @@ class TFileConversion {
     return request_.place == OutputPlace::kFile ? ConvertToFile() : ConvertInMemory();
   }
 
+  /// Verifies the output file.
+  TFileResult ReadBack() {
+    // A new object, since that of the input remains scrambled if the input was.
+    TDataFile output;
+    if (const Status status = output.Open(request_.output, TOpenMode::kRead); status != Status::kOk)
+      return Failed(FileOutcome::kOutputNotOpened, status);
+    Verify(output);
+    return std::move(result_);
+  }
+
  private:
   TFileResult Failed(FileOutcome outcome, Status status) {
     result_.outcome = outcome;
@@ -110,12 +120,7 @@ class TFileConversion {
     }
     if (result_.outcome != FileOutcome::kConverted || request_.verification == Verification::kOff)
       return std::move(result_);
-    // A new object, since that of the input remains scrambled if the input was.
-    TDataFile output;
-    if (const Status status = output.Open(request_.output, TOpenMode::kRead); status != Status::kOk)
-      return Failed(FileOutcome::kOutputNotOpened, status);
-    Verify(output);
-    return std::move(result_);
+    return ReadBack();
   }
 
   /// Writes the document to a new file, which replaces an old one. An incomplete file is removed.
@@ -179,7 +184,7 @@ class TFileConversion {
     return std::move(result_);
   }
 
-  /// Loads the output and compares it with the document.
+  /// Loads the output and compares it with the document, if there is one.
   void Verify(TDataFile& output) {
     TZanfoFile written;
     if (const Status status = written.Load(output, nullptr); status != Status::kOk) {
@@ -190,6 +195,7 @@ class TFileConversion {
       result_.error_place.action = written.GetErrorPlace().action;
       return;
     }
+    if (document_ == nullptr) return;
     result_.is_restored = Attempt([&] { return document_->IsEqual(written); }, false);
     if (result_.is_restored || request_.differences == nullptr) return;
     FindDifferences(document_->GetApplication(), written.GetApplication(),
@@ -215,18 +221,6 @@ DocumentKind KindOfName(std::string_view path) {
 
 TFileResult ConvertFile(const TFileRequest& request) { return TFileConversion(request).Run(); }
 
-TFileResult ReadBack(const CText& path) {
-  TFileResult result;
-  TDataFile file;
-  result.status = file.Open(path, TOpenMode::kRead);
-  if (result.status != Status::kOk) {
-    result.outcome = FileOutcome::kOutputNotOpened;
-    return result;
-  }
-  TZanfoFile written;
-  result.status = written.Load(file, nullptr);
-  if (result.status != Status::kOk) result.outcome = FileOutcome::kOutputNotRead;
-  return result;
-}
+TFileResult ReadBack(const TFileRequest& request) { return TFileConversion(request).ReadBack(); }
 
 }  // namespace zaf

@@ -81,7 +81,8 @@ struct TFileResult {
 /// insufficient for the document objects themselves.
 TFileResult ConvertFile(const TFileRequest& request);
 
-/// Loads a file to check whether it is readable: kConverted, kOutputNotOpened or kOutputNotRead.
-TFileResult ReadBack(const CText& path);
+/// Loads the output file to check whether it is readable: kConverted, kOutputNotOpened or
+/// kOutputNotRead.
+TFileResult ReadBack(const TFileRequest& request);
 
 }  // namespace zaf
