@@ -5,7 +5,6 @@
 #include <string_view>
 
 #include "appfile/Differences.h"
-#include "appfile/TQuerySpecificationServer.h"
 #include "driver/TMemoryFile.h"
 #include "foundation/Attempt.h"
 #include "foundation/CaseFolding.h"
@@ -14,6 +13,15 @@
 
 namespace zaf {
 namespace {
+
+/// The kind of file, by its path: a class file if its name ends in ".zcf", case ignored.
+DocumentKind KindOfName(std::string_view path) {
+  constexpr std::string_view kClassFileExtension = ".zcf";
+  const std::size_t size = std::min(path.size(), kClassFileExtension.size());
+  return EqualsIgnoringCase(path.substr(path.size() - size), kClassFileExtension)
+             ? DocumentKind::kClassFile
+             : DocumentKind::kApplication;
+}
 
 /// A data file that counts the bytes written.
 class TCountingFile final : public TDataFile {
@@ -36,23 +44,12 @@ class TFileConversion {
     if (request_.place == OutputPlace::kFile && !FindPresence())
       return Failed(FileOutcome::kSkipped, Status::kOk);
     if (request_.is_dry_run) return PlanOutput();
-    if (const Status status = file_.Open(request_.input, TOpenMode::kRead); status != Status::kOk)
-      return Failed(FileOutcome::kInputNotOpened, status);
-    result_.bytes_in = file_.GetSize();
+    TDataFile input;
     TZanfoFile document;
     document_ = &document;
     document.SetObserver(request_.observer);
-    document.SetKind(KindOfName(request_.input.View()));
-    const Status status = document.Load(file_, &server_);
-    result_.form = document.GetForm();
-    const TApplication& application = document.GetApplication();
-    result_.is_class_file = application.kind == DocumentKind::kClassFile;
-    result_.actions = application.actions.GetActionCount();
-    if (status != Status::kOk) {
-      result_.error_place = document.GetErrorPlace();
-      return Failed(FileOutcome::kInputNotRead, status);
-    }
-    file_.Close();
+    if (!LoadInput(request_.input, input, document, result_)) return std::move(result_);
+    input.Close();
     return request_.place == OutputPlace::kFile ? ConvertToFile() : ConvertInMemory();
   }
 
@@ -101,7 +98,7 @@ class TFileConversion {
     }
     const Protection protection =
         document_->IsRunOnly() ? Protection::kProtected : Protection::kPlain;
-    return document_->Save(file, &server_, protection);
+    return document_->Save(file, nullptr, protection);
   }
 
   TFileResult ConvertToFile() {
@@ -203,20 +200,27 @@ class TFileConversion {
   }
 
   const TFileRequest& request_;
-  const TQuerySpecificationServer server_{};
-  TDataFile file_;  ///< The input.
   TZanfoFile* document_ = nullptr;
   TFileResult result_;
 };
 
 }  // namespace
 
-DocumentKind KindOfName(std::string_view path) {
-  constexpr std::string_view kClassFileExtension = ".zcf";
-  const std::size_t size = std::min(path.size(), kClassFileExtension.size());
-  return EqualsIgnoringCase(path.substr(path.size() - size), kClassFileExtension)
-             ? DocumentKind::kClassFile
-             : DocumentKind::kApplication;
+bool LoadInput(const CText& path, TDataFile& file, TZanfoFile& document, TFileResult& result) {
+  result.outcome = FileOutcome::kInputNotOpened;
+  result.status = file.Open(path, TOpenMode::kRead);
+  if (result.status != Status::kOk) return false;
+  result.bytes_in = file.GetSize();
+  document.SetKind(KindOfName(path.View()));
+  result.status = document.Load(file, nullptr);
+  const TApplication& application = document.GetApplication();
+  result.form = document.GetForm();
+  result.is_class_file = application.kind == DocumentKind::kClassFile;
+  result.actions = application.actions.GetActionCount();
+  result.error_place = document.GetErrorPlace();
+  const bool is_loaded = result.status == Status::kOk;
+  result.outcome = is_loaded ? FileOutcome::kConverted : FileOutcome::kInputNotRead;
+  return is_loaded;
 }
 
 TFileResult ConvertFile(const TFileRequest& request) { return TFileConversion(request).Run(); }

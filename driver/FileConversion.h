@@ -2,7 +2,6 @@
 
 #include <cstdint>
 #include <optional>
-#include <string_view>
 
 #include "appfile/TErrorPlace.h"
 #include "appfile/TZanfoFile.h"
@@ -13,9 +12,6 @@ namespace zaf {
 
 class TDifferenceObserver;
 class TLossObserver;
-
-/// The kind of file, by its path: a class file if its name ends in ".zcf", case ignored.
-DocumentKind KindOfName(std::string_view path);
 
 /// The outcome of the conversion of one file.
 enum class FileOutcome : std::uint8_t {
@@ -75,6 +71,10 @@ struct TFileResult {
   TErrorPlace error_place{};  ///< Of the input; reason and action of an output that failed.
   bool is_restored = true;    ///< Whether verification found the same application in the output.
 };
+
+/// Opens an input and loads it into a new document; false, with outcome and status, on failure.
+/// Fills the members of `result` that describe the input.
+bool LoadInput(const CText& path, TDataFile& file, TZanfoFile& document, TFileResult& result);
 
 /// Converts one file. Verification reads the output back and compares it with the original. An
 /// output file gets its name only when it is complete. Throws std::bad_alloc when memory is

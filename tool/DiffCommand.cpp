@@ -86,18 +86,8 @@ class TPrinter final : public TDifferenceObserver {
 bool Load(const std::string& path, When color, TZanfoFile& document) {
   TInputRecord record;
   record.input.path = path;
-  TFileResult& result = record.result;
   TDataFile file;
-  const CText name{std::string_view(path)};
-  result.outcome = FileOutcome::kInputNotOpened;
-  result.status = file.Open(name, TOpenMode::kRead);
-  if (result.status == Status::kOk) {
-    result.outcome = FileOutcome::kInputNotRead;
-    document.SetKind(KindOfName(path));
-    result.status = document.Load(file, nullptr);
-    result.error_place = document.GetErrorPlace();
-  }
-  if (result.status == Status::kOk) return true;
+  if (LoadInput(std::string_view(path), file, document, record.result)) return true;
   record.error = ErrorOfReading(record);
   const Coloring coloring = ChooseColoring(color, IsErrorTerminal());
   std::fputs(ErrorMessage(record, coloring).c_str(), stderr);

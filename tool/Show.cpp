@@ -237,20 +237,10 @@ class TLoad {
   void Run() {
     TFileResult& result = shown_.record.result;
     TDataFile data;
-    result.outcome = FileOutcome::kInputNotOpened;
-    result.status = data.Open(CText(shown_.record.input.path), TOpenMode::kRead);
-    if (result.status != Status::kOk) return;
-    result.outcome = FileOutcome::kInputNotRead;
-    result.bytes_in = data.GetSize();
     TZanfoFile file;
     file.SetObserver(&observer_);
-    file.SetKind(KindOfName(shown_.record.input.path));
-    result.status = file.Load(data, nullptr);
-    result.form = file.GetForm();
+    if (!LoadInput(CText(shown_.record.input.path), data, file, result)) return;
     const TApplication& application = file.GetApplication();
-    result.is_class_file = application.kind == DocumentKind::kClassFile;
-    result.error_place = file.GetErrorPlace();
-    if (result.status != Status::kOk) return;
     result.outcome = FileOutcome::kOutputNotWritten;
     TMemoryFile document;
     result.status = file.Save(document, nullptr, Protection::kPlain);
@@ -302,7 +292,6 @@ class TLoad {
   }
 
   void Describe(const TApplication& application) {
-    shown_.record.result.actions = application.actions.GetActionCount();
     const dom::Document document = dom::DOMImplementation::createDocument();
     static_cast<void>(WriteXmlDocument(application, RunOnlyMark::kNone, document));
     const dom::Element root = document.getDocumentElement();
