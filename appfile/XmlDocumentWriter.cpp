@@ -11,22 +11,14 @@ namespace {
 
 constexpr std::string_view kVersion = "0x02000002";
 
-/// The containers inside the root.
-struct TContainers {
-  dom::Element program;
-  dom::Element actions;
-  dom::Element data_sources;
-  dom::Element outputs;
-};
-
 dom::Element AppendContainer(dom::Element root, std::string_view comment, std::string_view name) {
   root.appendComment(comment);
   return root.appendElement(name);
 }
 
-/// Builds the document down to its empty containers.
-TContainers MakeFrame(const TApplication& application, RunOnlyMark mark, TXmlWriteContext& context,
-                      const dom::Document& document) {
+/// Fills the document up to the application's own fields and returns the root.
+dom::Element BeginDocument(const TApplication& application, RunOnlyMark mark,
+                           TXmlWriteContext& context, const dom::Document& document) {
   document.appendChild(
       document.createProcessingInstruction("xml", R"(version="1.0" encoding="ISO-8859-1")"));
   document.appendChild(document.createDocumentType(application.GetRootElement(), "zanfo.dtd"));
@@ -34,14 +26,9 @@ TContainers MakeFrame(const TApplication& application, RunOnlyMark mark, TXmlWri
     document.appendChild(document.createProcessingInstruction("zanfo", "run-only"));
   const dom::Element root = document.createElement(application.GetRootElement());
   root.appendAttribute("Version", kVersion);
-  WriteXmlRows(TApplication::Properties(), &application, {context, root, {}});
   document.appendChild(root);
-  TContainers containers;
-  containers.program = AppendContainer(root, "Main program", "Program");
-  containers.actions = AppendContainer(root, "Program actions", "Actions");
-  containers.data_sources = AppendContainer(root, "Data sources", "DataSources");
-  containers.outputs = AppendContainer(root, "Output blocks", "Outputs");
-  return containers;
+  WriteXmlRows(TApplication::Properties(), &application, {context, root, {}});
+  return root;
 }
 
 void WriteDefaultDataSource(const TApplication& application, TXmlWriteContext& context) {
@@ -60,13 +47,14 @@ Status WriteXmlDocument(const TApplication& application, RunOnlyMark mark,
   TXmlWriteContext context{{}, {}, data_sources};
   context.losses = losses;
   if (losses != nullptr) losses->BeginWriting();
-  const TContainers containers = MakeFrame(application, mark, context, document);
-  if (!containers.outputs) return Status::kFailure;
-  context.actions = containers.actions;
-  data_sources.SetList(containers.data_sources);
-  context.outputs = containers.outputs;
+  const dom::Element root = BeginDocument(application, mark, context, document);
+  const dom::Element program = AppendContainer(root, "Main program", "Program");
+  context.actions = AppendContainer(root, "Program actions", "Actions");
+  data_sources.SetList(AppendContainer(root, "Data sources", "DataSources"));
+  context.outputs = AppendContainer(root, "Output blocks", "Outputs");
+  if (!context.outputs) return Status::kFailure;
   WriteDefaultDataSource(application, context);
-  return WriteProgram(application.actions, containers.program, context);
+  return WriteProgram(application.actions, program, context);
 }
 
 }  // namespace zaf
