@@ -304,15 +304,4 @@ bool TKeywordCodec::IsSet(const void* field) const {
   return !vocabulary_.KeywordOf(LoadNumber32(field)).empty();
 }
 
-std::int32_t ParseNumber(std::string_view text) {
-  std::size_t at = text.find_first_not_of(" \t\n\v\f\r");
-  if (at == std::string_view::npos) return 0;
-  const bool is_negative = text[at] == '-';
-  if (is_negative || text[at] == '+') ++at;
-  std::uint32_t value = 0;
-  for (; at < text.size() && text[at] >= '0' && text[at] <= '9'; ++at)
-    value = value * 10 + static_cast<std::uint32_t>(text[at] - '0');
-  return static_cast<std::int32_t>(is_negative ? 0 - value : value);
-}
-
 }  // namespace zaf

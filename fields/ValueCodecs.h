@@ -254,10 +254,6 @@ class TKeywordCodec final : public TValueCodec {
   const TVocabulary& vocabulary_;
 };
 
-/// Parses a decimal number: leading white space is skipped, then an optional sign and digits; the
-/// rest is ignored. The result is modulo 2^32, signed; 0 without digits.
-std::int32_t ParseNumber(std::string_view text);
-
 template <>
 struct TCodecOf<CText> {
   static constexpr const TFieldCodec& kCodec = kTextCodec;

@@ -50,6 +50,17 @@ std::uint32_t AsIndex(std::size_t place) {
 
 }  // namespace
 
+std::int32_t ParseNumber(std::string_view text) {
+  std::size_t at = text.find_first_not_of(" \t\n\v\f\r");
+  if (at == std::string_view::npos) return 0;
+  const bool is_negative = text[at] == '-';
+  if (is_negative || text[at] == '+') ++at;
+  std::uint32_t value = 0;
+  for (; at < text.size() && text[at] >= '0' && text[at] <= '9'; ++at)
+    value = value * 10 + static_cast<std::uint32_t>(text[at] - '0');
+  return static_cast<std::int32_t>(is_negative ? 0 - value : value);
+}
+
 CText::CText(TTextCapacity capacity) {
   if (capacity.characters < kNoIndex) AllocateExactly(capacity.characters + 1);
 }
@@ -235,17 +246,6 @@ bool CText::PrefixEquals(const char* characters, std::uint32_t count,
   if (characters == nullptr) return IsEmpty();
   const std::uint32_t compared = std::min(GetCharacterCount(), count);
   return EqualViews(View().substr(0, compared), {characters, compared}, sensitivity);
-}
-
-std::uint32_t CText::ToNumber() const {
-  const char* next = begin();
-  while (next != end() && (*next == ' ' || (*next >= '\t' && *next <= '\r'))) ++next;
-  const bool is_negative = next != end() && *next == '-';
-  if (next != end() && (*next == '-' || *next == '+')) ++next;
-  std::uint32_t value = 0;
-  for (; next != end() && *next >= '0' && *next <= '9'; ++next)
-    value = value * 10 + static_cast<std::uint32_t>(*next - '0');
-  return is_negative ? 0 - value : value;
 }
 
 void CText::Assign(std::int32_t value) { Assign(TDigits(value).View()); }

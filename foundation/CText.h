@@ -20,6 +20,10 @@ struct TTextCapacity {
   std::uint32_t characters;
 };
 
+/// Parses a decimal number: leading white space is skipped, then an optional sign and digits; the
+/// rest is ignored. The result is modulo 2^32, signed; 0 without digits.
+[[nodiscard]] std::int32_t ParseNumber(std::string_view text);
+
 /// An 8-bit, NUL-terminated text. Owns its characters. The stored length (GetLength) counts the
 /// NUL; positions and counts of the operations of this class are in characters, without it. An
 /// empty text has length 0 (nothing stored) or 1 (only the NUL). Inner NULs are ordinary
@@ -143,9 +147,10 @@ class CText : public CData {
   /// The first four characters as a code; missing ones are 0.
   [[nodiscard]] FourCharCode GetFourCharCode() const { return CodeOfText(View()); }
 
-  /// The decimal number at the start, modulo 2^32, after white space and an optional sign; the rest
-  /// is ignored. 0 without digits. Converted to std::int32_t it is the signed number.
-  [[nodiscard]] std::uint32_t ToNumber() const;
+  /// The number at the start, by ParseNumber.
+  [[nodiscard]] std::uint32_t ToNumber() const {
+    return static_cast<std::uint32_t>(ParseNumber(View()));
+  }
 
   // --- Assigning and appending. The character 0 counts as none. Arguments may be parts of this
   // text. Appending to an empty text assigns.
