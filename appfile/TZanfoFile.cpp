@@ -41,25 +41,8 @@ std::size_t FirstLineSize(std::string_view content) {
   return end + (content.substr(end).starts_with("\r\n") ? 2 : 1);
 }
 
+/// Empty buffers of documents that were saved.
 TSpares<dom::OutputBuffer> spare_outputs;
-
-/// An empty buffer for one document.
-class TOutput {
- public:
-  TOutput() : buffer_(spare_outputs.Take()) {}
-  ~TOutput() {
-    buffer_.Clear();
-    // Only enciphered documents, which are written in one piece, need more.
-    if (buffer_.Capacity() <= dom::OutputBuffer::kMostHeld) spare_outputs.Keep(std::move(buffer_));
-  }
-  TOutput(const TOutput&) = delete;
-  TOutput& operator=(const TOutput&) = delete;
-
-  dom::OutputBuffer& Buffer() { return buffer_; }
-
- private:
-  dom::OutputBuffer buffer_;
-};
 
 /// Writes a document to a file while it is serialised. Fails if it has 4 GiB or more.
 class TFileSink final : public dom::OutputSink {
@@ -132,8 +115,7 @@ Status TZanfoFile::SaveDocument(TDataFile& file, Protection protection) {
     return status;
   file.SetScrambled(false);  // It is if a run-only file was loaded with it before.
   TFileSink sink(file);
-  TOutput place;
-  dom::OutputBuffer& output = place.Buffer();
+  dom::OutputBuffer output = spare_outputs.Take();
   if (is_protected) {
     if (const Status status = WriteProtected(document, output); status != Status::kOk)
       return status;
@@ -142,7 +124,11 @@ Status TZanfoFile::SaveDocument(TDataFile& file, Protection protection) {
     output.SetSink(sink);
     if (!dom::Serialize(document, output)) return sink.GetFailure();
   }
-  return output.Flush() ? Status::kOk : sink.GetFailure();
+  if (!output.Flush()) return sink.GetFailure();
+  output.Clear();
+  // Only enciphered documents, which are written in one piece, need more.
+  if (output.Capacity() <= dom::OutputBuffer::kMostHeld) spare_outputs.Keep(std::move(output));
+  return Status::kOk;
 }
 
 Status TZanfoFile::SaveLegacy(TDataFile& file, DocumentKind kind) {
