@@ -1,8 +1,8 @@
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <optional>
-#include <string>
 #include <string_view>
 #include <vector>
 
@@ -28,7 +28,7 @@ class TLegacyRecord {
             const TLegacyRecord* other = nullptr, FourCharCode code = kNoCode) const;
 
  private:
-  std::string bytes_;
+  std::vector<std::byte> bytes_;
   std::vector<TSectionMapEntry> sections_;
 };
 

@@ -5,11 +5,11 @@
 #include <string_view>
 
 #include "appfile/Differences.h"
-#include "driver/TMemoryFile.h"
 #include "foundation/Attempt.h"
 #include "foundation/CaseFolding.h"
 #include "foundation/FileSystem.h"
 #include "foundation/Paths.h"
+#include "foundation/TMemoryFile.h"
 
 namespace zaf {
 namespace {

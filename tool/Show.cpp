@@ -12,10 +12,10 @@
 #include "appfile/XmlDocumentWriter.h"
 #include "dom/dom.h"
 #include "driver/FileConversion.h"
-#include "driver/TMemoryFile.h"
 #include "fields/TByteAccount.h"
 #include "fields/TSectionWriter.h"
 #include "foundation/CText.h"
+#include "foundation/TMemoryFile.h"
 #include "tool/Messages.h"
 
 namespace zaf {

@@ -11,8 +11,8 @@
 #include <string>
 
 #include "appfile/TZanfoFile.h"
-#include "driver/TMemoryFile.h"
 #include "fields/TByteAccount.h"
+#include "foundation/TMemoryFile.h"
 #include "tests/support/LegacyFile.h"
 
 namespace zaf {

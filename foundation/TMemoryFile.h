@@ -14,7 +14,8 @@ class TMemoryFile final : public TDataFile {
   Status Seek(FourCharCode code, std::uint32_t offset) override;
   Status Write(std::uint32_t count, void* buffer) override;
 
-  [[nodiscard]] std::span<std::byte> GetBytes() { return bytes_; }
+  /// May be moved from when all is written.
+  [[nodiscard]] std::vector<std::byte>& GetBytes() { return bytes_; }
 
  private:
   std::vector<std::byte> bytes_;

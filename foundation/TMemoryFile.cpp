@@ -1,4 +1,4 @@
-#include "driver/TMemoryFile.h"
+#include "foundation/TMemoryFile.h"
 
 #include <cstring>
 #include <limits>
