@@ -32,7 +32,7 @@ struct TDiffOptions {
 class TPrinter final : public TDifferenceObserver {
  public:
   explicit TPrinter(const TDiffOptions& options)
-      : options_(options), coloring_(ChooseColoring(options.color, IsOutputTerminal())) {}
+      : options_(options), coloring_(ChooseColoring(options.color, IsTerminal(stdout))) {}
 
   void OnDifference(const TDifference& difference) override {
     has_differences_ = true;
@@ -89,7 +89,7 @@ bool Load(const std::string& path, When color, TZanfoFile& document) {
   TDataFile file;
   if (LoadInput(std::string_view(path), file, document, record.result)) return true;
   record.error = ErrorOfReading(record);
-  const Coloring coloring = ChooseColoring(color, IsErrorTerminal());
+  const Coloring coloring = ChooseColoring(color, IsTerminal(stderr));
   std::fputs(ErrorMessage(record, coloring).c_str(), stderr);
   return false;
 }

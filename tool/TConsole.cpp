@@ -53,9 +53,9 @@ Coloring ChooseColoring(When when, bool is_terminal) {
 }
 
 TConsole::TConsole(const TRunOptions& options)
-    : coloring_(ChooseColoring(options.color, IsErrorTerminal())),
+    : coloring_(ChooseColoring(options.color, IsTerminal(stderr))),
       shows_progress_(
-          IsWanted(options.progress, IsErrorTerminal() && options.volume != Volume::kQuiet)) {}
+          IsWanted(options.progress, IsTerminal(stderr) && options.volume != Volume::kQuiet)) {}
 
 void TConsole::Print(std::string_view lines) {
   if (lines.empty()) return;

@@ -1,7 +1,6 @@
 #include "tool/Terminal.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <cstdlib>
 #include <thread>
 
@@ -22,31 +21,17 @@ namespace {
 
 constexpr std::size_t kUsualWidth = 80;
 
+}  // namespace
+
+bool IsTerminal(std::FILE* stream) {
 #ifdef _WIN32
-/// Whether a standard stream is a console that supports escape sequences; older ones do not.
-bool IsConsole(DWORD stream) {
-  const HANDLE console = GetStdHandle(stream);
+  // Older consoles do not support escape sequences.
+  const auto console = reinterpret_cast<HANDLE>(_get_osfhandle(_fileno(stream)));
   DWORD mode = 0;
   return GetConsoleMode(console, &mode) != 0 &&
          SetConsoleMode(console, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING) != 0;
-}
-#endif
-
-}  // namespace
-
-bool IsErrorTerminal() {
-#ifdef _WIN32
-  return IsConsole(STD_ERROR_HANDLE);
 #else
-  return isatty(STDERR_FILENO) != 0;
-#endif
-}
-
-bool IsOutputTerminal() {
-#ifdef _WIN32
-  return IsConsole(STD_OUTPUT_HANDLE);
-#else
-  return isatty(STDOUT_FILENO) != 0;
+  return isatty(fileno(stream)) != 0;
 #endif
 }
 

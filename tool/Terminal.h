@@ -1,14 +1,12 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdio>
 
 namespace zaf {
 
-/// Whether standard error is a terminal that supports escape sequences.
-[[nodiscard]] bool IsErrorTerminal();
-
-/// Whether standard output is a terminal.
-[[nodiscard]] bool IsOutputTerminal();
+/// Whether a standard stream is a terminal that supports escape sequences.
+[[nodiscard]] bool IsTerminal(std::FILE* stream);
 
 /// Columns of the terminal of standard error; 80 if unknown.
 [[nodiscard]] std::size_t GetTerminalWidth();
