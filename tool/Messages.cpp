@@ -176,22 +176,10 @@ std::pair<std::string, std::string> ShortenValues(std::optional<std::string_view
 }  // namespace
 
 TInputError ErrorOf(Fault fault, const TInputRecord& record) {
-  switch (fault) {
-    case Fault::kMissing:
-      return Fill(kNotFound, record);
-    case Fault::kDirectory:
-      return Fill(kDirectory, record);
-    case Fault::kRival: {
-      TInputError error = Fill(kRival, record);
-      error.text += record.input.rival + "; this one was not converted";
-      return error;
-    }
-    case Fault::kOutputDirectory:
-      return Fill(kNotCreated, record);
-    case Fault::kMemory:
-      return Fill(kMemory, record);
-  }
-  return {};
+  constexpr TSentence kSentences[] = {kNotFound, kDirectory, kRival, kNotCreated, kMemory};
+  TInputError error = Fill(kSentences[static_cast<std::size_t>(fault)], record);
+  if (fault == Fault::kRival) error.text += record.input.rival + "; this one was not converted";
+  return error;
 }
 
 TInputError ErrorOfOutcome(const TInputRecord& record) {
