@@ -68,23 +68,13 @@ TSentence SentenceOfUnopened(const std::string& path) {
   return info.size > std::numeric_limits<std::uint32_t>::max() ? kTooLarge : kNotOpened;
 }
 
-TSentence SentenceOfUnread(Status status) {
-  switch (status) {
-    case Status::kMalformed:
-      return kMalformed;
-    case Status::kFailure:
-      return kCutOff;
-    default:
-      return kNotRead;
-  }
-}
-
 TSentence SentenceOf(const TInputRecord& record) {
   switch (record.result.outcome) {
     case FileOutcome::kInputNotOpened:
       return SentenceOfUnopened(record.input.path);
     case FileOutcome::kInputNotRead:
-      return SentenceOfUnread(record.result.status);
+      if (record.result.status == Status::kMalformed) return kMalformed;
+      return record.result.status == Status::kFailure ? kCutOff : kNotRead;
     case FileOutcome::kOutputExists:
       return AreSame(record.input.path, record.output) ? kIsInput : kExists;
     case FileOutcome::kOutputNotCreated:
