@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdio>
 #include <limits>
 
 #include "foundation/Paths.h"
@@ -45,15 +44,10 @@ constexpr TSentence kNotReopened{"reopen", "The output {} cannot be opened again
 constexpr TSentence kRefused{{}, "What was written is refused when it is read back"};
 constexpr TSentence kMemory{"memory", "Memory ran out; nothing was written"};
 
-std::string StatusCode(Status status) {
-  std::array<char, 8> text;
-  std::snprintf(text.data(), text.size(), "0x%04X", static_cast<unsigned>(status));
-  return text.data();
-}
-
 TInputError Fill(const TSentence& sentence, const TInputRecord& record) {
   TInputError error{std::string(sentence.code), std::string(sentence.text)};
-  if (error.code.empty()) error.code = StatusCode(record.result.status);
+  if (error.code.empty())
+    error.code = Format("0x%04X", static_cast<unsigned>(record.result.status));
   if (const std::size_t place = error.text.find("{}"); place != std::string::npos)
     error.text.replace(place, 2, record.output);
   return error;
@@ -108,12 +102,7 @@ std::string Word(std::string_view word, std::string_view color, Coloring colorin
 std::string PlaceText(const std::optional<std::uint64_t>& offset, FourCharCode section,
                       const std::string& action) {
   std::string text;
-  if (offset) {
-    std::array<char, 32> number;
-    std::snprintf(number.data(), number.size(), " at +0x%llX",
-                  static_cast<unsigned long long>(*offset));
-    text += number.data();
-  }
+  if (offset) text += Format(" at +0x%llX", static_cast<unsigned long long>(*offset));
   if (section != kNoCode) {
     const std::array<char, 4> characters = Characters(section);
     text += ", section '" + Printable(ToUtf8({characters.data(), characters.size()})) + "'";
@@ -232,9 +221,8 @@ std::string Summary(const TTotals& totals, FileCommand command, bool has_looked_
   text +=
       std::to_string(totals.failed) + " failed, " + std::to_string(totals.skipped) + " skipped, ";
   if (has_looked_for_losses) text += std::to_string(totals.with_losses) + " with losses, ";
-  std::array<char, 32> time;
-  std::snprintf(time.data(), time.size(), "%.1f s", totals.seconds);
-  return text + FormatBytes(static_cast<double>(totals.bytes_in)) + " in " + time.data() + "\n";
+  return text + FormatBytes(static_cast<double>(totals.bytes_in)) +
+         Format(" in %.1f s\n", totals.seconds);
 }
 
 std::string DifferenceMessage(const TDifference& difference, Coloring coloring) {
@@ -280,10 +268,8 @@ std::string Printable(std::string_view name) {
     const bool is_upper_control = is_after_c2 && byte < 0xA0;
     if (is_upper_control) text.pop_back();
     if (byte < 0x20 || byte == 0x7F || is_upper_control) {
-      std::array<char, 5> code;
-      std::snprintf(code.data(), code.size(), "\\x%02X", byte);
       if (is_upper_control) text += "\\xC2";
-      text += code.data();
+      text += Format("\\x%02X", byte);
     } else {
       text += character;
     }
@@ -295,11 +281,9 @@ std::string Printable(std::string_view name) {
 std::string FormatBytes(double bytes) {
   constexpr const char* kUnits[] = {"KB", "MB", "GB", "TB"};
   constexpr double kStep = 1000;
-  std::array<char, 48> text;
   std::size_t unit = 0;
   for (bytes /= kStep; bytes >= kStep && unit + 1 < std::size(kUnits); ++unit) bytes /= kStep;
-  std::snprintf(text.data(), text.size(), "%.1f %s", bytes, kUnits[unit]);
-  return text.data();
+  return Format("%.1f %s", bytes, kUnits[unit]);
 }
 
 }  // namespace zaf

@@ -4,6 +4,7 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <cstdarg>
 #include <cstdio>
 #include <fstream>
 #include <iostream>
@@ -47,10 +48,10 @@ std::string PercentEncoded(std::string_view text) {
                           (character >= 'A' && character <= 'Z') ||
                           (character >= 'a' && character <= 'z') ||
                           std::string_view("-._~/").find(character) != std::string_view::npos;
-    std::array<char, 4> code{character};
-    if (!is_plain)
-      std::snprintf(code.data(), code.size(), "%%%02X", static_cast<unsigned char>(character));
-    encoded += code.data();
+    if (is_plain)
+      encoded += character;
+    else
+      encoded += Format("%%%02X", static_cast<unsigned char>(character));
   }
   return encoded;
 }
@@ -276,6 +277,15 @@ ordered_json LossJson(const TLoss& loss) {
   TLine line{.text = {}};
   AppendLoss(loss, line);
   return ordered_json::parse(line.text);
+}
+
+std::string Format(const char* format, ...) {
+  std::array<char, 64> text;
+  std::va_list arguments;
+  va_start(arguments, format);
+  std::vsnprintf(text.data(), text.size(), format, arguments);
+  va_end(arguments);
+  return text.data();
 }
 
 std::string ToUtf8(std::string_view latin1) {

@@ -72,6 +72,9 @@ inline bool IsLoss(LossCode code) { return code != LossCode::kLineEndChanged; }
 /// The keyword of a file's form.
 std::string_view FormWord(DocumentForm form);
 
+/// Formats at most 63 characters like printf.
+[[gnu::format(printf, 1, 2)]] std::string Format(const char* format, ...);
+
 /// Converts a text of an application from ISO-8859-1 to UTF-8.
 std::string ToUtf8(std::string_view latin1);
 

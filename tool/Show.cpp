@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdio>
 #include <map>
 #include <new>
 #include <string_view>
@@ -148,11 +147,7 @@ std::string DetailOf(dom::Element action, const TDataSourceWords& sources) {
   return Shortened(Joined(parts, "; "), kMostDetail);
 }
 
-std::string Hexadecimal(std::uint32_t number) {
-  std::array<char, 16> text;
-  std::snprintf(text.data(), text.size(), "0x%08X", number);
-  return text.data();
-}
+std::string Hexadecimal(std::uint32_t number) { return Format("0x%08X", number); }
 
 std::string Plural(std::uint64_t count, const char* one, const char* several) {
   return std::to_string(count) + " " + (count == 1 ? one : several);
@@ -160,10 +155,8 @@ std::string Plural(std::uint64_t count, const char* one, const char* several) {
 
 /// Formats an offset and a length as columns.
 std::string Place(std::uint64_t offset, std::uint64_t length) {
-  std::array<char, 64> text;
-  std::snprintf(text.data(), text.size(), "+0x%08llX %8llu",
-                static_cast<unsigned long long>(offset), static_cast<unsigned long long>(length));
-  return text.data();
+  return Format("+0x%08llX %8llu", static_cast<unsigned long long>(offset),
+                static_cast<unsigned long long>(length));
 }
 
 /// The kind of an action: "Search" for "[Search Action] Name".

@@ -1,6 +1,5 @@
 #include "tool/TConsole.h"
 
-#include <array>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -33,11 +32,8 @@ bool IsDumbTerminal() {
 
 std::string FormatTime(double seconds) {
   const auto whole = static_cast<std::uint64_t>(std::ceil(seconds));
-  std::array<char, 48> text;
-  std::snprintf(text.data(), text.size(), "%llu:%02llu",
-                static_cast<unsigned long long>(whole / 60),
+  return Format("%llu:%02llu", static_cast<unsigned long long>(whole / 60),
                 static_cast<unsigned long long>(whole % 60));
-  return text.data();
 }
 
 }  // namespace
