@@ -366,14 +366,10 @@ std::string TreeView(const TShownFile& file) {
       {"Title:    ", file.title}, {"Author:   ", file.author}, {"Revision: ", file.revision}};
   for (const auto& [word, text] : properties)
     if (!text.empty()) view.append(word).append(Printable(text)).append("\n");
-  const std::pair<std::uint64_t, const char*> numbers[] = {{result.actions, "action"},
-                                                           {file.data_sources, "data source"},
-                                                           {file.outputs, "output"},
-                                                           {result.bytes_in, "byte"}};
-  for (const auto& [number, word] : numbers)
-    view += (word == numbers[0].second ? "" : ", ") + std::to_string(number) + " " + word +
-            (number == 1 ? "" : "s");
-  view += "\n\n";
+  view += Plural(result.actions, "action", "actions") + ", " +
+          Plural(file.data_sources, "data source", "data sources") + ", " +
+          Plural(file.outputs, "output", "outputs") + ", " +
+          Plural(result.bytes_in, "byte", "bytes") + "\n\n";
   for (const TShownAction& action : file.actions) {
     view.append(std::size_t{2} * std::min(action.depth, kMostIndented), ' ');
     view += action.kind + " \"" + Printable(action.name) + "\"";
