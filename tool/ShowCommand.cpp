@@ -4,6 +4,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "foundation/Paths.h"
 #include "foundation/StandardPaths.h"
@@ -52,22 +53,16 @@ int Show(const TShowOptions& options) {
     throw TToolError(ExitStatus::kFailed, options.file +
                                               " is no legacy file: only those have "
                                               "sections and an account of their bytes");
-  if (!options.html.empty() && options.html != "-") {
-    WritePage(options.html, HtmlView(file));
-    return static_cast<int>(ExitStatus::kDone);
-  }
-  std::string view;
-  if (!options.html.empty())
-    view = HtmlView(file);
-  else if (options.json)
-    view = JsonView(file);
-  else if (options.sections)
-    view = SectionsView(file);
-  else if (options.bytes)
-    view = BytesView(file);
+  const bool is_page = !options.html.empty();
+  std::string view = is_page            ? HtmlView(file)
+                     : options.json     ? JsonView(file)
+                     : options.sections ? SectionsView(file)
+                     : options.bytes    ? BytesView(file)
+                                        : TreeView(file);
+  if (is_page && options.html != "-")
+    WritePage(options.html, std::move(view));
   else
-    view = TreeView(file);
-  PrintData(view);
+    PrintData(view);
   return static_cast<int>(ExitStatus::kDone);
 }
 
