@@ -20,14 +20,10 @@ bool IsWanted(When when, bool usual) {
   return when == When::kAlways || (when == When::kAuto && usual);
 }
 
-bool IsSet(const char* variable) {
+/// The value of an environment variable; empty if it is not set.
+std::string_view Environment(const char* variable) {
   const char* const value = std::getenv(variable);
-  return value != nullptr && *value != '\0';
-}
-
-bool IsDumbTerminal() {
-  const char* const kind = std::getenv("TERM");
-  return kind != nullptr && std::string_view(kind) == "dumb";
+  return value == nullptr ? std::string_view() : value;
 }
 
 std::string FormatTime(double seconds) {
@@ -44,7 +40,8 @@ void PrintData(std::string_view text) {
 }
 
 Coloring ChooseColoring(When when, bool is_terminal) {
-  const bool is_usual = is_terminal && !IsSet("NO_COLOR") && !IsDumbTerminal();
+  const bool is_usual =
+      is_terminal && Environment("NO_COLOR").empty() && Environment("TERM") != "dumb";
   return IsWanted(when, is_usual) ? Coloring::kOn : Coloring::kOff;
 }
 
