@@ -108,13 +108,10 @@ class TInputWalk::TRootWalk {
   TRootWalk(const TInputRoot& root, const TRunOptions& options) : root_(root), options_(options) {
     input_.base = root.base;
     path_ = root.path;
-    if (IsDirectory(root.path)) {
+    if (IsDirectory(root.path))
       EnterDirectory();
-      return;
-    }
-    input_.kind = IsThere(root.path) ? InputKind::kFile : InputKind::kMissing;
-    input_.rival = root.rival;
-    is_single_ = true;
+    else
+      SetNext(IsThere(root.path) ? InputKind::kFile : InputKind::kMissing, root.rival);
   }
 
   /// Advances to the next input; false after the last one.
@@ -147,9 +144,8 @@ class TInputWalk::TRootWalk {
 
   /// Sets `path_`, and the kind and rival of the input.
   bool FindNext() {
-    if (is_single_) return !std::exchange(is_single_ended_, true);
-    if (std::exchange(is_unreadable_, false)) return true;
-    while (!levels_.empty()) {
+    while (!std::exchange(has_next_, false)) {
+      if (levels_.empty()) return false;
       TLevel& level = levels_.back();
       path_.resize(level.path_size);
       if (level.next == level.names.GetCount()) {
@@ -161,14 +157,18 @@ class TInputWalk::TRootWalk {
       if (name.back() == kPathSeparator) {
         path_.pop_back();
         EnterDirectory();
-        if (std::exchange(is_unreadable_, false)) return true;
       } else {
-        input_.kind = InputKind::kFile;
-        input_.rival = FindRival(level, name);
-        return true;
+        SetNext(InputKind::kFile, FindRival(level, name));
       }
     }
-    return false;
+    return true;
+  }
+
+  /// Makes `path_` the next input.
+  void SetNext(InputKind kind, std::string rival) {
+    input_.kind = kind;
+    input_.rival = std::move(rival);
+    has_next_ = true;
   }
 
   /// Lists the directory at `path_` in a new level, unless it is the output.
@@ -182,9 +182,7 @@ class TInputWalk::TRootWalk {
         level.names.Append(std::string(name) + kPathSeparator);
     };
     if (!VisitEntries(path_, add)) {
-      input_.kind = InputKind::kUnreadableDirectory;
-      input_.rival.clear();
-      is_unreadable_ = true;
+      SetNext(InputKind::kUnreadableDirectory, {});
       return;
     }
     level.names.SortFrom(0);
@@ -211,9 +209,7 @@ class TInputWalk::TRootWalk {
 
   const TInputRoot& root_;
   const TRunOptions& options_;
-  bool is_single_ = false;
-  bool is_single_ended_ = false;
-  bool is_unreadable_ = false;  ///< The directory at `path_` is the next input.
+  bool has_next_ = false;  ///< `path_` is the next input.
   std::vector<TLevel> levels_;
   std::string path_;
   std::size_t path_of_root_size_ = 0;  ///< Including a separator.
