@@ -96,7 +96,6 @@ class CInputColumnArray : public CDynamicArray {
 template <class Column, std::size_t kNames>
 class TInputColumnArray final : public CInputColumnArray {
  public:
-  using TColumn = Column;
   static constexpr std::size_t kNameCount = kNames;
 
   TInputColumnArray() : CInputColumnArray(sizeof(Column), kNames) {}

@@ -21,8 +21,8 @@ dom::Element InputElement(dom::Element column) {
 
 }  // namespace
 
-void TInputColumnsCodecBase::WriteXml(const TProperty& row, const void* field,
-                                      const TXmlWriteScope& scope) const {
+void TInputColumnsCodec::WriteXml(const TProperty& row, const void* field,
+                                  const TXmlWriteScope& scope) const {
   TRecordListCodecBase::WriteXml(row, field, scope);
   const auto& columns = *static_cast<const CInputColumnArray*>(field);
   dom::Element column = FirstColumnElement(row, scope.element);
@@ -36,8 +36,8 @@ void TInputColumnsCodecBase::WriteXml(const TProperty& row, const void* field,
   }
 }
 
-Status TInputColumnsCodecBase::ReadXml(const TProperty& row, void* field,
-                                       const TXmlReadScope& scope) const {
+Status TInputColumnsCodec::ReadXml(const TProperty& row, void* field,
+                                   const TXmlReadScope& scope) const {
   auto& columns = *static_cast<CInputColumnArray*>(field);
   std::uint32_t i = columns.GetCount();
   const Status status = TRecordListCodecBase::ReadXml(row, field, scope);

@@ -1,31 +1,27 @@
 #pragma once
 
 #include <cstddef>
-#include <string_view>
 
 #include "actions/builders/CInputColumnArray.h"
 #include "fields/ListCodecs.h"
 
 namespace zaf {
 
-/// The part of the codec of input columns that does not depend on the type of the records: a record
-/// list. The items of inputs that offer a list are children of the input's element.
-class TInputColumnsCodecBase : public TRecordListCodecBase {
+/// The columns of a page with input: a record list. The items of inputs that offer a list are
+/// children of the input's element.
+class TInputColumnsCodec final : public TRecordListCodecBase {
  public:
   using TRecordListCodecBase::TRecordListCodecBase;
 
   void WriteXml(const TProperty& row, const void* field,
                 const TXmlWriteScope& scope) const override;
   Status ReadXml(const TProperty& row, void* field, const TXmlReadScope& scope) const override;
-
- protected:
-  ~TInputColumnsCodecBase() = default;
 };
 
-template <class Column>
-class TInputColumnsCodec final : public TInputColumnsCodecBase {
- public:
-  constexpr TInputColumnsCodec() : TInputColumnsCodecBase(kRecordType<Column>, Slicing::kUpgrade) {}
+template <class Column, std::size_t kNames>
+struct TCodecOf<TInputColumnArray<Column, kNames>> {
+  static constexpr TInputColumnsCodec kInstance{kRecordType<Column>, Slicing::kUpgrade};
+  static constexpr const TFieldCodec& kCodec = kInstance;
 };
 
 /// The list items of input columns, in their own legacy section. They have no XML of their own.
@@ -44,21 +40,11 @@ class TListItemsCodec final : public TFieldCodec {
   const TFieldCodec& records_;
 };
 
-template <class Column>
-inline constexpr TInputColumnsCodec<Column> kInputColumnsCodec{};
-
 template <std::size_t kNames>
 inline constexpr TListItemsCodec kListItemsCodec{
     TCodecOf<TRecordArray<TLegacyListItem<kNames>>>::kCodec};
 
-/// The columns of a page with input, `Member` is a TInputColumnArray.
-template <auto Member>
-constexpr TProperty InputColumns(FourCharCode code, std::string_view name, std::string_view item) {
-  using Field = typename TMemberTraits<decltype(Member)>::Field;
-  return List<Member>(code, name, item, kInputColumnsCodec<typename Field::TColumn>);
-}
-
-/// The legacy section of their list items.
+/// The legacy section of the list items of `Member`, a TInputColumnArray.
 template <auto Member>
 constexpr TProperty ListItems(FourCharCode code) {
   using Field = typename TMemberTraits<decltype(Member)>::Field;

@@ -20,7 +20,7 @@ std::span<const TProperty> TSearchColumnInfo::Properties() {
 std::span<const TProperty> TSearchPage::Properties() {
   using Page = TSearchPage;
   static constexpr TProperty kRows[] = {
-      InputColumns<&Page::columns>(Code("scit"), "SearchPageColumns", "SearchPageColumn"),
+      List<&Page::columns>(Code("scit"), "SearchPageColumns", "SearchPageColumn"),
       ListItems<&Page::columns>(Code("sfvt")),
       PageFormat<&Page::format>(Code("spgf")),
       Output<&Page::header>(Code("schd"), "HeaderOutput", ".SearchHeader"),
@@ -68,7 +68,7 @@ std::span<const TProperty> TDetailColumnInfo::Properties() {
 std::span<const TProperty> TDetailsPage::Properties() {
   using Page = TDetailsPage;
   static constexpr TProperty kRows[] = {
-      InputColumns<&Page::columns>(Code("dcit"), "DetailsPageColumns", "DetailsPageColumn"),
+      List<&Page::columns>(Code("dcit"), "DetailsPageColumns", "DetailsPageColumn"),
       ListItems<&Page::columns>(Code("dfvt")),
       List<&Page::joins>(Code("dltj"), "JoinCriteria", "JoinItem"),
       PageFormat<&Page::format>(Code("dpgf")),

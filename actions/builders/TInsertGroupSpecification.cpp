@@ -18,7 +18,7 @@ std::span<const TProperty> TInsertGroupSpecification::Properties() {
   using Builder = TInsertGroupSpecification;
   static constexpr TProperty kRows[] = {
       BasePart(),
-      InputColumns<&Builder::columns_>(Code("icol"), "InsertColumns", "InsertColumn"),
+      List<&Builder::columns_>(Code("icol"), "InsertColumns", "InsertColumn"),
       ListItems<&Builder::columns_>(Code("fval")),
       Output<&Builder::header_>(Code("head"), "HeaderOutput", ".Header"),
       Output<&Builder::footer_>(Code("foot"), "FooterOutput", ".Footer"),
