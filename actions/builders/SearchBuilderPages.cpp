@@ -22,7 +22,7 @@ std::span<const TProperty> TSearchPage::Properties() {
   static constexpr TProperty kRows[] = {
       List<&Page::columns>(Code("scit"), "SearchPageColumns", "SearchPageColumn"),
       ListItems<&Page::columns>(Code("sfvt")),
-      PageFormat<&Page::format>(Code("spgf")),
+      Child<&Page::format>(Code("spgf"), "PageFormat"),
       Output<&Page::header>(Code("schd"), "HeaderOutput", ".SearchHeader"),
       Output<&Page::footer>(Code("scft"), "FooterOutput", ".SearchFooter"),
       Child<&Page::find_title>(Code("fbtn"), "FindButtonTitle"),
@@ -35,7 +35,7 @@ std::span<const TProperty> TListColumnInfo::Properties() {
   using Column = TListColumnInfo;
   static constexpr TProperty kRows[] = {
       InlinePart<&Column::column>(),
-      DisplayOptions<&Column::display>(),
+      Child<&Column::display>(kNoCode, "DisplayOptions"),
   };
   return kRows;
 }
@@ -48,7 +48,7 @@ std::span<const TProperty> TListPage::Properties() {
       List<&Page::columns>(Code("lcit"), "ListPageColumns", "ListPageColumn"),
       List<&Page::order>(Code("lsrt"), "OrderColumns", "OrderColumn"),
       List<&Page::joins>(Code("join"), "JoinCriteria", "JoinItem"),
-      PageFormat<&Page::format>(Code("lpgf")),
+      Child<&Page::format>(Code("lpgf"), "PageFormat"),
       Output<&Page::header>(Code("lchd"), "HeaderOutput", ".ListHeader"),
       Output<&Page::footer>(Code("lcft"), "FooterOutput", ".ListFooter"),
       Output<&Page::no_results>(Code("snre"), "NoResultsOutput", ".ListNoResults"),
@@ -60,7 +60,7 @@ std::span<const TProperty> TDetailColumnInfo::Properties() {
   using Column = TDetailColumnInfo;
   static constexpr TProperty kRows[] = {
       InlinePart<&Column::input>(),
-      DisplayOptions<&Column::display>(),
+      Child<&Column::display>(kNoCode, "DisplayOptions"),
   };
   return kRows;
 }
@@ -71,7 +71,7 @@ std::span<const TProperty> TDetailsPage::Properties() {
       List<&Page::columns>(Code("dcit"), "DetailsPageColumns", "DetailsPageColumn"),
       ListItems<&Page::columns>(Code("dfvt")),
       List<&Page::joins>(Code("dltj"), "JoinCriteria", "JoinItem"),
-      PageFormat<&Page::format>(Code("dpgf")),
+      Child<&Page::format>(Code("dpgf"), "PageFormat"),
       Output<&Page::header>(Code("dchd"), "HeaderOutput", ".DetailsHeader"),
       Output<&Page::footer>(Code("dcft"), "FooterOutput", ".DetailsFooter"),
       Output<&Page::delete_response>(Code("delh"), "DeleteResponse", ".DetailsDelete"),

@@ -38,10 +38,4 @@ struct TCodecOf<TDetailDisplayOptions> {
   static constexpr const TFieldCodec& kCodec = kDetailDisplayCodec;
 };
 
-/// The display options of a column record.
-template <auto Member>
-constexpr TProperty DisplayOptions() {
-  return Child<Member>(kNoCode, "DisplayOptions");
-}
-
 }  // namespace zaf

@@ -25,7 +25,7 @@ std::span<const TProperty> TInsertGroupSpecification::Properties() {
       Output<&Builder::response_>(Code("resp"), "InsertResponse", ".Response"),
       Child<&Builder::save_title_>(Code("sbtn"), "SaveButtonTitle"),
       Child<&Builder::reset_title_>(Code("rbtn"), "ResetButtonTitle"),
-      PageFormat<&Builder::format_>(Code("frmt")),
+      Child<&Builder::format_>(Code("frmt"), "PageFormat"),
   };
   return kRows;
 }

@@ -40,10 +40,4 @@ struct TCodecOf<TLazyRecord<TPageFormat>> {
   static constexpr const TFieldCodec& kCodec = kPageFormatCodec;
 };
 
-/// The page format of a page.
-template <auto Member>
-constexpr TProperty PageFormat(FourCharCode code) {
-  return Child<Member>(code, "PageFormat");
-}
-
 }  // namespace zaf
