@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <set>
 #include <string>
 #include <string_view>
 
@@ -118,20 +119,15 @@ Status CInputColumnArray::FinishItems(TDataFile& file, FourCharCode code,
       if (!counted.insert(items.data()).second) count += items.size();
     }
     if (losses != nullptr) {
-      const std::size_t others = CountOthers(counted);
+      std::size_t others = 0;  // Items that belong to no column.
+      for (const auto& [names, items] : shared_items_)
+        if (!counted.contains(items.data())) others += items.size();
       if (others > 0)
         losses->ReportIn(code, LossReason::kItemWithoutColumn, std::to_string(others));
     }
     return file.ChargeRecords(count * MakeItemRecords().GetElementSize());
   };
   return Attempt(finish, Status::kFailure);
-}
-
-std::size_t CInputColumnArray::CountOthers(const std::set<const TListItem*>& with_column) const {
-  std::size_t count = 0;
-  for (const auto& [names, items] : shared_items_)
-    if (!with_column.contains(items.data())) count += items.size();
-  return count;
 }
 
 bool CInputColumnArray::HasEqualItems(const CInputColumnArray& other) const {

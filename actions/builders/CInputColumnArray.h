@@ -4,7 +4,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <map>
-#include <set>
 #include <span>
 #include <vector>
 
@@ -83,8 +82,6 @@ class CInputColumnArray : public CDynamicArray {
 
   [[nodiscard]] TNames NamesOf(const TBuilderColumn& column) const;
   [[nodiscard]] std::span<const TListItem> FindSharedItems(std::uint32_t column) const;
-  /// The number of items that belong to no column.
-  [[nodiscard]] std::size_t CountOthers(const std::set<const TListItem*>& with_column) const;
 
   std::size_t name_count_;
   TRecordArray<TListItem> items_;  ///< Read from a document.
