@@ -3,6 +3,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <string>
 #include <string_view>
 
 namespace zaf {
@@ -35,5 +36,8 @@ constexpr std::array<char, 4> Characters(FourCharCode code) {
   return {static_cast<char>(value >> 24 & 0xFF), static_cast<char>(value >> 16 & 0xFF),
           static_cast<char>(value >> 8 & 0xFF), static_cast<char>(value & 0xFF)};
 }
+
+/// The four characters of a code as a text.
+inline std::string TextOf(FourCharCode code) { return {Characters(code).data(), 4}; }
 
 }  // namespace zaf

@@ -1,7 +1,6 @@
 #include "tool/Messages.h"
 
 #include <algorithm>
-#include <array>
 #include <limits>
 
 #include "foundation/Paths.h"
@@ -103,10 +102,7 @@ std::string PlaceText(const std::optional<std::uint64_t>& offset, FourCharCode s
                       const std::string& action) {
   std::string text;
   if (offset) text += Format(" at +0x%llX", static_cast<unsigned long long>(*offset));
-  if (section != kNoCode) {
-    const std::array<char, 4> characters = Characters(section);
-    text += ", section '" + Printable(ToUtf8({characters.data(), characters.size()})) + "'";
-  }
+  if (section != kNoCode) text += ", section '" + Printable(ToUtf8(TextOf(section))) + "'";
   if (!action.empty())
     text +=
         (section != kNoCode ? " of action \"" : ", action \"") + Printable(ToUtf8(action)) + "\"";

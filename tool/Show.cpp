@@ -188,22 +188,19 @@ std::string ValueOf(const TByteAccount::TSection& section, std::string_view imag
   TByteReader reader(AsBytes(image.substr(offset)));
   static_cast<void>(reader.ReadU32(first));
   switch (section.form) {
-    case SectionForm::kHeader: {
+    case SectionForm::kHeader:
       static_cast<void>(reader.ReadU32(numbers));
-      const std::array<char, 4> type = Characters(FourCharCode{numbers[0]});
-      return "format " + Hexadecimal(first) + ", type '" + std::string(type.data(), type.size()) +
+      return "format " + Hexadecimal(first) + ", type '" + TextOf(FourCharCode{numbers[0]}) +
              "', map at " + Hexadecimal(numbers[1]);
-    }
     case SectionForm::kMap:
       return Plural(section.length / kSectionMapEntrySize, "entry", "entries");
     case SectionForm::kText:
       if (bytes.ends_with('\0')) bytes.remove_suffix(1);
       return Shortened(bytes, kMostValue);
     case SectionForm::kNumber: {
-      const std::array<char, 4> code = Characters(FourCharCode{first});
+      const std::string code = TextOf(FourCharCode{first});
       const bool is_code = std::ranges::all_of(code, [](char c) { return c >= ' ' && c < 0x7F; });
-      return is_code ? std::string("'").append(code.data(), code.size()) + "'"
-                     : std::to_string(static_cast<std::int32_t>(first));
+      return is_code ? "'" + code + "'" : std::to_string(static_cast<std::int32_t>(first));
     }
     case SectionForm::kTexts: {
       bytes.remove_prefix(std::min(bytes.size(), sizeof first));
@@ -259,14 +256,10 @@ class TLoad {
     const std::vector<TByteAccount::TSection>& sections = account_.GetSections();
     for (std::size_t i = 0; i < sections.size(); ++i) order.push_back(i);
     std::ranges::stable_sort(order, {}, [&](std::size_t i) { return sections[i].offset; });
-    const auto code_of = [](const TByteAccount::TSection& section) {
-      const std::array<char, 4> code = Characters(section.code);
-      return ToUtf8({code.data(), code.size()});
-    };
     for (const std::size_t i : order) {
       const TByteAccount::TSection& section = sections[i];
       shown_.sections.push_back(
-          {section.offset, section.length, code_of(section),
+          {section.offset, section.length, ToUtf8(TextOf(section.code)),
            std::max<std::int64_t>(-1, static_cast<std::int64_t>(section.record) - first),
            section.record == 0 ? "" : ToUtf8(records[section.record]), std::string(section.field),
            ToUtf8(ValueOf(section, image))});
@@ -275,7 +268,7 @@ class TLoad {
       std::string what;
       if (range.section != TByteAccount::kNoSection) {
         const TByteAccount::TSection& section = sections[range.section];
-        what = "'" + code_of(section) + "'";
+        what = "'" + ToUtf8(TextOf(section.code)) + "'";
         if (!section.field.empty()) what += " " + std::string(section.field);
         if (section.record > 0) what += " of \"" + ToUtf8(records[section.record]) + "\"";
       }

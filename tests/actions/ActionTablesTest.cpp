@@ -33,8 +33,6 @@ TFields FieldsOf(std::span<const TProperty> rows, void* object) {
   return fields;
 }
 
-std::string NameOf(FourCharCode code) { return {Characters(code).data(), 4}; }
-
 /// Reads one section, made of `payload`, into an action.
 Status ReadSection(TQuerySpecification& action, std::string_view code, std::string_view payload) {
   TDataFile file(AsBytes(payload));
@@ -61,7 +59,7 @@ TRecord WriteRecord(const TQuerySpecification& action) {
   TDataFile image(AsBytes(record.bytes));
   TSectionMap map;
   EXPECT_EQ(map.Open(image, record.header), Status::kOk);
-  for (TSectionMapEntry entry; map.Next(entry);) record.order += NameOf(entry.code) + " ";
+  for (TSectionMapEntry entry; map.Next(entry);) record.order += TextOf(entry.code) + " ";
   return record;
 }
 
@@ -168,7 +166,7 @@ const std::set<std::string> kNoContent{"pare", "assx", "assn"};
 template <class Action>
 Action Filled(const std::set<std::string>& omitted = kNoContent) {
   Action action;
-  for (const std::string& code : Split(kFacts.at(NameOf(Action::kTypeCode)).order))
+  for (const std::string& code : Split(kFacts.at(TextOf(Action::kTypeCode)).order))
     if (!omitted.contains(code)) Change(action, code);
   return action;
 }
@@ -181,11 +179,11 @@ TYPED_TEST_SUITE(ActionTable, TAllActions<testing::Types>);
 TYPED_TEST(ActionTable, NamesNoCodeAndNoElementTwice) {
   TypeParam action;
   std::set<std::string> codes;
-  const std::string order = kFacts.at(NameOf(TypeParam::kTypeCode)).order;
+  const std::string order = kFacts.at(TextOf(TypeParam::kTypeCode)).order;
   for (const auto& [row, field] : FieldsOf(TypeParam::Properties(), &action)) {
     if (row->code == kNoCode) continue;
-    EXPECT_TRUE(codes.insert(NameOf(row->code)).second) << NameOf(row->code);
-    EXPECT_NE(order.find(NameOf(row->code)), std::string::npos) << NameOf(row->code);
+    EXPECT_TRUE(codes.insert(TextOf(row->code)).second) << TextOf(row->code);
+    EXPECT_NE(order.find(TextOf(row->code)), std::string::npos) << TextOf(row->code);
   }
   std::set<std::string_view> names;
   for (const TProperty& row : TypeParam::Properties())
@@ -259,7 +257,7 @@ void TakeNames(std::span<const TProperty> rows, const std::string& path,
   for (const TProperty& row : rows) {
     if (row.codec == nullptr) continue;
     const std::string name = path + std::string(row.name);
-    if (row.code != kNoCode && !row.name.empty()) names.insert_or_assign(NameOf(row.code), name);
+    if (row.code != kNoCode && !row.name.empty()) names.insert_or_assign(TextOf(row.code), name);
     TakeNames(row.codec->Nested(), row.form == XmlForm::kChild ? name + "." : path, names);
   }
 }
@@ -304,7 +302,7 @@ TYPED_TEST(ActionTable, DifferenceIsNamedLikeTheField) {
   for (const auto& [code, name] : kWrittenByHand) names[code] = name;
   TakeNames(TypeParam::Properties(), {}, names);
   const bool has_source = TypeParam::kTypeCode != Code("endt");
-  for (const std::string& code : Split(kFacts.at(NameOf(TypeParam::kTypeCode)).order)) {
+  for (const std::string& code : Split(kFacts.at(TextOf(TypeParam::kTypeCode)).order)) {
     if (kNoContent.contains(code) || code == "plat") continue;  // The latter selects the element.
     SCOPED_TRACE(code);
     std::set<std::string> omitted = kNoContent;
@@ -338,7 +336,7 @@ TYPED_TEST(ActionTable, ElementReadsBackAsTheClass) {
 }
 
 TYPED_TEST(ActionTable, LabelSizeAndOrderAreThoseOfTheClass) {
-  const TClassFacts& facts = kFacts.at(NameOf(TypeParam::kTypeCode));
+  const TClassFacts& facts = kFacts.at(TextOf(TypeParam::kTypeCode));
   TypeParam action;
   EXPECT_EQ(action.GetRecordSize(), facts.size);
   action.SetName("A");
