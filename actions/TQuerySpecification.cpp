@@ -8,6 +8,7 @@
 #include "fields/SectionMap.h"
 #include "fields/ValueCodecs.h"
 #include "foundation/CTextLocal.h"
+#include "foundation/Fnv.h"
 
 namespace zaf {
 namespace {
@@ -22,29 +23,14 @@ constexpr FourCharCode kParent = Code("pare");
 constexpr FourCharCode kOrderBeforeAssignments[] = {Code("none"), Code("rslt"), Code("err ")};
 constexpr FourCharCode kOrderBehindAssignments[] = {Code("cmnt"), Code("push"), Code("expd")};
 
-/// 32-bit FNV-1a.
-class TSignature {
- public:
-  void Add(unsigned char byte) { hash_ = (hash_ ^ byte) * 0x01000193U; }
-
-  /// 8 lower-case hexadecimal digits.
-  [[nodiscard]] std::array<char, 8> Digits() const {
-    std::array<char, 8> digits;
-    for (std::size_t i = 0; i < digits.size(); ++i)
-      digits[i] = "0123456789abcdef"[hash_ >> (28 - 4 * i) & 0xF];
-    return digits;
-  }
-
- private:
-  std::uint32_t hash_ = 0x811C9DC5U;
-};
-
-/// The signature of an action, computed from its type code and its name.
+/// The signature of an action, computed from its type code and its name: 8 lower-case hexadecimal
+/// digits.
 std::array<char, 8> Sign(FourCharCode type_code, std::string_view name) {
-  TSignature signature;
-  for (const char c : Characters(type_code)) signature.Add(static_cast<unsigned char>(c));
-  for (const char c : name) signature.Add(static_cast<unsigned char>(c));
-  return signature.Digits();
+  const std::uint32_t hash = Fnv1a(name, Fnv1a(TextOf(type_code)));
+  std::array<char, 8> digits;
+  for (std::size_t i = 0; i < digits.size(); ++i)
+    digits[i] = "0123456789abcdef"[hash >> (28 - 4 * i) & 0xF];
+  return digits;
 }
 
 Status WriteInOrder(std::span<const FourCharCode> order, const TQuerySpecification& action,

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "foundation/Fnv.h"
+
 namespace zaf {
 namespace {
 
@@ -69,13 +71,7 @@ bool TPathFilter::Takes(std::string_view path) const {
 }
 
 bool TShard::Takes(std::string_view path) const {
-  if (count == 1) return true;
-  std::uint32_t hash = 0x811C9DC5U;
-  for (const char character : path) {
-    hash ^= static_cast<unsigned char>(character);
-    hash *= 0x01000193U;
-  }
-  return hash % count == number - 1;
+  return count == 1 || Fnv1a(path) % count == number - 1;
 }
 
 }  // namespace zaf

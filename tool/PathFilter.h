@@ -35,8 +35,7 @@ struct TShard {
   std::uint32_t number = 1;  ///< From 1 to count.
   std::uint32_t count = 1;
 
-  /// Whether a path with `/` as separator belongs to this part, by its 32-bit FNV-1a hash
-  /// (http://www.isthe.com/chongo/tech/comp/fnv/).
+  /// Whether a path with `/` as separator belongs to this part, by its 32-bit FNV-1a hash.
   [[nodiscard]] bool Takes(std::string_view path) const;
 };
 
