@@ -2,6 +2,7 @@
 #include <memory>
 #include <nlohmann/json.hpp>
 #include <string>
+#include <utility>
 
 #include "appfile/Differences.h"
 #include "appfile/TZanfoFile.h"
@@ -35,18 +36,17 @@ class TPrinter final : public TDifferenceObserver {
       : options_(options), coloring_(ChooseColoring(options.color, IsTerminal(stdout))) {}
 
   void OnDifference(const TDifference& difference) override {
-    has_differences_ = true;
+    const bool is_first = !std::exchange(has_differences_, true);
     if (options_.is_quiet) return;
     if (options_.is_json)
-      Print((is_empty_ ? "[\n" : ",\n") + JsonOf(difference));
+      Print((is_first ? "[\n" : ",\n") + JsonOf(difference));
     else
       Print(DifferenceMessage(difference, coloring_));
-    is_empty_ = false;
   }
 
   /// Returns whether there were differences. Throws TToolError when they could not be printed.
   bool Finish() {
-    if (options_.is_json && !options_.is_quiet) Print(is_empty_ ? "[]\n" : "\n]\n");
+    if (options_.is_json && !options_.is_quiet) Print(has_differences_ ? "\n]\n" : "[]\n");
     if (has_failed_ || std::fflush(stdout) != 0)
       throw TToolError(ExitStatus::kCannotWrite, "Standard output cannot be written");
     return has_differences_;
@@ -78,7 +78,6 @@ class TPrinter final : public TDifferenceObserver {
   const TDiffOptions& options_;
   const Coloring coloring_;
   bool has_differences_ = false;
-  bool is_empty_ = true;
   bool has_failed_ = false;
 };
 
