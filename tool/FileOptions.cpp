@@ -43,8 +43,10 @@ void AddFileOptions(CLI::App& command, TRunOptions& options) {
   command.add_option("INPUT", options.inputs, "Files, and directories with all below them");
   command.add_flag_callback(
       "--no-recurse", [&options] { options.recurse = false; }, "Do not go below the directories");
-  AddRepeatable(command, "-e,--extension", options.extensions,
-                "Extension of the files of directories, instead of zaf and zcf")
+  command
+      .add_option("-e,--extension", options.extensions,
+                  "Extension of the files of directories, instead of zaf and zcf")
+      ->allow_extra_args(false)  // Each time it takes one value.
       ->type_name("EXT");
   // TakeGlobs reads their values.
   for (const char* const name : {kInclude, kExclude})

@@ -39,11 +39,4 @@ void AddWord(CLI::App& command, const std::string& name, Value& value, const TWo
   command.add_option_function<std::string>(name, take, description)->type_name(names);
 }
 
-/// Adds an option that can be given several times, with one value each.
-template <class Values>
-CLI::Option* AddRepeatable(CLI::App& command, const std::string& names, Values& values,
-                           const std::string& description) {
-  return command.add_option(names, values, description)->allow_extra_args(false);
-}
-
 }  // namespace zaf
