@@ -89,12 +89,9 @@ TSentence SentenceOf(const TInputRecord& record) {
   return kRefused;
 }
 
-std::string Word(std::string_view word, std::string_view color, Coloring coloring) {
-  std::string text;
-  if (coloring == Coloring::kOn) text.append("\x1b[").append(color).append("m");
-  text += word;
-  if (coloring == Coloring::kOn) text += "\x1b[0m";
-  return text;
+std::string Word(const std::string& word, const char* color, Coloring coloring) {
+  if (coloring == Coloring::kOff) return word;
+  return std::string("\x1b[") + color + "m" + word + "\x1b[0m";
 }
 
 /// A place in a legacy file, in the form in which messages show it after the code.
