@@ -15,8 +15,6 @@ using nlohmann::ordered_json;
 constexpr std::string_view kDataPlace = "@DATA@";
 constexpr std::string_view kImagePlace = "@IMAGE@";
 
-bool IsLegacy(const TShownFile& file) { return *file.record.result.form == DocumentForm::kLegacy; }
-
 /// The properties of the file as a whole.
 ordered_json FileJson(const TShownFile& file) {
   const TFileResult& result = file.record.result;
@@ -125,7 +123,7 @@ std::string JsonView(const TShownFile& file) {
                         ? ordered_json()
                         : ordered_json(file.actions[static_cast<std::size_t>(action.parent)].name)},
          {"depth", action.depth}});
-  if (IsLegacy(file)) {
+  if (*file.record.result.form == DocumentForm::kLegacy) {
     ordered_json& sections = object["sections"] = ordered_json::array();
     for (const TShownSection& section : file.sections)
       sections.push_back({{"offset", section.offset},
