@@ -36,7 +36,7 @@ Conversion TInsertGroupSpecification::ConvertLegacyRecord(FourCharCode code, Byt
 }
 
 Status TInsertGroupSpecification::ReadLegacy(TDataFile* file, const TRecordHeader& header) {
-  const Status status = Table::ReadLegacy(file, header);
+  const Status status = TTableSpecification::ReadLegacy(file, header);
   return status == Status::kOk ? columns_.FinishItems(*file, Code("fval"), header.losses) : status;
 }
 

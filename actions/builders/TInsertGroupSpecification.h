@@ -33,8 +33,6 @@ class TInsertGroupSpecification
   Status ReadLegacy(TDataFile* file, const TRecordHeader& header) override;
 
  private:
-  using Table = TTableSpecification<TInsertGroupSpecification, TSourceSpecification>;
-
   TInsertColumnInfoArray columns_;
   CText header_;
   CText footer_;

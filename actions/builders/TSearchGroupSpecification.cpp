@@ -38,7 +38,8 @@ Conversion TSearchGroupSpecification::ConvertLegacyRecord(FourCharCode code, Byt
 }
 
 Status TSearchGroupSpecification::ReadLegacy(TDataFile* file, const TRecordHeader& header) {
-  if (const Status status = Table::ReadLegacy(file, header); status != Status::kOk) return status;
+  if (const Status status = TTableSpecification::ReadLegacy(file, header); status != Status::kOk)
+    return status;
   const Status status = search_page_.columns.FinishItems(*file, Code("sfvt"), header.losses);
   return status == Status::kOk
              ? details_page_.columns.FinishItems(*file, Code("dfvt"), header.losses)

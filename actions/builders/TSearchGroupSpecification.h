@@ -33,8 +33,6 @@ class TSearchGroupSpecification
   Status ReadLegacy(TDataFile* file, const TRecordHeader& header) override;
 
  private:
-  using Table = TTableSpecification<TSearchGroupSpecification, TSourceSpecification>;
-
   TSearchPage search_page_;
   TListPage list_page_;
   TDetailsPage details_page_;

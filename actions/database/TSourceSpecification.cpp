@@ -34,7 +34,7 @@ bool TSourceSpecification::IsDataSource(FourCharCode code) {
 }
 
 Status TSourceSpecification::ReadLegacyProperty(const TLegacySection& section) {
-  const Status status = Table::ReadLegacyProperty(section);
+  const Status status = TTableSpecification::ReadLegacyProperty(section);
   if (status == Status::kOk && section.code == Code("htyp")) data_source_.UpdateTypeName();
   return status;
 }
@@ -61,7 +61,7 @@ Status TSourceSpecification::ReadXml(const TXmlReadContext& context, dom::Elemen
                                 element.getAttribute(kDeploymentAttribute));
   };
   const Status status = Attempt(read, Status::kFailure);
-  return status == Status::kOk ? Table::ReadXml(context, element) : status;
+  return status == Status::kOk ? TTableSpecification::ReadXml(context, element) : status;
 }
 
 }  // namespace zaf

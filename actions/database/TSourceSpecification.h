@@ -54,8 +54,6 @@ class TSourceSpecification : public TTableSpecification<TSourceSpecification, TQ
   Status ReadXml(const TXmlReadContext& context, dom::Element element) override;
 
  private:
-  using Table = TTableSpecification<TSourceSpecification, TQuerySpecification>;
-
   TDataSource data_source_;
   bool uses_default_ = false;
 };
