@@ -219,7 +219,8 @@ std::string ValueOf(const TByteAccount::TSection& section, std::string_view imag
   return Plural(section.length, "byte", "bytes");
 }
 
-class TLoad {
+/// Loads a file. Observes its losses and the use of its bytes.
+class TLoad final : public TLossObserver {
  public:
   explicit TLoad(TShownFile& shown) : shown_(shown) {}
 
@@ -228,7 +229,7 @@ class TLoad {
     TFileResult& result = shown_.record.result;
     TDataFile data;
     TZanfoFile file;
-    file.SetObserver(&observer_);
+    file.SetObserver(this);
     if (!LoadInput(CText(shown_.record.input.path), data, file, result)) return;
     const TApplication& application = file.GetApplication();
     result.outcome = FileOutcome::kOutputNotWritten;
@@ -246,6 +247,9 @@ class TLoad {
   }
 
  private:
+  void OnLoss(TLoss&& loss) override { shown_.record.losses.push_back(std::move(loss)); }
+  TByteAccount* GetAccount() override { return &account_; }
+
   /// The records of a legacy file are read in tree order; the first one is the file's own, and the
   /// second one is that of the root container if there is one more than there are actions.
   void Account(std::string_view image) {
@@ -304,21 +308,8 @@ class TLoad {
     }
   }
 
-  class TObserver final : public TLossObserver {
-   public:
-    TObserver(std::vector<TLoss>& losses, TByteAccount& account)
-        : losses_(losses), account_(account) {}
-    void OnLoss(TLoss&& loss) override { losses_.push_back(std::move(loss)); }
-    TByteAccount* GetAccount() override { return &account_; }
-
-   private:
-    std::vector<TLoss>& losses_;
-    TByteAccount& account_;
-  };
-
   TShownFile& shown_;
   TByteAccount account_;
-  TObserver observer_{shown_.record.losses, account_};
 };
 
 }  // namespace
