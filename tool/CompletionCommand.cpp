@@ -75,12 +75,6 @@ std::string FishScript(const CLI::App& program) {
   return script;
 }
 
-struct TShell {
-  const char* name;
-  std::string (*script)(const CLI::App& program);
-};
-constexpr TShell kShells[] = {{"bash", BashScript}, {"zsh", ZshScript}, {"fish", FishScript}};
-
 }  // namespace
 
 void AddCompletionCommand(CLI::App& program, CommandAction& action) {
@@ -91,8 +85,9 @@ void AddCompletionCommand(CLI::App& program, CommandAction& action) {
       ->check(CLI::IsMember({"bash", "zsh", "fish"}));
   command->callback([&program, &action, shell] {
     action = [&program, shell] {
-      for (const TShell& known : kShells)
-        if (*shell == known.name) PrintData(known.script(program));
+      PrintData(*shell == "bash"  ? BashScript(program)
+                : *shell == "zsh" ? ZshScript(program)
+                                  : FishScript(program));
       return static_cast<int>(ExitStatus::kDone);
     };
   });
