@@ -63,10 +63,6 @@ Status TFieldCodec::ReadXml(const TProperty&, void*, const TXmlReadScope&) const
   return Status::kOk;
 }
 
-bool TFieldCodec::IsNumber32() const { return false; }
-
-bool TFieldCodec::AppendsSections() const { return false; }
-
 void TFieldCodec::NoteUse(const TProperty& row, const void* field, const TRecordUse& use) const {
   if (Nested().empty())
     use.Add(field, row.locate.size);
@@ -81,12 +77,6 @@ std::uint64_t TFieldCodec::GetUsed(const void*, const TLegacySection& section) c
 void TFieldCodec::ReportWriting(const TProperty&, const void*, const TXmlWriteScope&) const {}
 
 void TFieldCodec::ReportReading(const TProperty&, const void*, const TXmlReadScope&) const {}
-
-SectionForm TFieldCodec::GetSectionForm() const { return SectionForm::kBytes; }
-
-std::span<const TProperty> TFieldCodec::Nested() const { return {}; }
-
-std::span<const TProperty> TFieldCodec::NestedNumbers() const { return Nested(); }
 
 void TCodeIndex::Add(std::span<const TProperty> rows, const void* object, const void* part) {
   for (const TProperty& row : rows) {

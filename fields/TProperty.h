@@ -65,19 +65,19 @@ class TFieldCodec {
   virtual Status ReadXml(const TProperty& row, void* field, const TXmlReadScope& scope) const;
   [[nodiscard]] virtual bool IsEqual(const void* field, const void* other) const = 0;
   /// Whether the field is a 32-bit number, whose byte order in a record depends on the host.
-  [[nodiscard]] virtual bool IsNumber32() const;
+  [[nodiscard]] virtual bool IsNumber32() const { return false; }
   /// The rows of a part: a field that has fields of its own, each with its own legacy section.
-  [[nodiscard]] virtual std::span<const TProperty> Nested() const;
+  [[nodiscard]] virtual std::span<const TProperty> Nested() const { return {}; }
   /// The rows of the 32-bit numbers in a record's field that has fields of its own.
-  [[nodiscard]] virtual std::span<const TProperty> NestedNumbers() const;
+  [[nodiscard]] virtual std::span<const TProperty> NestedNumbers() const { return Nested(); }
   /// Names the bytes of a field in a record that can decide its XML. By default all.
   virtual void NoteUse(const TProperty& row, const void* field, const TRecordUse& use) const;
   /// Whether several sections of one code are appended; otherwise the last one counts.
-  [[nodiscard]] virtual bool AppendsSections() const;
+  [[nodiscard]] virtual bool AppendsSections() const { return false; }
 
   // Only with an observer of losses; the field has just been read, or is about to be written.
 
-  [[nodiscard]] virtual SectionForm GetSectionForm() const;
+  [[nodiscard]] virtual SectionForm GetSectionForm() const { return SectionForm::kBytes; }
   /// How many bytes of its section determined the field, possibly more than there are.
   [[nodiscard]] virtual std::uint64_t GetUsed(const void* field,
                                               const TLegacySection& section) const;

@@ -164,16 +164,19 @@ bool TSwitchCodec::IsSet(const void* field) const { return Get<bool>(field); }
 
 Status TNumberCodecBase::ReadLegacy(const TProperty&, void* field,
                                     const TLegacySection& section) const {
-  return section.Read(Get<std::int32_t>(field));
+  std::int32_t value = 0;
+  if (const Status status = section.Read(value); status != Status::kOk) return status;
+  StoreNumber32(field, value);
+  return Status::kOk;
 }
 
 Status TNumberCodecBase::WriteLegacy(const TProperty& row, const void* field,
                                      TSectionWriter& out) const {
-  return out.Write(row.code, Get<std::int32_t>(field));
+  return out.Write(row.code, LoadNumber32(field));
 }
 
 bool TNumberCodecBase::IsEqual(const void* field, const void* other) const {
-  return Get<std::int32_t>(field) == Get<std::int32_t>(other);
+  return LoadNumber32(field) == LoadNumber32(other);
 }
 
 std::string_view TNumberCodecBase::Spell(const void* field, TScratch& scratch) const {
@@ -186,21 +189,6 @@ Status TNumberCodecBase::Parse(void* field, std::string_view text) const {
 }
 
 bool TNumberCodecBase::IsSet(const void* field) const { return Get<std::int32_t>(field) != 0; }
-
-Status TCodeCodec::ReadLegacy(const TProperty&, void* field, const TLegacySection& section) const {
-  std::int32_t value = 0;
-  if (const Status status = section.Read(value); status != Status::kOk) return status;
-  Get<FourCharCode>(field) = FourCharCode{static_cast<std::uint32_t>(value)};
-  return Status::kOk;
-}
-
-Status TCodeCodec::WriteLegacy(const TProperty& row, const void* field, TSectionWriter& out) const {
-  return out.Write(row.code, static_cast<std::int32_t>(Get<FourCharCode>(field)));
-}
-
-bool TCodeCodec::IsEqual(const void* field, const void* other) const {
-  return Get<FourCharCode>(field) == Get<FourCharCode>(other);
-}
 
 std::string_view TCodeCodec::Spell(const void* field, TScratch& scratch) const {
   return SpellCode(Get<FourCharCode>(field), scratch);
@@ -230,19 +218,6 @@ bool TVocabulary::Find(std::string_view keyword, std::int32_t& value) const {
   return true;
 }
 
-Status TKeywordCodec::ReadLegacy(const TProperty&, void* field,
-                                 const TLegacySection& section) const {
-  std::int32_t value = 0;
-  if (const Status status = section.Read(value); status != Status::kOk) return status;
-  StoreNumber32(field, value);
-  return Status::kOk;
-}
-
-Status TKeywordCodec::WriteLegacy(const TProperty& row, const void* field,
-                                  TSectionWriter& out) const {
-  return out.Write(row.code, LoadNumber32(field));
-}
-
 void TKeywordCodec::ReportWriting(const TProperty& row, const void* field,
                                   const TXmlWriteScope& scope) const {
   const bool keeps_number = vocabulary_.fallback == TVocabulary::Fallback::kNumber ||
@@ -252,10 +227,6 @@ void TKeywordCodec::ReportWriting(const TProperty& row, const void* field,
   if (keeps_number && !is_conditional) return;
   const std::int32_t value = LoadNumber32(field);
   if (value != 0 && vocabulary_.KeywordOf(value).empty()) scope.context.losses->ReportValue(row);
-}
-
-bool TKeywordCodec::IsEqual(const void* field, const void* other) const {
-  return LoadNumber32(field) == LoadNumber32(other);
 }
 
 std::string_view TKeywordCodec::Spell(const void* field, TScratch& scratch) const {

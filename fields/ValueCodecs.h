@@ -140,7 +140,7 @@ inline constexpr TRecordSwitchCodec<std::uint8_t> kByteSwitchCodec{};
 inline constexpr TRecordSwitchCodec<std::int32_t> kNumberSwitchCodec{};
 
 /// A signed 32-bit number in decimal, read by `ParseNumber`. Set if it is not zero. The base of
-/// codecs for numbers with a different spelling.
+/// codecs for numbers and four-character codes with another spelling.
 class TNumberCodecBase : public TValueCodec {
  public:
   Status ReadLegacy(const TProperty& row, void* field,
@@ -163,14 +163,7 @@ inline constexpr TNumberCodec kNumberCodec{};
 
 /// A four-character code, spelled by its characters up to the first NUL. Set if the spelling is not
 /// empty. When read, a shorter text is padded with NULs and a longer one cut.
-class TCodeCodec final : public TValueCodec {
- public:
-  Status ReadLegacy(const TProperty& row, void* field,
-                    const TLegacySection& section) const override;
-  Status WriteLegacy(const TProperty& row, const void* field, TSectionWriter& out) const override;
-  bool IsEqual(const void* field, const void* other) const override;
-  bool IsNumber32() const override { return true; }
-
+class TCodeCodec final : public TNumberCodecBase {
  protected:
   std::string_view Spell(const void* field, TScratch& scratch) const override;
   Status Parse(void* field, std::string_view text) const override;
@@ -233,15 +226,10 @@ struct TVocabulary {
 };
 
 /// A number or code spelled by its keyword. Set if it has one.
-class TKeywordCodec final : public TValueCodec {
+class TKeywordCodec final : public TNumberCodecBase {
  public:
   constexpr explicit TKeywordCodec(const TVocabulary& vocabulary) : vocabulary_(vocabulary) {}
 
-  Status ReadLegacy(const TProperty& row, void* field,
-                    const TLegacySection& section) const override;
-  Status WriteLegacy(const TProperty& row, const void* field, TSectionWriter& out) const override;
-  bool IsEqual(const void* field, const void* other) const override;
-  bool IsNumber32() const override { return true; }
   void ReportWriting(const TProperty& row, const void* field,
                      const TXmlWriteScope& scope) const override;
 
