@@ -18,28 +18,19 @@ constexpr std::size_t kAssignmentValueWidth = 256;
 constexpr std::size_t kLongAssignmentValueWidth = 1024;
 
 constexpr FourCharCode kParent = Code("pare");
-/// The order of the base's legacy sections after the parent; the assignments go before the
-/// comments.
-constexpr FourCharCode kOrderBeforeAssignments[] = {Code("none"), Code("rslt"), Code("err ")};
-constexpr FourCharCode kOrderBehindAssignments[] = {Code("cmnt"), Code("push"), Code("expd")};
+/// The order of the base's legacy sections after the parent; kNoCode: the assignments.
+constexpr FourCharCode kOrder[] = {Code("none"), Code("rslt"), Code("err "), kNoCode,
+                                   Code("cmnt"), Code("push"), Code("expd")};
 
 /// The signature of an action, computed from its type code and its name: 8 lower-case hexadecimal
 /// digits.
 std::array<char, 8> Sign(FourCharCode type_code, std::string_view name) {
-  const std::uint32_t hash = Fnv1a(name, Fnv1a(TextOf(type_code)));
+  const std::array<char, 4> code = Characters(type_code);
+  const std::uint32_t hash = Fnv1a(name, Fnv1a({code.data(), code.size()}));
   std::array<char, 8> digits;
   for (std::size_t i = 0; i < digits.size(); ++i)
     digits[i] = "0123456789abcdef"[hash >> (28 - 4 * i) & 0xF];
   return digits;
-}
-
-Status WriteInOrder(std::span<const FourCharCode> order, const TQuerySpecification& action,
-                    TSectionWriter& out) {
-  for (const FourCharCode code : order) {
-    const Status status = WriteLegacyRow(TQuerySpecification::Properties(), &action, code, out);
-    if (status != Status::kOk) return status;
-  }
-  return Status::kOk;
 }
 
 }  // namespace
@@ -188,18 +179,19 @@ Status TQuerySpecification::WriteLegacyProperties(TSectionWriter& out) const {
   if (!parent_name.IsEmpty()) {
     if (const Status status = out.Write(kParent, parent_name); status != Status::kOk) return status;
   }
-  if (const Status status = WriteInOrder(kOrderBeforeAssignments, *this, out);
-      status != Status::kOk)
-    return status;
-  if (assignments_.GetCount() > 0) {
-    if (const Status status = WriteAssignments(Code("assx"), kLongAssignmentValueWidth, out);
-        status != Status::kOk)
-      return status;
-    if (const Status status = WriteAssignments(Code("assn"), kAssignmentValueWidth, out);
-        status != Status::kOk)
-      return status;
+  for (const FourCharCode code : kOrder) {
+    const Status status =
+        code == kNoCode ? WriteAssignments(out) : WriteLegacyRow(Properties(), this, code, out);
+    if (status != Status::kOk) return status;
   }
-  return WriteInOrder(kOrderBehindAssignments, *this, out);
+  return Status::kOk;
+}
+
+Status TQuerySpecification::WriteAssignments(TSectionWriter& out) const {
+  if (assignments_.IsEmpty()) return Status::kOk;
+  const Status status = WriteAssignments(Code("assx"), kLongAssignmentValueWidth, out);
+  return status == Status::kOk ? WriteAssignments(Code("assn"), kAssignmentValueWidth, out)
+                               : status;
 }
 
 Status TQuerySpecification::WriteAssignments(FourCharCode code, std::size_t value_width,
@@ -294,22 +286,6 @@ Status TQuerySpecification::ReadXml(const TXmlReadContext& context, dom::Element
 Status TQuerySpecification::ReadCommonXml(const TXmlReadContext& context, dom::Element element) {
   name_ = element.getAttribute("ID");
   return ReadXmlRows(Properties(), this, {context, element});
-}
-
-void TQuerySpecification::SetResults(const char* text) {
-  if (text != nullptr) results_ = text;
-}
-
-void TQuerySpecification::SetNoResults(const char* text) {
-  if (text != nullptr) no_results_ = text;
-}
-
-void TQuerySpecification::SetError(const char* text) {
-  if (text != nullptr) error_ = text;
-}
-
-void TQuerySpecification::SetComments(const char* text) {
-  if (text != nullptr) comments_ = text;
 }
 
 }  // namespace zaf

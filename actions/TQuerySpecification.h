@@ -143,10 +143,18 @@ class TQuerySpecification : public TRecordConverter {
   [[nodiscard]] const CText& GetParentName() const;
   void SetParentName(std::string_view name) { parent_name_ = name; }
   // The output blocks; null is ignored.
-  void SetResults(const char* text);
-  void SetNoResults(const char* text);
-  void SetError(const char* text);
-  void SetComments(const char* text);
+  void SetResults(const char* text) {
+    if (text != nullptr) results_ = text;
+  }
+  void SetNoResults(const char* text) {
+    if (text != nullptr) no_results_ = text;
+  }
+  void SetError(const char* text) {
+    if (text != nullptr) error_ = text;
+  }
+  void SetComments(const char* text) {
+    if (text != nullptr) comments_ = text;
+  }
   /// The application of the action; not owned, null outside of an application.
   void SetOwner(const TApplication* owner) { owner_ = owner; }
   [[nodiscard]] const TApplication* GetOwner() const { return owner_; }
@@ -174,6 +182,7 @@ class TQuerySpecification : public TRecordConverter {
   Status ReadSections(TDataFile* file, const TRecordHeader& header);
   Status WriteSections(TDataFile& file, std::uint32_t& offset, TRecordHeader& header) const;
   Status ReadAssignments(const TLegacySection& section, std::size_t value_width);
+  Status WriteAssignments(TSectionWriter& out) const;
   Status WriteAssignments(FourCharCode code, std::size_t value_width, TSectionWriter& out) const;
 
   static constexpr std::int32_t kFirstPropertyId = 1;
