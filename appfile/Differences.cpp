@@ -1,7 +1,6 @@
 #include "appfile/Differences.h"
 
 #include <algorithm>
-#include <array>
 #include <map>
 #include <memory>
 #include <new>
@@ -29,11 +28,6 @@ constexpr std::string_view kHidden = "(hidden)";
 constexpr std::string_view kOtherHidden = "(another one, hidden)";
 /// The section with the name of an action's parent.
 constexpr FourCharCode kParentSection = Code("pare");
-
-std::string NameOf(FourCharCode code) {
-  const std::array<char, 4> characters = Characters(code);
-  return {characters.data(), characters.size()};
-}
 
 /// Whether differences between objects are visible in their XML form.
 enum class HasXml : bool { kNo, kYes };
@@ -299,7 +293,7 @@ class TApplicationComparison {
     if (scope_ == DifferenceScope::kXmlForm) return;
     CompareSections(one, two, count_ == count ? HasXml::kNo : HasXml::kYes);
     if (!is_equal && count_ == count)
-      ReportValues({}, NameOf(one.GetTypeCode()), NameOf(two.GetTypeCode()));
+      ReportValues({}, TextOf(one.GetTypeCode()), TextOf(two.GetTypeCode()));
     if (!is_equal && count_ == count)
       Report(DifferenceKind::kChanged, {}, std::nullopt, std::nullopt);
     if (scope_ == DifferenceScope::kEverything && has_xml == HasXml::kYes)
@@ -349,7 +343,7 @@ class TApplicationComparison {
           ChangesXml(one, record_one, record_two, code))
         continue;
       const bool is_password = code == Code("pass") || code == Code("dpas");
-      ReportValues("'" + NameOf(code) + "'", from && is_password ? kHidden : from,
+      ReportValues("'" + TextOf(code) + "'", from && is_password ? kHidden : from,
                    to && is_password ? kOtherHidden : to);
     }
   }

@@ -13,6 +13,7 @@
 
 #include "foundation/CText.h"
 #include "foundation/FileSystem.h"
+#include "foundation/FourCharCode.h"
 #include "foundation/Paths.h"
 #include "foundation/StandardPaths.h"
 #include "tool/Inputs.h"
@@ -58,10 +59,8 @@ class TDifferenceLosses final : public TDifferenceObserver {
     if (!explained_) {
       explained_.emplace();
       for (const TLoss& loss : others_) {
-        const std::array code = Characters(loss.section);
         const bool is_of_section = !IsLoss(loss.code) && loss.section != kNoCode;
-        explained_->emplace(loss.action,
-                            is_of_section ? "'" + std::string(code.begin(), code.end()) + "'" : "");
+        explained_->emplace(loss.action, is_of_section ? "'" + TextOf(loss.section) + "'" : "");
       }
     }
     return !explained_->contains(TField(action, ""));
