@@ -174,7 +174,7 @@ inline constexpr TCodeCodec kCodeCodec{};
 
 /// A fixed-width text in a record. Set if it is not empty. A text that is too long is cut.
 template <std::size_t kWidth>
-class TFixedTextCodec final : public TValueCodec {
+class TFixedTextCodecBase : public TValueCodec {
  public:
   bool IsEqual(const void* field, const void* other) const override {
     return Text(field).View() == Text(other).View();
@@ -193,11 +193,16 @@ class TFixedTextCodec final : public TValueCodec {
   }
   bool IsSet(const void* field) const override { return !Text(field).IsEmpty(); }
 
+  ~TFixedTextCodecBase() = default;
+
  private:
   static const TFixedText<kWidth>& Text(const void* field) {
     return *static_cast<const TFixedText<kWidth>*>(field);
   }
 };
+
+template <std::size_t kWidth>
+class TFixedTextCodec final : public TFixedTextCodecBase<kWidth> {};
 
 /// A number and its keyword.
 struct TKeyword {

@@ -10,26 +10,10 @@ namespace {
 constexpr std::size_t kOperatorSize = 4;
 
 /// An operator. It is compared by its first four bytes, including those after a NUL.
-class TOperatorCodec final : public TValueCodec {
+class TOperatorCodec final : public TFixedTextCodecBase<128> {
  public:
   bool IsEqual(const void* field, const void* other) const override {
     return std::memcmp(field, other, kOperatorSize) == 0;
-  }
-  void NoteUse(const TProperty& row, const void* field, const TRecordUse& use) const override {
-    TCodecOf<TFixedText<128>>::kCodec.NoteUse(row, field, use);
-  }
-
- protected:
-  std::string_view Spell(const void* field, TScratch&) const override { return Text(field); }
-  Status Parse(void* field, std::string_view text) const override {
-    static_cast<TFixedText<128>*>(field)->Set(text);
-    return Status::kOk;
-  }
-  bool IsSet(const void* field) const override { return !Text(field).empty(); }
-
- private:
-  static std::string_view Text(const void* field) {
-    return static_cast<const TFixedText<128>*>(field)->View();
   }
 };
 
