@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 #include "fields/SectionMap.h"
 #include "fields/TProperty.h"
@@ -122,11 +123,6 @@ bool IsBlank(std::string_view text) {
   return text.find_first_not_of(" \t\n\r") == std::string_view::npos;
 }
 
-/// One of 64 bits for a code, by Fibonacci hashing.
-std::uint64_t BitOf(FourCharCode code) {
-  return std::uint64_t{1} << (static_cast<std::uint32_t>(code) * 0x9E3779B1U >> 26);
-}
-
 bool IsIgnored(dom::Element element, dom::Attr attribute) {
   const std::string_view name = attribute.getName();
   return !attribute.WasRead() && name != kSignature && name != kSelfJoin &&
@@ -152,34 +148,31 @@ dom::Node Following(dom::Node node, dom::Node root, bool enters) {
 void TLossReporter::BeginFile(ByteView image, const TRecordHeader& header) {
   image_ = image;
   examinable_ = std::max(kTimesExamined * image.size(), kLeastExamined);
-  file_record_ = BeginRecord(header);
+  sections_.BeginFile(header);
+  BeginRecord(header);
 }
 
 void TLossReporter::BeginAction(const TRecordHeader& header) {
   SetAction(header.name.View());
-  is_in_action_ = true;
-  fields_ = 0;
-  records_.push_back(BeginRecord(header));
+  sections_.BeginAction(header);
+  BeginRecord(header);
+}
+
+void TLossReporter::BeginRecord(const TRecordHeader& header) {
+  first_pending_ = pending_.size();
+  if (account_ == nullptr) return;
+  EnterInAccount(AccessKind::kHeader, header.offset, kRecordHeaderSize, kNoCode);
+  EnterInAccount(AccessKind::kMap, header.map_offset,
+                 std::uint64_t{header.map_count} * kSectionMapEntrySize, kNoCode);
 }
 
 void TLossReporter::EndAction() {
-  records_.back().count = sections_.size() - records_.back().first;
-  is_in_action_ = false;
+  sections_.EndAction();
   action_.clear();
 }
 
-TLossReporter::TRecord TLossReporter::BeginRecord(const TRecordHeader& header) {
-  first_pending_ = pending_.size();
-  const std::uint64_t map_size = std::uint64_t{header.map_count} * kSectionMapEntrySize;
-  if (account_ != nullptr) {
-    EnterInAccount(AccessKind::kHeader, header.offset, kRecordHeaderSize, kNoCode);
-    EnterInAccount(AccessKind::kMap, header.map_offset, map_size, kNoCode);
-  }
-  return {header.offset, {header.map_offset, header.map_offset + map_size}, sections_.size(), 0};
-}
-
 void TLossReporter::BeginSection(FourCharCode code, std::uint32_t offset, std::uint32_t length) {
-  GetSections().push_back({code, offset, length});
+  sections_.Begin(code, offset, length);
   if (account_ != nullptr) EnterInAccount(AccessKind::kSection, offset, length, code);
 }
 
@@ -195,47 +188,14 @@ ByteView TLossReporter::BytesOf(std::uint64_t offset, std::uint64_t length) {
 
 void TLossReporter::EnterInAccount(AccessKind kind, std::uint64_t offset, std::uint64_t length,
                                    FourCharCode section, const TProperty* row) {
-  account_->OnAccess({kind, offset, length, section, row, action_, is_in_action_});
-}
-
-void TLossReporter::Cover(std::uint64_t offset, std::uint64_t length) {
-  // Consecutive ranges are combined.
-  const std::uint64_t end = offset + length;
-  TRange* const last = covered_.empty() ? nullptr : &covered_.back();
-  if (last != nullptr && offset >= last->first && offset <= last->second)
-    last->second = std::max(last->second, end);
-  else
-    covered_.emplace_back(offset, end);
-}
-
-void TLossReporter::CoverRecord(const TRecord& record) {
-  Cover(record.offset, kRecordHeaderSize);
-  for (const TSection& section : std::span(sections_).subspan(record.first, record.count))
-    Cover(section.offset, section.length);
-  Cover(record.map.first, record.map.second - record.map.first);
+  account_->OnAccess({kind, offset, length, section, row, action_, sections_.IsInAction()});
 }
 
 void TLossReporter::EndFile() {
-  // In the order in which files are usually written, so that ranges are combined.
-  auto record = records_.cbegin();
-  for (const TSection& section : file_sections_) {
-    Cover(section.offset, section.length);
-    if (section.code == kRecordHeaderCode && record != records_.cend()) CoverRecord(*record++);
-  }
-  CoverRecord(file_record_);
-  std::ranges::sort(covered_);
-  covered_.emplace_back(image_.size(), image_.size());
-  const auto clip = [&](std::uint64_t offset) {
-    return static_cast<std::size_t>(std::min<std::uint64_t>(offset, image_.size()));
-  };
-  std::size_t end = 0;
-  for (const auto& [begin, next] : covered_) {
-    const std::size_t stop = clip(begin);
-    if (stop > end && !IsAllNul(image_.subspan(end, stop - end)))
-      ReportBytes(LossReason::kUnreferencedBytes, end, stop - end);
-    end = std::max(end, clip(next));
-  }
-  covered_.clear();
+  for (const auto& [begin, end] : sections_.TakeUncovered(image_.size()))
+    if (!IsAllNul(
+            image_.subspan(static_cast<std::size_t>(begin), static_cast<std::size_t>(end - begin))))
+      ReportBytes(LossReason::kUnreferencedBytes, begin, end - begin);
   image_ = {};
 }
 
@@ -243,7 +203,7 @@ void TLossReporter::NoteField(const TProperty& row, const TLegacySection& sectio
   if (account_ != nullptr)
     EnterInAccount(AccessKind::kField, section.offset, section.length, section.code, &row);
   if (row.form == XmlForm::kNone) ReportDropped(section);
-  if (!MarkField(section.code) || row.codec->AppendsSections()) return;
+  if (!sections_.SetField(section.code) || row.codec->AppendsSections()) return;
   const TSection* const earlier = TakeReplaced(section.code);
   if (earlier != nullptr && (earlier->length != section.length ||
                              !std::ranges::equal(BytesOf(earlier->offset, earlier->length),
@@ -252,28 +212,15 @@ void TLossReporter::NoteField(const TProperty& row, const TLegacySection& sectio
 }
 
 void TLossReporter::NoteField(FourCharCode field, bool has_same_value) {
-  const TSection* const earlier = MarkField(field) ? TakeReplaced(field) : nullptr;
+  const TSection* const earlier = sections_.SetField(field) ? TakeReplaced(field) : nullptr;
   if (earlier != nullptr && !has_same_value) ReportReplaced(*earlier);
 }
 
-bool TLossReporter::MarkField(FourCharCode field) {
-  GetSections().back().field = field;
-  TFieldSet& fields = is_in_action_ ? fields_ : file_fields_;
-  const TFieldSet known = std::exchange(fields, fields | BitOf(field));
-  return known == fields;
-}
-
-const TLossReporter::TSection* TLossReporter::TakeReplaced(FourCharCode field) {
-  std::vector<TSection>& sections = GetSections();
-  const auto end = std::reverse_iterator(
-      sections.begin() + static_cast<std::ptrdiff_t>(is_in_action_ ? records_.back().first : 0));
-  const auto earlier =
-      std::find_if(std::next(sections.rbegin()), end,
-                   [=](const TSection& section) { return section.field == field; });
-  if (earlier == end) return nullptr;
-  earlier->field = kNoCode;
-  if (account_ != nullptr) account_->DropSection(earlier->offset, earlier->code);
-  return &*earlier;
+const TReadSections::TSection* TLossReporter::TakeReplaced(FourCharCode field) {
+  const TSection* const earlier = sections_.TakeReplaced(field);
+  if (earlier != nullptr && account_ != nullptr)
+    account_->DropSection(earlier->offset, earlier->code);
+  return earlier;
 }
 
 void TLossReporter::ReportReplaced(const TSection& earlier) {
@@ -290,7 +237,7 @@ void TLossReporter::ReportDropped(const TLegacySection& section) {
 void TLossReporter::ReportDroppedAction(std::string_view name) {
   SetAction(name);
   const std::size_t known = pending_.size();
-  for (const TSection& field : std::span(sections_).subspan(records_.back().first)) {
+  for (const TSection& field : sections_.OfRecord(sections_.GetRecordNumber())) {
     if (field.field == kNoCode) continue;
     const auto is_known = [&](const TLoss& loss) { return loss.section == field.code; };
     const auto first = pending_.begin() + static_cast<std::ptrdiff_t>(first_pending_);
@@ -312,7 +259,7 @@ void TLossReporter::RetractDropped(FourCharCode code) {
 void TLossReporter::ReportUnread(const TLegacySection& section, std::uint64_t used) {
   const std::uint64_t end = std::uint64_t{section.offset} + section.length;
   if (used > section.length) {
-    Cover(end, used - section.length);
+    sections_.Cover(end, used - section.length);
     if (account_ != nullptr)
       EnterInAccount(AccessKind::kBeyond, end, used - section.length, section.code);
   }
@@ -353,8 +300,8 @@ void TLossReporter::ReportIgnored(dom::Element root) {
 
 void TLossReporter::BeginWriting() {
   action_.clear();
-  written_record_ = nullptr;
-  written_ = file_sections_;
+  written_record_ = 0;
+  written_ = sections_.OfRecord(0);
   section_ = kNoCode;
   found_ = nullptr;
 }
@@ -363,17 +310,16 @@ void TLossReporter::BeginWriting(std::string_view action, std::uint32_t record_n
   BeginWriting();
   SetAction(action);
   written_ = {};
-  if (record_number != 0 && record_number <= records_.size()) {
-    written_record_ = &records_[record_number - 1];
-    written_ = std::span<const TSection>(sections_).subspan(written_record_->first,
-                                                            written_record_->count);
+  if (record_number != 0 && record_number <= sections_.GetRecordNumber()) {
+    written_record_ = record_number;
+    written_ = sections_.OfRecord(record_number);
   }
   if (!is_legacy_target_ && ExamineText(action).has_dropped) ReportName(LossReason::kDroppedInName);
 }
 
 void TLossReporter::ReportName(LossReason reason) {
-  if (written_record_ == nullptr) return Report(reason);
-  ReportBytes(reason, written_record_->offset + kRecordHeaderSize - kRecordNameWidth,
+  if (written_record_ == 0) return Report(reason);
+  ReportBytes(reason, sections_.OffsetOf(written_record_) + kRecordHeaderSize - kRecordNameWidth,
               kRecordNameWidth);
 }
 
@@ -394,14 +340,14 @@ void TLossReporter::ReportIn(FourCharCode section, LossReason reason, std::strin
   Send(reason, detail, std::move(loss));
 }
 
-const TLossReporter::TSection* TLossReporter::FindSection(FourCharCode code) {
+const TReadSections::TSection* TLossReporter::FindSection(FourCharCode code) {
   if (found_ != nullptr && found_->code == code) return found_;
+  const bool is_read = sections_.IsInAction();
   const std::span<const TSection> sections =
-      is_in_action_ ? std::span<const TSection>(sections_).subspan(records_.back().first)
-                    : written_;
+      is_read ? sections_.OfRecord(sections_.GetRecordNumber()) : written_;
   const auto last = std::ranges::find(sections.rbegin(), sections.rend(), code, &TSection::code);
   if (last == sections.rend()) return nullptr;
-  return is_in_action_ ? &*last : found_ = &*last;
+  return is_read ? &*last : found_ = &*last;
 }
 
 void TLossReporter::ReportPending() {

@@ -1,17 +1,16 @@
 #pragma once
 
 #include <cstdint>
-#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 #include "dom/dom.h"
 #include "fields/TByteAccount.h"
 #include "fields/TDocumentPlaces.h"
 #include "fields/TLossObserver.h"
+#include "fields/TReadSections.h"
 #include "fields/TRecordHeader.h"
 #include "foundation/FourCharCode.h"
 #include "foundation/TByteReader.h"
@@ -78,16 +77,14 @@ class TLossReporter {
   /// Begins the record of an action.
   [[gnu::noinline]] void BeginAction(const TRecordHeader& header);
   /// The number of the record of the current action, from 1.
-  [[nodiscard]] std::uint32_t GetRecordNumber() const {
-    return static_cast<std::uint32_t>(records_.size());
-  }
+  [[nodiscard]] std::uint32_t GetRecordNumber() const { return sections_.GetRecordNumber(); }
   /// Continues with the file's own record.
   [[gnu::noinline]] void EndAction();
   /// Begins a section of the current record.
   [[gnu::noinline]] void BeginSection(FourCharCode code, std::uint32_t offset,
                                       std::uint32_t length);
   /// Excludes bytes from the report of unreferenced ones, without an access to them.
-  void Cover(std::uint64_t offset, std::uint64_t length);
+  void Cover(std::uint64_t offset, std::uint64_t length) { sections_.Cover(offset, length); }
   /// Ends the file. Reports the bytes that nothing covers and that are not all NUL.
   [[gnu::noinline]] void EndFile();
 
@@ -158,36 +155,14 @@ class TLossReporter {
   void ReportIn(FourCharCode section, LossReason reason, std::string_view detail);
 
  private:
-  using TRange = std::pair<std::uint64_t, std::uint64_t>;  ///< Offset and end.
-  struct TSection {
-    FourCharCode code;
-    std::uint32_t offset;
-    std::uint32_t length;
-    /// The code of the field that it was read into; kNoCode: none, or a later one replaces it.
-    FourCharCode field = kNoCode;
-  };
-  /// The fields of a record that were read.
-  using TFieldSet = std::uint64_t;  ///< A bit for each code; several codes can have the same.
-  /// The record of an action or, without sections, of the file.
-  struct TRecord {
-    std::uint32_t offset;  ///< Of its header.
-    TRange map;
-    std::size_t first;  ///< Of its sections, in `sections_`.
-    std::size_t count;
-  };
+  using TSection = TReadSections::TSection;
 
   void Send(LossReason reason, std::string_view detail, TLoss&& loss);
   [[nodiscard]] ByteView BytesOf(std::uint64_t offset, std::uint64_t length);
-  [[nodiscard]] TRecord BeginRecord(const TRecordHeader& header);
-  [[nodiscard]] std::vector<TSection>& GetSections() {
-    return is_in_action_ ? sections_ : file_sections_;
-  }
-  /// Notes the field of the section that was begun last. Whether an earlier one can have the same.
-  [[nodiscard]] bool MarkField(FourCharCode field);
-  /// The earlier section with the same field as the one begun last, which replaces it.
+  void BeginRecord(const TRecordHeader& header);
+  /// As in TReadSections; enters it in the account, too.
   const TSection* TakeReplaced(FourCharCode field);
   void ReportReplaced(const TSection& earlier);
-  void CoverRecord(const TRecord& record);
   [[gnu::noinline]] void EnterInAccount(AccessKind kind, std::uint64_t offset, std::uint64_t length,
                                         FourCharCode section, const TProperty* row = nullptr);
   /// The last section of this code in the record that is being written; null if not found.
@@ -200,19 +175,12 @@ class TLossReporter {
 
   ByteView image_;
   std::uint64_t examinable_ = 0;  ///< How many bytes of long sections may still be examined.
-  bool is_in_action_ = false;
-  std::vector<TRange> covered_;          ///< Outside of records, until the file ends.
-  std::vector<TSection> file_sections_;  ///< Of the file's own record.
-  std::vector<TSection> sections_;       ///< Of all actions.
-  TRecord file_record_{};
-  std::vector<TRecord> records_;
-  TFieldSet file_fields_ = 0;
-  TFieldSet fields_ = 0;  ///< Of the current action.
+  TReadSections sections_;
   std::vector<TLoss> pending_;
   std::size_t first_pending_ = 0;  ///< Of the current record.
 
-  const TRecord* written_record_ = nullptr;  ///< Of what is being written; null: unknown.
-  std::span<const TSection> written_;        ///< Its sections.
+  std::uint32_t written_record_ = 0;   ///< Number of the action being written; 0: none.
+  std::span<const TSection> written_;  ///< The sections of the record that is being written.
   bool is_legacy_target_ = false;
   FourCharCode section_ = kNoCode;   ///< Of what is being written.
   const TSection* found_ = nullptr;  ///< The result of the last search.
