@@ -19,7 +19,6 @@
 #include "actions/database/TSourceSpecification.h"
 #include "bench/SampleFields.h"
 #include "driver/Messages.h"
-#include "foundation/TByteReader.h"
 #include "fuzz/FuzzSupport.h"
 #include "tests/support/LegacyFile.h"
 
@@ -30,8 +29,6 @@ namespace fs = std::filesystem;
 using test::LegacyFile;
 
 constexpr std::uint32_t kVariants = 10;
-
-std::string Text(FourCharCode code) { return std::string(Characters(code).data(), 4); }
 
 /// Whether an action reads this section successfully. One that lies outside of its file must fail.
 bool Takes(TQuerySpecification& action, FourCharCode code, std::string_view payload) {
@@ -50,11 +47,8 @@ class TCorpus {
 
   bool Make() {
     // Some sections are read by hand and have no row.
-    for (const std::string_view code : bench::TSampleFields::Codes()) {
-      std::uint32_t number = 0;
-      if (TByteReader(AsBytes(code)).ReadU32(number) == Status::kOk)
-        codes_.insert(static_cast<FourCharCode>(number));
-    }
+    for (const std::string_view code : bench::TSampleFields::Codes())
+      codes_.insert(CodeOfText(code));
     AddCodes(TApplication::Properties());
     AddCodes(TSourceSpecification::Properties());
     AddActions(TAllActions<TClasses>());
@@ -83,7 +77,7 @@ class TCorpus {
 
   template <class Action>
   void AddAction() {
-    const std::string type = Text(Action::kTypeCode);
+    const std::string type = TextOf(Action::kTypeCode);
     words_.insert(type);
     for (std::uint32_t variant = 0; variant < kVariants; ++variant) {
       LegacyFile file;
@@ -93,10 +87,10 @@ class TCorpus {
         if (!Reads(action, code)) continue;
         const std::string payload = MakePayload<Action>(code, variant);
         if (payload.empty()) {
-          std::fprintf(stderr, "no payload for the section %s\n", Text(code).c_str());
+          std::fprintf(stderr, "no payload for the section %s\n", TextOf(code).c_str());
           is_complete_ = false;
         }
-        file.Payload(Text(code), payload);
+        file.Payload(TextOf(code), payload);
       }
       AddFile(type + "-" + std::to_string(variant), file.Bytes());
     }
@@ -110,7 +104,8 @@ class TCorpus {
     bench::TRandom random(variant);
     bench::TSampleText text(random);
     LegacyFile unused;
-    std::string usual = bench::TSampleFields(kStyle, random, text, unused).MakeSection(Text(code));
+    std::string usual =
+        bench::TSampleFields(kStyle, random, text, unused).MakeSection(TextOf(code));
     if (variant % 2 == 0 && !usual.empty()) return usual;
     std::vector<std::string> payloads = test::SectionPayloads();
     std::erase_if(payloads, [&](const std::string& payload) {
@@ -126,7 +121,7 @@ class TCorpus {
       for (std::size_t i = 0; i < 6; ++i) {
         LegacyFile file(type);
         for (const TProperty& row : TApplication::Properties())
-          file.Payload(Text(row.code), payloads[i]);
+          file.Payload(TextOf(row.code), payloads[i]);
         AddFile(type + std::string("-") + std::to_string(i), file.Action("cntr", "R").Bytes());
       }
     }
@@ -184,7 +179,7 @@ class TCorpus {
   }
 
   void AddDictionary() {
-    for (const FourCharCode code : codes_) words_.insert(Text(code));
+    for (const FourCharCode code : codes_) words_.insert(TextOf(code));
     for (const std::string_view word :
          {"head", "appl", "rdoc", "pare", "<![CDATA[", "]]>", "<!--", "-->", "&#13;", "&amp;",
           "<?xml ", " Ref='", " ID='", "='", "<@APPFILEPATH>/", "ZC1:", "\xFF\xFF\xFF\xFF"})

@@ -17,6 +17,8 @@
 namespace zaf {
 namespace {
 
+using test::ReadSection;
+
 /// All rows of a class or record, those of its parts included, and where their fields are.
 using TFields = std::vector<std::pair<const TProperty*, void*>>;
 void Collect(std::span<const TProperty> rows, void* object, TFields& fields) {
@@ -31,13 +33,6 @@ TFields FieldsOf(std::span<const TProperty> rows, void* object) {
   TFields fields;
   Collect(rows, object, fields);
   return fields;
-}
-
-/// Reads one section, made of `payload`, into an action.
-Status ReadSection(TQuerySpecification& action, std::string_view code, std::string_view payload) {
-  TDataFile file(AsBytes(payload));
-  return action.ReadLegacyProperty(
-      {&file, CodeOfText(code), 0, static_cast<std::uint32_t>(payload.size()), &action});
 }
 
 /// An action's legacy record: its header, and its sections with their map.

@@ -19,16 +19,13 @@ using test::Expected;
 using test::LegacyFile;
 using test::ListOf;
 using test::Slot;
+using test::TLoadedFile;
 using test::ToXml;
 using testing::AllOf;
 using testing::HasSubstr;
 
 /// Texts in slots of 128 bytes, one after another.
-std::string Slots(std::initializer_list<std::string_view> texts) {
-  std::string slots;
-  for (const std::string_view text : texts) slots += Slot(text, 128);
-  return slots;
-}
+std::string Slots(std::initializer_list<std::string_view> texts) { return test::Slots(128, texts); }
 
 /// The beginning of a column's record, before its options.
 std::string Column(std::string_view name) {
@@ -128,8 +125,7 @@ TEST(BuilderOptions, AreWrittenReadAndCarried) {
   const std::string document = ToXml(file.Bytes());
   EXPECT_EQ(document, Expected("options"));
   EXPECT_EQ(ToXml(document), Expected("options-again"));
-  TZanfoFile loaded;
-  ASSERT_EQ(test::LoadBytes(file.Bytes(), loaded), Status::kOk);
+  TLoadedFile loaded(file.Bytes());
   EXPECT_THAT(test::SaveToLegacy(loaded),
               AllOf(HasSubstr(columns(inputs)), HasSubstr(columns(displays))));
 }
@@ -158,10 +154,7 @@ TEST(ListItems, BelongToEveryListThatTheyNameExactlyInFileOrder) {
 TEST(ListItems, AreThereAfterEachSectionAndAfterEachRecord) {
   TInsertGroupSpecification one;
   const auto read = [&](std::string_view code, const std::string& payload) {
-    TDataFile file(AsBytes(payload));
-    EXPECT_EQ(one.ReadLegacyProperty(
-                  {&file, CodeOfText(code), 0, static_cast<std::uint32_t>(payload.size()), &one}),
-              Status::kOk);
+    EXPECT_EQ(test::ReadSection(one, code, payload), Status::kOk);
   };
   const std::string a = ListOf(1, Column("a") + Input("drop"));
   const std::string b = ListOf(1, Column("b") + Input("drop"));
@@ -188,9 +181,8 @@ TEST(ListItems, AreThereAfterEachSectionAndAfterEachRecord) {
   EXPECT_TRUE(one.IsEqual(two));
   LegacyFile file;
   file.Action("igrp", "A").Payload("icol", ListOf(2, a.substr(4) + b.substr(4)));
-  TZanfoFile loaded;
   const std::string items = Item({"a"}, "1") + Item({"a"}, "3") + Item({"b"}, "2");
-  ASSERT_EQ(test::LoadBytes(file.Payload("fval", ListOf(3, items)).Bytes(), loaded), Status::kOk);
+  TLoadedFile loaded(file.Payload("fval", ListOf(3, items)).Bytes());
   EXPECT_EQ(ItemsOf(test::SaveToXml(loaded)), "13|2|");
   EXPECT_TRUE(one.IsEqual(*loaded.GetApplication().actions.GetRoot()->first_child->action));
 }

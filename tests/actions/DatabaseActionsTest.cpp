@@ -22,6 +22,7 @@ using test::LegacyFile;
 using test::ListOf;
 using test::Slot;
 using test::Slots;
+using test::TLoadedFile;
 using test::ToXml;
 
 std::string Document(std::string_view actions, std::string_view data_sources = {}) {
@@ -99,10 +100,7 @@ TEST(SearchSpecification, CarriedFieldsSurviveTheLegacyForm) {
   const std::string current = Join(" =* ", 516) + Slot("further", 128) + "\7xyz";
   const std::string narrow = Join(" *= ", 132) + Slot("further", 32) + "\7xyz";
   for (const std::string& record : {current, narrow}) {
-    TZanfoFile file;
-    LegacyFile legacy;
-    legacy.Action("srch", "S").Payload("join", ListOf(1, record));
-    ASSERT_EQ(test::LoadBytes(legacy.Bytes(), file), Status::kOk);
+    TLoadedFile file(LegacyFile().Action("srch", "S").Payload("join", ListOf(1, record)).Bytes());
     EXPECT_NE(test::SaveToLegacy(file).find(current.substr(0, 645)), std::string::npos);
   }
 }
@@ -122,10 +120,8 @@ TEST(DeleteSpecification, UnreadableSwitchIsOn) {
   EXPECT_FALSE(update.IsEqual(other));
 }
 
-/// Reads one section of an action.
 void ReadSection(TQuerySpecification& action, std::string_view code, std::string_view payload) {
-  TDataFile file(AsBytes(payload));
-  EXPECT_EQ(action.ReadLegacyProperty({&file, CodeOfText(code), 0, 4, &action}), Status::kOk);
+  EXPECT_EQ(test::ReadSection(action, code, payload), Status::kOk);
 }
 
 TEST(SourceSpecification, TypeNameAndUseOfTheDefaultCount) {
@@ -217,8 +213,7 @@ TEST(SourceSpecification, DeploymentElementGivesOnlyItsLogin) {
           Enciphered("clear") + R"(</UserName></UserInfo></DataSource>
          <DataSource ID="y"><DSType>ODBC</DSType><DSN>other</DSN><UserInfo Encrypted="True"><Password>)" +
           Enciphered("p") + "</Password></UserInfo></DataSource>");
-  TZanfoFile file;
-  ASSERT_EQ(test::LoadBytes(document, file), Status::kOk);
+  TLoadedFile file(document);
   const auto source = [&](const TActionEntry* entry) {
     return static_cast<const TSourceSpecification&>(*entry->action).GetDataSource();
   };

@@ -7,6 +7,7 @@
 #include "actions/services/TScriptSpecification.h"
 #include "tests/support/Convert.h"
 #include "tests/support/LegacyFile.h"
+#include "tests/support/NamedChanges.h"
 
 namespace zaf {
 namespace {
@@ -20,6 +21,7 @@ using test::LegacyFile;
 using test::ListOf;
 using test::Slot;
 using test::Slots;
+using test::TLoadedFile;
 using test::ToXml;
 
 std::string AssignItem(std::string_view value, std::string_view name, std::string_view scope,
@@ -80,10 +82,7 @@ TEST(FlowActions, EqualWhatIsReadFromTheirDocuments) {
   for (const std::string& bytes : {LegacyFile().Action("null", "A").Text("cmnt", "c").Bytes(),
                                    LegacyFile().Action("flvt", "A").Payload("flmd", "r").Bytes(),
                                    DocumentWith("<FileAction ID='A'/>", "")}) {
-    TZanfoFile file;
-    TZanfoFile again;
-    ASSERT_EQ(test::LoadBytes(bytes, file), Status::kOk);
-    ASSERT_EQ(test::LoadBytes(ToXml(bytes), again), Status::kOk);
+    const TLoadedFile file(bytes), again(ToXml(bytes));
     EXPECT_TRUE(file.IsEqual(again) && again.IsEqual(file));
   }
 }
@@ -103,28 +102,17 @@ TEST(AssignSpecification, SectionIsBoundedByTheFileAndKeepsWhatWasRead) {
 }
 
 TEST(IfSpecification, WritingCutsTheStoredOperatorsToo) {
-  TZanfoFile file;
   const std::string list = ListOf(1, Slots(128, {"", "l", "equals", "r"}));
-  ASSERT_EQ(test::LoadBytes(LegacyFile()
-                                .Action("if  ", "A")
-                                .Payload("ieei", list)
-                                .Action("elif", "B")
-                                .Payload("ieei", list)
-                                .Action("whil", "C")
-                                .Payload("weit", list)
-                                .Bytes(),
-                            file),
-            Status::kOk);
+  LegacyFile legacy;
+  legacy.Action("if  ", "A").Payload("ieei", list).Action("elif", "B").Payload("ieei", list);
+  TLoadedFile file(legacy.Action("whil", "C").Payload("weit", list).Bytes());
   const auto count = [&](std::string_view part) {
-    const std::string legacy = test::SaveToLegacy(file);
-    int found = 0;
-    for (std::size_t at = 0; (at = legacy.find(part, at)) != std::string::npos; ++at) ++found;
-    return found;
+    return test::Count(test::SaveToLegacy(file), part);
   };
-  EXPECT_EQ(count(list), 3);
+  EXPECT_EQ(count(list), 3U);
   static_cast<void>(test::SaveToXml(file));
-  EXPECT_EQ(count(list), 1);
-  EXPECT_EQ(count(ListOf(1, Slots(128, {"", "l", "equa", "r"}))), 2);
+  EXPECT_EQ(count(list), 1U);
+  EXPECT_EQ(count(ListOf(1, Slots(128, {"", "l", "equa", "r"}))), 2U);
 }
 
 #define LIST(CONTENT) "<VariableList><VariableItem>" CONTENT "</VariableItem></VariableList>"
@@ -150,29 +138,24 @@ constexpr const char* kDifferences[][3] = {
 
 TEST(FieldsWithoutASection, CountInTheComparison) {
   for (const auto& [name, content, other_content] : kDifferences) {
-    TZanfoFile files[2];
-    for (int i = 0; i < 2; ++i) {
+    const auto document = [&, name = std::string(name)](const char* fields) {
       // With an output of its own an assign action does not make one from its items.
-      const std::string element = std::string("<") + name + "><ResultsOutput Ref='x'/>" +
-                                  (i == 0 ? content : other_content) + "</" + name + ">";
-      const std::string document = DocumentWith(element, "", "", "<Output ID='x'>r</Output>");
-      ASSERT_EQ(test::LoadBytes(document, files[i]), Status::kOk);
-    }
-    EXPECT_FALSE(files[0].IsEqual(files[1])) << name << content;
+      return DocumentWith("<" + name + "><ResultsOutput Ref='x'/>" + fields + "</" + name + ">", "",
+                          "", "<Output ID='x'>r</Output>");
+    };
+    const TLoadedFile file(document(content)), other(document(other_content));
+    EXPECT_FALSE(file.IsEqual(other)) << name << content;
   }
 }
 
 TEST(Refusals, HaveTheirTexts) {
   const std::string list =
       "<VariableList><VariableItem/><VariableItem><Value>v</Value></VariableItem></VariableList>";
-  TZanfoFile file;
-  ASSERT_EQ(test::LoadBytes(DocumentWith("<CommandLineAction>" + list +
-                                             "</CommandLineAction><AppleEventAction>" + list +
-                                             "</AppleEventAction><ScriptAction Type='VBScript'/>"
-                                             "<ScriptAction/>",
-                                         ""),
-                            file),
-            Status::kOk);
+  const TLoadedFile file(DocumentWith("<CommandLineAction>" + list +
+                                          "</CommandLineAction><AppleEventAction>" + list +
+                                          "</AppleEventAction><ScriptAction Type='VBScript'/>"
+                                          "<ScriptAction/>",
+                                      ""));
   const TActionEntry* const command = file.GetApplication().actions.GetRoot()->first_child;
   const TActionEntry* const event = command->next_sibling;
   const TActionEntry* const script = event->next_sibling;
@@ -210,26 +193,16 @@ TEST(ConditionLists, SlicesOverlapWhenTheCountIsTooGreat) {
 }
 
 TEST(ProgramTree, BranchesStandBesideTheirIf) {
-  const std::string legacy = LegacyFile()
-                                 .Action("cntr", "R")
-                                 .Action("if  ", "I", "R")
-                                 .Action("null", "a", "I")
-                                 .Action("elif", "E", "I")
-                                 .Action("null", "b", "E")
-                                 .Action("else", "L", "E")
-                                 .Action("null", "c", "L")
-                                 .Action("else", "M", "R")
-                                 .Action("null", "d", "R")
-                                 .Bytes();
-  const std::string document = ToXml(legacy);
+  LegacyFile legacy;
+  legacy.Action("cntr", "R").Action("if  ", "I", "R").Action("null", "a", "I");
+  legacy.Action("elif", "E", "I").Action("null", "b", "E").Action("else", "L", "E");
+  legacy.Action("null", "c", "L").Action("else", "M", "R").Action("null", "d", "R");
+  const std::string document = ToXml(legacy.Bytes());
   EXPECT_EQ(Compact(ElementOf(document, "Program")),
             R"(<Program><ActionRef Ref="I"><ActionRef Ref="a"/></ActionRef><ActionRef Ref="E">)"
             R"(<ActionRef Ref="b"/></ActionRef><ActionRef Ref="L"><ActionRef Ref="c"/></ActionRef>)"
             R"(<ActionRef Ref="M"/><ActionRef Ref="d"/></Program>)");
-  TZanfoFile from_legacy;
-  TZanfoFile from_document;
-  ASSERT_EQ(test::LoadBytes(legacy, from_legacy), Status::kOk);
-  ASSERT_EQ(test::LoadBytes(document, from_document), Status::kOk);
+  const TLoadedFile from_document(document);
   const TActionEntry* root = from_document.GetApplication().actions.GetRoot();
   EXPECT_EQ(root->first_child->last_child->action->GetName().View(), "E");
   EXPECT_EQ(root->first_child->last_child->last_child->action->GetName().View(), "L");

@@ -16,6 +16,7 @@ namespace {
 
 using test::ElementOf;
 using test::LegacyFile;
+using test::TLoadedFile;
 using test::ToXml;
 
 std::string Long(std::string_view middle) {
@@ -95,15 +96,12 @@ TEST(QuerySpecification, AssignmentsAreKeptAndLongOnesCountAlone) {
   const auto record = [](std::string_view name, std::string_view value, std::size_t width) {
     return test::Slot(name, 32) + test::Slot(value, width);
   };
-  TZanfoFile file;
-  ASSERT_EQ(test::LoadBytes(LegacyFile()
-                                .Action("null", "A")
-                                .Payload("assn", record("a", "short", 256))
-                                .Payload("assx", record("a", std::string(300, 'v'), 1024) + "cut")
-                                .Payload("assn", record("a", "late", 256))
-                                .Bytes(),
-                            file),
-            Status::kOk);
+  TLoadedFile file(LegacyFile()
+                       .Action("null", "A")
+                       .Payload("assn", record("a", "short", 256))
+                       .Payload("assx", record("a", std::string(300, 'v'), 1024) + "cut")
+                       .Payload("assn", record("a", "late", 256))
+                       .Bytes());
   const std::string legacy = test::SaveToLegacy(file);
   EXPECT_NE(legacy.find(record("a", std::string(300, 'v'), 1024)), std::string::npos);
   EXPECT_NE(legacy.find(record("a", std::string(255, 'v'), 256)), std::string::npos);
@@ -180,37 +178,24 @@ TEST(QuerySpecification, SectionThatCannotBeReadLeavesItsFieldAsItWas) {
   TContainerSpecification read;
   TContainerSpecification expected;
   for (const std::string_view code : {"cmnt", "rslt"})
-    for (TQuerySpecification* const action : {&expected, &read}) {
-      const TLegacySection section{&file, CodeOfText(code), 0, 4, nullptr};
-      ASSERT_EQ(action->ReadLegacyProperty(section), Status::kOk);
-    }
+    for (TQuerySpecification* const action : {&expected, &read})
+      ASSERT_EQ(test::ReadSection(*action, code, "note"), Status::kOk);
   for (const std::string_view code : {"cmnt", "rslt"})
     EXPECT_EQ(read.ReadLegacyProperty({&file, CodeOfText(code), 1, 4, nullptr}), Status::kFailure);
   EXPECT_TRUE(read.IsEqual(expected));
 }
 
 TEST(QuerySpecification, RecordSizeGrowsByNameAndSections) {
-  TZanfoFile file;
-  ASSERT_EQ(
-      test::LoadBytes(
-          LegacyFile().Action("null", "Abc").Text("cmnt", "12345").Payload("xxxx", "12").Bytes(),
-          file),
-      Status::kOk);
+  const TLoadedFile file(
+      LegacyFile().Action("null", "Abc").Text("cmnt", "12345").Payload("xxxx", "12").Bytes());
   EXPECT_EQ(file.GetApplication().total_record_size, 168U + 3 + 6 + 2);
 }
 
 TEST(QuerySpecification, OnlyContainersGoOnToTheirChildren) {
-  TZanfoFile file;
-  ASSERT_EQ(test::LoadBytes(LegacyFile()
-                                .Action("cntr", "R")
-                                .Action("cntr", "A", "R")
-                                .Action("null", "B", "A")
-                                .Action("if  ", "I", "R")
-                                .Action("null", "C", "I")
-                                .Action("null", "D", "R")
-                                .Bytes(),
-                            file),
-            Status::kOk);
+  LegacyFile legacy;
+  legacy.Action("cntr", "R").Action("cntr", "A", "R").Action("null", "B", "A");
+  legacy.Action("if  ", "I", "R").Action("null", "C", "I").Action("null", "D", "R");
+  const TLoadedFile file(legacy.Bytes());
   std::string walk;
   for (const TActionEntry* entry = file.GetApplication().actions.GetRoot(); entry != nullptr;
        entry = TActionTree::GetNext(*entry)) {

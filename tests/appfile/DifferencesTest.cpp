@@ -1,6 +1,4 @@
-#include <fstream>
 #include <gtest/gtest.h>
-#include <iterator>
 #include <numeric>
 #include <regex>
 #include <set>
@@ -34,11 +32,9 @@ class TLines final : public TDifferenceObserver {
 
 std::vector<std::string> Differences(std::string_view one, std::string_view two,
                                      DifferenceScope scope = DifferenceScope::kXmlForm) {
-  TZanfoFile files[2];
-  EXPECT_EQ(test::LoadBytes(one, files[0]), Status::kOk);
-  EXPECT_EQ(test::LoadBytes(two, files[1]), Status::kOk);
+  const test::TLoadedFile file(one), other(two);
   TLines observer;
-  FindDifferences(files[0].GetApplication(), files[1].GetApplication(), scope, observer);
+  FindDifferences(file.GetApplication(), other.GetApplication(), scope, observer);
   return observer.lines;
 }
 
@@ -174,8 +170,7 @@ TEST(Differences, HideThePasswordsOfLegacyFiles) {
 }
 
 TEST(Differences, KnowTheListsOfTheGrammar) {
-  std::ifstream file(ZAF2XML_SAMPLES "/../share/zanfo.dtd");
-  const std::string grammar(std::istreambuf_iterator<char>(file), {});
+  const std::string grammar = test::ReadFile(ZAF2XML_SAMPLES "/../share/zanfo.dtd");
   const std::regex declaration(R"((?:ELEMENT|ENTITY %) ([\w-]+)\s+["(]([^>]*)[")]>)");
   const std::regex repeated(R"((\w+)[*+]|(\w+) \| (\w+)\)\*)");
   std::size_t lists = 0;

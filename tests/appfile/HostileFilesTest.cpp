@@ -203,18 +203,14 @@ INSTANTIATE_TEST_SUITE_P(
 INSTANTIATE_TEST_SUITE_P(Lists, HostileFile, testing::ValuesIn(Lists()), kName);
 
 TEST(HostileDocument, NameOfAParentIsNotCopiedForEachChild) {
-  TZanfoFile file;
-  ASSERT_EQ(test::LoadBytes(DocumentWith("<IfAction ID='A'/><IfAction ID='B'/>",
-                                         "<ActionRef Ref='A'><ActionRef Ref='B'/></ActionRef>"),
-                            file),
-            Status::kOk);
+  const test::TLoadedFile file(DocumentWith("<IfAction ID='A'/><IfAction ID='B'/>",
+                                            "<ActionRef Ref='A'><ActionRef Ref='B'/></ActionRef>"));
   const TActionEntry& parent = *file.GetApplication().actions.GetRoot()->first_child;
   EXPECT_EQ(&parent.first_child->action->GetParentName(), &parent.action->GetName());
 }
 
 TEST(ProtectedDocument, CutAnywhereIsRefused) {
-  TZanfoFile file;
-  ASSERT_EQ(test::LoadBytes(LegacyFile("rdoc").Action("null", "A").Bytes(), file), Status::kOk);
+  test::TLoadedFile file(LegacyFile("rdoc").Action("null", "A").Bytes());
   const std::string saved = test::SaveToXml(file, Protection::kProtected);
   for (std::size_t size = saved.find('\n') + 1; size < saved.size(); ++size)
     EXPECT_EQ(test::ToXml(saved.substr(0, size)), kMalformed) << size;

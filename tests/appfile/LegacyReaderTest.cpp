@@ -8,7 +8,7 @@ namespace zaf {
 namespace {
 
 using test::LegacyFile;
-using test::LoadBytes;
+using test::TLoadedFile;
 
 /// The names of a tree, depth first, each with that of its parent: "child<parent ...".
 std::string Shape(const TZanfoFile& file) {
@@ -24,10 +24,7 @@ std::string Shape(const TZanfoFile& file) {
 constexpr std::string_view kRoot = "ContainerSpecif__1";
 
 TEST(LegacyReader, FirstActionThatIsNoContainerHangsUnderTheFixedRoot) {
-  TZanfoFile file;
-  ASSERT_EQ(
-      LoadBytes(LegacyFile().Action("null", "A", "ignored").Action("null", "B").Bytes(), file),
-      Status::kOk);
+  const TLoadedFile file(LegacyFile().Action("null", "A", "ignored").Action("null", "B").Bytes());
   EXPECT_EQ(Shape(file),
             "ContainerSpecif__1<ContainerSpecif__1 A<ContainerSpecif__1 B<ContainerSpecif__1 ");
   const TQuerySpecification& last = *file.GetApplication().actions.GetRoot()->last_child->action;
@@ -35,16 +32,10 @@ TEST(LegacyReader, FirstActionThatIsNoContainerHangsUnderTheFixedRoot) {
 }
 
 TEST(LegacyReader, ActionsHangUnderTheNearestEntryAboveThatBearsTheName) {
-  TZanfoFile file;
-  const std::string bytes = LegacyFile()
-                                .Action("cntr", "Root")
-                                .Action("null", "A", "root")
-                                .Action("null", "B", "A")
-                                .Action("null", "C", "B")
-                                .Action("null", "D", "a")
-                                .Bytes();
-  ASSERT_EQ(LoadBytes(bytes, file), Status::kOk);
-  EXPECT_EQ(Shape(file), "Root<Root A<Root B<A C<B D<A ");
+  LegacyFile file;
+  file.Action("cntr", "Root").Action("null", "A", "root").Action("null", "B", "A");
+  file.Action("null", "C", "B").Action("null", "D", "a");
+  EXPECT_EQ(Shape(TLoadedFile(file.Bytes())), "Root<Root A<Root B<A C<B D<A ");
 }
 
 struct StatusCase {
@@ -58,7 +49,7 @@ class LegacyReaderStatus : public testing::TestWithParam<StatusCase> {};
 
 TEST_P(LegacyReaderStatus, IsAsSpecified) {
   TZanfoFile file;
-  EXPECT_EQ(LoadBytes(GetParam().file.Bytes(), file), GetParam().status);
+  EXPECT_EQ(test::LoadBytes(GetParam().file.Bytes(), file), GetParam().status);
   EXPECT_EQ(Shape(file), GetParam().shape);
 }
 
@@ -116,8 +107,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(LegacyReader, RunOnlyFileIsScrambledAndMayBeRefused) {
   const std::string bytes = LegacyFile("rdoc").Text("titl", "Till").Action("cntr", "R").Bytes();
-  TZanfoFile file;
-  ASSERT_EQ(LoadBytes(bytes, file), Status::kOk);
+  const TLoadedFile file(bytes);
   EXPECT_TRUE(file.IsRunOnly());
   EXPECT_EQ(file.GetApplication().title.View(), "Till");
   TDataFile data(AsBytes(bytes));

@@ -1,5 +1,4 @@
 #include <cstdio>
-#include <fstream>
 #include <gtest/gtest.h>
 #include <string>
 
@@ -15,8 +14,8 @@ namespace {
 
 using test::DocumentWith;
 using test::LegacyFile;
-using test::LoadBytes;
 using test::SaveToLegacy;
+using test::TLoadedFile;
 
 TEST(LegacyWriter, ApplicationReadsBackEqualAndItsSectionsAreInOrder) {
   LegacyFile legacy("rdoc");
@@ -27,12 +26,9 @@ TEST(LegacyWriter, ApplicationReadsBackEqualAndItsSectionsAreInOrder) {
     const bool is_number = order.ends_with("htyp") || order.ends_with("dbug");
     is_number ? legacy.Number(code, 0x6F646263) : legacy.Text(code, "secret");
   }
-  TZanfoFile file;
-  ASSERT_EQ(LoadBytes(legacy.Action("cntr", "R").Action("null", "A", "R").Bytes(), file),
-            Status::kOk);
+  TLoadedFile file(legacy.Action("cntr", "R").Action("null", "A", "R").Bytes());
   std::string written = SaveToLegacy(file);
-  TZanfoFile again;
-  ASSERT_EQ(LoadBytes(written, again), Status::kOk);
+  TLoadedFile again(written);
   EXPECT_TRUE(again.IsEqual(file));
   EXPECT_TRUE(again.IsRunOnly());
   EXPECT_EQ(again.GetApplication().password.View(), "secret");
@@ -64,15 +60,13 @@ struct NamesCase {
 class LegacyNames : public testing::TestWithParam<NamesCase> {};
 
 TEST_P(LegacyNames, AreCutAlikeOrRefused) {
-  TZanfoFile file;
-  ASSERT_EQ(LoadBytes(DocumentWith(GetParam().actions, GetParam().program), file), Status::kOk);
+  TLoadedFile file(DocumentWith(GetParam().actions, GetParam().program));
   TDataFile stream(std::tmpfile());
   EXPECT_EQ(file.SaveLegacy(stream), GetParam().is_written ? Status::kOk : Status::kFailure);
   EXPECT_EQ(stream.GetSize() != 0, GetParam().is_written);
   EXPECT_EQ(file.GetErrorPlace().reason.empty(), GetParam().is_written);
   if (!GetParam().is_written) return;
-  TZanfoFile again;
-  ASSERT_EQ(LoadBytes(SaveToLegacy(file), again), Status::kOk);
+  TLoadedFile again(SaveToLegacy(file));
   EXPECT_TRUE(again.IsEqual(file));
   EXPECT_EQ(SaveToLegacy(again), SaveToLegacy(file));
 }
@@ -102,10 +96,8 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(ActionTree, RootAloneEqualsItsDocument) {
   const auto equals_its_document = [](const LegacyFile& legacy) {
-    TZanfoFile file;
-    TZanfoFile again;
-    EXPECT_EQ(LoadBytes(legacy.Bytes(), file), Status::kOk);
-    EXPECT_EQ(LoadBytes(test::SaveToXml(file), again), Status::kOk);
+    TLoadedFile file(legacy.Bytes());
+    const TLoadedFile again(test::SaveToXml(file));
     EXPECT_EQ(again.IsEqual(file), file.IsEqual(again));
     return again.IsEqual(file);
   };
@@ -199,10 +191,8 @@ void ExpectFailuresOf(const TQuerySpecification& action, dom::Element root, dom:
 TEST(Memory, ThatRunsOutIsAFailureOfEachOperation) {
   for (const char* sample : {"checkout.zaf", "order-entry.zaf", "staff-directory.zaf"}) {
     SCOPED_TRACE(sample);
-    std::ifstream input(std::string(ZAF2XML_SAMPLES "/") + sample, std::ios::binary);
-    const std::string legacy(std::istreambuf_iterator<char>(input), {});
-    TZanfoFile file;
-    ASSERT_EQ(LoadBytes(legacy, file), Status::kOk);
+    const std::string legacy = test::ReadFile(std::string(ZAF2XML_SAMPLES "/") + sample);
+    TLoadedFile file(legacy);
     std::string text = test::SaveToXml(file);
     for (const std::string& bytes : {legacy, text})
       ExpectFailures([&] {

@@ -12,6 +12,7 @@ using test::DocumentWith;
 using test::ElementOf;
 using test::Expected;
 using test::LegacyFile;
+using test::TLoadedFile;
 using test::ToXml;
 using testing::HasSubstr;
 
@@ -84,15 +85,12 @@ TEST(XmlDocument, MalformedOnesAreRefused) {
 }
 
 TEST(XmlDocument, RunOnlyApplicationIsSavedProtectedAndReadsBack) {
-  TZanfoFile file;
-  ASSERT_EQ(test::LoadBytes(LegacyFile("rdoc").Action("null", "Secret").Bytes(), file),
-            Status::kOk);
+  TLoadedFile file(LegacyFile("rdoc").Action("null", "Secret").Bytes());
   const std::string saved = test::SaveToXml(file, Protection::kProtected);
   EXPECT_TRUE(saved.starts_with("<?zanfo protected ?>\n"));
   EXPECT_EQ(saved.find("Secret"), std::string::npos);
   EXPECT_EQ(test::SaveToXml(file, Protection::kProtected), saved);
-  TZanfoFile again;
-  ASSERT_EQ(test::LoadBytes(saved, again), Status::kOk);
+  const TLoadedFile again(saved);
   EXPECT_TRUE(again.IsRunOnly());
   EXPECT_TRUE(again.IsEqual(file));
 }
@@ -105,27 +103,20 @@ TEST(XmlDocument, ReferencesMayNotMultiplyTheText) {
     return DocumentWith(actions, "", "",
                         "<Output ID='x'>" + std::string(1 << 20, 'x') + "</Output>");
   };
-  TZanfoFile within;
-  EXPECT_EQ(test::LoadBytes(document_with_references(30), within), Status::kOk);
+  EXPECT_NO_THROW(TLoadedFile(document_with_references(30)));
   TZanfoFile beyond;
   EXPECT_EQ(test::LoadBytes(document_with_references(35), beyond), Status::kMalformed);
 }
 
 TEST(XmlDocument, RunOnlyInstructionDoesNotProtectAPlainDocument) {
-  TZanfoFile file;
-  ASSERT_EQ(test::LoadBytes("<?xml version=\"1.0\"?><?zanfo run-only?><ZAF/>", file), Status::kOk);
-  EXPECT_FALSE(file.IsRunOnly());
+  EXPECT_FALSE(TLoadedFile("<?xml version=\"1.0\"?><?zanfo run-only?><ZAF/>").IsRunOnly());
 }
 
 TEST(XmlDocument, EqualityCountsApplicationActionsAndShape) {
   const LegacyFile same =
       LegacyFile().Text("titl", "T").Action("cntr", "R").Action("null", "A", "R");
   const auto equal = [&](const LegacyFile& other) {
-    TZanfoFile one;
-    TZanfoFile two;
-    EXPECT_EQ(test::LoadBytes(same.Bytes(), one), Status::kOk);
-    EXPECT_EQ(test::LoadBytes(other.Bytes(), two), Status::kOk);
-    return one.IsEqual(two);
+    return TLoadedFile(same.Bytes()).IsEqual(TLoadedFile(other.Bytes()));
   };
   EXPECT_TRUE(equal(LegacyFile(same)));
   EXPECT_TRUE(equal(LegacyFile(same).Number("htyp", 1)));

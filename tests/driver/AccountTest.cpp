@@ -2,17 +2,15 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <iterator>
 #include <map>
 #include <set>
 #include <string>
 
-#include "appfile/TZanfoFile.h"
 #include "fields/TByteAccount.h"
 #include "foundation/TMemoryFile.h"
+#include "tests/support/Convert.h"
 #include "tests/support/LegacyFile.h"
 
 namespace zaf {
@@ -64,8 +62,6 @@ bool IsException(std::string_view code) {
   });
 }
 
-std::string NameOf(FourCharCode code) { return {Characters(code).data(), 4}; }
-
 /// Returns the errors in the account of these bytes.
 std::set<std::string> FaultsOf(const std::string& bytes, std::size_t most_per_range) {
   TObserver observer;
@@ -81,7 +77,7 @@ std::set<std::string> FaultsOf(const std::string& bytes, std::size_t most_per_ra
     const std::string section =
         range.section == TByteAccount::kNoSection
             ? "unreferenced"
-            : NameOf(account.GetSections()[range.section].code) + " of " +
+            : TextOf(account.GetSections()[range.section].code) + " of " +
                   account.GetRecords()[account.GetSections()[range.section].record];
     const std::uint64_t step =
         std::max<std::uint64_t>(1, (range.end - range.offset) / most_per_range);
@@ -106,9 +102,7 @@ TEST(Account, TellsWhichBytesDecideTheDocument) {
   for (const char* const directory : {ZAF2XML_SAMPLES, ZAF2XML_CORPUS "/legacy"})
     for (const auto& entry : std::filesystem::directory_iterator(directory)) {
       if (!entry.is_regular_file() || entry.path().extension() == ".md") continue;
-      std::ifstream stream(entry.path(), std::ios::binary);
-      const std::string bytes(std::istreambuf_iterator<char>(stream), {});
-      for (const std::string& fault : FaultsOf(bytes, 6))
+      for (const std::string& fault : FaultsOf(test::ReadFile(entry.path()), 6))
         faults[fault] += entry.path().filename().string() + " ";
     }
   for (const auto& [fault, files] : faults) ADD_FAILURE() << fault << ": " << files;

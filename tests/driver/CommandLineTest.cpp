@@ -1,22 +1,18 @@
 #include <filesystem>
-#include <fstream>
 #include <gtest/gtest.h>
 #include <string>
 #include <vector>
 
 #include "driver/CommandLine.h"
 #include "tests/foundation/TTestDirectory.h"
+#include "tests/support/Convert.h"
 
 namespace zaf {
 namespace {
 
 using test::TTestDirectory;
 
-std::string ReadUsage() {
-  std::ifstream file(ZAF2XML_USAGE, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
-const std::string kUsage = ReadUsage();
+const std::string kUsage = test::ReadFile(ZAF2XML_USAGE);
 constexpr const char* kBadExtension =
     "ERROR: You must specify a valid extension when using the -extension/-e option \n";
 constexpr const char* kBadSuffix =

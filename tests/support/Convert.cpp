@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <fstream>
 #include <set>
+#include <stdexcept>
 
 namespace zaf::test {
 namespace {
@@ -36,6 +37,10 @@ Status LoadBytes(std::string_view bytes, TZanfoFile& file) {
   return file.Load(data, nullptr);
 }
 
+TLoadedFile::TLoadedFile(std::string_view bytes) {
+  if (LoadBytes(bytes, *this) != Status::kOk) throw std::invalid_argument("a file is refused");
+}
+
 std::string SaveToXml(TZanfoFile& file, Protection protection) {
   TDataFile data(std::tmpfile());
   if (file.Save(data, nullptr, protection) != Status::kOk) return "save failed";
@@ -53,6 +58,12 @@ std::string SaveToLegacy(TZanfoFile& file) {
   return file.SaveLegacy(data) == Status::kOk ? ContentOf(data) : "save failed";
 }
 
+Status ReadSection(TQuerySpecification& action, std::string_view code, std::string_view payload) {
+  TDataFile file(AsBytes(payload));
+  return action.ReadLegacyProperty(
+      {&file, CodeOfText(code), 0, static_cast<std::uint32_t>(payload.size()), &action});
+}
+
 std::string ToXml(std::string_view bytes) {
   TZanfoFile file;
   if (const Status status = LoadBytes(bytes, file); status != Status::kOk) {
@@ -63,9 +74,13 @@ std::string ToXml(std::string_view bytes) {
   return SaveToXml(file);
 }
 
-std::string Expected(std::string_view name) {
-  std::ifstream file(ZAF2XML_DOCUMENTS "/" + std::string(name) + ".xml", std::ios::binary);
+std::string ReadFile(const std::filesystem::path& path) {
+  std::ifstream file(path, std::ios::binary);
   return {std::istreambuf_iterator<char>(file), {}};
+}
+
+std::string Expected(std::string_view name) {
+  return ReadFile(ZAF2XML_DOCUMENTS "/" + std::string(name) + ".xml");
 }
 
 std::string ElementOf(std::string_view document, std::string_view name) {
