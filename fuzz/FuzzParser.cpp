@@ -5,7 +5,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
-#include <cstdlib>
 #include <expat.h>
 #include <string>
 #include <string_view>
@@ -13,14 +12,11 @@
 
 #include "dom/CharacterClasses.h"
 #include "dom/dom.h"
+#include "fuzz/Require.h"
 
 namespace {
 
-void Require(bool holds, const char* what) {
-  if (holds) return;
-  std::fprintf(stderr, "does not hold: %s\n", what);
-  std::abort();
-}
+using zaf::fuzz::Require;
 
 /// The content of a document in one string. White space in an element with child elements is
 /// ignored, since it may be layout.

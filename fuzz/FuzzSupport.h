@@ -3,8 +3,6 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -14,15 +12,9 @@
 #include "appfile/TZanfoFile.h"
 #include "appfile/XmlDocumentWriter.h"
 #include "dom/Serializer.h"
+#include "fuzz/Require.h"
 
 namespace zaf::fuzz {
-
-/// Ends the process with a message if a condition does not hold.
-inline void Require(bool holds, const char* what) {
-  if (holds) return;
-  std::fprintf(stderr, "does not hold: %s\n", what);
-  std::abort();
-}
 
 /// Loads a file from its bytes. The result must be one of four statuses.
 inline Status LoadBytes(std::string_view bytes, TZanfoFile& file) {

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "foundation/TByteReader.h"
+#include "foundation/FourCharCode.h"
 #include "tests/support/LegacyFile.h"
 
 namespace zaf::fuzz {
@@ -47,12 +47,8 @@ void TakeRecord(std::string_view bytes, std::size_t offset, std::size_t& remaini
 }  // namespace
 
 std::uint32_t Number32At(std::string_view bytes, std::size_t offset) {
-  std::uint32_t number = 0;
-  if (offset <= bytes.size()) {
-    TByteReader reader(AsBytes(bytes.substr(offset)));
-    if (reader.ReadU32(number) != Status::kOk) number = 0;
-  }
-  return number;
+  if (offset + 4 > bytes.size()) return 0;
+  return static_cast<std::uint32_t>(CodeOfText(bytes.substr(offset)));
 }
 
 TFileParts TakeApart(std::string_view bytes) {

@@ -126,17 +126,12 @@ class TCorpus {
       }
     }
     AddFile("class-file", LegacyFile().Action("null", "A").Bytes(), DocumentKind::kClassFile);
-    AddFile("branches", LegacyFile()
-                            .Action("cntr", "R")
-                            .Action("if  ", "If", "R")
-                            .Action("null", "Yes", "If")
-                            .Action("elif", "ElseIf", "If")
-                            .Action("if  ", "Inner", "ElseIf")
-                            .Action("else", "InnerElse", "Inner")
-                            .Action("else", "Else", "ElseIf")
-                            .Action("cntr", "Else", "Else")
-                            .Action("null", "Else", "Else")
-                            .Bytes());
+    LegacyFile branches;
+    branches.Action("cntr", "R").Action("if  ", "If", "R").Action("null", "Yes", "If");
+    branches.Action("elif", "ElseIf", "If").Action("if  ", "Inner", "ElseIf");
+    branches.Action("else", "InnerElse", "Inner").Action("else", "Else", "ElseIf");
+    branches.Action("cntr", "Else", "Else").Action("null", "Else", "Else");
+    AddFile("branches", branches.Bytes());
     LegacyFile sources;
     sources.Number("htyp", 1).Action("cntr", "R").Action("scrp", "S", "R");
     sources.Text("scop",
