@@ -16,13 +16,6 @@ CData Buffer(std::string_view bytes, std::uint32_t capacity = 0) {
   return data;
 }
 
-std::string CopyOut(const CData& data, std::uint32_t size, std::uint32_t offset,
-                    std::uint32_t count) {
-  std::string out(size, '.');
-  const std::uint32_t copied = data.CopyOutRange(out.data(), size, offset, count);
-  return out + std::to_string(copied);
-}
-
 struct TCase {
   std::string_view before;
   std::uint32_t capacity_before;  ///< A lower bound, in bytes.
@@ -33,16 +26,10 @@ struct TCase {
 
 // clang-format off
 const TCase kCases[] = {
-    {"",       0,    [](CData& d) { return d.Reserve(0); },                    "1", "", 0},
-    {"",       0,    [](CData& d) { return d.Reserve(100); },                  "1", "", 100},
     {"",       100,  [](CData& d) { return d.Reserve(101); },                  "1", "", 112},
-    {"",       100,  [](CData& d) { return d.Reserve(112); },                  "1", "", 128},
     {"",       4096, [](CData& d) { return d.Reserve(4097); },                 "1", "", 4112},
     {"",       4097, [](CData& d) { return d.Reserve(4098); },                 "1", "", 8192},
     {"",       4500, [](CData& d) { return d.Reserve(8192); },                 "1", "", 12288},
-    {"",       100,  [](CData& d) { return d.Reserve(69); },                   "1", "", 100},
-    {"",       100,  [](CData& d) { return d.Reserve(68); },                   "1", "", 68},
-    {"abcdef", 40,   [](CData& d) { return d.Reserve(4); },                    "1", "abcd", 4},
     {"abc",    100,  [](CData& d) { return d.Reserve(0); },                    "1", "", 0},
     {"abc",    31,   [](CData& d) { return d.Reserve(0); },                    "1", "abc", 31},
     {"abc",    0,    [](CData& d) { return d.Reserve(0xFFFFFFFF); },           "0", "abc", 3},
@@ -58,7 +45,6 @@ const TCase kCases[] = {
     {"ab",     0,    [](CData& d) { return d.EqualsData(Buffer("a")); },       "0", "ab", 2},
     {"old",    0,    [](CData& d) { return d.Set("xy", 2).data == d.GetData(); },  "1", "xy", 3},
     {"",       0,    [](CData& d) { return d.Set("abcdef", 6, 20).length; },   "6", "abcdef", 20},
-    {"abcdef", 90,   [](CData& d) { return d.Set("x", 1).length; },            "1", "x", 1},
     {"abc",    0,    [](CData& d) { return d.Set("", 0).length; },             "0", "", 3},
     {"abcdef", 20,   [](CData& d) { return d.Set(d.GetData() + 2, 3, 99).length; }, "3", "cde", 20},
     {"abcdef", 0,    [](CData& d) { return d.Set(d.GetData() + 4, 6).length; },
@@ -68,20 +54,12 @@ const TCase kCases[] = {
     {"abc",    0,    [](CData& d) { return d.Set(nullptr, 2).length; },        "2", "ab", 3},
     {"abcdef", 40,   [](CData& d) { d.Assign(Buffer("x")); },                  "", "x", 1},
     {"abcdef", 0,    [](CData& d) { Buffer("xyz").AssignTo(d); },              "", "xyz", 6},
-    {"abcdef", 0, [](CData& d) { return CopyOut(d, 8, 4, 9); }, "ef......2", "abcdef", 6},
-    {"abcdef", 0,    [](CData& d) { return CopyOut(d, 2, 1, 9); },             "bc2", "abcdef", 6},
-    {"abcdef", 0,    [](CData& d) { return CopyOut(d, 2, 6, 1); },             "..0", "abcdef", 6},
-    {"",       0,    [](CData& d) { return CopyOut(d, 2, 0, 2); },             "..0", "", 0},
     {"ab",     0,    [](CData& d) { char out[9]; return d.CopyOut(out, 9); },  "2", "ab", 2},
     {"ab",     0,    [](CData& d) { return d.CopyOut(nullptr, 9); },           "0", "ab", 2},
     {"abcdef", 0,    [](CData& d) { d.Extract(d, 2, 99); },                    "", "cdef", 6},
-    {"abc",    0,    [](CData& d) { Buffer("xyz").Extract(d, 1, 1); },         "", "y", 3},
-    {"abc",    0,    [](CData& d) { Buffer("xyz").Extract(d, 3, 1); },         "", "", 3},
     {"",       0,    [](CData& d) { return d.Splice(7, 3, "abc", 3); },        "3", "abc", 3},
     {"abc",    0,    [](CData& d) { return d.Splice(1, 1, "12", 2); },         "4", "a12c", 16},
     {"abc",    20,   [](CData& d) { return d.Splice(3, 0, "12", 2); },         "5", "abc12", 20},
-    {"abcdef", 0,    [](CData& d) { return d.Splice(1, 4, "-", 1); },          "3", "a-f", 6},
-    {"abcdef", 0,    [](CData& d) { return d.Splice(4, 99, "-", 1); },         "5", "abcd-", 6},
     {"abc",    0,    [](CData& d) { return d.Splice(99, 1, "-", 1); },         "4", "abc-", 16},
     {"abc",    16,   [](CData& d) { return d.Splice(1, 0, d.GetData(), 3); },  "6", "aabcbc", 16},
     {"abc",    9,    [](CData& d) { d.Splice(1, 0, nullptr, 1); d.GetData()[1] = '?'; },
