@@ -163,15 +163,11 @@ TEST(ListItems, AreThereAfterEachSectionAndAfterEachRecord) {
   read("icol", b);
   read("fval", ListOf(1, Item({"a"}, "3")));
   TInsertGroupSpecification two;
-  for (const LegacyFile& record :
-       {LegacyFile()
-            .Action("igrp", "A")
-            .Payload("icol", a)
-            .Payload("fval", ListOf(1, Item({"a"}, "1"))),
-        LegacyFile()
-            .Action("igrp", "A")
-            .Payload("icol", b)
-            .Payload("fval", ListOf(2, Item({"b"}, "2") + Item({"a"}, "3")))}) {
+  const std::pair<std::string, std::string> records[] = {
+      {a, ListOf(1, Item({"a"}, "1"))}, {b, ListOf(2, Item({"b"}, "2") + Item({"a"}, "3"))}};
+  for (const auto& [columns, items] : records) {
+    LegacyFile record;
+    record.Action("igrp", "A").Payload("icol", columns).Payload("fval", items);
     const std::string bytes = record.Bytes();
     TDataFile file(AsBytes(bytes));
     TRecordHeader header;

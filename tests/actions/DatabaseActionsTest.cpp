@@ -182,16 +182,10 @@ TEST(TransCloseSpecification, PlatformTellsTheEndTypeAndNoDataSourceIsWritten) {
 }
 
 LegacyFile& WithSource(LegacyFile& file, std::string_view name, std::string_view password) {
-  return file.Action("cust", name)
-      .Number("htyp", 0x6F636920)
-      .Text("dsrc", std::string_view("d\0cut", 5))
-      .Text("host", "h")
-      .Text("data", "b")
-      .Text("dbms", "m")
-      .Text("user", "u")
-      .Text("pass", password)
-      .Text("dusr", "u")
-      .Text("dpas", "P");
+  file.Action("cust", name).Number("htyp", 0x6F636920);
+  file.Text("dsrc", std::string_view("d\0cut", 5)).Text("host", "h").Text("data", "b");
+  file.Text("dbms", "m").Text("user", "u").Text("pass", password).Text("dusr", "u");
+  return file.Text("dpas", "P");
 }
 
 TEST(SourceSpecification, ActionsWithEqualDataSourcesShareOne) {

@@ -58,15 +58,10 @@ TEST(WriteTextElement, ChoosesTextOrCdata) {
 }
 
 TEST(QuerySpecification, EverythingIsWrittenInOrderAndReadBack) {
-  const std::string document = ToXml(LegacyFile()
-                                         .Action("glob", "A<")
-                                         .Text("err ", "oops")
-                                         .Text("none", "n&")
-                                         .Text("rslt", "A\rB\r\n")
-                                         .Text("cmnt", "c\r")
-                                         .Number("expd", 7)
-                                         .Number("push", 1)
-                                         .Bytes());
+  LegacyFile file;
+  file.Action("glob", "A<").Text("err ", "oops").Text("none", "n&").Text("rslt", "A\rB\r\n");
+  file.Text("cmnt", "c\r").Number("expd", 7).Number("push", 1);
+  const std::string document = ToXml(file.Bytes());
   EXPECT_EQ(ElementOf(document, "ResultAction"),
             R"(<ResultAction ID="A&lt;" Sig="a5f2e479" PushResults="True" Expanded="True">
       <Comments><![CDATA[c)"
@@ -109,47 +104,35 @@ TEST(QuerySpecification, AssignmentsAreKeptAndLongOnesCountAlone) {
   EXPECT_EQ(legacy.find("short"), std::string::npos);
 }
 
-TEST(QuerySpecification, EditorPropertiesAreNumberedFromOneToFive) {
-  TQuerySpecification action;
+TEST(QuerySpecification, EditorPropertiesAreNumberedFromOneToFiveAndIgnoreNull) {
+  using Action = TQuerySpecification;
+  constexpr void (Action::*kSetters[])(const char*) = {&Action::SetComments, &Action::SetResults,
+                                                       &Action::SetNoResults, &Action::SetError};
+  Action action;
   std::int32_t id = 0;
   std::uint32_t flags = 1;
+  CText text;
   ASSERT_EQ(action.GetFirstProperty(id, flags), 0);
   for (std::int32_t expected = 1; expected <= 5; ++expected) {
     EXPECT_EQ(id, expected);
+    for (const char* const value : {"set", static_cast<const char*>(nullptr)}) {
+      if (id > 1) (action.*kSetters[id - 2])(value);
+      EXPECT_EQ(action.GetProperty(text, id), 0);
+      EXPECT_EQ(text.View(), id > 1 ? "set" : "");
+    }
     EXPECT_EQ(action.SetProperty(std::to_string(id).c_str(), id), -2);
-    CText text;
+    EXPECT_EQ(action.SetProperty(nullptr, id), -2);
     EXPECT_EQ(action.GetProperty(text, id), 0);
     EXPECT_EQ(text.View(), std::to_string(id));
     EXPECT_EQ(action.GetNextProperty(id, flags), expected < 5 ? 0 : -1);
   }
-  EXPECT_EQ(action.SetProperty(nullptr, 3), -2);
-  CText results;
-  action.GetResults(results);
-  EXPECT_EQ(results.View(), "3");
+  action.GetResults(text);
+  EXPECT_EQ(text.View(), "3");
   id = 6;
   EXPECT_EQ(action.GetNextProperty(id, flags), -2);
-  EXPECT_EQ(action.GetProperty(results, id), -2);
+  EXPECT_EQ(action.GetProperty(text, id), -2);
   EXPECT_FALSE(action.IsProperty(0) || action.IsProperty(6));
   EXPECT_EQ(action.GetName().View(), "1");
-}
-
-TEST(QuerySpecification, SettersOfTextsIgnoreNull) {
-  TQuerySpecification action;
-  const auto set = [&](const char* comments, const char* results, const char* none,
-                       const char* error) {
-    action.SetComments(comments);
-    action.SetResults(results);
-    action.SetNoResults(none);
-    action.SetError(error);
-  };
-  set("2", "3", "4", "5");
-  set(nullptr, nullptr, nullptr, nullptr);
-  for (std::int32_t id = 2; id <= 5; ++id) {
-    CText text;
-    EXPECT_EQ(action.GetProperty(text, id), 0);
-    EXPECT_EQ(text.View(), std::to_string(id));
-  }
-  EXPECT_TRUE(action.CanRun() && action.CanFollow());
 }
 
 TEST(QuerySpecification, StateOfTheRunTimeIsClonedOnly) {

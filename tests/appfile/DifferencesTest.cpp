@@ -135,15 +135,10 @@ TEST(Differences, TellFieldsAsDocumentsHaveThem) {
 
 TEST(Differences, AreNoneBetweenAFileAndItsDocument) {
   // Content without XML form, or with a different one.
-  const std::string legacy = test::LegacyFile()
-                                 .Text("titl", "T")
-                                 .Text("form", "carried")
-                                 .Action("if  ", "I")
-                                 .Text("cmnt", "one\r\ntwo\rthree")
-                                 .Action("else", "E")
-                                 .Action("goto", "G\x01")
-                                 .Payload("comp", "code")
-                                 .Bytes();
+  test::LegacyFile file;
+  file.Text("titl", "T").Text("form", "carried").Action("if  ", "I");
+  file.Text("cmnt", "one\r\ntwo\rthree").Action("else", "E");
+  const std::string legacy = file.Action("goto", "G\x01").Payload("comp", "code").Bytes();
   const std::string document = test::ToXml(legacy);
   EXPECT_EQ(Differences(legacy, document), TLineList{});
   EXPECT_EQ(

@@ -18,19 +18,11 @@ using testing::HasSubstr;
 
 TEST(XmlDocument, PropertiesOfTheApplicationAreWrittenInOrder) {
   EXPECT_EQ(ToXml(LegacyFile().Bytes()), Expected("application-empty"));
-  const std::string document = ToXml(LegacyFile()
-                                         .Text("vers", "r<1>")
-                                         .Text("athr", "\"A\"\t\r\n\x01")
-                                         .Text("titl", "T & Co")
-                                         .Number("dbug", 0xFFFFFFFF)
-                                         .Text("cmnt", "a\xE9")
-                                         .Text("asts", "sig")
-                                         .Text("form", "f")
-                                         .Number("htyp", 0x6F636920)
-                                         .Text("dsrc", "dsn")
-                                         .Text("user", "me")
-                                         .Action("null", "A")
-                                         .Bytes());
+  LegacyFile file;
+  file.Text("vers", "r<1>").Text("athr", "\"A\"\t\r\n\x01").Text("titl", "T & Co");
+  file.Number("dbug", 0xFFFFFFFF).Text("cmnt", "a\xE9").Text("asts", "sig").Text("form", "f");
+  file.Number("htyp", 0x6F636920).Text("dsrc", "dsn").Text("user", "me").Action("null", "A");
+  const std::string document = ToXml(file.Bytes());
   EXPECT_EQ(document, Expected("application"));
   EXPECT_EQ(ToXml(document), document);
   EXPECT_THAT(ToXml(LegacyFile().Number("htyp", 1).Bytes()),
@@ -113,21 +105,19 @@ TEST(XmlDocument, RunOnlyInstructionDoesNotProtectAPlainDocument) {
 }
 
 TEST(XmlDocument, EqualityCountsApplicationActionsAndShape) {
-  const LegacyFile same =
-      LegacyFile().Text("titl", "T").Action("cntr", "R").Action("null", "A", "R");
-  const auto equal = [&](const LegacyFile& other) {
-    return TLoadedFile(same.Bytes()).IsEqual(TLoadedFile(other.Bytes()));
+  const auto file = [](std::string_view title, std::uint32_t debug) {
+    LegacyFile legacy;
+    legacy.Text("titl", title).Number("dbug", debug);
+    return legacy.Action("cntr", "R").Action("null", "A", "R");
   };
-  EXPECT_TRUE(equal(LegacyFile(same)));
-  EXPECT_TRUE(equal(LegacyFile(same).Number("htyp", 1)));
-  EXPECT_FALSE(equal(LegacyFile(same).Text("cmnt", "x")));
-  EXPECT_FALSE(equal(LegacyFile(same).Action("null", "B", "R")));
-  EXPECT_FALSE(equal(LegacyFile().Text("titl", "t").Action("cntr", "R").Action("null", "A", "R")));
-  EXPECT_FALSE(equal(LegacyFile()
-                         .Text("titl", "T")
-                         .Number("dbug", 1)
-                         .Action("cntr", "R")
-                         .Action("null", "A", "R")));
+  const auto equal = [&](const LegacyFile& other) {
+    return TLoadedFile(file("T", 0).Bytes()).IsEqual(TLoadedFile(other.Bytes()));
+  };
+  EXPECT_TRUE(equal(file("T", 0).Number("htyp", 1)));
+  EXPECT_FALSE(equal(file("T", 0).Text("cmnt", "x")));
+  EXPECT_FALSE(equal(file("T", 0).Action("null", "B", "R")));
+  EXPECT_FALSE(equal(file("t", 0)));
+  EXPECT_FALSE(equal(file("T", 1)));
 }
 
 }  // namespace

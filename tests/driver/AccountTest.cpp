@@ -109,18 +109,11 @@ TEST(Account, TellsWhichBytesDecideTheDocument) {
 }
 
 TEST(Account, HasEveryClass) {
-  const std::string bytes = LegacyFile()
-                                .Text("titl", "first")
-                                .Text("titl", "last")
-                                .Text("form", "none")
-                                .Action("cntr", "R")
-                                .Text("cmnt", "of the root")
-                                .Action("srch", "S", "R")
-                                .Text("xyzw", "unknown")
-                                .Payload("assn", std::string(288, 'a'))
-                                .Text("host", std::string("host\0rest", 9))
-                                .Bytes() +
-                            "unreferenced";
+  LegacyFile file;
+  file.Text("titl", "first").Text("titl", "last").Text("form", "none").Action("cntr", "R");
+  file.Text("cmnt", "of the root").Action("srch", "S", "R").Text("xyzw", "unknown");
+  file.Payload("assn", std::string(288, 'a')).Text("host", std::string("host\0rest", 9));
+  const std::string bytes = file.Bytes() + "unreferenced";
   EXPECT_THAT(FaultsOf(bytes, 1000), testing::IsEmpty());
   TObserver observer;
   static_cast<void>(Convert(bytes, &observer));
