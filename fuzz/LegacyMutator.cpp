@@ -6,7 +6,6 @@
 #include <cstdint>
 #include <random>
 #include <string>
-#include <vector>
 
 #include "fuzz/LegacyParts.h"
 #include "tests/support/LegacyFile.h"

@@ -1,7 +1,6 @@
 // Mutates documents by their elements: whole elements are repeated, moved, removed and taken from
 // other documents, so that the nesting remains valid.
 
-#include <algorithm>
 #include <cctype>
 #include <cstdint>
 #include <random>

@@ -1,5 +1,4 @@
 #include <gtest/gtest.h>
-#include <initializer_list>
 #include <string>
 #include <tuple>
 

@@ -20,7 +20,6 @@ TEST(Reading, UnusualElementsFollowTheirRules) {
   "<SecondTable>c</SecondTable>" LAST "</JoinItem></JoinCriteria>"
 constexpr const char* kRefused[] = {
     "<ForAction Direction='up'/>",
-    "<BeginTransactionAction><Isolation>None</Isolation></BeginTransactionAction>",
     "<EndTransactionAction><EndType>rollback</EndType></EndTransactionAction>",
     "<DeleteAction>" JOIN(" JoinType='Outer'", "<SecondColumn>d</SecondColumn>") "</DeleteAction>",
     "<DeleteAction>" JOIN("", "") "</DeleteAction>",

@@ -82,12 +82,6 @@ TEST(Serializer, EscapesAtEachPlaceOfATextOfEachLength) {
   }
 }
 
-TEST(Serializer, GrowsWithATextOfEscapes) {
-  const std::string quotes = Repeat("&quot;", 200'000);
-  const std::string text = Join({"<a b=\"", quotes, "\">", quotes, "</a>\n"});
-  EXPECT_EQ(Reserialized(text), text);
-}
-
 TEST(Serializer, AppendsToWhatIsThere) {
   OutputBuffer output;
   output.Append("before ");

@@ -11,7 +11,6 @@ namespace {
 
 using test::TTestDirectory;
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 TEST(FileSystem, NamesOfDevicesAndStreamsFailAndLoseNothing) {
   const TTestDirectory directory;
