@@ -1,7 +1,6 @@
 #include "fields/TLossReporter.h"
 
 #include <algorithm>
-#include <array>
 #include <utility>
 
 #include "fields/SectionMap.h"

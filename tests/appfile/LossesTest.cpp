@@ -2,7 +2,6 @@
 // similar one without it.
 
 #include <algorithm>
-#include <array>
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
