@@ -283,6 +283,8 @@ std::string Format(const char* format, ...) {
   std::array<char, 64> text;
   std::va_list arguments;
   va_start(arguments, format);
+  // The analyser does not see that va_start sets them.
+  // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized)
   std::vsnprintf(text.data(), text.size(), format, arguments);
   va_end(arguments);
   return text.data();
