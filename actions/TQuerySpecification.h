@@ -135,7 +135,7 @@ class TQuerySpecification : public TRecordConverter {
 
   [[nodiscard]] const CText& GetName() const { return name_; }
   void SetName(std::string_view name) { name_ = name; }
-  /// The number of its record for the loss reporter that it was loaded with; 0 if there is none.
+  /// The number of its record for the loss reporter that it was loaded with; 0 without a reporter.
   [[nodiscard]] std::uint32_t GetRecordNumber() const { return record_number_; }
   [[nodiscard]] FourCharCode GetTypeCode() const { return type_code_; }
   /// The name of the parent action: as in the legacy file or, for an action in a tree without such

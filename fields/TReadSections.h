@@ -38,8 +38,8 @@ class TReadSections {
   /// Notes the field that the section begun last is read into. Returns whether an earlier section
   /// of the record may have the same.
   bool SetField(FourCharCode field);
-  /// Returns the earlier section with this field, which the one begun last replaces; null if there
-  /// is none. Valid until the next section begins.
+  /// Returns the earlier section with this field, which the one begun last replaces; null if not
+  /// found. Valid until the next section begins.
   const TSection* TakeReplaced(FourCharCode field);
 
   /// Excludes bytes from the uncovered ones.
