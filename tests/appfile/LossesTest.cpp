@@ -184,6 +184,14 @@ std::vector<TCase> Cases() {
        With("srch", "htyp", "odbc")},
       {"Type", LossCode::kValueUnknown, With("????", "cmnt", "text\0"s),
        With("glob", "cmnt", "text\0"s)},
+      {"Mode", LossCode::kSectionMalformed, With("flvt", "flmd", "dx"), With("flvt", "flmd", "d")},
+      {"Owner", LossCode::kTextCut,
+       Document("<SearchAction "
+                "ID=\"A\"><OrderColumns><OrderColumn><TableName>t</TableName><TableOwner>" +
+                wide.substr(0, 127) + "</TableOwner></OrderColumn></OrderColumns></SearchAction>"),
+       Document(
+           "<SearchAction ID=\"A\"><OrderColumns><OrderColumn><TableName>t</TableName><TableOwner>o"
+           "</TableOwner></OrderColumn></OrderColumns></SearchAction>")},
       {"Platform", LossCode::kValueUnknown, With("aevt", "plat", "????"),
        With("aevt", "plat", "mac ")},
       {"Direction", LossCode::kValueUnknown, Document(order + "yes" + order_end),
