@@ -6,6 +6,7 @@
 #include "fields/SectionMap.h"
 #include "fields/TProperty.h"
 #include "fields/TextTraits.h"
+#include "foundation/WorkLimit.h"
 
 namespace zaf {
 namespace {
@@ -13,10 +14,8 @@ namespace {
 /// The maximum number of losses that are reported of one file: a hostile file could have millions.
 constexpr std::uint32_t kMostLosses = 10000;
 /// The number of bytes of a section that are examined in any case. Of longer sections all bytes are
-/// examined until, together, they have so many times the size of the file: sections may overlap.
+/// examined until, together, they reach the limit for the file.
 constexpr std::uint64_t kAlwaysExamined = 4096;
-constexpr std::uint64_t kTimesExamined = 8;
-constexpr std::uint64_t kLeastExamined = std::uint64_t{16} << 20;
 constexpr std::string_view kFurtherLosses = "There are more losses, which are not listed";
 
 struct TSentence {
@@ -146,7 +145,7 @@ dom::Node Following(dom::Node node, dom::Node root, bool enters) {
 
 void TLossReporter::BeginFile(ByteView image, const TRecordHeader& header) {
   image_ = image;
-  examinable_ = std::max(kTimesExamined * image.size(), kLeastExamined);
+  examinable_ = WorkLimit(image.size());
   sections_.BeginFile(header);
   BeginRecord(header);
 }

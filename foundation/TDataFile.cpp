@@ -9,14 +9,10 @@
 #include "foundation/CData.h"
 #include "foundation/CText.h"
 #include "foundation/TSpares.h"
+#include "foundation/WorkLimit.h"
 
 namespace zaf {
 namespace {
-
-/// Factor and minimum of the work that a file can cause, in bytes: its size times the first, but at
-/// least the second.
-constexpr std::uint64_t kWorkPerByte = 8;
-constexpr std::uint64_t kLeastWork = std::uint64_t{16} << 20;
 
 /// Largest image in bytes whose memory is kept for another file when a file is closed: the first
 /// access to a new page costs more than reading the page from the file. Nothing is kept under
@@ -165,7 +161,7 @@ void TDataFile::TakeImage(std::uint32_t size) {
 }
 
 void TDataFile::SetLimits(std::uint32_t size) {
-  readable_bytes_ = record_bytes_ = std::max(kWorkPerByte * size, kLeastWork);
+  readable_bytes_ = record_bytes_ = WorkLimit(size);
   has_limits_ = true;
 }
 
