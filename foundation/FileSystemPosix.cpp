@@ -18,8 +18,8 @@
 namespace zaf {
 namespace {
 
-/// Flags of every file that is examined: no waiting for a FIFO, no controlling terminal.
-constexpr int kLookFlags = O_RDONLY | O_NOCTTY | O_CLOEXEC | O_NONBLOCK;
+/// Flags of every input: no waiting for a FIFO, no controlling terminal.
+constexpr int kInputFlags = O_RDONLY | O_NOCTTY | O_CLOEXEC | O_NONBLOCK;
 /// Permissions of a new file and directory, before the process's mask.
 constexpr mode_t kFileMode = 0666;
 constexpr mode_t kDirectoryMode = 0777;
@@ -221,13 +221,11 @@ bool TDirectoryListing::ReadEntries(Identities identities) {
 }
 
 TPresence ProbeFile(const CText& path) {
-  const int descriptor = Retry([&] { return open(path.GetCString(), kLookFlags); });
-  if (descriptor < 0) return TPresence::kAbsent;
+  // Usually nothing is there, and then this is faster than opening it.
+  const char* const name = path.GetCString();
   struct stat info {};
-  const bool is_known = fstat(descriptor, &info) == 0;
-  close(descriptor);
-  return is_known && S_ISREG(info.st_mode) && info.st_size > 0 ? TPresence::kFile
-                                                               : TPresence::kBlocked;
+  if (stat(name, &info) != 0 || access(name, R_OK) != 0) return TPresence::kAbsent;
+  return S_ISREG(info.st_mode) && info.st_size > 0 ? TPresence::kFile : TPresence::kBlocked;
 }
 
 TInputFile::~TInputFile() {
@@ -236,7 +234,7 @@ TInputFile::~TInputFile() {
 
 bool TInputFile::Open(const CText& path) {
   if (handle_ != -1) return false;
-  const int descriptor = Retry([&] { return open(path.GetCString(), kLookFlags); });
+  const int descriptor = Retry([&] { return open(path.GetCString(), kInputFlags); });
   if (descriptor < 0) return false;
   struct stat info {};
   if (fstat(descriptor, &info) != 0 || !S_ISREG(info.st_mode)) {
