@@ -13,10 +13,17 @@
 
 namespace zaf {
 
+/// An order of texts that compares their sizes first, since most keys differ in them.
+struct TSizeFirst {
+  bool operator()(std::string_view one, std::string_view other) const {
+    return one.size() != other.size() ? one.size() < other.size() : one < other;
+  }
+};
+
 /// A dictionary whose keys are texts that outlive it. Ordered rather than hashed, so that no choice
 /// of keys degrades it.
 template <class Value>
-using TTextIndex = std::map<std::string_view, Value>;
+using TTextIndex = std::map<std::string_view, Value, TSizeFirst>;
 
 class TDataSourceIndex;
 class TDataSourceWriter;

@@ -19,6 +19,12 @@ TDataSourceId::TDataSourceId(std::uint32_t number) {
   size_ = static_cast<std::size_t>(end.ptr - text_.data());
 }
 
+bool TDataSourceWriter::TSizesFirst::operator()(const TContent& one, const TContent& other) const {
+  for (std::size_t i = 0; i < one.size(); ++i)
+    if (one[i].size() != other[i].size()) return one[i].size() < other[i].size();
+  return one < other;
+}
+
 dom::Element TDataSourceWriter::Append() {
   const dom::Element source = list_.appendElement("DataSource");
   source.appendAttribute("ID", TDataSourceId(count_++).View());

@@ -46,10 +46,15 @@ class TDataSourceWriter {
   void WriteEnciphered(dom::Element parent, std::string_view name, std::string_view text);
 
  private:
+  /// An order in which most contents are compared without reading their texts.
+  struct TSizesFirst {
+    bool operator()(const TContent& one, const TContent& other) const;
+  };
+
   dom::Element list_;
   std::uint32_t count_ = 0;  ///< Elements in the list.
-  std::map<TContent, std::uint32_t> numbers_;
-  std::map<std::string_view, std::string_view> enciphered_;  ///< By the texts in clear.
+  std::map<TContent, std::uint32_t, TSizesFirst> numbers_;
+  TTextIndex<std::string_view> enciphered_;  ///< By the texts in clear.
 };
 
 }  // namespace zaf
