@@ -4,6 +4,7 @@
 #include <memory>
 #include <span>
 #include <type_traits>
+#include <typeinfo>
 
 #include "actions/TQuerySpecification.h"
 #include "fields/ListCodecs.h"
@@ -37,8 +38,8 @@ class TTableSpecification : public Base {
   }
 
   bool IsEqual(const TQuerySpecification& other) const override {
-    const auto* const that = dynamic_cast<const Action*>(&other);
-    return that != nullptr && Base::IsEqual(other) && AreRowsEqual(Rows(), &Self(), that);
+    return typeid(*this) == typeid(other) && Base::IsEqual(other) &&
+           AreRowsEqual(Rows(), &Self(), static_cast<const Action*>(&other));
   }
 
   Status ReadLegacyProperty(const TLegacySection& section) override {

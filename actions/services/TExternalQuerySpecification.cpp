@@ -128,8 +128,8 @@ Status TExternalQuerySpecification::WriteParameters(FourCharCode code, TSectionW
 }
 
 bool TExternalQuerySpecification::IsEqual(const TQuerySpecification& other) const {
-  const auto* const that = dynamic_cast<const TExternalQuerySpecification*>(&other);
-  return TTableSpecification::IsEqual(other) && that != nullptr && parameters_ == that->parameters_;
+  return TTableSpecification::IsEqual(other) &&
+         parameters_ == static_cast<const TExternalQuerySpecification&>(other).parameters_;
 }
 
 Status TExternalQuerySpecification::CheckEnvironment(CText& error) const {
