@@ -4,8 +4,6 @@
 #include <array>
 #include <charconv>
 
-#include "foundation/TextSearch.h"
-
 namespace zaf {
 namespace {
 
@@ -34,13 +32,26 @@ bool EqualViews(std::string_view a, std::string_view b, CaseSensitivity sensitiv
   return sensitivity == CaseSensitivity::kExact ? a == b : EqualsIgnoringCase(a, b);
 }
 
+/// Returns the position of the first match of `pattern` in `text` at or after `start`; npos without
+/// one. An empty pattern matches at `start`, if that is not after the end.
+std::size_t FindMatch(std::string_view text, std::string_view pattern, std::size_t start,
+                      CaseSensitivity sensitivity) {
+  if (sensitivity == CaseSensitivity::kExact) return text.find(pattern, start);
+  if (start > text.size()) return std::string_view::npos;
+  const auto is_same = [](char a, char b) { return ToUpper(a) == ToUpper(b); };
+  const auto match = std::search(text.begin() + static_cast<std::ptrdiff_t>(start), text.end(),
+                                 pattern.begin(), pattern.end(), is_same);
+  if (match == text.end() && !pattern.empty()) return std::string_view::npos;
+  return static_cast<std::size_t>(match - text.begin());
+}
+
 /// The number of matches that do not overlap, found from the left. `find` is not empty.
 std::uint64_t CountMatches(std::string_view text, std::string_view find,
                            CaseSensitivity sensitivity) {
   std::uint64_t count = 0;
-  std::size_t match = FindForward(text, find, 0, sensitivity);
+  std::size_t match = FindMatch(text, find, 0, sensitivity);
   for (; match != std::string_view::npos; ++count)
-    match = FindForward(text, find, match + find.size(), sensitivity);
+    match = FindMatch(text, find, match + find.size(), sensitivity);
   return count;
 }
 
@@ -207,7 +218,7 @@ void CText::ReplaceMatches(std::string_view find, std::string_view replacement,
   char* target = buffer;
   std::size_t read = 0;
   for (; replaced > 0; --replaced) {
-    const std::size_t match = FindForward(source, find, read, sensitivity);
+    const std::size_t match = FindMatch(source, find, read, sensitivity);
     std::memmove(target, source.data() + read, match - read);
     target += match - read;
     target = std::copy(replacement.begin(), replacement.end(), target);
@@ -221,9 +232,9 @@ void CText::ReplaceMatches(std::string_view find, std::string_view replacement,
 void CText::ReplaceOccurrence(const CText& find, const CText& replacement, std::uint32_t occurrence,
                               CaseSensitivity sensitivity) {
   if (find.IsEmpty() || occurrence == 0) return;
-  std::size_t match = FindForward(View(), find, 0, sensitivity);
+  std::size_t match = FindMatch(View(), find, 0, sensitivity);
   while (match != std::string_view::npos && --occurrence != 0)
-    match = FindForward(View(), find, match + find.GetCharacterCount(), sensitivity);
+    match = FindMatch(View(), find, match + find.GetCharacterCount(), sensitivity);
   if (match == std::string_view::npos) return;
   Splice(static_cast<std::uint32_t>(match), find.GetCharacterCount(), replacement.Buffer(),
          replacement.GetCharacterCount());
@@ -268,13 +279,12 @@ void CText::Append(std::string_view text) {
 
 std::uint32_t CText::Find(std::string_view pattern, std::uint32_t start,
                           SearchDirection direction) const {
-  return AsIndex(direction == SearchDirection::kForward
-                     ? FindForward(View(), pattern, start, CaseSensitivity::kExact)
-                     : FindBackward(View(), pattern, start));
+  return AsIndex(direction == SearchDirection::kForward ? View().find(pattern, start)
+                                                        : View().substr(0, start).rfind(pattern));
 }
 
 std::uint32_t CText::FindIgnoringCase(std::string_view pattern) const {
-  return AsIndex(FindForward(View(), pattern, 0, CaseSensitivity::kIgnore));
+  return AsIndex(FindMatch(View(), pattern, 0, CaseSensitivity::kIgnore));
 }
 
 void CText::ToUpperCase() { std::transform(begin(), end(), Buffer(), ToUpper); }

@@ -178,6 +178,7 @@ class CText : public CData {
   void Append(std::uint32_t value);
 
   // --- Searching. Returns a position or kNoIndex. An empty pattern matches at the start position.
+  // Takes time up to the product of both sizes when text and pattern repeat themselves.
 
   /// Forward: the first match at or after `start`. Backward: the last match that ends at or before
   /// `start` (its last character is before that position).

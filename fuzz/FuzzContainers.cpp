@@ -136,7 +136,7 @@ void StepBuffer(TProgram& program, CData& buffer, TBufferModel& model) {
 
 void StepText(TProgram& program, CText& text, std::string& model) {
   const std::uint32_t start = program.Below(model.size() + 1);
-  // Half of the patterns come from the text itself, and many are longer than 16.
+  // Half of the patterns come from the text itself.
   const std::string pattern =
       program.Below(2) == 0 ? program.Text() : model.substr(start, program.Below(80));
   Require(text.Find(pattern, start) == Place(model.find(pattern, start)) || pattern.empty(),
