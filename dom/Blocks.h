@@ -18,7 +18,7 @@
 #endif
 
 /// Finds, compares and copies characters, 16 at a time with SSE2 where the processor has it. The
-/// parser and the serialiser use it for every character.
+/// parser, the serialiser and the writer of texts use it for every character.
 namespace dom {
 
 inline constexpr std::size_t kBlock = 16;
@@ -29,6 +29,9 @@ enum class Search {
   kControls,       ///< Below 0x20.
   kTextSpecials,   ///< `&` `<` `>` `"`
   kValueSpecials,  ///< The union of both.
+  kIllegal,        ///< Below 0x20, except tab, LF and CR.
+  kUnusual,        ///< All but LF and printable ASCII characters without a meaning in XML.
+  kNeedsCData,     ///< The same without those that are illegal.
   // Sets at which the parser stops. Here controls are those that XML does not allow, and CR.
   kNotSpace,  ///< All but blank, tab, LF and CR.
   kNotName,   ///< All but ASCII letters and digits and `-` `.` `:` `_`.
@@ -122,11 +125,6 @@ inline __m128i EqualTo(__m128i block, char character) {
   return _mm_cmpeq_epi8(block, _mm_set1_epi8(character));
 }
 
-/// Returns a bit for each place of a block that has this character.
-inline unsigned FindInBlock(__m128i block, char character) {
-  return static_cast<unsigned>(_mm_movemask_epi8(EqualTo(block, character)));
-}
-
 /// Returns 0xFF in each place of a block that has a character from `first` to `first + count`.
 inline __m128i InRange(__m128i block, char first, char count) {
   const __m128i distance = _mm_sub_epi8(block, _mm_set1_epi8(first));
@@ -149,6 +147,10 @@ inline unsigned FoundIn(__m128i block) {
     return AnyOf(EqualTo(_mm_or_si128(block, _mm_set1_epi8('"' ^ '&')), '&'),
                  EqualTo(_mm_or_si128(block, _mm_set1_epi8('<' ^ '>')), '>'));
   };
+  // So do tab and CR.
+  const auto tab_or_return = [=] {
+    return EqualTo(_mm_or_si128(block, _mm_set1_epi8('\t' ^ '\r')), '\r');
+  };
   const __m128i below_blank = InRange(block, 0, 0x1F);
   const auto controls = [=] {
     return _mm_andnot_si128(AnyOf(equal('\t'), equal('\n')), below_blank);
@@ -162,6 +164,15 @@ inline unsigned FoundIn(__m128i block) {
       return bits(specials());
     case Search::kValueSpecials:
       return bits(AnyOf(specials(), below_blank));
+    case Search::kIllegal:
+      return bits(_mm_andnot_si128(AnyOf(tab_or_return(), equal('\n')), below_blank));
+    case Search::kUnusual: {
+      // As signed numbers, characters that are not ASCII are below 0.
+      const __m128i other = AnyOf(_mm_cmplt_epi8(block, _mm_set1_epi8(0x20)), equal(0x7F));
+      return bits(AnyOf(specials(), equal('\''), _mm_andnot_si128(equal('\n'), other)));
+    }
+    case Search::kNeedsCData:
+      return bits(AnyOf(specials(), equal('\''), tab_or_return(), InRange(block, 0x7F, '\x80')));
     case Search::kNotSpace:
       return bits(AnyOf(equal(' '), equal('\n'), equal('\t'), equal('\r'))) ^ 0xFFFF;
     case Search::kNotName:
@@ -203,6 +214,7 @@ constexpr bool IsFound(char c) {
   const bool is_below_blank = static_cast<unsigned char>(c) < 0x20;
   const bool is_control = is_below_blank && c != '\t' && c != '\n';
   const bool is_special = c == '&' || c == '<' || c == '>' || c == '"';
+  const bool is_unusual = is_special || c == '\'' || static_cast<unsigned char>(c) >= 0x7F;
   switch (search) {
     case Search::kReturn:
       return c == '\r';
@@ -212,6 +224,12 @@ constexpr bool IsFound(char c) {
       return is_special;
     case Search::kValueSpecials:
       return is_special || is_below_blank;
+    case Search::kIllegal:
+      return is_control && c != '\r';
+    case Search::kUnusual:
+      return (is_below_blank && c != '\n') || is_unusual;
+    case Search::kNeedsCData:
+      return c == '\t' || c == '\r' || is_unusual;
     case Search::kNotSpace:
       return !IsSpace(c);
     case Search::kNotName:

@@ -21,7 +21,7 @@ constexpr bool IsDroppedCharacter(char c) {
 /// CDATA.
 bool CopySimple(std::string_view text, dom::ShortText& copy);
 
-/// Examines every character of a text, 16 at a time where the processor has SSE2.
+/// Examines every character of a text.
 TTextTraits ExamineText(std::string_view text);
 
 }  // namespace zaf
