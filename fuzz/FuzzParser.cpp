@@ -138,8 +138,13 @@ bool MayDiffer(std::string_view text, const dom::ParseReport& report, XML_Error 
     return true;
   // The declaration of ISO-8859-1 or US-ASCII takes precedence over a mark.
   if (text.starts_with("\xEF\xBB\xBF<?xml") && error != XML_ERROR_NONE) return true;
-  // libexpat accepts these letters in ISO-8859-1 names, which no edition allows.
-  if (text.substr(report.offset, 2).find_first_of("\xAA\xB5\xBA") != text.npos) return true;
+  // libexpat accepts these letters in ISO-8859-1 names, which no edition allows. A reference is
+  // refused at its start, which precedes the name.
+  const auto is_in_name = [](char c) { return dom::IsAsciiLetter(c) || dom::IsAsciiDigit(c); };
+  std::string_view rest = text.substr(report.offset);
+  if (fault == ParseFault::kReference)
+    rest = {std::find_if_not(rest.begin() + 1, rest.end(), is_in_name), rest.end()};
+  if (rest.substr(0, 2).find_first_of("\xAA\xB5\xBA") != rest.npos) return true;
   // libexpat implements the names of the fourth edition.
   return !is_ascii && error == XML_ERROR_INVALID_TOKEN && fault == ParseFault::kNone;
 }
