@@ -128,8 +128,8 @@ void* malloc(std::size_t size) {
   return TakeBlock([=] { return NEXT(malloc)(size); });
 }
 
-// Never fails: only the C library calls it, to register objects that are destroyed at exit. One that
-// cannot be registered would seem to leak.
+// Never fails: only the C library calls it, to register objects that are destroyed at exit. One
+// that cannot be registered would seem to leak.
 void* calloc(std::size_t count, std::size_t size) {
   void* const block = NEXT(calloc)(count, size);
   if (block != nullptr) ++live_blocks;
