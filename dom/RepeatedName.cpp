@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "dom/Heap.h"
 #include "dom/Tree.h"
 
 namespace dom {
@@ -22,11 +21,9 @@ const TreeAttribute* CompareAll(const TreeElement& element) {
 
 const TreeAttribute* FindRepeatedName(const TreeElement& element, std::size_t count, Tree& tree) {
   if (count <= kFew) return CompareAll(element);
-  auto** const sorted = static_cast<const TreeAttribute**>(Allocate(count * sizeof(void*)));
-  if (sorted == nullptr) {
-    tree.SetIncomplete();
-    return nullptr;
-  }
+  void* const memory = tree.AllocateText(count * sizeof(void*));  // Aligned for pointers.
+  if (memory == nullptr) return nullptr;
+  auto** const sorted = static_cast<const TreeAttribute**>(memory);
   const TreeAttribute** end = sorted;
   for (const TreeAttribute* one = element.first_attribute; one != nullptr; one = one->next)
     *end++ = one;
@@ -40,7 +37,6 @@ const TreeAttribute* FindRepeatedName(const TreeElement& element, std::size_t co
     const bool is_first = repeated == nullptr || (*next)->name.data < repeated->name.data;
     if (is_first && AreEqualNames(next[-1]->name.View(), (*next)->name.View())) repeated = *next;
   }
-  Free(sorted);
   return repeated;
 }
 
